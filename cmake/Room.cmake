@@ -1,0 +1,15 @@
+# One call per room: a static, position-independent library that others link by its name.
+#   add_room(NAME sources... [DEPENDS targets...])
+function(add_room name)
+  cmake_parse_arguments(ROOM "" "" "DEPENDS" ${ARGN})
+  add_library(${name} STATIC ${ROOM_UNPARSED_ARGUMENTS})
+  target_link_libraries(${name} PUBLIC house ${ROOM_DEPENDS})
+endfunction()
+
+# A GoogleTest program found by CTest: add_room_tests(NAME sources... [DEPENDS targets...])
+function(add_room_tests name)
+  cmake_parse_arguments(ROOM "" "" "DEPENDS" ${ARGN})
+  add_executable(${name} ${ROOM_UNPARSED_ARGUMENTS})
+  target_link_libraries(${name} PRIVATE house ${ROOM_DEPENDS} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+endfunction()
