@@ -1,0 +1,12 @@
+// The system's words for the calling thread's last error.
+#pragma once
+
+#include <string>
+
+namespace scenedetect {
+
+/// The message for the thread's last error (GetLastError, errno), in the language the system chooses and
+/// without a final line end; empty when the system knows none. Raises std::bad_alloc.
+[[nodiscard]] std::wstring LastSystemErrorText();
+
+} // namespace scenedetect
