@@ -1,0 +1,132 @@
+#include "engine/Detector.h"
+
+#include "engine/Luminance.h"
+#include "engine/kernels/ByteSums.h"
+#include "platform/CpuFeatures.h"
+#include "support/DebugLog.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace scenedetect {
+namespace {
+
+constexpr std::int32_t kSlots = 5;
+
+/// Samples of a grid; 0 for one that 32 bits cannot count.
+std::int32_t CountSamples(std::int32_t width, std::int32_t height) {
+    const std::int64_t samples = std::int64_t{width} * height;
+    if (width <= 0 || height <= 0 || samples > std::numeric_limits<std::int32_t>::max())
+        return 0;
+    return static_cast<std::int32_t>(samples);
+}
+
+} // namespace
+
+Detector::Detector() {
+    SetParameters(13, 25, 255, 3);
+    Reset();
+}
+
+void Detector::SetParameters(std::int32_t cut, std::int32_t dark, std::int32_t clamp, std::int32_t votes) {
+    cutThreshold = cut;
+    darkLevel = dark;
+    diffClamp = clamp;
+    minVotes = votes;
+}
+
+void Detector::Reset() {
+    sampleCount = CountSamples(gridWidth, gridHeight);
+    darkLock = false;
+    lastCut = 0;
+    frameCount = 0;
+    startFrame = 0;
+    diffHistory.fill(0);
+    levelHistory.fill(0);
+    frameBuffer.reset();
+}
+
+void Detector::SetGridWidth(std::int32_t width) {
+    if (width == gridWidth)
+        return;
+    gridWidth = width;
+    Reset();
+}
+
+void Detector::SetGridHeight(std::int32_t height) {
+    if (height == gridHeight)
+        return;
+    gridHeight = height;
+    Reset();
+}
+
+void Detector::SetStartFrame(std::int32_t frame) {
+    if (frame == frameCount)
+        return;
+    frameCount = frame;
+    startFrame = frame;
+}
+
+std::uint8_t* Detector::GetFrame(std::int32_t offset) {
+    if (frameBuffer == nullptr)
+        return nullptr;
+    const std::int64_t slot = ((std::int64_t{ringIndex} + offset) % kSlots + kSlots) % kSlots;
+    return frameBuffer.get() + slot * sampleCount;
+}
+
+std::uint8_t* Detector::NextFrame() {
+    if (frameBuffer == nullptr) {
+        frameBuffer = std::make_unique<std::uint8_t[]>(kSlots * static_cast<std::size_t>(sampleCount));
+        ringIndex = 0;
+    }
+    ringIndex = (ringIndex + 1) % kSlots;
+    return GetFrame(0);
+}
+
+void Detector::ExtractLuminance(const Dib& frame, std::uint8_t* slot) const {
+    const std::optional<PixelLayout> layout = LayoutOf(frame);
+    if (!layout) {
+        DebugPrintAt(kLogCategorySceneDetect, kLogLevelFailure, L"Detector::Invalid dib format\n");
+        return;
+    }
+    if (sampleCount != 0)
+        ReadLuminance(frame, *layout, {gridWidth, gridHeight, blockSize}, slot);
+}
+
+bool Detector::ClearFrame(std::uint8_t* slot) const {
+    std::memset(slot, 0, static_cast<std::size_t>(sampleCount));
+    return false;
+}
+
+std::int32_t Detector::ComputeDifference() {
+    const std::uint8_t* current = GetFrame(0);
+    const std::uint8_t* previous = GetFrame(-1);
+    if (current == nullptr || previous == nullptr || sampleCount == 0)
+        return 0;
+    // No difference is below a negative limit: every sample adds the limit itself.
+    if (diffClamp < 0)
+        return diffClamp;
+    const auto clamp = static_cast<std::uint8_t>(std::min(diffClamp, 255));
+    const auto count = static_cast<std::size_t>(sampleCount);
+    return static_cast<std::int32_t>(SelectDifferenceSum(CpuFeatures())(current, previous, count, clamp) /
+                                     count);
+}
+
+std::int32_t Detector::ComputeMeanLevel() {
+    const std::uint8_t* current = GetFrame(0);
+    if (current == nullptr || sampleCount == 0)
+        return 0;
+    const auto count = static_cast<std::size_t>(sampleCount);
+    return static_cast<std::int32_t>(SelectByteSum(CpuFeatures())(current, count) / count);
+}
+
+std::int32_t Detector::Process() {
+    const std::int32_t diff = ComputeDifference();
+    const std::int32_t result = Decide(diff, ComputeMeanLevel());
+    if (frameCount != std::numeric_limits<std::int32_t>::max())
+        ++frameCount;
+    return result;
+}
+
+} // namespace scenedetect

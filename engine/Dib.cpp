@@ -1,0 +1,212 @@
+#include "engine/Dib.h"
+
+#include "engine/BitmapHeader.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+namespace scenedetect {
+namespace {
+
+constexpr std::size_t kHeaderBytes = sizeof(BITMAPINFOHEADER);
+
+/// Zeroed memory from the general heap; null when there is none, or for a size that only a broken header
+/// asks for.
+void* AllocateBlock(std::int64_t bytes) {
+    if (bytes < 0 || bytes > std::numeric_limits<std::int32_t>::max())
+        return nullptr;
+    return std::calloc(1, std::max<std::size_t>(static_cast<std::size_t>(bytes), 1));
+}
+
+/// Header blocks hold a whole header, even if it calls itself shorter.
+std::size_t HeaderBlockBytes(std::int64_t announced) {
+    return std::max(static_cast<std::size_t>(announced), kHeaderBytes);
+}
+
+void CopyExisting(void* target, const void* source, std::size_t wanted, std::size_t existing) {
+    if (const std::size_t bytes = std::min(wanted, existing); bytes != 0)
+        std::memcpy(target, source, bytes);
+}
+
+} // namespace
+
+Dib::Dib(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
+         std::size_t pixelBytes) {
+    Dib::Attach(header, headerBytes, pixels, pixelBytes);
+}
+
+Dib::Dib(const Dib& other) {
+    Dib::Attach(other.info, other.infoExtent, other.bits, other.bitsExtent);
+}
+
+Dib::~Dib() {
+    Dib::Release();
+}
+
+bool Dib::CreateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerBytes) {
+    if (header == nullptr || headerBytes < kHeaderBytes)
+        return false;
+    Release();
+    const std::size_t blockBytes = HeaderBlockBytes(header->biSize);
+    void* block = AllocateBlock(static_cast<std::int64_t>(blockBytes));
+    if (block == nullptr)
+        return false;
+    CopyExisting(block, header, blockBytes, headerBytes);
+    info = static_cast<BITMAPINFOHEADER*>(block);
+    infoExtent = blockBytes;
+    ownsInfo = true;
+    info->biClrUsed = 0;
+    info->biClrImportant = 0;
+
+    bits = static_cast<std::uint8_t*>(AllocateBlock(info->biSizeImage));
+    ownsBits = bits != nullptr;
+    bitsExtent = ownsBits ? info->biSizeImage : 0;
+    return ownsBits;
+}
+
+bool Dib::Attach(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
+                 std::size_t pixelBytes) {
+    Release();
+    if (header == nullptr || headerBytes < kHeaderBytes)
+        return false;
+    info = const_cast<BITMAPINFOHEADER*>(header);
+    infoExtent = headerBytes;
+    bits = pixels;
+    bitsExtent = pixels != nullptr ? pixelBytes : 0;
+    const auto headerSize = static_cast<std::size_t>(GetHeaderSize());
+    if (pixels == nullptr && headerSize <= headerBytes) {
+        bits = reinterpret_cast<std::uint8_t*>(info) + headerSize;
+        bitsExtent = headerBytes - headerSize;
+    }
+    return true;
+}
+
+bool Dib::Create(std::int32_t width, std::int32_t height, std::int32_t bitCount, bool usePaletteIndices) {
+    constexpr std::int64_t kMostPixels = std::int64_t{1} << 40;
+    Release();
+    const std::int64_t pixels = std::int64_t{width} * height;
+    if (width < 0 || height < 0 || pixels > kMostPixels || bitCount < 0 ||
+        bitCount > std::numeric_limits<WORD>::max())
+        return false;
+    const std::int64_t imageBytes = pixels * bitCount / 8;
+    if (imageBytes > std::numeric_limits<std::int32_t>::max())
+        return false;
+
+    BITMAPINFOHEADER header{};
+    header.biSize = kHeaderBytes;
+    header.biWidth = width;
+    header.biHeight = height;
+    header.biPlanes = 1;
+    header.biBitCount = static_cast<WORD>(bitCount);
+    header.biCompression = BI_RGB;
+    header.biSizeImage = static_cast<DWORD>(imageBytes);
+    const std::int64_t headerSize = HeaderSize(header);
+    const std::int64_t bitsSize = BitsSize(header);
+    auto* block = static_cast<std::uint8_t*>(AllocateBlock(headerSize + bitsSize));
+    if (block == nullptr)
+        return false;
+    std::memcpy(block, &header, sizeof header);
+    info = reinterpret_cast<BITMAPINFOHEADER*>(block);
+    infoExtent = static_cast<std::size_t>(headerSize);
+    bits = block + headerSize;
+    bitsExtent = static_cast<std::size_t>(bitsSize);
+    ownsInfo = true;
+
+    if (bitCount < 9 && usePaletteIndices) {
+        paletteIndices = true;
+        auto* indices = reinterpret_cast<WORD*>(GetColourTable());
+        for (std::uint32_t i = 0; i < GetColourCount(); ++i)
+            indices[i] = static_cast<WORD>(i);
+    }
+    return true;
+}
+
+void Dib::Release() {
+    if (ownsInfo)
+        std::free(info);
+    if (ownsBits)
+        std::free(bits);
+    Forget();
+}
+
+void Dib::TakeFrom(Dib& other) {
+    Release();
+    info = other.info;
+    infoExtent = other.infoExtent;
+    bits = other.bits;
+    bitsExtent = other.bitsExtent;
+    ownsInfo = other.ownsInfo;
+    ownsBits = other.ownsBits;
+    paletteIndices = other.paletteIndices;
+    gdiHandle = other.gdiHandle;
+    other.Forget();
+}
+
+void Dib::Forget() {
+    info = nullptr;
+    infoExtent = 0;
+    bits = nullptr;
+    bitsExtent = 0;
+    ownsInfo = false;
+    ownsBits = false;
+    paletteIndices = false;
+    reserved = 0;
+    gdiHandle = nullptr;
+}
+
+bool Dib::CopyTo(Dib& target) const {
+    // Deliberate: what the target held is overwritten, not freed.
+    const Dib source(*this);
+    const bool indices = paletteIndices;
+    target.Forget();
+    if (source.info == nullptr)
+        return false;
+    const std::size_t headerBytes = HeaderBlockBytes(source.GetHeaderSize());
+    const std::int64_t bitsSize = source.GetBitsSize();
+    void* header = AllocateBlock(static_cast<std::int64_t>(headerBytes));
+    void* pixels = AllocateBlock(bitsSize);
+    if (header == nullptr || pixels == nullptr) {
+        std::free(header);
+        std::free(pixels);
+        return false;
+    }
+    CopyExisting(header, source.info, headerBytes, source.infoExtent);
+    CopyExisting(pixels, source.bits, static_cast<std::size_t>(bitsSize), source.bitsExtent);
+    target.info = static_cast<BITMAPINFOHEADER*>(header);
+    target.infoExtent = headerBytes;
+    target.bits = static_cast<std::uint8_t*>(pixels);
+    target.bitsExtent = static_cast<std::size_t>(bitsSize);
+    target.ownsInfo = true;
+    target.ownsBits = true;
+    target.paletteIndices = indices;
+    return true;
+}
+
+std::unique_ptr<Dib> Dib::DuplicateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerBytes,
+                                              const std::uint8_t* pixels, std::size_t pixelBytes) {
+    auto copy = std::make_unique<Dib>();
+    if (!copy->CreateFromHeader(header, headerBytes))
+        return nullptr;
+    CopyExisting(copy->bits, pixels, copy->bitsExtent, pixels != nullptr ? pixelBytes : 0);
+    return copy;
+}
+
+std::uint32_t Dib::GetColourCount() const {
+    return info != nullptr ? ColourCount(*info) : 0;
+}
+
+std::int64_t Dib::GetHeaderSize() const {
+    return info != nullptr ? HeaderSize(*info) : 0;
+}
+
+std::int64_t Dib::GetBitsSize() const {
+    return info != nullptr ? BitsSize(*info) : 0;
+}
+
+std::int64_t Dib::GetRowBytes() const {
+    return info != nullptr ? RowBytes(*info) : 0;
+}
+
+} // namespace scenedetect

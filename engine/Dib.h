@@ -1,0 +1,137 @@
+// A device-independent bitmap: header, optional colour table and pixel rows, owned or borrowed.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace scenedetect {
+
+class File;
+
+/// One picture under a `BITMAPINFOHEADER`. A positive `biHeight` is a bottom-up picture, a negative one
+/// top-down. A borrowing Dib must not outlive the memory that it looks at.
+///
+/// Headers come from outside and may announce more than there is. Every Dib therefore knows how many bytes
+/// of header block and of pixel data really exist; bytes that do not exist read as 0 and are never written.
+/// One thread at a time.
+class Dib {
+  public:
+    Dib() = default;
+    /// Borrows, see `Attach`.
+    Dib(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
+        std::size_t pixelBytes);
+    /// Borrows what `other` holds; copies nothing.
+    Dib(const Dib& other);
+    Dib& operator=(const Dib&) = delete;
+
+    // The virtual operations; those that read, write or draw more than a file join them at their places.
+    virtual ~Dib();
+    /// A picture of its own with the first `biSize` bytes of `header` (of which `headerBytes` exist),
+    /// without its colour counts, and with `biSizeImage` bytes of pixels to be filled. False for a null
+    /// header or when memory runs out.
+    virtual bool CreateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerBytes);
+    /// Borrows a header block of `headerBytes` (the header and what follows it) and `pixelBytes` of pixels,
+    /// which follow the header block when `pixels` is null. A block of less than 40 bytes is no header.
+    /// True when there is a header.
+    virtual bool Attach(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
+                        std::size_t pixelBytes);
+    /// An uncompressed picture of its own, header and pixels in one block; the rows of its stated size are
+    /// not padded. With `usePaletteIndices` and at most 8 bits the colour table holds 0, 1, 2, ... False
+    /// for negative sizes and when memory runs out.
+    virtual bool Create(std::int32_t width, std::int32_t height, std::int32_t bitCount,
+                        bool usePaletteIndices);
+    /// Reads a bitmap file's 14-byte file header; true when it is one.
+    virtual bool LoadHeader(File& file);
+    /// Moves `file` from the start of a bitmap to the byte after it.
+    virtual bool SkipInFile(File& file);
+    /// Writes a bitmap file's content; false when there is no picture, when it exceeds the 32-bit sizes of
+    /// the format or when the system refuses.
+    virtual bool WriteToFile(File& file);
+    /// Writes a bitmap file.
+    virtual bool WriteToPath(const std::wstring& path);
+    /// Fills the first `count` colours from `first` towards `last` (0x00BBGGRR) and the others with a light
+    /// grey.
+    virtual void SetColourRamp(std::int32_t count, COLORREF first, COLORREF last);
+    /// Fills the colours with 8 levels of green, 8 of red and 4 of blue.
+    virtual void SetColourCube();
+    /// Frees what is owned and empties the object.
+    virtual void Release();
+    /// Moves everything out of `other`.
+    virtual void TakeFrom(Dib& other);
+
+    /// The header with what follows it; null when empty.
+    [[nodiscard]] BITMAPINFOHEADER* GetInfo() const { return info; }
+    /// The pixel data; null when empty.
+    [[nodiscard]] std::uint8_t* GetBits() const { return bits; }
+    /// Bytes that exist from `GetInfo` on.
+    [[nodiscard]] std::size_t GetInfoExtent() const { return infoExtent; }
+    /// Bytes that exist from `GetBits` on, whatever the header says.
+    [[nodiscard]] std::size_t GetBitsExtent() const { return bitsExtent; }
+    /// `biCompression`: `BI_RGB`, `BI_BITFIELDS` or a FourCC.
+    [[nodiscard]] DWORD GetCompression() const { return info != nullptr ? info->biCompression : 0; }
+    [[nodiscard]] WORD GetBitCount() const { return info != nullptr ? info->biBitCount : WORD{0}; }
+    /// 40 bytes after the start of the header; check `GetInfoExtent` before reading, or use `GetColour`.
+    [[nodiscard]] RGBQUAD* GetColourTable() const;
+    [[nodiscard]] bool IsValid() const { return info != nullptr && bits != nullptr; }
+    [[nodiscard]] bool HasGdiHandle() const { return gdiHandle != nullptr; }
+
+    // What the header announces, see BitmapHeader.h; 0 when empty.
+    [[nodiscard]] std::uint32_t GetColourCount() const;
+    [[nodiscard]] std::int64_t GetHeaderSize() const;
+    [[nodiscard]] std::int64_t GetBitsSize() const;
+    [[nodiscard]] std::int64_t GetRowBytes() const;
+    /// Whole bytes per pixel, 1 to 4. An unusual bit count is logged and counts as 1.
+    [[nodiscard]] int PixelSize() const;
+
+    /// Entry `index` of the colour table; black beyond its end.
+    [[nodiscard]] RGBQUAD GetColour(std::uint32_t index) const;
+    /// The `index`-th of the three bit-field masks (0 to 2).
+    [[nodiscard]] DWORD GetMask(int index) const;
+    /// Where pixel (`x`, `y`) of the picture lies, `y` counted from the top. Null, and logged, when the
+    /// picture has no such pixel or its bytes do not all exist.
+    [[nodiscard]] std::uint8_t* PixelAddress(std::int32_t x, std::int32_t y);
+    [[nodiscard]] const std::uint8_t* PixelAddress(std::int32_t x, std::int32_t y) const;
+    /// A pixel's bytes as a number: 3-byte pixels as 0xFFSSTT (first, second, third byte), others as the
+    /// processor reads them. 0 for a pixel that the picture does not have.
+    [[nodiscard]] std::uint32_t GetPixel(std::int32_t x, std::int32_t y) const;
+    void SetPixel(std::int32_t x, std::int32_t y, std::uint32_t value);
+
+    /// Gives `target` blocks of its own with the header block and the pixels, both in the sizes that the
+    /// header announces. False, and `target` empty, when there is nothing to copy or memory runs out.
+    /// `target` should be empty before: what it owned is not freed.
+    [[nodiscard]] bool CopyTo(Dib& target) const;
+    /// A new Dib made with `CreateFromHeader` and filled with `biSizeImage` bytes of `pixels`; null when
+    /// memory runs out.
+    [[nodiscard]] static std::unique_ptr<Dib> DuplicateFromHeader(const BITMAPINFOHEADER* header,
+                                                                  std::size_t headerBytes,
+                                                                  const std::uint8_t* pixels,
+                                                                  std::size_t pixelBytes);
+    /// Whether every colour is the grey of its own index.
+    [[nodiscard]] bool HasGreyPalette() const;
+    /// In pictures of at least 240 rows, repeats the rows of one field (0: even, 1: odd) over the other's.
+    void DoubleField(std::int32_t field);
+
+  private:
+    [[nodiscard]] std::uint32_t ExistingColours() const;
+    [[nodiscard]] std::int64_t RowOffset(std::int64_t y) const;
+    [[nodiscard]] std::optional<std::int64_t> PixelOffset(std::int32_t x, std::int32_t y) const;
+    void CopyRow(std::int64_t from, std::int64_t to);
+    void Forget();
+
+    BITMAPINFOHEADER* info = nullptr;
+    std::uint8_t* bits = nullptr;
+    bool ownsInfo = false; ///< and the pixels too when they lie in the same block
+    bool ownsBits = false; ///< the pixels are a block of their own
+    std::int32_t reserved = 0;
+    bool paletteIndices = false; ///< the colour table holds 16-bit indices into a palette
+    void* gdiHandle = nullptr;   ///< moved along by `TakeFrom`, never released here
+    std::size_t infoExtent = 0;
+    std::size_t bitsExtent = 0;
+};
+
+} // namespace scenedetect

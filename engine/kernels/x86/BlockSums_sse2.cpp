@@ -1,0 +1,161 @@
+#include "engine/kernels/Simd.h"
+#include "platform/CpuFeatures.h"
+
+#include <emmintrin.h>
+
+namespace scenedetect {
+namespace {
+
+constexpr int kRows = kSimdBlockSize;
+
+__m128i Load16(const std::uint8_t* p) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+}
+
+__m128i Load8(const std::uint8_t* p) {
+    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+}
+
+/// The sums of the lower and of the upper eight bytes.
+__m128i SumBytes(__m128i v) {
+    return _mm_sad_epu8(v, _mm_setzero_si128());
+}
+
+std::uint32_t Lower(__m128i v) {
+    return static_cast<std::uint32_t>(_mm_cvtsi128_si32(v));
+}
+
+std::uint32_t Upper(__m128i v) {
+    return Lower(_mm_unpackhi_epi64(v, v));
+}
+
+/// The sum of eight words below 32768.
+std::uint32_t SumWords(__m128i v) {
+    const __m128i pairs = _mm_madd_epi16(v, _mm_set1_epi16(1));
+    const __m128i halves = _mm_add_epi32(pairs, _mm_unpackhi_epi64(pairs, pairs));
+    return Lower(_mm_add_epi32(halves, _mm_shuffle_epi32(halves, 1)));
+}
+
+struct Yuy2 {
+    static __m128i Words(__m128i v) { return _mm_and_si128(v, _mm_set1_epi16(0xFF)); }
+};
+
+struct Uyvy {
+    static __m128i Words(__m128i v) { return _mm_srli_epi16(v, 8); }
+};
+
+__m128i Component(__m128i v, short mask) {
+    return _mm_and_si128(v, _mm_set1_epi16(mask));
+}
+
+struct Rgb565 {
+    static __m128i Words(__m128i v) {
+        const __m128i blue = _mm_slli_epi16(Component(v, 0x1F), 3);
+        const __m128i green = Component(_mm_srli_epi16(v, 3), 0xFC);
+        const __m128i red = Component(_mm_srli_epi16(v, 8), 0xF8);
+        return _mm_add_epi16(blue, _mm_add_epi16(green, red));
+    }
+};
+
+struct Rgb555 {
+    static __m128i Words(__m128i v) {
+        const __m128i blue = _mm_slli_epi16(Component(v, 0x1F), 3);
+        const __m128i green = Component(_mm_srli_epi16(v, 2), 0xF8);
+        const __m128i red = Component(_mm_srli_epi16(v, 7), 0xF8);
+        return _mm_add_epi16(blue, _mm_add_epi16(green, red));
+    }
+};
+
+/// Two-byte pixels: eight of them give eight words of at most 760, of which eight rows fit into 16 bits.
+template <typename Pixel>
+void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
+    for (int block = 0; block < row.blocks; ++block) {
+        const std::uint8_t* p = row.bits + block * 16;
+        __m128i words = _mm_setzero_si128();
+        for (int y = 0; y < kRows; ++y, p += row.rowStride)
+            words = _mm_add_epi16(words, Pixel::Words(Load16(p)));
+        sums[block] = SumWords(words);
+    }
+}
+
+void SumPlanar(const BlockRow& row, std::uint32_t* sums) {
+    int block = 0;
+    for (; block + 2 <= row.blocks; block += 2) {
+        const std::uint8_t* p = row.bits + block * 8;
+        __m128i both = _mm_setzero_si128();
+        for (int y = 0; y < kRows; ++y, p += row.rowStride)
+            both = _mm_add_epi64(both, SumBytes(Load16(p)));
+        sums[block] = Lower(both);
+        sums[block + 1] = Upper(both);
+    }
+    if (block < row.blocks) {
+        const std::uint8_t* p = row.bits + block * 8;
+        __m128i last = _mm_setzero_si128();
+        for (int y = 0; y < kRows; ++y, p += row.rowStride)
+            last = _mm_add_epi64(last, SumBytes(Load8(p)));
+        sums[block] = Lower(last);
+    }
+}
+
+/// The 24 bytes of a block's row, `pitch` bytes from one block to the next.
+template <int pitch>
+void SumTriples(const BlockRow& row, std::uint32_t* sums, int firstBlock) {
+    for (int block = firstBlock; block < row.blocks; ++block) {
+        const std::uint8_t* p = row.bits + block * std::ptrdiff_t{pitch};
+        __m128i sum = _mm_setzero_si128();
+        for (int y = 0; y < kRows; ++y, p += row.rowStride)
+            sum = _mm_add_epi64(sum, _mm_add_epi64(SumBytes(Load16(p)), SumBytes(Load8(p + 16))));
+        sums[block] = Lower(sum) + Upper(sum);
+    }
+}
+
+void SumRgb32(const BlockRow& row, std::uint32_t* sums) {
+    SumTriples<32>(row, sums, 0);
+}
+
+/// Two blocks are 48 bytes; the middle 16 of them belong half to one and half to the other.
+void SumRgb24(const BlockRow& row, std::uint32_t* sums) {
+    int block = 0;
+    for (; block + 2 <= row.blocks; block += 2) {
+        const std::uint8_t* p = row.bits + block * std::ptrdiff_t{24};
+        __m128i first = _mm_setzero_si128();
+        __m128i middle = first;
+        __m128i last = first;
+        for (int y = 0; y < kRows; ++y, p += row.rowStride) {
+            first = _mm_add_epi64(first, SumBytes(Load16(p)));
+            middle = _mm_add_epi64(middle, SumBytes(Load16(p + 16)));
+            last = _mm_add_epi64(last, SumBytes(Load16(p + 32)));
+        }
+        sums[block] = Lower(first) + Upper(first) + Lower(middle);
+        sums[block + 1] = Upper(middle) + Lower(last) + Upper(last);
+    }
+    SumTriples<24>(row, sums, block);
+}
+
+} // namespace
+
+BlockSums FindSimdBlockSums(PixelLayout layout, unsigned cpuFeatures) {
+    if ((cpuFeatures & kCpuSse2) == 0)
+        return nullptr;
+    switch (layout) {
+    case PixelLayout::Yuy2:
+        return SumWordPixels<Yuy2>;
+    case PixelLayout::Uyvy:
+        return SumWordPixels<Uyvy>;
+    case PixelLayout::Planar:
+        return SumPlanar;
+    case PixelLayout::Rgb24:
+        return SumRgb24;
+    case PixelLayout::Rgb32:
+        return SumRgb32;
+    case PixelLayout::Rgb565:
+        return SumWordPixels<Rgb565>;
+    case PixelLayout::Rgb555:
+        return SumWordPixels<Rgb555>;
+    case PixelLayout::Palette8:
+        break; // every byte is a table lookup of its own
+    }
+    return nullptr;
+}
+
+} // namespace scenedetect
