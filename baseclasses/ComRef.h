@@ -1,0 +1,36 @@
+// Scoped COM references, and the guard that turns exceptions into result codes at a COM boundary.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <new>
+
+struct ReleaseComReference {
+    void operator()(IUnknown* pUnk) const { pUnk->Release(); }
+};
+
+/// One reference, released with its holder. Constructed from a pointer it takes that reference over.
+template <class Interface>
+using ComRef = std::unique_ptr<Interface, ReleaseComReference>;
+
+/// The named interface of an object with a reference of its own, or none.
+template <class Interface>
+[[nodiscard]] ComRef<Interface> QueryFor(IUnknown* object, REFIID riid) {
+    void* found = nullptr;
+    if (FAILED(object->QueryInterface(riid, &found)))
+        return nullptr;
+    return ComRef<Interface>(static_cast<Interface*>(found));
+}
+
+/// Runs the body of a COM method: nothing it throws gets past the caller.
+template <class Body>
+[[nodiscard]] HRESULT GuardedCall(Body&& body) noexcept {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}

@@ -1,0 +1,184 @@
+#include "baseclasses/TransformFilter.h"
+
+#include "baseclasses/ComRef.h"
+#include "baseclasses/MediaSample.h"
+
+#include <string_view>
+
+CTransformFilter::CTransformFilter(LPCTSTR pName, LPUNKNOWN pUnk, REFCLSID clsid)
+    : CBaseFilter(pName, pUnk, &m_csFilter, clsid) {}
+
+CTransformFilter::~CTransformFilter() {
+    delete m_pInput;
+    delete m_pOutput;
+}
+
+int CTransformFilter::GetPinCount() {
+    return 2;
+}
+
+CBasePin* CTransformFilter::GetPin(int n) {
+    CAutoLock lock(&m_csFilter);
+    HRESULT hr = S_OK;
+    if (!m_pInput)
+        m_pInput = new (std::nothrow) CTransformInputPin(NAME("input"), this, &hr, L"Input");
+    if (!m_pOutput)
+        m_pOutput = new (std::nothrow) CTransformOutputPin(NAME("output"), this, &hr, L"Output");
+    // Each pin relies on the other.
+    if (!m_pInput || !m_pOutput)
+        return nullptr;
+    if (n == 0)
+        return m_pInput;
+    return n == 1 ? m_pOutput : nullptr;
+}
+
+STDMETHODIMP CTransformFilter::FindPin(LPCWSTR Id, IPin** ppPin) {
+    if (!Id || !ppPin)
+        return E_POINTER;
+    *ppPin = nullptr;
+    const std::wstring_view id(Id);
+    if (id == L"In")
+        *ppPin = GetPin(0);
+    else if (id == L"Out")
+        *ppPin = GetPin(1);
+    else
+        return VFW_E_NOT_FOUND;
+    if (!*ppPin)
+        return E_OUTOFMEMORY;
+    (*ppPin)->AddRef();
+    return S_OK;
+}
+
+bool CTransformFilter::BothConnected() const {
+    return m_pInput && m_pInput->IsConnected() && m_pOutput && m_pOutput->IsConnected();
+}
+
+STDMETHODIMP CTransformFilter::Stop() {
+    CAutoLock lock(&m_csFilter);
+    if (m_State == State_Stopped)
+        return S_OK;
+    if (!BothConnected()) {
+        m_State = State_Stopped;
+        m_bEOSDelivered = false;
+        return S_OK;
+    }
+
+    // Who comes next finds the filter stopped, and whoever waits for a buffer with the receive lock held
+    // gives up; only then can the receive lock be waited for.
+    m_State = State_Stopped;
+    m_pInput->Inactive();
+    m_pOutput->Inactive();
+    CAutoLock receiving(&m_csReceive);
+    const HRESULT hr = StopStreaming();
+    m_bEOSDelivered = false;
+    return hr;
+}
+
+STDMETHODIMP CTransformFilter::Pause() {
+    CAutoLock lock(&m_csFilter);
+    HRESULT hr = S_OK;
+    if (BothConnected()) {
+        if (m_State == State_Stopped) {
+            CAutoLock receiving(&m_csReceive);
+            hr = StartStreaming();
+        }
+        if (SUCCEEDED(hr))
+            hr = CBaseFilter::Pause();
+    } else if (m_State != State_Paused) {
+        // Downstream would wait for data that can't come.
+        const bool outputOnly = m_pOutput && m_pOutput->IsConnected();
+        if (outputOnly && !m_bEOSDelivered) {
+            m_pOutput->DeliverEndOfStream();
+            m_bEOSDelivered = true;
+        }
+        m_State = State_Paused;
+    }
+    m_bSampleSkipped = false;
+    m_bQualityChanged = false;
+    return hr;
+}
+
+HRESULT CTransformFilter::Receive(IMediaSample* pSample) {
+    if (m_pInput->SampleProps()->dwStreamId != AM_STREAM_MEDIA)
+        return m_pOutput->Deliver(pSample);
+
+    IMediaSample* pOut = nullptr;
+    HRESULT hr = InitializeOutputSample(pSample, &pOut);
+    if (FAILED(hr))
+        return hr;
+    const ComRef<IMediaSample> out(pOut);
+    hr = Transform(pSample, pOut);
+    if (FAILED(hr))
+        return hr;
+    if (hr == S_FALSE) {
+        NoteSkippedSample();
+        return S_OK;
+    }
+    m_bSampleSkipped = false;
+    return m_pOutput->Deliver(pOut);
+}
+
+HRESULT CTransformFilter::InitializeOutputSample(IMediaSample* pSample, IMediaSample** ppOutSample) {
+    const AM_SAMPLE2_PROPERTIES& in = *m_pInput->SampleProps();
+    REFERENCE_TIME start = in.tStart;
+    REFERENCE_TIME stop = in.tStop;
+    DWORD flags = m_bSampleSkipped ? AM_GBF_PREVFRAMESKIPPED : 0;
+    if (!(in.dwSampleFlags & AM_SAMPLE_SPLICEPOINT))
+        flags |= AM_GBF_NOTASYNCPOINT;
+    const HRESULT hr =
+        m_pOutput->GetDeliveryBuffer(ppOutSample, in.dwSampleFlags & AM_SAMPLE_TIMEVALID ? &start : nullptr,
+                                     in.dwSampleFlags & AM_SAMPLE_STOPVALID ? &stop : nullptr, flags);
+    if (SUCCEEDED(hr))
+        CopySampleProperties(pSample, *ppOutSample);
+    return hr;
+}
+
+void CTransformFilter::NoteSkippedSample() {
+    m_bSampleSkipped = true;
+    if (!m_bQualityChanged.exchange(true))
+        NotifyEvent(EC_QUALITY_CHANGE, 0, 0);
+}
+
+HRESULT CTransformFilter::EndOfStream() {
+    return m_pOutput->DeliverEndOfStream();
+}
+
+HRESULT CTransformFilter::BeginFlush() {
+    return m_pOutput->DeliverBeginFlush();
+}
+
+HRESULT CTransformFilter::EndFlush() {
+    return m_pOutput->DeliverEndFlush();
+}
+
+HRESULT CTransformFilter::NewSegment(REFERENCE_TIME tStart, REFERENCE_TIME tStop, double dRate) {
+    return m_pOutput->DeliverNewSegment(tStart, tStop, dRate);
+}
+
+HRESULT CTransformFilter::StartStreaming() {
+    return S_OK;
+}
+
+HRESULT CTransformFilter::StopStreaming() {
+    return S_OK;
+}
+
+HRESULT CTransformFilter::AlterQuality(Quality) {
+    return S_FALSE;
+}
+
+HRESULT CTransformFilter::SetMediaType(PIN_DIRECTION, const CMediaType*) {
+    return S_OK;
+}
+
+HRESULT CTransformFilter::CheckConnect(PIN_DIRECTION, IPin*) {
+    return S_OK;
+}
+
+HRESULT CTransformFilter::BreakConnect(PIN_DIRECTION) {
+    return S_OK;
+}
+
+HRESULT CTransformFilter::CompleteConnect(PIN_DIRECTION, IPin*) {
+    return S_OK;
+}

@@ -1,0 +1,69 @@
+// A filter with one input and one output that makes one sample out of another.
+#pragma once
+
+#include "baseclasses/BaseFilter.h"
+#include "baseclasses/TransformPins.h"
+
+/// Two locks: `m_csFilter` for states and connections, `m_csReceive` for the streaming thread. Where both are
+/// taken, m_csFilter comes first; the streaming thread never takes it. Stop first frees a streaming thread
+/// that waits for a buffer, and flushing does without the receive lock, so that neither waits for ever.
+class CTransformFilter : public CBaseFilter {
+  public:
+    CTransformFilter(LPCTSTR pName, LPUNKNOWN pUnk, REFCLSID clsid);
+    ~CTransformFilter() override;
+
+    /// Makes the output sample. S_FALSE drops it. Streaming thread, under m_csReceive.
+    virtual HRESULT Transform(IMediaSample* pIn, IMediaSample* pOut) = 0;
+    virtual HRESULT CheckInputType(const CMediaType* mtIn) = 0;
+    virtual HRESULT CheckTransform(const CMediaType* mtIn, const CMediaType* mtOut) = 0;
+    virtual HRESULT DecideBufferSize(IMemAllocator* pAllocator, ALLOCATOR_PROPERTIES* pProperties) = 0;
+    /// The types that the output pin offers.
+    virtual HRESULT GetMediaType(int iPosition, CMediaType* pMediaType) = 0;
+
+    /// Before the first and after the last sample of a streaming period, under m_csReceive.
+    virtual HRESULT StartStreaming();
+    virtual HRESULT StopStreaming();
+    /// A quality message from downstream: S_FALSE passes it on upstream.
+    virtual HRESULT AlterQuality(Quality q);
+    virtual HRESULT SetMediaType(PIN_DIRECTION direction, const CMediaType* pmt);
+    virtual HRESULT CheckConnect(PIN_DIRECTION dir, IPin* pPin);
+    virtual HRESULT BreakConnect(PIN_DIRECTION dir);
+    virtual HRESULT CompleteConnect(PIN_DIRECTION direction, IPin* pReceivePin);
+
+    /// What the input pin does with a checked sample, and with the stream's events.
+    virtual HRESULT Receive(IMediaSample* pSample);
+    virtual HRESULT EndOfStream();
+    virtual HRESULT BeginFlush();
+    virtual HRESULT EndFlush();
+    virtual HRESULT NewSegment(REFERENCE_TIME tStart, REFERENCE_TIME tStop, double dRate);
+
+    int GetPinCount() override;
+    /// Makes both pins when first asked, unless the derived class has made its own.
+    CBasePin* GetPin(int n) override;
+    /// "In" and "Out".
+    STDMETHODIMP FindPin(LPCWSTR Id, IPin** ppPin) override;
+
+    STDMETHODIMP Stop() override;
+    STDMETHODIMP Pause() override;
+
+  protected:
+    friend class CTransformInputPin;
+    friend class CTransformOutputPin;
+
+    bool m_bEOSDelivered = false;
+    std::atomic<bool> m_bSampleSkipped = false;
+    std::atomic<bool> m_bQualityChanged = false;
+    CCritSec m_csFilter;
+    CCritSec m_csReceive;
+    /// Owned; deleted with the filter.
+    CTransformInputPin* m_pInput = nullptr;
+    CTransformOutputPin* m_pOutput = nullptr;
+
+    /// An output buffer with times and flags of `pSample`.
+    HRESULT InitializeOutputSample(IMediaSample* pSample, IMediaSample** ppOutSample);
+    /// Notes that a sample was not delivered, and tells the graph once a streaming period.
+    void NoteSkippedSample();
+
+  private:
+    bool BothConnected() const;
+};
