@@ -1,0 +1,206 @@
+// The per-sample path: what the filter does with each frame that passes.
+#include "filter/SceneDetectFilter.h"
+
+#include "filter/MediaTypes.h"
+#include "filter/TimecodeFrames.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <exception>
+
+namespace scenedetect {
+
+namespace {
+
+constexpr DWORD kDvFourcc = MAKEFOURCC('d', 'v', 's', 'd'); // lower case only here
+constexpr int kDcImageMode = 2;                             // the smallest
+constexpr int kDcImageVariant = 1;                          // frames as they arrive from the stream
+constexpr std::int64_t kFirst625LineHeight = 481;
+constexpr std::int32_t kGridBlock = 8;
+constexpr std::int32_t kReducedWidthLimit = 180;
+constexpr unsigned kLastRecordingHour = 24;
+
+// In 64 bits: the lowest height has no positive counterpart in 32.
+std::int64_t AbsoluteHeight(const BITMAPINFOHEADER& header) {
+    return std::abs(std::int64_t{header.biHeight});
+}
+
+} // namespace
+
+struct SceneDetectFilter::Watched {
+    RunFrame frame;
+    const BITMAPINFOHEADER* header = nullptr; // null when the media type has none
+    std::span<const std::uint8_t> data;
+    const Dib& dib;
+
+    bool IsFirst() const { return frame.number == 0; }
+    bool Is625Lines() const { return header && AbsoluteHeight(*header) >= kFirst625LineHeight; }
+};
+
+HRESULT SceneDetectFilter::Transform(IMediaSample* sample) {
+    const auto frame = m_run.BeginFrame();
+    if (!frame)
+        return S_OK;
+    try {
+        WatchSample(*sample, *frame);
+    } catch (const std::exception&) {
+        // Out of memory: the stream goes on, and so does the count.
+    }
+    m_run.EndFrame(*frame);
+    return S_OK;
+}
+
+void SceneDetectFilter::WatchSample(IMediaSample& sample, const RunFrame& frame) {
+    REFERENCE_TIME start = 0;
+    REFERENCE_TIME stop = 0;
+    (void)sample.GetTime(&start, &stop);
+    SceneMoment moment;
+    moment.duration = static_cast<LONGLONG>(static_cast<ULONGLONG>(stop) - static_cast<ULONGLONG>(start));
+    moment.start = m_run.RelativeStart(frame, start);
+
+    TakeOverMediaType(sample);
+
+    BYTE nothing = 0; // stands in for the data of a sample without any
+    BYTE* bits = nullptr;
+    LONG length = 0;
+    if (SUCCEEDED(sample.GetPointer(&bits)) && bits)
+        length = std::max<LONG>(sample.GetActualDataLength(), 0);
+    else
+        bits = &nothing;
+    BITMAPINFOHEADER* header = GetBitmapHeader(m_mtCurrent);
+    if (header)
+        header->biSizeImage = static_cast<DWORD>(length);
+    const Dib dib(header, GetBitmapHeaderExtent(m_mtCurrent), bits, static_cast<std::size_t>(length));
+    const Watched watched{frame, header, {bits, static_cast<std::size_t>(length)}, dib};
+
+    if (watched.IsFirst()) {
+        m_bIsDV = header && header->biCompression == kDvFourcc;
+        for (; m_nReducedWidth > kReducedWidthLimit; m_nReducedHeight /= 2)
+            m_nReducedWidth /= 2;
+        m_run.MarkFrame(frame);
+        m_bHaveFirstTimecode = false;
+    }
+    if (m_bIsDV)
+        ReadTimecode(watched.data);
+
+    const auto addScene = [&] {
+        moment.frameDuration = GetFrameDurationOrDefault(m_pInput->CurrentMediaType());
+        m_run.AddScene(frame, dib, moment);
+    };
+    if (IsSceneStart(watched))
+        addScene();
+    if (m_run.IsScenePending())
+        addScene();
+}
+
+void SceneDetectFilter::TakeOverMediaType(IMediaSample& sample) {
+    if (m_mtCurrent.majortype == GUID_NULL)
+        m_mtCurrent = m_pInput->CurrentMediaType();
+    AM_MEDIA_TYPE* attached = nullptr;
+    if (sample.GetMediaType(&attached) != S_OK || !attached)
+        return;
+    // Against the pin's type, not m_mtCurrent: the latter's header is changed sample by sample.
+    const bool differs = m_pInput->CurrentMediaType() != CMediaType(*attached);
+    if (differs)
+        m_mtCurrent = *attached;
+    DeleteMediaType(attached);
+    if (differs) {
+        m_pInput->SetMediaType(&m_mtCurrent);
+        m_pOutput->SetMediaType(&m_mtCurrent);
+    }
+}
+
+void SceneDetectFilter::ReadTimecode(std::span<const std::uint8_t> data) {
+    const bool readEvery = m_run.m_bReadTimecode;
+    const std::int32_t rate = m_nFramesPerSecond;
+    int hours = 0;
+    int minutes = 0;
+    int seconds = 0;
+    int frames = 0;
+    if (!m_bHaveFirstTimecode && m_dvutil.GetTimeCode(data, hours, minutes, seconds, frames)) {
+        const std::int32_t number = TimeToFrames(hours, minutes, seconds, frames, rate);
+        m_nFirstTimecodeFrame = number;
+        m_nFirstTimecodeFrameDF = CorrectDropFrame(number, rate);
+        m_bHaveFirstTimecode = true;
+    }
+    if (readEvery && m_dvutil.GetTimeCode(data, hours, minutes, seconds, frames))
+        m_nTimecodeOffset = CorrectDropFrame(TimeToFrames(hours, minutes, seconds, frames, rate), rate) -
+                            m_nFirstTimecodeFrameDF;
+}
+
+bool SceneDetectFilter::IsSceneStart(const Watched& watched) {
+    switch (m_run.m_nMethod) {
+    case KxMethodTimestamp:
+        return m_bIsDV && IsRecordingTimeJump(watched);
+    case KxMethodVideo:
+        return IsPictureChange(watched);
+    case KxMethodInterval: {
+        const std::int32_t interval = m_run.m_nInterval;
+        return interval != 0 && watched.frame.number % interval == 0;
+    }
+    default: // "Manual" and unknown methods
+        return false;
+    }
+}
+
+bool SceneDetectFilter::IsRecordingTimeJump(const Watched& watched) {
+    int hours = 0;
+    int minutes = 0;
+    int seconds = 0;
+    int frames = 0;
+    if (!m_dvutil.GetRecordingTime(watched.data, hours, minutes, seconds, frames))
+        return false;
+    const std::int32_t rate = m_nFramesPerSecond;
+    const std::int32_t current = TimeToFrames(hours, minutes, seconds, frames, rate);
+    const bool jump = static_cast<unsigned>(hours) <= kLastRecordingHour && !watched.IsFirst() &&
+                      IsRecordingBreak(m_nPrevRecordingFrame, current, rate);
+    m_nPrevRecordingFrame = current;
+    return jump;
+}
+
+bool SceneDetectFilter::IsPictureChange(const Watched& watched) {
+    if (watched.IsFirst())
+        SettleGrid(watched);
+    // Frames without a header or smaller than one block can't be watched; grids stay as the run began.
+    if (!watched.header || m_detector.GetSampleCount() == 0)
+        return false;
+    std::uint8_t* slot = m_detector.NextFrame();
+    if (m_bIsDV)
+        LoadDcImage(watched, slot);
+    else
+        m_detector.ExtractLuminance(watched.dib, slot);
+    const std::int32_t sceneStart = m_detector.Process();
+    return watched.IsFirst() || sceneStart >= 1;
+}
+
+void SceneDetectFilter::SettleGrid(const Watched& watched) {
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    if (m_bIsDV) {
+        const auto size = m_dvDecoder.Create(kDcImageMode, watched.Is625Lines(), kDcImageVariant, {});
+        width = size->width;
+        height = size->height;
+    } else if (watched.header) {
+        width = std::max<std::int32_t>(watched.header->biWidth, 0) / kGridBlock;
+        height = static_cast<std::int32_t>(AbsoluteHeight(*watched.header) / kGridBlock);
+    }
+    m_detector.SetGridWidth(width);
+    m_detector.SetGridHeight(height);
+    m_detector.Reset();
+}
+
+void SceneDetectFilter::LoadDcImage(const Watched& watched, std::uint8_t* slot) {
+    const std::size_t room = static_cast<std::size_t>(m_detector.GetSampleCount());
+    const auto image = watched.data.empty() ? nullptr
+                                            : m_dvDecoder.Create(kDcImageMode, watched.Is625Lines(),
+                                                                 kDcImageVariant, watched.data);
+    if (!image) {
+        // A damaged frame repeats the picture before it: the look-ahead stays in step and sees no change.
+        std::copy_n(m_detector.GetFrame(-1), room, slot);
+        return;
+    }
+    const std::size_t size = static_cast<std::size_t>(image->width) * static_cast<std::size_t>(image->height);
+    std::copy_n(image->pixels, std::min(size, room), slot);
+}
+
+} // namespace scenedetect

@@ -1,0 +1,98 @@
+// The scene detect filter: an in-place transform that passes every sample on untouched and notes where
+// scenes begin.
+#pragma once
+
+#include "baseclasses/TransInPlaceFilter.h"
+#include "engine/Detector.h"
+#include "engine/DvDcImage.h"
+#include "filter/Dvutil.h"
+#include "scenes/DetectionRun.h"
+#include "scenes/IKxSceneDetect.h"
+
+#include <atomic>
+#include <cstdint>
+#include <span>
+
+namespace scenedetect {
+
+/// Made by the class factory only (`CreateInstance`); lives by its COM references. Negotiation runs on the
+/// thread that builds the graph, `Transform` on the streaming thread, the control methods on any.
+class SceneDetectFilter final : public CTransInPlaceFilter, public IKxSceneDetect2, public IKxSceneDetectEx {
+  public:
+    /// The class table's creation function. Null with a failure code in `*phr` when it can't be made.
+    static CUnknown* WINAPI CreateInstance(LPUNKNOWN outer, HRESULT* phr);
+
+    DECLARE_IUNKNOWN
+    STDMETHODIMP NonDelegatingQueryInterface(REFIID riid, void** ppv) override;
+
+    // --- negotiation ---
+    HRESULT CheckInputType(const CMediaType* type) override;
+    HRESULT CheckTransform(const CMediaType* input, const CMediaType* output) override;
+    HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* request) override;
+    HRESULT GetMediaType(int position, CMediaType* type) override;
+    HRESULT SetMediaType(PIN_DIRECTION direction, const CMediaType* type) override;
+
+    // --- streaming ---
+    STDMETHODIMP Pause() override;
+    using CTransInPlaceFilter::Transform;
+    HRESULT Transform(IMediaSample* sample) override;
+
+    // --- IKxSceneDetect2 ---
+    STDMETHODIMP EnableDetection(BOOL bEnable) override;
+    STDMETHODIMP GetNextScene(BITMAPINFOHEADER** ppHeader, BYTE** ppBits, ULONG* pdwPos) override;
+    STDMETHODIMP ReleaseScene() override;
+    STDMETHODIMP GetStartTimecode(ULONG* pdwFrames) override;
+    STDMETHODIMP SetDetectionMethod(ULONG dwMethod) override;
+    STDMETHODIMP GetDetectionMethod(ULONG* pdwMethod) override;
+    STDMETHODIMP SetSceneInterval(ULONG dwFrames) override;
+    STDMETHODIMP MarkScene() override;
+    STDMETHODIMP GetFrameCount(ULONG* pdwFrames) override;
+    STDMETHODIMP GetCurrentTimecode(ULONG* pdwFrames) override;
+    STDMETHODIMP EnableTimecode(BOOL bEnable) override;
+    STDMETHODIMP IsTimecodeEnabled() override;
+    STDMETHODIMP EnableSceneListFile(LPCWSTR pszPath) override;
+    STDMETHODIMP DisableSceneListFile() override;
+
+    // --- IKxSceneDetectEx ---
+    STDMETHODIMP SetFrameOffset(LONG nFrames) override;
+    STDMETHODIMP SetTimeOffset(LONGLONG rtOffset) override;
+    STDMETHODIMP GetSceneCount(ULONG* pdwCount) override;
+    STDMETHODIMP EnableSceneBitmaps(BOOL bEnable) override;
+
+  private:
+    SceneDetectFilter(LPUNKNOWN outer, HRESULT* phr);
+    ~SceneDetectFilter() override;
+
+    // One sample under watch: its place in the run, its times, its picture.
+    struct Watched;
+
+    void WatchSample(IMediaSample& sample, const RunFrame& frame);
+    void TakeOverMediaType(IMediaSample& sample);
+    void ReadTimecode(std::span<const std::uint8_t> data);
+    bool IsSceneStart(const Watched& watched);
+    bool IsRecordingTimeJump(const Watched& watched);
+    bool IsPictureChange(const Watched& watched);
+    void SettleGrid(const Watched& watched);
+    void LoadDcImage(const Watched& watched, std::uint8_t* slot);
+
+    DetectionRun m_run;
+    Detector m_detector; // streaming thread, but for the frame rate learnt before streaming
+    const Dvutil m_dvutil{};
+    const DvDcImage m_dvDecoder; // its tables are built with the filter, not while streaming
+
+    // Read by the control methods, too.
+    std::atomic<std::int32_t> m_nFirstTimecodeFrame = 0; ///< not corrected for drop-frame
+    std::atomic<std::int32_t> m_nTimecodeOffset = 0;
+    std::atomic<std::int32_t> m_nFramesPerSecond = 30;
+
+    // Streaming thread only.
+    bool m_bIsDV = false;
+    bool m_bHaveFirstTimecode = false;
+    std::int32_t m_nFirstTimecodeFrameDF = 0;
+    std::int32_t m_nPrevRecordingFrame = 0;
+    std::int32_t m_nReducedWidth = 0;
+    std::int32_t m_nReducedHeight = 0;
+    CMediaType m_mtCurrent; ///< type of the frames being watched; emptied before each streaming period
+};
+
+} // namespace scenedetect

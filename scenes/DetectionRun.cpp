@@ -1,0 +1,116 @@
+#include "scenes/DetectionRun.h"
+
+#include "scenes/SceneListFile.h"
+#include "support/DebugLog.h"
+
+#include <mutex>
+#include <utility>
+
+namespace scenedetect {
+
+using Lock = std::lock_guard<CriticalSection>;
+
+void DetectionRun::EnableDetection(bool enable) {
+    const Lock lock(m_csScenes);
+    ClearSceneList();
+    m_nFrameOffset = 0;
+    m_rtTimeOffset = 0;
+    if (enable) {
+        m_bAddScenePending = false;
+        m_nFrameCount.Start();
+    } else {
+        // Deliberate: the count stays, so that the length of the finished run can still be asked for.
+        m_nFrameCount.Stop();
+        if (!m_strSceneListFile.empty())
+            WriteSceneListFile(std::exchange(m_strSceneListFile, {}), m_vecScenePositions, m_nMethod);
+    }
+    m_vecScenePositions.clear();
+}
+
+void DetectionRun::MarkScene() {
+    const Lock lock(m_csScenes);
+    m_bAddScenePending = true;
+}
+
+void DetectionRun::SetSceneListFile(std::wstring path) {
+    const Lock lock(m_csScenes);
+    m_strSceneListFile = std::move(path);
+}
+
+bool DetectionRun::IsSceneCheckedOut() {
+    const Lock lock(m_csScenes);
+    return m_bSceneCheckedOut;
+}
+
+const RealtimeScene* DetectionRun::CheckOutScene() {
+    const Lock lock(m_csScenes);
+    if (m_sceneList.empty())
+        return nullptr;
+    m_bSceneCheckedOut = true;
+    return &m_sceneList.front();
+}
+
+bool DetectionRun::ReleaseScene() {
+    const Lock lock(m_csScenes);
+    m_bSceneCheckedOut = false;
+    if (m_sceneList.empty())
+        return false;
+    m_sceneList.pop_front();
+    return true;
+}
+
+std::size_t DetectionRun::SceneCount() {
+    const Lock lock(m_csScenes);
+    return m_sceneList.size();
+}
+
+void DetectionRun::ClearSceneList() {
+    const Lock lock(m_csScenes);
+    m_sceneList.clear();
+    m_bSceneCheckedOut = false;
+}
+
+LONGLONG DetectionRun::RelativeStart(const RunFrame& frame, LONGLONG start) {
+    if (std::exchange(m_timedRun, frame.run) != frame.run)
+        m_rtFirstStart = kNoFirstStart;
+    if (m_rtFirstStart == kNoFirstStart)
+        m_rtFirstStart = start;
+    // Through unsigned: times of a broken source may lie further apart than 64 bits hold.
+    return static_cast<LONGLONG>(static_cast<ULONGLONG>(start) - static_cast<ULONGLONG>(m_rtFirstStart));
+}
+
+void DetectionRun::MarkFrame(const RunFrame& frame) {
+    const Lock lock(m_csScenes);
+    if (m_nFrameCount.IsCurrent(frame))
+        m_bAddScenePending = true;
+}
+
+void DetectionRun::AddScene(const RunFrame& frame, const Dib& picture, SceneMoment moment) {
+    {
+        // A mark is consumed before the scene is made: one set meanwhile is for the next frame.
+        const Lock lock(m_csScenes);
+        if (!m_nFrameCount.IsCurrent(frame))
+            return;
+        m_bAddScenePending = false;
+    }
+    moment.frameNumber = frame.number;
+    moment.frameOffset = m_nFrameOffset;
+    moment.timeOffset = m_rtTimeOffset;
+    const std::int32_t position = ScenePosition(m_nMethod, moment);
+
+    // Made as a list of one, so that filing it under the lock can't fail half-way and holds nobody up.
+    std::list<RealtimeScene> scene(1);
+    scene.front().m_nPos = static_cast<std::uint32_t>(position);
+    if (m_bKeepScenePictures)
+        (void)picture.CopyTo(scene.front().m_dib);
+    DebugPrintAt(kLogCategorySceneDetect, kLogLevelScene, L"SceneDetectFilter::AddScene, pos = %d\n",
+                 position);
+
+    const Lock lock(m_csScenes);
+    if (!m_nFrameCount.IsCurrent(frame))
+        return;
+    m_vecScenePositions.push_back(position);
+    m_sceneList.splice(m_sceneList.end(), scene);
+}
+
+} // namespace scenedetect

@@ -1,0 +1,91 @@
+// The control interfaces of the scene detect filter and its class id: all that a host needs to steer it.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+/// The class to ask the module's class factory for.
+inline constexpr CLSID CLSID_SceneDetectFilter = {
+    0x54702E50, 0x7AC5, 0x4D09, {0xAF, 0x00, 0xC3, 0x00, 0x84, 0x62, 0x7A, 0x5F}};
+
+inline constexpr IID IID_IKxSceneDetect = {
+    0x7A5A6A86, 0x2706, 0x4160, {0xAA, 0xAD, 0x28, 0x93, 0x6E, 0x72, 0x49, 0xA9}};
+inline constexpr IID IID_IKxSceneDetect2 = {
+    0x908663DA, 0x46DC, 0x44EF, {0x9A, 0x05, 0xD3, 0xC4, 0xEB, 0x9B, 0x3C, 0x91}};
+inline constexpr IID IID_IKxSceneDetectEx = {
+    0x6DECD64D, 0xB9AA, 0x45E3, {0x93, 0xD7, 0x53, 0x9C, 0xC0, 0xA5, 0x95, 0xA6}};
+
+/// How scenes are found; the numbers of SetDetectionMethod. Any other value is stored too and finds none.
+enum KxDetectionMethod : std::uint32_t {
+    KxMethodTimestamp = 0, ///< a jump of more than one second in the recording time of DV frames
+    KxMethodVideo = 1,     ///< a picture change
+    KxMethodInterval = 2,  ///< every N-th frame
+    KxMethodManual = 3,    ///< only where the host marks one (the default)
+};
+
+/// Steers detection and hands out scenes. Every run also has a scene at its first frame.
+///
+/// Choose the method before connecting the filter's input: it decides which media types are accepted.
+/// Methods may be called from any thread; positions are frame numbers counted from the run's first frame.
+struct IKxSceneDetect : public IUnknown {
+    /// Starts a run (drops queued scenes, restarts the counters) or ends it (drops queued scenes, writes the
+    /// scene-list file if one is named). Drain the queue before ending. Always S_OK.
+    STDMETHOD(EnableDetection)(BOOL bEnable) = 0;
+    /// Hands out the oldest queued scene. Any pointer may be null; with pictures off the picture pointers
+    /// come back null. What is handed out belongs to the filter and stays valid until ReleaseScene, the next
+    /// GetNextScene, EnableDetection or the end of the filter. An empty queue gives VFW_S_NO_MORE_ITEMS, a
+    /// success code (compare with S_OK), and position 0xFFFFFFFF; `pdwPos` must then not be null.
+    STDMETHOD(GetNextScene)(BITMAPINFOHEADER** ppHeader, BYTE** ppBits, ULONG* pdwPos) = 0;
+    /// Destroys the oldest queued scene. VFW_S_NO_MORE_ITEMS when there is none.
+    STDMETHOD(ReleaseScene)() = 0;
+    /// The run's first DV timecode as a frame number, not corrected for drop-frame. E_FAIL for null.
+    STDMETHOD(GetStartTimecode)(ULONG* pdwFrames) = 0;
+    /// One of KxDetectionMethod; not checked. Takes effect at the next sample.
+    STDMETHOD(SetDetectionMethod)(ULONG dwMethod) = 0;
+    /// E_FAIL for null.
+    STDMETHOD(GetDetectionMethod)(ULONG* pdwMethod) = 0;
+    /// Frames per scene for the interval method; 0 switches it off.
+    STDMETHOD(SetSceneInterval)(ULONG dwFrames) = 0;
+    /// The next frame becomes a scene, whatever the method.
+    STDMETHOD(MarkScene)() = 0;
+    /// Frames seen in the run; still answered after its end. The pointer is not checked.
+    STDMETHOD(GetFrameCount)(ULONG* pdwFrames) = 0;
+    /// The current DV timecode minus the run's first, in real frames (drop-frame corrected); needs
+    /// EnableTimecode. The pointer is not checked.
+    STDMETHOD(GetCurrentTimecode)(ULONG* pdwFrames) = 0;
+    /// Reads the timecode of every DV frame from now on, or stops reading it.
+    STDMETHOD(EnableTimecode)(BOOL bEnable) = 0;
+    /// S_OK when timecode is read, else S_FALSE.
+    STDMETHOD(IsTimecodeEnabled)() = 0;
+
+  protected:
+    ~IKxSceneDetect() = default;
+};
+
+/// Adds the scene-list file: XML text with the run's positions, written when detection is switched off.
+struct IKxSceneDetect2 : public IKxSceneDetect {
+    /// Names the file for the end of this run or the next; null or "" names none. The path is copied and not
+    /// checked; it is forgotten after one attempt at writing. Failures are reported to the log only.
+    STDMETHOD(EnableSceneListFile)(LPCWSTR pszPath) = 0;
+    STDMETHOD(DisableSceneListFile)() = 0;
+
+  protected:
+    ~IKxSceneDetect2() = default;
+};
+
+/// Offsets, the length of the queue, and whether scenes keep pictures.
+struct IKxSceneDetectEx : public IUnknown {
+    /// Added to "Video" positions of samples without a duration. Reset by EnableDetection and when the
+    /// filter leaves the stopped state: set it after both.
+    STDMETHOD(SetFrameOffset)(LONG nFrames) = 0;
+    /// Added to the sample time of "Video" positions, in 100 ns. Reset by EnableDetection.
+    STDMETHOD(SetTimeOffset)(LONGLONG rtOffset) = 0;
+    /// Scenes queued and not yet released. The pointer is not checked.
+    STDMETHOD(GetSceneCount)(ULONG* pdwCount) = 0;
+    /// Whether scenes added from now on keep a copy of their picture (the default).
+    STDMETHOD(EnableSceneBitmaps)(BOOL bEnable) = 0;
+
+  protected:
+    ~IKxSceneDetectEx() = default;
+};

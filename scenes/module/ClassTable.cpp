@@ -1,0 +1,17 @@
+// The module's class table: one filter.
+#include "baseclasses/ClassFactory.h"
+#include "filter/SceneDetectFilter.h"
+
+namespace {
+
+constexpr const wchar_t* kFilterName = L"Tamrak Scene Detect Filter";
+
+const AMOVIESETUP_FILTER kFilterSetup = {&CLSID_SceneDetectFilter, kFilterName, MERIT_DO_NOT_USE, 0, nullptr};
+
+} // namespace
+
+CFactoryTemplate g_Templates[] = {
+    {kFilterName, &CLSID_SceneDetectFilter, scenedetect::SceneDetectFilter::CreateInstance, nullptr,
+     &kFilterSetup},
+};
+int g_cTemplates = 1;

@@ -1,0 +1,225 @@
+// The control interfaces, and the filter in a graph: samples pass untouched while hosts steer and drain.
+#include "tests/TempFolder.h"
+#include "tests/filter/Graph.h"
+#include "tests/filter/WatchedFilter.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+
+constexpr std::size_t kYuy2Bytes = 64 * 48 * 2;
+
+CMediaType Yuy2() {
+    return FourccType("YUY2", 64, 48, 16);
+}
+
+TEST(Control, InterfacesOfTheFilter) {
+    const WatchedFilter filter(KxMethodManual, Yuy2());
+    const auto unknown = QueryFor<IUnknown>(filter->GetOwner(), IID_IUnknown);
+    const auto first = QueryFor<IUnknown>(unknown.get(), IID_IKxSceneDetect);
+    const auto second = QueryFor<IUnknown>(unknown.get(), IID_IKxSceneDetect2);
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(first.get(), second.get()) << "one pointer serves both";
+    const auto ex = QueryFor<IKxSceneDetectEx>(first.get(), IID_IKxSceneDetectEx);
+    ASSERT_TRUE(ex);
+    EXPECT_EQ(QueryFor<IUnknown>(ex.get(), IID_IUnknown), unknown);
+    for (const IID& iid : {IID_IPersist, IID_IMediaFilter, IID_IBaseFilter})
+        EXPECT_TRUE(QueryFor<IUnknown>(ex.get(), iid));
+    for (const IID& iid : {IID_IPin, IID_IMemInputPin, IID_IMediaSeeking})
+        EXPECT_FALSE(QueryFor<IUnknown>(ex.get(), iid));
+}
+
+TEST(Control, DefaultsAndCheckedPointers) {
+    WatchedFilter filter(KxMethodManual, Yuy2());
+    ULONG value = 77;
+    EXPECT_EQ(filter->GetDetectionMethod(&value), S_OK);
+    EXPECT_EQ(value, 3u);
+    EXPECT_EQ(filter->GetDetectionMethod(nullptr), E_FAIL);
+    EXPECT_EQ(filter->GetStartTimecode(&value), S_OK);
+    EXPECT_EQ(value, 0u);
+    EXPECT_EQ(filter->GetStartTimecode(nullptr), E_FAIL);
+    EXPECT_EQ(filter->IsTimecodeEnabled(), S_FALSE);
+    EXPECT_EQ(filter->EnableTimecode(2), S_OK);
+    EXPECT_EQ(filter->IsTimecodeEnabled(), S_OK);
+    EXPECT_EQ(filter->SetDetectionMethod(4711), S_OK);
+    filter->GetDetectionMethod(&value);
+    EXPECT_EQ(value, 4711u);
+}
+
+TEST(Control, ScenesAreHandedOutOldestFirst) {
+    WatchedFilter filter(KxMethodInterval, Yuy2());
+    filter->SetSceneInterval(1);
+    filter->EnableDetection(TRUE);
+    for (int i = 0; i < 3; ++i) {
+        filter.Ex().EnableSceneBitmaps(i != 2);
+        filter.Send(std::vector<std::uint8_t>(kYuy2Bytes, static_cast<std::uint8_t>(100 + i)));
+    }
+    ULONG count = 0;
+    filter.Ex().GetSceneCount(&count);
+    EXPECT_EQ(count, 3u);
+
+    BITMAPINFOHEADER* header = nullptr;
+    BYTE* bits = nullptr;
+    ULONG position = 77;
+    ASSERT_EQ(filter->GetNextScene(&header, &bits, &position), S_OK);
+    EXPECT_EQ(position, 0u);
+    ASSERT_TRUE(header && bits);
+    EXPECT_EQ(header->biWidth, 64);
+    EXPECT_EQ(header->biSizeImage, kYuy2Bytes);
+    EXPECT_EQ(bits[kYuy2Bytes - 1], 100);
+    // Not released: the next call does it.
+    ASSERT_EQ(filter->GetNextScene(nullptr, &bits, nullptr), S_OK);
+    EXPECT_EQ(bits[0], 101);
+    EXPECT_EQ(filter->ReleaseScene(), S_OK);
+    ASSERT_EQ(filter->GetNextScene(&header, &bits, &position), S_OK);
+    EXPECT_EQ(position, 2u);
+    EXPECT_EQ(header, nullptr) << "pictures are off";
+    EXPECT_EQ(bits, nullptr);
+    EXPECT_EQ(filter->GetNextScene(&header, &bits, &position), VFW_S_NO_MORE_ITEMS);
+    EXPECT_EQ(position, 0xFFFFFFFFu);
+    EXPECT_EQ(filter->ReleaseScene(), VFW_S_NO_MORE_ITEMS);
+}
+
+TEST(Control, OffsetsHoldUntilTheRunAndTheStoppedStateEnd) {
+    const auto positionOf = [](bool offsetAfterEnabling, bool paused) {
+        WatchedFilter filter(KxMethodVideo, Yuy2());
+        if (!offsetAfterEnabling)
+            filter.Ex().SetFrameOffset(9);
+        filter->EnableDetection(TRUE);
+        if (offsetAfterEnabling)
+            filter.Ex().SetFrameOffset(9);
+        if (paused)
+            filter->Pause();
+        LooseSample sample(std::vector<std::uint8_t>(kYuy2Bytes, 90)); // no times: frames are counted
+        filter.Send(sample);
+        const Positions positions = filter.Drain();
+        return positions.size() == 1 ? positions[0] : ULONG{0xFFFFFFFF};
+    };
+    EXPECT_EQ(positionOf(true, false), 7u);
+    EXPECT_EQ(positionOf(false, false), 0u);
+    EXPECT_EQ(positionOf(true, true), 0u);
+}
+
+TEST(Control, SceneListFileIsWrittenOncePerName) {
+    const TempFolder folder;
+    const auto path = folder / "scenes.xml";
+    WatchedFilter filter(KxMethodInterval, Yuy2());
+    filter->SetSceneInterval(2);
+    filter->EnableSceneListFile(Wide(path).c_str());
+    filter->EnableDetection(TRUE);
+    for (int i = 0; i < 4; ++i)
+        filter.Send(std::vector<std::uint8_t>(kYuy2Bytes, 90));
+    filter.Drain();
+    EXPECT_EQ(filter->EnableDetection(FALSE), S_OK);
+    EXPECT_EQ(ReadWhole(path), "<SceneList count=\"2\" method=\"Interval\">\r\n<Scene pos=\"0\"/>\r\n"
+                               "<Scene pos=\"2\"/>\r\n</SceneList>\r\n");
+    std::filesystem::remove(path);
+
+    // Forgotten after one attempt, on request, and by an empty name.
+    filter->EnableDetection(FALSE);
+    EXPECT_FALSE(std::filesystem::exists(path));
+    const auto unname = {+[](WatchedFilter& one) { one->DisableSceneListFile(); },
+                         +[](WatchedFilter& one) { one->EnableSceneListFile(nullptr); },
+                         +[](WatchedFilter& one) { one->EnableSceneListFile(L""); }};
+    for (const auto& forget : unname) {
+        filter->EnableSceneListFile(Wide(path).c_str());
+        forget(filter);
+        filter->EnableDetection(FALSE);
+        EXPECT_FALSE(std::filesystem::exists(path));
+    }
+}
+
+TEST(Control, SamplesPassUntouched) {
+    Graph graph;
+    std::vector<std::uint8_t> picture(kYuy2Bytes);
+    for (std::size_t i = 0; i < picture.size(); ++i)
+        picture[i] = static_cast<std::uint8_t>(i * 7);
+    graph.Source().properties = {3, static_cast<LONG>(kYuy2Bytes), 1, 0};
+    graph.filter->SetDetectionMethod(KxMethodVideo);
+    ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
+    ASSERT_EQ(graph.ConnectOutput(), S_OK);
+    graph.filter->EnableDetection(TRUE);
+    int received = 0;
+    graph.Sink().seen = [&](IMediaSample& sample) {
+        EXPECT_EQ(&sample, graph.Source().lastSent) << "no copy";
+        BYTE* data = nullptr;
+        sample.GetPointer(&data);
+        ASSERT_EQ(sample.GetActualDataLength(), static_cast<LONG>(picture.size()));
+        EXPECT_TRUE(std::equal(picture.begin(), picture.end(), data));
+        REFERENCE_TIME start = 0;
+        REFERENCE_TIME stop = 0;
+        EXPECT_EQ(sample.GetTime(&start, &stop), S_OK);
+        EXPECT_EQ(start, received * 400000);
+        EXPECT_EQ(stop, start + 400000);
+        ++received;
+    };
+    graph.Run();
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(graph.Source().Send(picture, i * 400000, (i + 1) * 400000), S_OK);
+    EXPECT_EQ(received, 10);
+}
+
+// Everything that hosts may do at any time, against a stream that never pauses.
+TEST(Control, HostsSteerAndDrainWhileTheStreamRuns) {
+    const TempFolder folder;
+    const std::wstring path = Wide(folder / "scenes.xml");
+    Graph graph;
+    graph.Source().properties = {3, static_cast<LONG>(kYuy2Bytes), 1, 0};
+    ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
+    ASSERT_EQ(graph.ConnectOutput(), S_OK);
+    graph.Run();
+    SceneDetectFilter& filter = *graph.filter;
+    filter.SetSceneInterval(2);
+
+    std::atomic<bool> done = false;
+    std::atomic<int> sent = 0;
+    std::jthread streaming([&] {
+        std::vector<std::uint8_t> picture(kYuy2Bytes);
+        for (int i = 0; !done; ++i, ++sent) {
+            std::fill(picture.begin(), picture.end(), static_cast<std::uint8_t>(i % 5 == 0 ? 220 : 80));
+            if (graph.Source().Send(picture, i * 400000LL, (i + 1) * 400000LL) != S_OK)
+                break;
+        }
+    });
+    std::size_t drained = 0;
+    for (int round = 0; round < 300; ++round) {
+        filter.SetDetectionMethod(static_cast<ULONG>(round % 5));
+        filter.EnableSceneBitmaps(round % 3 == 0);
+        filter.EnableTimecode(round % 2);
+        filter.EnableSceneListFile(path.c_str());
+        filter.EnableDetection(TRUE);
+        filter.MarkScene();
+        filter.SetFrameOffset(round);
+        filter.SetTimeOffset(round);
+        for (const int target = sent + 3; sent < target;)
+            std::this_thread::yield();
+        ULONG frames = 0;
+        ULONG position = 0;
+        ULONG last = 0;
+        BYTE* bits = nullptr;
+        filter.GetFrameCount(&frames);
+        EXPECT_LT(frames, 100000u);
+        while (filter.GetNextScene(nullptr, &bits, &position) == S_OK) {
+            EXPECT_TRUE(!bits || bits[0] == 220 || bits[0] == 80);
+            EXPECT_GE(position, last) << "a scene of the run before";
+            last = position;
+            ++drained;
+        }
+        filter.EnableDetection(FALSE);
+        ULONG left = 77;
+        filter.GetSceneCount(&left);
+        EXPECT_EQ(left, 0u);
+    }
+    done = true;
+    streaming.join();
+    EXPECT_GT(drained, 300u) << "every run has its first frame's scene";
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,196 @@
+// Pins, media types and buffers: what the filter takes, offers and asks for.
+#include "tests/filter/Graph.h"
+#include "tests/filter/TypeMaking.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+
+TEST(Negotiation, TypesByMethod) {
+    const GUID someSubtype = {1, 2, 3, {4}};
+    CMediaType audio;
+    audio.SetType(&MEDIATYPE_Audio);
+    audio.SetFormatType(&FORMAT_WaveFormatEx);
+    const BITMAPINFOHEADER i420 = PictureHeader(720, 480, 12, MAKEFOURCC('I', '4', '2', '0'));
+    const struct {
+        const char* name;
+        CMediaType type;
+        bool video, timestamp, others;
+    } cases[] = {
+        {"dvsd", DvType(), true, true, true},
+        {"DVSD", FourccType("DVSD", 720, 576, 24), true, true, true},
+        {"RGB24", RgbType(MEDIASUBTYPE_RGB24, 320, 240, 24), true, false, true},
+        {"YUY2", FourccType("YUY2", 320, 240, 16), true, false, true},
+        {"YV12", FourccType("YV12", 320, 240, 12), true, false, true},
+        {"UYVY", FourccType("UYVY", 320, 240, 16), true, false, true},
+        {"I420 by header", VideoType(someSubtype, FORMAT_VideoInfo, i420), true, false, true},
+        {"RGB32", RgbType(MEDIASUBTYPE_RGB32, 320, 240, 32), false, false, true},
+        {"RGB565", RgbType(MEDIASUBTYPE_RGB565, 320, 240, 16), false, false, true},
+        {"IYUV", FourccType("IYUV", 320, 240, 12), false, false, true},
+        {"H264", FourccType("H264", 320, 240, 24), false, false, true},
+        {"audio", audio, false, false, false},
+        {"VideoInfo2", VideoType<VIDEOINFOHEADER2>(MEDIASUBTYPE_YUY2, FORMAT_VideoInfo2, i420), false, false,
+         false},
+    };
+    Graph graph;
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        const auto accepts = [&](ULONG method) {
+            graph.filter->SetDetectionMethod(method);
+            return graph.filter->CheckInputType(&one.type) == S_OK;
+        };
+        EXPECT_EQ(accepts(KxMethodVideo), one.video);
+        EXPECT_EQ(accepts(KxMethodTimestamp), one.timestamp);
+        EXPECT_EQ(accepts(KxMethodInterval), one.others);
+        EXPECT_EQ(accepts(KxMethodManual), one.others);
+        EXPECT_EQ(accepts(17), one.others);
+    }
+}
+
+TEST(Negotiation, VideoInfo2IsTakenWhileStreamingOnly) {
+    const CMediaType changed = VideoType<VIDEOINFOHEADER2>(
+        MEDIASUBTYPE_YUY2, FORMAT_VideoInfo2, PictureHeader(64, 48, 16, MAKEFOURCC('Y', 'U', 'Y', '2')));
+    Graph graph;
+    ASSERT_EQ(graph.ConnectInput(FourccType("YUY2", 64, 48, 16)), S_OK);
+    ASSERT_EQ(graph.ConnectOutput(), S_OK);
+    EXPECT_NE(graph.filter->GetPin(0)->QueryAccept(&changed), S_OK);
+    graph.Run();
+    EXPECT_EQ(graph.filter->GetPin(0)->QueryAccept(&changed), S_OK);
+    graph.Stop();
+    EXPECT_NE(graph.filter->GetPin(0)->QueryAccept(&changed), S_OK);
+}
+
+TEST(Negotiation, PinsAreNamedAndFound) {
+    Graph graph;
+    const struct {
+        int number;
+        const wchar_t* name;
+        const wchar_t* id;
+        PIN_DIRECTION direction;
+    } cases[] = {{0, L"Input", L"In", PINDIR_INPUT}, {1, L"Output", L"Out", PINDIR_OUTPUT}};
+    ASSERT_EQ(graph.filter->GetPinCount(), 2);
+    for (const auto& one : cases) {
+        CBasePin* pin = graph.filter->GetPin(one.number);
+        PIN_INFO info{};
+        ASSERT_EQ(pin->QueryPinInfo(&info), S_OK);
+        EXPECT_EQ(std::wstring(info.achName), one.name);
+        EXPECT_EQ(info.dir, one.direction);
+        info.pFilter->Release();
+        LPWSTR id = nullptr;
+        ASSERT_EQ(pin->QueryId(&id), S_OK);
+        EXPECT_EQ(std::wstring(id), one.id);
+        IPin* found = nullptr;
+        EXPECT_EQ(graph.filter->FindPin(id, &found), S_OK);
+        EXPECT_EQ(found, static_cast<IPin*>(pin));
+        found->Release();
+        CoTaskMemFree(id);
+        EXPECT_EQ(pin->QueryId(nullptr), E_POINTER);
+        ULONG count = 0;
+        EXPECT_EQ(pin->QueryInternalConnections(nullptr, &count), E_NOTIMPL);
+    }
+}
+
+TEST(Negotiation, UnconnectedTheOutputOffersFiveSizes) {
+    Graph graph;
+    const LONG sizes[][2] = {{160, 120}, {180, 120}, {180, 144}, {88, 60}, {88, 76}};
+    int position = 0;
+    for (const auto& size : sizes) {
+        CMediaType type;
+        ASSERT_EQ(graph.filter->GetMediaType(position++, &type), S_OK);
+        EXPECT_TRUE(type.majortype == MEDIATYPE_Video && type.subtype == MEDIASUBTYPE_RGB24 &&
+                    type.formattype == FORMAT_VideoInfo);
+        const BITMAPINFOHEADER* header = GetBitmapHeader(static_cast<const AM_MEDIA_TYPE&>(type));
+        ASSERT_NE(header, nullptr);
+        EXPECT_EQ(header->biSize, 40u);
+        EXPECT_EQ(header->biWidth, size[0]);
+        EXPECT_EQ(header->biHeight, size[1]);
+        EXPECT_EQ(header->biPlanes, 1);
+        EXPECT_EQ(header->biBitCount, 24);
+        EXPECT_EQ(header->biSizeImage, static_cast<DWORD>(size[0] * size[1] * 3));
+        EXPECT_EQ(GetFrameDuration(type), 0);
+    }
+    CMediaType type;
+    EXPECT_EQ(graph.filter->GetMediaType(position, &type), VFW_S_NO_MORE_ITEMS);
+}
+
+TEST(Negotiation, ConnectedTheOutputOffersTheInputsType) {
+    Graph graph;
+    const CMediaType yuy2 = FourccType("YUY2", 64, 48, 16);
+    ASSERT_EQ(graph.ConnectInput(yuy2), S_OK);
+    CMediaType type;
+    EXPECT_EQ(graph.filter->GetMediaType(0, &type), S_OK);
+    EXPECT_TRUE(type == yuy2);
+    EXPECT_EQ(graph.filter->GetMediaType(1, &type), VFW_S_NO_MORE_ITEMS);
+}
+
+TEST(Negotiation, TheMethodDecidesAtConnecting) {
+    Graph graph;
+    graph.filter->SetDetectionMethod(KxMethodTimestamp);
+    EXPECT_TRUE(FAILED(graph.ConnectInput(FourccType("YUY2", 64, 48, 16))));
+    EXPECT_EQ(graph.ConnectInput(DvType()), S_OK);
+}
+
+// Grants what the test says, whatever is asked for.
+class Allocator final : public IMemAllocator {
+  public:
+    ALLOCATOR_PROPERTIES asked{};
+    ALLOCATOR_PROPERTIES granted{};
+    HRESULT result = S_OK;
+
+    STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP SetProperties(ALLOCATOR_PROPERTIES* request, ALLOCATOR_PROPERTIES* actual) override {
+        asked = *request;
+        *actual = granted;
+        return result;
+    }
+    STDMETHODIMP GetProperties(ALLOCATOR_PROPERTIES*) override { return E_NOTIMPL; }
+    STDMETHODIMP Commit() override { return S_OK; }
+    STDMETHODIMP Decommit() override { return S_OK; }
+    STDMETHODIMP GetBuffer(IMediaSample**, REFERENCE_TIME*, REFERENCE_TIME*, DWORD) override {
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP ReleaseBuffer(IMediaSample*) override { return S_OK; }
+};
+
+TEST(Negotiation, BuffersFollowTheInputsAllocator) {
+    Graph graph;
+    Allocator allocator;
+    allocator.granted = {1, 1, 16, 0};
+    ALLOCATOR_PROPERTIES request{0, 0, 16, 8};
+    EXPECT_EQ(graph.filter->DecideBufferSize(&allocator, &request), S_OK);
+    EXPECT_EQ(allocator.asked.cBuffers, 1);
+    EXPECT_EQ(allocator.asked.cbBuffer, 1);
+
+    graph.Source().properties = {4, 5000, 1, 0};
+    ASSERT_EQ(graph.ConnectInput(FourccType("YUY2", 64, 48, 16)), S_OK);
+    const struct {
+        ALLOCATOR_PROPERTIES granted;
+        HRESULT granting;
+        HRESULT result;
+    } cases[] = {
+        {{6, 5000, 1, 0}, S_OK, S_OK},
+        {{3, 5000, 1, 0}, S_OK, E_FAIL},
+        {{4, 4999, 1, 0}, S_OK, E_FAIL},
+        {{6, 5000, 1, 0}, VFW_E_BADALIGN, VFW_E_BADALIGN},
+    };
+    for (const auto& one : cases) {
+        allocator.granted = one.granted;
+        allocator.result = one.granting;
+        request = {0, 0, 16, 8};
+        EXPECT_EQ(graph.filter->DecideBufferSize(&allocator, &request), one.result);
+        EXPECT_EQ(allocator.asked.cBuffers, 4);
+        EXPECT_EQ(allocator.asked.cbBuffer, 5000);
+        EXPECT_EQ(allocator.asked.cbAlign, 16) << "alignment and prefix are the caller's";
+        EXPECT_EQ(allocator.asked.cbPrefix, 8);
+    }
+}
+
+} // namespace
+} // namespace scenedetect

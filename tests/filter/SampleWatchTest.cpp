@@ -1,0 +1,317 @@
+// Sample processing: each method's scenes, DV metadata on the way, and frames that can't be watched.
+#include "tests/filter/DvMaking.h"
+#include "tests/filter/WatchedFilter.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+
+constexpr REFERENCE_TIME kNtsc = 333667;
+
+std::vector<std::uint8_t> Grey(std::size_t bytes, std::uint8_t level) {
+    return std::vector<std::uint8_t>(bytes, level);
+}
+
+constexpr LONG kWidth = 64;
+constexpr LONG kHeight = 48;
+constexpr std::size_t kYuy2Bytes = kWidth * kHeight * 2;
+
+CMediaType Yuy2() {
+    return FourccType("YUY2", kWidth, kHeight, 16);
+}
+
+// Pictures whose level jumps at the given frames and rests between.
+template <typename Picture>
+Positions VideoScenes(WatchedFilter& filter, int frames, const std::vector<int>& cuts, Picture picture) {
+    filter->EnableDetection(TRUE);
+    bool bright = false;
+    for (int i = 0; i < frames; ++i) {
+        if (std::find(cuts.begin(), cuts.end(), i) != cuts.end())
+            bright = !bright;
+        filter.Send(picture(i, bright));
+    }
+    return filter.Drain();
+}
+
+TEST(SampleWatch, OffNothingMoves) {
+    WatchedFilter filter(KxMethodInterval, Yuy2());
+    filter->SetSceneInterval(1);
+    filter.Send(Grey(kYuy2Bytes, 90));
+    EXPECT_EQ(filter.FrameCount(), 0u);
+    EXPECT_TRUE(filter.Drain().empty());
+}
+
+TEST(SampleWatch, IntervalAndManual) {
+    const struct {
+        std::uint32_t method;
+        ULONG interval;
+        Positions positions;
+    } cases[] = {
+        {KxMethodInterval, 3, {0, 3, 6}},
+        {KxMethodInterval, 1, {0, 1, 2, 3, 4, 5, 6}},
+        {KxMethodInterval, 0, {0}},
+        {KxMethodInterval, static_cast<ULONG>(-2), {0, 2, 4, 6}},
+        {KxMethodManual, 3, {0}},
+        {KxMethodTimestamp, 3, {0}}, // not DV: no recording time to jump
+        {99, 3, {0}},
+    };
+    for (const auto& one : cases) {
+        WatchedFilter filter(one.method, Yuy2());
+        filter->SetSceneInterval(one.interval);
+        filter->EnableDetection(TRUE);
+        for (int i = 0; i < 7; ++i)
+            filter.Send(Grey(kYuy2Bytes, 90));
+        EXPECT_EQ(filter.Drain(), one.positions) << one.method << "/" << one.interval;
+        EXPECT_EQ(filter.FrameCount(), 7u);
+    }
+}
+
+TEST(SampleWatch, MarksAddOneSceneEach) {
+    WatchedFilter filter(KxMethodInterval, Yuy2());
+    filter->SetSceneInterval(4);
+    filter->EnableDetection(TRUE);
+    for (int i = 0; i < 8; ++i) {
+        if (i == 2 || i == 4) // the second coincides with the interval's own
+            filter->MarkScene();
+        filter.Send(Grey(kYuy2Bytes, 90));
+    }
+    EXPECT_EQ(filter.Drain(), (Positions{0, 2, 4}));
+}
+
+TEST(SampleWatch, VideoFindsTheCutFrames) {
+    const auto solid = [](std::size_t bytes) {
+        return [bytes](int, bool bright) { return Grey(bytes, bright ? 200 : 90); };
+    };
+    const struct {
+        const char* name;
+        CMediaType type;
+        std::size_t bytes;
+    } cases[] = {
+        {"YUY2", Yuy2(), kYuy2Bytes},
+        {"UYVY", FourccType("UYVY", kWidth, kHeight, 16), kYuy2Bytes},
+        {"I420", FourccType("I420", kWidth, kHeight, 12), kYuy2Bytes * 3 / 4},
+        {"YV12", FourccType("YV12", kWidth, kHeight, 12), kYuy2Bytes * 3 / 4},
+        {"RGB24", RgbType(MEDIASUBTYPE_RGB24, kWidth, kHeight, 24), kYuy2Bytes * 3 / 2},
+        {"RGB24 top-down", RgbType(MEDIASUBTYPE_RGB24, kWidth, -kHeight, 24), kYuy2Bytes * 3 / 2},
+    };
+    for (const auto& one : cases) {
+        WatchedFilter filter(KxMethodVideo, one.type);
+        EXPECT_EQ(VideoScenes(filter, 30, {7, 12, 20}, solid(one.bytes)), (Positions{0, 7, 12, 20}))
+            << one.name;
+    }
+}
+
+TEST(SampleWatch, VideoMarksLieTwoFramesBefore) {
+    WatchedFilter filter(KxMethodVideo, Yuy2());
+    filter->EnableDetection(TRUE);
+    for (int i = 0; i < 10; ++i) {
+        if (i == 7)
+            filter->MarkScene();
+        filter.Send(Grey(kYuy2Bytes, 90));
+    }
+    EXPECT_EQ(filter.Drain(), (Positions{0, 5}));
+}
+
+TEST(SampleWatch, VideoOnDvComparesDcPictures) {
+    for (const bool is625 : {true, false}) {
+        WatchedFilter filter(KxMethodVideo, DvType(is625, is625 ? 400000 : kNtsc));
+        const auto picture = [&](int i, bool bright) {
+            DvFrame frame(is625);
+            frame.Luma(bright ? 250 : 180);
+            if (i == 9)
+                frame.Cut(50000); // damaged: repeats the picture before, and the count goes on
+            return frame.Bytes();
+        };
+        EXPECT_EQ(VideoScenes(filter, 30, {6, 14, 21}, picture), (Positions{0, 6, 14, 21})) << is625;
+        EXPECT_EQ(filter.FrameCount(), 30u);
+    }
+}
+
+TEST(SampleWatch, RecordingTimeJumpsOfMoreThanASecondStartScenes) {
+    const struct {
+        TimeOfDay time;
+        bool scene;
+    } frames[] = {
+        {{10, 0, 0, 0}, true},  // the first frame
+        {{10, 0, 1, 0}, false}, // exactly a second
+        {{10, 0, 2, 1}, true},  // a frame more
+        {{10, 0, 1, 0}, true},  // backward
+        {{25, 0, 0, 0}, false}, // no such hour ...
+        {{10, 0, 1, 1}, true},  // ... but the next frame is compared with it
+        {{24, 0, 0, 0}, true},
+    };
+    WatchedFilter filter(KxMethodTimestamp, DvType());
+    filter->EnableDetection(TRUE);
+    Positions expected;
+    ULONG number = 0;
+    for (const auto& one : frames) {
+        filter.Send(DvFrame().RecordingTime(one.time).Bytes());
+        if (one.scene)
+            expected.push_back(number);
+        ++number;
+    }
+    EXPECT_EQ(filter.Drain(), expected);
+}
+
+TEST(SampleWatch, FramesWithoutRecordingTimeAreSteppedOver) {
+    WatchedFilter filter(KxMethodTimestamp, DvType());
+    filter->EnableDetection(TRUE);
+    const auto at = [](int seconds) { return DvFrame().RecordingTime({1, 0, seconds, 0}); };
+    filter.Send(at(0).Bytes());
+    filter.Send(DvFrame().Bytes());          // no pack
+    filter.Send(at(50).Cut(100000).Bytes()); // too short to be believed
+    filter.Send({});                         // no data at all
+    filter.Send(at(1).Bytes());              // within a second of the last known time
+    filter.Send(at(30).Bytes());
+    EXPECT_EQ(filter.Drain(), (Positions{0, 5}));
+    EXPECT_EQ(filter.FrameCount(), 6u);
+}
+
+TEST(SampleWatch, TimecodeIsReadFromDv) {
+    WatchedFilter filter(KxMethodManual, DvType(false, kNtsc));
+    filter->EnableTimecode(TRUE);
+    filter->EnableDetection(TRUE);
+    ULONG first = 0;
+    ULONG offset = 0;
+    filter.Send(DvFrame(false).Bytes()); // none yet
+    filter.Send(DvFrame(false).Timecode({0, 0, 59, 29}).Bytes());
+    filter->GetStartTimecode(&first);
+    EXPECT_EQ(first, 1799u);
+    filter.Send(DvFrame(false).Timecode({0, 1, 0, 2}).Bytes()); // the next frame: ;00 and ;01 are dropped
+    filter->GetCurrentTimecode(&offset);
+    EXPECT_EQ(offset, 1u);
+    filter.Send(DvFrame(false).Timecode({4, 0, 0, 0}).Bytes()); // unusable: the offset stays
+    filter->GetCurrentTimecode(&offset);
+    EXPECT_EQ(offset, 1u);
+    filter->GetStartTimecode(&first);
+    EXPECT_EQ(first, 1799u);
+    filter->EnableTimecode(FALSE);
+    filter.Send(DvFrame(false).Timecode({0, 2, 0, 2}).Bytes());
+    filter->GetCurrentTimecode(&offset);
+    EXPECT_EQ(offset, 1u);
+}
+
+TEST(SampleWatch, OnlyLowerCaseDvsdMakesADvRun) {
+    WatchedFilter filter(KxMethodTimestamp, FourccType("DVSD", 720, 576, 24));
+    filter->EnableDetection(TRUE);
+    filter.Send(DvFrame().RecordingTime({1, 0, 0, 0}).Bytes());
+    filter.Send(DvFrame().RecordingTime({9, 0, 0, 0}).Bytes());
+    EXPECT_EQ(filter.Drain(), Positions{0});
+}
+
+// What can't be watched still counts, and the first frame is a scene all the same.
+TEST(SampleWatch, UnwatchableFramesCount) {
+    CMediaType headerless = Yuy2();
+    headerless.SetFormatType(&FORMAT_None);
+    CMediaType shortBlock = Yuy2();
+    shortBlock.cbFormat = 60;
+    for (const CMediaType& type :
+         {FourccType("YUY2", 7, 64, 16), FourccType("YUY2", 64, 7, 16), headerless, shortBlock,
+          FourccType("YUY2", -64, 48, 16), FourccType("YUY2", 0, 0, 16)}) {
+        WatchedFilter filter(KxMethodVideo, type);
+        filter->EnableDetection(TRUE);
+        for (int i = 0; i < 6; ++i) {
+            if (i == 5)
+                filter->MarkScene();
+            filter.Send(Grey(kYuy2Bytes, i < 3 ? 10 : 200));
+        }
+        EXPECT_EQ(filter.Drain(), (Positions{0, 3}));
+        EXPECT_EQ(filter.FrameCount(), 6u);
+    }
+}
+
+TEST(SampleWatch, HeadersThatAnnounceMoreThanThereIsAreSafe) {
+    CMediaType palette = RgbType(MEDIASUBTYPE_RGB8, 64, 48, 8); // without its colour table
+    GetBitmapHeader(static_cast<AM_MEDIA_TYPE&>(palette))->biClrUsed = 0xFFFFFFFF;
+    for (const CMediaType& type :
+         {FourccType("I420", 8000, 6000, 12), RgbType(MEDIASUBTYPE_RGB24, 4096, -2160, 24),
+          RgbType(MEDIASUBTYPE_RGB555, 64, 48, 16), palette}) {
+        WatchedFilter filter(KxMethodVideo, type);
+        filter->EnableDetection(TRUE);
+        for (int i = 0; i < 6; ++i)
+            filter.Send(Grey(i == 3 ? 0 : 1000, 200));
+        EXPECT_EQ(filter.Drain().front(), 0u);
+        EXPECT_EQ(filter.FrameCount(), 6u);
+    }
+}
+
+TEST(SampleWatch, AMethodChangedInMidRunUsesTheGridThereIs) {
+    WatchedFilter filter(KxMethodManual, DvType());
+    filter->EnableDetection(TRUE);
+    filter.Send(DvFrame().Luma(180).Bytes());
+    filter->SetDetectionMethod(KxMethodVideo); // grid not settled: 300 samples take part of 396
+    for (int i = 1; i < 20; ++i)
+        filter.Send(DvFrame().Luma(i < 10 ? 180 : 250).Bytes());
+    EXPECT_EQ(filter.Drain(), (Positions{0, 10}));
+}
+
+// A sample that reports no stop time at all, unlike the project's own sample class.
+class SampleWithoutStop : public LooseSample {
+  public:
+    using LooseSample::LooseSample;
+    STDMETHODIMP GetTime(REFERENCE_TIME* start, REFERENCE_TIME*) override {
+        *start = 40000000;
+        return VFW_S_NO_STOP_TIME;
+    }
+};
+
+TEST(SampleWatch, PositionsOfSamplesWithoutStopTime) {
+    // The sample class reports start + 1: a duration, so that sample times count.
+    WatchedFilter timed(KxMethodVideo, Yuy2());
+    timed->EnableDetection(TRUE);
+    for (int i = 0; i < 8; ++i) {
+        LooseSample sample(Grey(kYuy2Bytes, 90));
+        REFERENCE_TIME start = 10 * i * 400000;
+        sample.SetTime(&start, nullptr);
+        if (i == 7)
+            timed->MarkScene();
+        timed.Send(sample);
+    }
+    EXPECT_EQ(timed.Drain(), (Positions{0, 68}));
+
+    // A stop of 0 leaves the frames to be counted, with the host's offset.
+    WatchedFilter counted(KxMethodVideo, Yuy2());
+    counted->EnableDetection(TRUE);
+    counted.Ex().SetFrameOffset(5);
+    for (int i = 0; i < 8; ++i) {
+        SampleWithoutStop sample(Grey(kYuy2Bytes, 90));
+        if (i == 7)
+            counted->MarkScene();
+        counted.Send(sample);
+    }
+    EXPECT_EQ(counted.Drain(), (Positions{3, 10}));
+}
+
+TEST(SampleWatch, AnAttachedTypeIsTakenOverWhenItDiffers) {
+    WatchedFilter filter(KxMethodManual, DvType(true, 400000));
+    filter->EnableDetection(TRUE);
+    filter->EnableTimecode(TRUE);
+    filter.Send(DvFrame(true).Timecode({0, 0, 1, 0}).Bytes());
+    ULONG first = 0;
+    filter->GetStartTimecode(&first);
+    EXPECT_EQ(first, 25u);
+    EXPECT_TRUE(filter->GetPin(0)->CurrentMediaType() == DvType(true, 400000));
+
+    filter.SetType(DvType(false, kNtsc));
+    filter.Send(DvFrame(false).Timecode({0, 0, 2, 0}).Bytes());
+    for (const int pin : {0, 1})
+        EXPECT_TRUE(filter->GetPin(pin)->CurrentMediaType() == DvType(false, kNtsc));
+    ULONG offset = 0;
+    filter->GetCurrentTimecode(&offset);
+    EXPECT_EQ(offset, 60u - 25u) << "the frame rate follows the type";
+}
+
+TEST(SampleWatch, ARestartedRunStartsClean) {
+    WatchedFilter filter(KxMethodVideo, Yuy2());
+    const auto solid = [](int, bool bright) { return Grey(kYuy2Bytes, bright ? 200 : 90); };
+    EXPECT_EQ(VideoScenes(filter, 15, {8}, solid), (Positions{0, 8}));
+    EXPECT_EQ(VideoScenes(filter, 15, {9}, solid), (Positions{0, 9})) << "positions count from the new run";
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,182 @@
+#include "scenes/DetectionRun.h"
+
+#include "tests/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <mutex>
+#include <thread>
+
+namespace scenedetect {
+namespace {
+
+using testing_support::ReadWhole;
+using testing_support::TempFolder;
+using testing_support::Wide;
+
+constexpr LONGLONG kPal = 400000;
+
+// Streams one frame, with a scene where the test asks for one or a mark is pending.
+void Stream(DetectionRun& run, bool scene = false) {
+    const auto frame = run.BeginFrame();
+    ASSERT_TRUE(frame);
+    if (scene || run.IsScenePending())
+        run.AddScene(*frame, Dib(), {});
+    run.EndFrame(*frame);
+}
+
+std::vector<std::uint32_t> Drain(DetectionRun& run) {
+    std::vector<std::uint32_t> positions;
+    while (const RealtimeScene* scene = run.CheckOutScene()) {
+        positions.push_back(scene->m_nPos);
+        run.ReleaseScene();
+    }
+    return positions;
+}
+
+TEST(DetectionRun, OffCountsNothing) {
+    DetectionRun run;
+    EXPECT_FALSE(run.BeginFrame());
+    EXPECT_EQ(run.FrameCount(), 0);
+    EXPECT_FALSE(run.ReleaseScene());
+    EXPECT_EQ(run.CheckOutScene(), nullptr);
+}
+
+TEST(DetectionRun, QueueIsDrainedInOrderAndTheFileListsAll) {
+    const TempFolder folder;
+    const auto path = folder / "scenes.xml";
+    DetectionRun run;
+    run.SetSceneListFile(Wide(path));
+    run.EnableDetection(true);
+    EXPECT_FALSE(std::filesystem::exists(path));
+    for (const bool scene : {true, false, true, true})
+        Stream(run, scene);
+    EXPECT_EQ(run.SceneCount(), 3u);
+    EXPECT_EQ(Drain(run), (std::vector<std::uint32_t>{0, 2, 3}));
+
+    run.EnableDetection(false);
+    const char* expected =
+        "<SceneList count=\"3\" method=\"Manual\">\r\n<Scene pos=\"0\"/>\r\n<Scene pos=\"2\"/>\r\n"
+        "<Scene pos=\"3\"/>\r\n</SceneList>\r\n";
+    EXPECT_EQ(ReadWhole(path), expected);
+    EXPECT_EQ(run.FrameCount(), 4) << "the count of the finished run stays";
+
+    // The name is good for one attempt.
+    std::filesystem::remove(path);
+    run.EnableDetection(true);
+    run.EnableDetection(false);
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST(DetectionRun, StartingDropsScenesMarksAndOffsets) {
+    DetectionRun run;
+    run.EnableDetection(true);
+    Stream(run, true);
+    Stream(run);
+    run.MarkScene();
+    run.m_nFrameOffset = 5;
+    run.m_rtTimeOffset = kPal;
+    ASSERT_NE(run.CheckOutScene(), nullptr);
+    run.EnableDetection(true);
+    EXPECT_EQ(run.SceneCount(), 0u);
+    EXPECT_FALSE(run.IsSceneCheckedOut());
+    EXPECT_FALSE(run.IsScenePending());
+    EXPECT_EQ(run.FrameCount(), 0);
+    EXPECT_EQ(run.m_nFrameOffset, 0);
+    EXPECT_EQ(run.m_rtTimeOffset, 0);
+}
+
+TEST(DetectionRun, AnySceneConsumesTheMark) {
+    DetectionRun run;
+    run.EnableDetection(true);
+    Stream(run, true);
+    run.MarkScene();
+    Stream(run);
+    Stream(run);
+    EXPECT_EQ(Drain(run), (std::vector<std::uint32_t>{0, 1}));
+}
+
+TEST(DetectionRun, PicturesAreDeepCopiesWhileTheyAreKept) {
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = 2;
+    header.biHeight = 1;
+    header.biPlanes = 1;
+    header.biBitCount = 32;
+    header.biSizeImage = 8;
+    std::array<std::uint8_t, 8> pixels = {1, 2, 3, 4, 5, 6, 7, 8};
+    DetectionRun run;
+    run.EnableDetection(true);
+    const Dib picture(&header, sizeof header, pixels.data(), pixels.size());
+    run.AddScene(*run.BeginFrame(), picture, {});
+    run.m_bKeepScenePictures = FALSE;
+    run.AddScene(*run.BeginFrame(), picture, {});
+    const auto original = std::exchange(pixels, {});
+
+    const RealtimeScene* first = run.CheckOutScene();
+    ASSERT_TRUE(first && first->m_dib.IsValid());
+    EXPECT_TRUE(std::equal(original.begin(), original.end(), first->m_dib.GetBits()));
+    EXPECT_EQ(first->m_dib.GetInfo()->biWidth, 2);
+    run.ReleaseScene();
+    const RealtimeScene* second = run.CheckOutScene();
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->m_dib.GetInfo(), nullptr);
+    EXPECT_EQ(second->m_dib.GetBits(), nullptr);
+}
+
+TEST(DetectionRun, StartsAreRelativeToTheRunsFirstSample) {
+    DetectionRun run;
+    run.EnableDetection(true);
+    EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 1000), 0);
+    EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 1700), 700);
+    EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 400), -600);
+    run.EnableDetection(true);
+    EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 5000), 0);
+}
+
+// A sample in flight while the host switches off and on belongs to the run that is over.
+TEST(DetectionRun, ASampleOfAnEndedRunLeavesNoTrace) {
+    for (const bool restarted : {false, true}) {
+        DetectionRun run;
+        run.EnableDetection(true);
+        Stream(run, true);
+        const auto inFlight = run.BeginFrame();
+        ASSERT_TRUE(inFlight);
+        run.EnableDetection(false);
+        if (restarted)
+            run.EnableDetection(true);
+        run.MarkScene();
+        run.AddScene(*inFlight, Dib(), {});
+        EXPECT_TRUE(run.IsScenePending()) << "the new run's mark is eaten";
+        run.EndFrame(*inFlight);
+        EXPECT_EQ(run.FrameCount(), restarted ? 0 : 1);
+        EXPECT_EQ(run.SceneCount(), 0u);
+        if (restarted) {
+            run.MarkFrame(*inFlight);
+            Stream(run);
+            EXPECT_EQ(Drain(run), std::vector<std::uint32_t>{0});
+        }
+    }
+}
+
+TEST(DetectionRun, HostAndStreamingThreadMeetWithoutLosingScenes) {
+    DetectionRun run;
+    run.m_nMethod = KxMethodInterval;
+    run.EnableDetection(true);
+    constexpr std::uint32_t kFrames = 20000;
+    std::jthread streaming([&] {
+        for (std::uint32_t i = 0; i < kFrames; ++i)
+            Stream(run, true);
+    });
+    std::uint32_t next = 0;
+    while (next < kFrames) {
+        const std::lock_guard<CriticalSection> lock(run.SceneLock());
+        for (const std::uint32_t position : Drain(run))
+            ASSERT_EQ(position, next++);
+    }
+    EXPECT_EQ(next, kFrames);
+}
+
+} // namespace
+} // namespace scenedetect
