@@ -34,11 +34,11 @@ void CopyExisting(void* target, const void* source, std::size_t wanted, std::siz
 
 Dib::Dib(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
          std::size_t pixelBytes) {
-    Dib::Attach(header, headerBytes, pixels, pixelBytes);
+    Borrow(header, headerBytes, pixels, pixelBytes);
 }
 
 Dib::Dib(const Dib& other) {
-    Dib::Attach(other.info, other.infoExtent, other.bits, other.bitsExtent);
+    Borrow(other.info, other.infoExtent, other.bits, other.bitsExtent);
 }
 
 Dib::~Dib() {
@@ -50,27 +50,39 @@ bool Dib::CreateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerByt
         return false;
     Release();
     const std::size_t blockBytes = HeaderBlockBytes(header->biSize);
-    void* block = AllocateBlock(static_cast<std::int64_t>(blockBytes));
-    if (block == nullptr)
+    AdoptInfo(AllocateBlock(static_cast<std::int64_t>(blockBytes)), blockBytes);
+    if (info == nullptr)
         return false;
-    CopyExisting(block, header, blockBytes, headerBytes);
-    info = static_cast<BITMAPINFOHEADER*>(block);
-    infoExtent = blockBytes;
-    ownsInfo = true;
+    CopyExisting(info, header, blockBytes, headerBytes);
     info->biClrUsed = 0;
     info->biClrImportant = 0;
+    AdoptBits(AllocateBlock(info->biSizeImage), info->biSizeImage);
+    return bits != nullptr;
+}
 
-    bits = static_cast<std::uint8_t*>(AllocateBlock(info->biSizeImage));
-    ownsBits = bits != nullptr;
-    bitsExtent = ownsBits ? info->biSizeImage : 0;
-    return ownsBits;
+void Dib::AdoptInfo(void* block, std::size_t bytes) {
+    info = static_cast<BITMAPINFOHEADER*>(block);
+    infoExtent = block != nullptr ? bytes : 0;
+    ownsInfo = block != nullptr;
+}
+
+void Dib::AdoptBits(void* block, std::size_t bytes) {
+    bits = static_cast<std::uint8_t*>(block);
+    bitsExtent = block != nullptr ? bytes : 0;
+    ownsBits = block != nullptr;
 }
 
 bool Dib::Attach(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
                  std::size_t pixelBytes) {
     Release();
+    Borrow(header, headerBytes, pixels, pixelBytes);
+    return info != nullptr;
+}
+
+void Dib::Borrow(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
+                 std::size_t pixelBytes) {
     if (header == nullptr || headerBytes < kHeaderBytes)
-        return false;
+        return;
     info = const_cast<BITMAPINFOHEADER*>(header);
     infoExtent = headerBytes;
     bits = pixels;
@@ -80,7 +92,6 @@ bool Dib::Attach(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::u
         bits = reinterpret_cast<std::uint8_t*>(info) + headerSize;
         bitsExtent = headerBytes - headerSize;
     }
-    return true;
 }
 
 bool Dib::Create(std::int32_t width, std::int32_t height, std::int32_t bitCount, bool usePaletteIndices) {
@@ -108,11 +119,9 @@ bool Dib::Create(std::int32_t width, std::int32_t height, std::int32_t bitCount,
     if (block == nullptr)
         return false;
     std::memcpy(block, &header, sizeof header);
-    info = reinterpret_cast<BITMAPINFOHEADER*>(block);
-    infoExtent = static_cast<std::size_t>(headerSize);
+    AdoptInfo(block, static_cast<std::size_t>(headerSize));
     bits = block + headerSize;
     bitsExtent = static_cast<std::size_t>(bitsSize);
-    ownsInfo = true;
 
     if (bitCount < 9 && usePaletteIndices) {
         paletteIndices = true;
@@ -157,31 +166,25 @@ void Dib::Forget() {
 }
 
 bool Dib::CopyTo(Dib& target) const {
-    // Deliberate: what the target held is overwritten, not freed.
-    const Dib source(*this);
-    const bool indices = paletteIndices;
-    target.Forget();
-    if (source.info == nullptr)
-        return false;
-    const std::size_t headerBytes = HeaderBlockBytes(source.GetHeaderSize());
-    const std::int64_t bitsSize = source.GetBitsSize();
-    void* header = AllocateBlock(static_cast<std::int64_t>(headerBytes));
-    void* pixels = AllocateBlock(bitsSize);
-    if (header == nullptr || pixels == nullptr) {
-        std::free(header);
-        std::free(pixels);
-        return false;
+    Dib copy;
+    if (info != nullptr) {
+        const std::size_t headerBytes = HeaderBlockBytes(GetHeaderSize());
+        const std::int64_t bitsSize = GetBitsSize();
+        copy.AdoptInfo(AllocateBlock(static_cast<std::int64_t>(headerBytes)), headerBytes);
+        copy.AdoptBits(AllocateBlock(bitsSize), static_cast<std::size_t>(bitsSize));
     }
-    CopyExisting(header, source.info, headerBytes, source.infoExtent);
-    CopyExisting(pixels, source.bits, static_cast<std::size_t>(bitsSize), source.bitsExtent);
-    target.info = static_cast<BITMAPINFOHEADER*>(header);
-    target.infoExtent = headerBytes;
-    target.bits = static_cast<std::uint8_t*>(pixels);
-    target.bitsExtent = static_cast<std::size_t>(bitsSize);
-    target.ownsInfo = true;
-    target.ownsBits = true;
-    target.paletteIndices = indices;
-    return true;
+    const bool complete = copy.IsValid();
+    if (complete) {
+        CopyExisting(copy.info, info, copy.infoExtent, infoExtent);
+        CopyExisting(copy.bits, bits, copy.bitsExtent, bitsExtent);
+        copy.paletteIndices = paletteIndices;
+    } else {
+        copy.Release();
+    }
+    // Deliberate: what the target held is overwritten, not freed.
+    target.Forget();
+    target.TakeFrom(copy);
+    return complete;
 }
 
 std::unique_ptr<Dib> Dib::DuplicateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerBytes,

@@ -121,6 +121,10 @@ class Dib {
     [[nodiscard]] std::int64_t RowOffset(std::int64_t y) const;
     [[nodiscard]] std::optional<std::int64_t> PixelOffset(std::int32_t x, std::int32_t y) const;
     void CopyRow(std::int64_t from, std::int64_t to);
+    void Borrow(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
+                std::size_t pixelBytes);
+    void AdoptInfo(void* block, std::size_t bytes);
+    void AdoptBits(void* block, std::size_t bytes);
     void Forget();
 
     BITMAPINFOHEADER* info = nullptr;

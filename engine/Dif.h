@@ -52,10 +52,11 @@ struct DifPackArea {
     /// Offset of PC0 of the `index`-th pack, counted through all sequences.
     [[nodiscard]] constexpr std::size_t Offset(int index) const {
         const int inSequence = index % PacksPerSequence();
-        const auto block = static_cast<std::size_t>(firstBlock + inSequence / packsPerBlock);
-        return static_cast<std::size_t>(index / PacksPerSequence()) * kDifSequenceBytes +
-               block * kDifBlockBytes + firstPack +
-               static_cast<std::size_t>(inSequence % packsPerBlock) * packPitch;
+        const int sequence = index / PacksPerSequence();
+        const int block = firstBlock + inSequence / packsPerBlock;
+        const int inBlock = inSequence % packsPerBlock;
+        return std::size_t(sequence) * kDifSequenceBytes + std::size_t(block) * kDifBlockBytes + firstPack +
+               std::size_t(inBlock) * packPitch;
     }
 };
 

@@ -70,7 +70,7 @@ struct Rgb555 {
 template <typename Pixel>
 void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
     for (int block = 0; block < row.blocks; ++block) {
-        const std::uint8_t* p = row.bits + block * 16;
+        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 16;
         __m128i words = _mm_setzero_si128();
         for (int y = 0; y < kRows; ++y, p += row.rowStride)
             words = _mm_add_epi16(words, Pixel::Words(Load16(p)));
@@ -81,7 +81,7 @@ void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
 void SumPlanar(const BlockRow& row, std::uint32_t* sums) {
     int block = 0;
     for (; block + 2 <= row.blocks; block += 2) {
-        const std::uint8_t* p = row.bits + block * 8;
+        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 8;
         __m128i both = _mm_setzero_si128();
         for (int y = 0; y < kRows; ++y, p += row.rowStride)
             both = _mm_add_epi64(both, SumBytes(Load16(p)));
@@ -89,7 +89,7 @@ void SumPlanar(const BlockRow& row, std::uint32_t* sums) {
         sums[block + 1] = Upper(both);
     }
     if (block < row.blocks) {
-        const std::uint8_t* p = row.bits + block * 8;
+        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 8;
         __m128i last = _mm_setzero_si128();
         for (int y = 0; y < kRows; ++y, p += row.rowStride)
             last = _mm_add_epi64(last, SumBytes(Load8(p)));
@@ -101,7 +101,7 @@ void SumPlanar(const BlockRow& row, std::uint32_t* sums) {
 template <int pitch>
 void SumTriples(const BlockRow& row, std::uint32_t* sums, int firstBlock) {
     for (int block = firstBlock; block < row.blocks; ++block) {
-        const std::uint8_t* p = row.bits + block * std::ptrdiff_t{pitch};
+        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * pitch;
         __m128i sum = _mm_setzero_si128();
         for (int y = 0; y < kRows; ++y, p += row.rowStride)
             sum = _mm_add_epi64(sum, _mm_add_epi64(SumBytes(Load16(p)), SumBytes(Load8(p + 16))));
@@ -117,7 +117,7 @@ void SumRgb32(const BlockRow& row, std::uint32_t* sums) {
 void SumRgb24(const BlockRow& row, std::uint32_t* sums) {
     int block = 0;
     for (; block + 2 <= row.blocks; block += 2) {
-        const std::uint8_t* p = row.bits + block * std::ptrdiff_t{24};
+        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 24;
         __m128i first = _mm_setzero_si128();
         __m128i middle = first;
         __m128i last = first;

@@ -1,0 +1,104 @@
+#include "engine/kernels/BlockSums.h"
+#include "engine/kernels/ByteSums.h"
+#include "platform/CpuFeatures.h"
+#include "tests/engine/BitmapMaking.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+namespace scenedetect {
+namespace {
+
+using testing_support::RandomBytes;
+
+using enum PixelLayout;
+constexpr PixelLayout kLayouts[] = {Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555};
+constexpr unsigned kCpuMasks[] = {0, kCpuSse2, kCpuAll};
+
+/// Runs `kernel` and the reference over many shapes; the first shape on which they differ, or on which the
+/// kernel writes beyond its sums. The pixels are allocated to the byte, for the address sanitizer.
+std::optional<std::string> FindFault(PixelLayout layout, BlockSums kernel) {
+    constexpr std::uint32_t kGuard = 0xDEADBEEF;
+    const LayoutFacts facts = FactsOf(layout);
+    std::vector<std::uint16_t> palette(256);
+    for (std::size_t i = 0; i < palette.size(); ++i)
+        palette[i] = static_cast<std::uint16_t>(i * 37 % 766);
+    unsigned seed = 0;
+    for (const int blocks : {1, 2, 3, 4, 7, 31})
+        for (const int padding : {-8, 0, 5})
+            for (const int down : {1, -1}) {
+                const std::ptrdiff_t rowBytes = blocks * 8 * facts.pixelPitch + padding;
+                const int lastRun = (blocks - 1) * 8 * facts.pixelPitch + 8 * facts.pixelStep;
+                auto bytes = RandomBytes(static_cast<std::size_t>(7 * rowBytes + lastRun), ++seed);
+                if (padding == 0)
+                    std::ranges::fill(bytes, std::uint8_t{255}); // the greatest sums
+                const BlockRow row{&bytes[down > 0 ? 0 : 7 * static_cast<std::size_t>(rowBytes)],
+                                   down * rowBytes,
+                                   blocks,
+                                   8,
+                                   8,
+                                   palette.data()};
+                std::vector<std::uint32_t> expected(static_cast<std::size_t>(blocks) + 1, kGuard);
+                std::vector<std::uint32_t> sums = expected;
+                ScalarBlockSums(layout)(row, expected.data());
+                kernel(row, sums.data());
+                if (sums != expected)
+                    return std::to_string(blocks) + " blocks, rows of " + std::to_string(rowBytes);
+            }
+    return std::nullopt;
+}
+
+TEST(BlockSums, EveryKernelEqualsTheReference) {
+    for (const PixelLayout layout : kLayouts)
+        for (const unsigned mask : kCpuMasks)
+            EXPECT_EQ(FindFault(layout, SelectBlockSums(layout, 8, mask & CpuFeatures())), std::nullopt)
+                << "layout " << static_cast<int>(layout) << ", cpu " << mask;
+}
+
+TEST(BlockSums, BrokenKernelsAreFound) {
+    constexpr PixelLayout kLayout = Planar;
+    const BlockSums offByOne = [](const BlockRow& row, std::uint32_t* sums) {
+        ScalarBlockSums(kLayout)(row, sums);
+        sums[row.blocks - 1] ^= 1;
+    };
+    const BlockSums oneTooMany = [](const BlockRow& row, std::uint32_t* sums) {
+        ScalarBlockSums(kLayout)(row, sums);
+        sums[row.blocks] = 0;
+    };
+    for (const BlockSums broken : {offByOne, oneTooMany})
+        EXPECT_NE(FindFault(kLayout, broken), std::nullopt);
+}
+
+// One pixel: its lowest bits, and all of them.
+TEST(BlockSums, SixteenBitComponents) {
+    const auto sumOf = [](PixelLayout layout, std::uint8_t low, std::uint8_t high) {
+        const std::uint8_t pixel[] = {low, high};
+        std::uint32_t sum = 0;
+        ScalarBlockSums(layout)({pixel, 0, 1, 1, 1, nullptr}, &sum);
+        return sum;
+    };
+    EXPECT_EQ(sumOf(Rgb565, 0x21, 0x08), 8u + 4 + 8);
+    EXPECT_EQ(sumOf(Rgb565, 0xFF, 0xFF), 248u + 252 + 248);
+    EXPECT_EQ(sumOf(Rgb555, 0x21, 0x04), 8u * 3);
+    EXPECT_EQ(sumOf(Rgb555, 0xFF, 0xFF), 248u * 3);
+}
+
+TEST(ByteSums, EveryKernelEqualsTheReference) {
+    for (const unsigned mask : kCpuMasks)
+        for (const std::size_t count : {0, 1, 15, 16, 17, 63, 64, 65, 130, 5401}) {
+            const auto a = RandomBytes(count, 1);
+            const auto b = RandomBytes(count, 2);
+            const unsigned cpu = mask & CpuFeatures();
+            EXPECT_EQ(SelectByteSum(cpu)(a.data(), count), ScalarByteSum(a.data(), count)) << count;
+            for (const std::uint8_t clamp : {0, 1, 100, 255})
+                EXPECT_EQ(SelectDifferenceSum(cpu)(a.data(), b.data(), count, clamp),
+                          ScalarDifferenceSum(a.data(), b.data(), count, clamp))
+                    << count << " bytes, clamp " << int{clamp};
+        }
+}
+
+} // namespace
+} // namespace scenedetect
