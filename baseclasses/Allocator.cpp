@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstdint>
 #include <limits>
+#include <mutex>
 #include <new>
 
 void CSampleList::Add(CMediaSample* pSample) {

@@ -6,6 +6,7 @@
 #include "baseclasses/Unknown.h"
 
 #include <condition_variable>
+#include <cstddef>
 
 /// A list threaded through the samples themselves. The allocator's lock guards it.
 class CSampleList {

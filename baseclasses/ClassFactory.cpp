@@ -1,6 +1,8 @@
 #include "baseclasses/ClassFactory.h"
 
-#include "baseclasses/ComRef.h"
+#include "platform/ComGuard.h"
+
+#include <memory>
 
 HINSTANCE g_hInst = nullptr;
 
@@ -36,7 +38,7 @@ STDMETHODIMP CClassFactory::CreateInstance(IUnknown* pUnkOuter, REFIID riid, voi
     // Any other interface would delegate to the outer object, which does not know its inner one yet.
     if (pUnkOuter && riid != IID_IUnknown)
         return E_NOINTERFACE;
-    return GuardedCall([&]() -> HRESULT {
+    return scenedetect::Guarded([&]() -> HRESULT {
         HRESULT hr = S_OK;
         std::unique_ptr<CUnknown> made(m_entry.CreateInstance(pUnkOuter, &hr));
         if (!made)

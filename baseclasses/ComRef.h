@@ -1,10 +1,12 @@
-// Scoped COM references, and the guard that turns exceptions into result codes at a COM boundary.
+// Scoped references to COM objects.
 #pragma once
+
+#include "platform/ComGuard.h"
 
 #include <windows.h>
 
 #include <memory>
-#include <new>
+#include <utility>
 
 struct ReleaseComReference {
     void operator()(IUnknown* pUnk) const { pUnk->Release(); }
@@ -23,14 +25,8 @@ template <class Interface>
     return ComRef<Interface>(static_cast<Interface*>(found));
 }
 
-/// Runs the body of a COM method: nothing it throws gets past the caller.
+/// The guard of a COM entry under the name that code above the base classes uses.
 template <class Body>
 [[nodiscard]] HRESULT GuardedCall(Body&& body) noexcept {
-    try {
-        return body();
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    } catch (...) {
-        return E_UNEXPECTED;
-    }
+    return scenedetect::Guarded(std::forward<Body>(body));
 }

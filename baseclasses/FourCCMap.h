@@ -7,8 +7,12 @@
 /// a system's headers lack, such as I420.
 class FOURCCMap : public GUID {
   public:
-    explicit constexpr FOURCCMap(DWORD fourcc)
-        : GUID{fourcc, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}} {}
+    explicit constexpr FOURCCMap(DWORD fourcc) : GUID(Subtype(fourcc)) {}
 
     constexpr DWORD GetFOURCC() const { return Data1; }
+
+  private:
+    static constexpr GUID Subtype(DWORD fourcc) {
+        return {fourcc, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
+    }
 };

@@ -1,18 +1,18 @@
 // The recursive lock of filters, pins and allocators, and its scoped holder.
 #pragma once
 
-#include <mutex>
+#include "platform/CriticalSection.h"
 
 /// A recursive lock. Also a standard Lockable, so that condition variables can wait with it.
 class CCritSec {
   public:
-    void Lock() { m_mutex.lock(); }
-    void Unlock() { m_mutex.unlock(); }
-    void lock() { m_mutex.lock(); }
-    void unlock() { m_mutex.unlock(); }
+    void Lock() { m_section.lock(); }
+    void Unlock() { m_section.unlock(); }
+    void lock() { m_section.lock(); }
+    void unlock() { m_section.unlock(); }
 
   private:
-    std::recursive_mutex m_mutex;
+    scenedetect::CriticalSection m_section;
 };
 
 /// Holds a lock for the length of a scope.

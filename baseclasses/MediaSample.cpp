@@ -192,36 +192,39 @@ STDMETHODIMP CMediaSample::SetProperties(DWORD cbProperties, const BYTE* pbPrope
     if (bytes != 0)
         std::memcpy(&properties, pbProperties, bytes);
     // A field counts when all of it was given; bytes of one that was cut must not be taken for a value.
-    const auto given = [bytes](std::size_t offset, std::size_t size) { return offset + size <= bytes; };
-#define GIVEN(field) given(offsetof(AM_SAMPLE2_PROPERTIES, field), sizeof properties.field)
+    const auto given = [&](const auto& field) {
+        const auto* end = reinterpret_cast<const BYTE*>(&field + 1);
+        return end - reinterpret_cast<const BYTE*>(&properties) <= static_cast<std::ptrdiff_t>(bytes);
+    };
 
-    if ((GIVEN(pbBuffer) && properties.pbBuffer) || (GIVEN(cbBuffer) && properties.cbBuffer != 0))
+    if ((given(properties.pbBuffer) && properties.pbBuffer) ||
+        (given(properties.cbBuffer) && properties.cbBuffer != 0))
         return E_INVALIDARG;
-    if (GIVEN(lActual) && (properties.lActual < 0 || properties.lActual > m_cbBuffer))
+    const bool newLength = given(properties.lActual);
+    if (newLength && (properties.lActual < 0 || properties.lActual > m_cbBuffer))
         return VFW_E_BUFFER_OVERFLOW;
-    const bool newType = (properties.dwSampleFlags & AM_SAMPLE_TYPECHANGED) != 0;
-    if (GIVEN(pMediaType)) {
+    if (given(properties.pMediaType)) {
+        const bool newType = (properties.dwSampleFlags & AM_SAMPLE_TYPECHANGED) != 0;
         if (newType && !properties.pMediaType)
             return E_INVALIDARG;
         const HRESULT hr = SetMediaType(newType ? properties.pMediaType : nullptr);
         if (FAILED(hr))
             return hr;
     }
-    if (GIVEN(dwTypeSpecificFlags))
+    if (given(properties.dwTypeSpecificFlags))
         m_dwTypeSpecificFlags = properties.dwTypeSpecificFlags;
-    if (GIVEN(dwSampleFlags)) {
+    if (given(properties.dwSampleFlags)) {
         m_dwFlags = properties.dwSampleFlags;
         SetFlag(AM_SAMPLE_TYPECHANGED, m_pMediaType != nullptr);
     }
-    if (GIVEN(lActual))
+    if (newLength)
         m_lActual = properties.lActual;
-    if (GIVEN(tStart))
+    if (given(properties.tStart))
         m_Start = properties.tStart;
-    if (GIVEN(tStop))
+    if (given(properties.tStop))
         m_End = properties.tStop;
-    if (GIVEN(dwStreamId))
+    if (given(properties.dwStreamId))
         m_dwStreamId = properties.dwStreamId;
-#undef GIVEN
     return S_OK;
 }
 

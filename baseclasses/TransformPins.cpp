@@ -3,6 +3,7 @@
 #include "baseclasses/PosPassThru.h"
 #include "baseclasses/TransformFilter.h"
 #include "baseclasses/WideString.h"
+#include "platform/ComGuard.h"
 
 CTransformInputPin::CTransformInputPin(LPCTSTR pObjectName, CTransformFilter* pTransformFilter, HRESULT* phr,
                                        LPCWSTR pName)
@@ -41,7 +42,7 @@ STDMETHODIMP CTransformInputPin::NewSegment(REFERENCE_TIME tStart, REFERENCE_TIM
 }
 
 STDMETHODIMP CTransformInputPin::Receive(IMediaSample* pSample) {
-    return GuardedCall([&]() -> HRESULT {
+    return scenedetect::Guarded([&]() -> HRESULT {
         CAutoLock receiving(&m_pTransformFilter->m_csReceive);
         const HRESULT hr = CBaseInputPin::Receive(pSample);
         return hr == S_OK ? m_pTransformFilter->Receive(pSample) : hr;
