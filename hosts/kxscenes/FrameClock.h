@@ -1,0 +1,50 @@
+// From the time stamps of a container to frame numbers and times of the file.
+#pragma once
+
+#include "hosts/kxscenes/TimeScale.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace scenedetect {
+
+/// Numbers the pictures of one stream in their order of showing.
+///
+/// At a constant rate the number comes from the time stamp, so that frames that are missing leave a gap, and
+/// the time from the number. At a variable rate the number is the picture's ordinal and the time its stamp,
+/// counted from the first picture. A rate that was declared constant is variable from the first stamp on that
+/// lies between two frames. Numbers and times never go back, whatever the stamps do.
+class FrameClock {
+  public:
+    struct Setup {
+        AVRational stampUnit{1, 25};
+        AVRational rate{25, 1};
+        bool constantRate = true;
+        bool stampsMayJump = false;         ///< where streams were joined
+        std::optional<std::int64_t> origin; ///< stamp of frame 0; else the first picture is frame 0
+    };
+    struct Reading {
+        std::int64_t frame;
+        std::int64_t time; ///< in units of Scale()
+    };
+
+    explicit FrameClock(const Setup& setup);
+
+    [[nodiscard]] const TimeScale& Scale() const { return m_scale; }
+    /// Reads the next picture's stamp; AV_NOPTS_VALUE for a picture without one.
+    [[nodiscard]] Reading Next(std::int64_t stamp);
+
+  private:
+    [[nodiscard]] std::optional<std::int64_t> TimeOf(std::int64_t stamp);
+
+    const Setup m_setup;
+    const TimeScale m_scale;
+    const std::int64_t m_frameTime; // length of a frame in units
+    bool m_isConstant;
+    std::optional<std::int64_t> m_origin;
+    std::int64_t m_nextFrame = 0;
+    std::int64_t m_nextTime = 0; // expected
+    std::int64_t m_lastTime = -1;
+};
+
+} // namespace scenedetect

@@ -1,0 +1,175 @@
+#include "hosts/kxscenes/MediaInput.h"
+
+#include "hosts/kxscenes/FfmpegLog.h"
+#include "hosts/kxscenes/HostError.h"
+
+extern "C" {
+#include <libavutil/mem.h>
+}
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+#include <string_view>
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+constexpr AVRational kFallbackRate{25, 1};
+
+int IsStopSet(void* stop) {
+    return *static_cast<const std::atomic<bool>*>(stop) ? 1 : 0;
+}
+
+bool IsVideoTrack(const AVStream& stream) {
+    return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
+           (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) == 0;
+}
+
+bool IsKnown(AVRational rate) {
+    return rate.num > 0 && rate.den > 0;
+}
+
+bool AreClose(AVRational a, AVRational b) {
+    constexpr double kTolerance = 1e-3; // of containers with coarse stamps
+    return IsKnown(a) && IsKnown(b) && std::abs(av_q2d(a) / av_q2d(b) - 1) < kTolerance;
+}
+
+bool IsInterlaced(AVFieldOrder order) {
+    return order != AV_FIELD_UNKNOWN && order != AV_FIELD_PROGRESSIVE;
+}
+
+} // namespace
+
+MediaInput::MediaInput(std::string path, const std::atomic<bool>& stop)
+    : m_path(std::move(path)), m_stop(stop) {
+    m_context = avformat_alloc_context();
+    if (!m_context)
+        throw std::bad_alloc();
+    m_context->interrupt_callback = {IsStopSet, const_cast<std::atomic<bool>*>(&m_stop)};
+    // A play list must not make the program open anything but files.
+    m_context->protocol_whitelist = av_strdup("file,pipe");
+    // The prefix keeps names with a colon from being taken for addresses.
+    const int opened = avformat_open_input(&m_context, ("file:" + m_path).c_str(), nullptr, nullptr);
+    if (opened < 0)
+        Fail(opened);
+    m_size = m_context->pb ? avio_size(m_context->pb) : 0;
+}
+
+MediaInput::~MediaInput() {
+    avformat_close_input(&m_context);
+}
+
+void MediaInput::Fail(int code) const {
+    const std::string detail = LastDemuxerError();
+    throw HostError(m_path + ": cannot be read: " + FfmpegErrorText(code) +
+                    (detail.empty() ? "" : " (" + detail + ")"));
+}
+
+double MediaInput::Fraction() const {
+    if (m_size <= 0)
+        return -1;
+    return std::clamp(static_cast<double>(avio_tell(m_context->pb)) / static_cast<double>(m_size), 0.0, 1.0);
+}
+
+bool MediaInput::IsRawDv() const {
+    return m_context->iformat->name == std::string_view("dv");
+}
+
+bool MediaInput::IsAvi() const {
+    return m_context->iformat->name == std::string_view("avi");
+}
+
+std::size_t MediaInput::ReadBytes(std::span<std::uint8_t> target) {
+    if (std::exchange(m_isAtStart, false)) {
+        const std::int64_t position = avio_seek(m_context->pb, 0, SEEK_SET);
+        if (position < 0)
+            Fail(static_cast<int>(position));
+    }
+    std::size_t have = 0;
+    while (have < target.size()) {
+        const int count =
+            avio_read(m_context->pb, target.data() + have, static_cast<int>(target.size() - have));
+        if (count == AVERROR_EOF || count == AVERROR_EXIT || count == 0)
+            break;
+        if (count < 0)
+            Fail(count);
+        have += static_cast<std::size_t>(count);
+    }
+    return have;
+}
+
+void MediaInput::FindVideo() {
+    const int found = avformat_find_stream_info(m_context, nullptr);
+    if (found < 0)
+        Fail(found);
+    // Text is no video, although there is a reader that draws it.
+    const bool isText = m_context->iformat->name == std::string_view("tty");
+    const int best = av_find_best_stream(m_context, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+    const std::span streams(m_context->streams, m_context->nb_streams);
+    if (best >= 0 && IsVideoTrack(*streams[static_cast<std::size_t>(best)]))
+        m_video = streams[static_cast<std::size_t>(best)];
+    for (AVStream* stream : streams)
+        if (!m_video && IsVideoTrack(*stream))
+            m_video = stream;
+    if (!m_video || isText)
+        throw HostError(m_path + ": no video stream");
+    for (AVStream* stream : streams)
+        stream->discard = stream == m_video ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+}
+
+FrameClock::Setup MediaInput::ClockSetup() const {
+    FrameClock::Setup setup;
+    setup.stampUnit = m_video->time_base;
+    const AVRational average = m_video->avg_frame_rate;
+    setup.rate = av_guess_frame_rate(m_context, m_video, nullptr);
+    if (!IsKnown(setup.rate))
+        setup.rate = IsKnown(average) ? average : kFallbackRate;
+    // Where fields are counted, the rate is twice that of the pictures.
+    if (IsInterlaced(m_video->codecpar->field_order) && IsKnown(average) &&
+        AreClose(av_mul_q(average, AVRational{2, 1}), setup.rate))
+        setup.rate = average;
+    setup.constantRate = IsAvi() || !IsKnown(average) || AreClose(average, setup.rate);
+    setup.stampsMayJump = (m_context->iformat->flags & AVFMT_TS_DISCONT) != 0;
+    return setup;
+}
+
+// Whether the stream is shorter than the container says, by more than rounding and reordering explain.
+bool MediaInput::IsEndMissing() const {
+    if (m_video->duration <= 0 || m_lastStamp == AV_NOPTS_VALUE)
+        return false;
+    const std::int64_t start = m_video->start_time != AV_NOPTS_VALUE ? m_video->start_time : 0;
+    const std::int64_t missing = m_video->duration - (m_lastStamp - start);
+    const AVRational rate = av_guess_frame_rate(m_context, m_video, nullptr);
+    const std::int64_t fewFrames = IsKnown(rate) ? av_rescale_q(5, av_inv_q(rate), m_video->time_base) : 0;
+    return missing > std::max(fewFrames, m_video->duration / 50);
+}
+
+bool MediaInput::ReadPacket(AVPacket& packet) {
+    for (;;) {
+        const std::size_t errorsBefore = DemuxerErrorCount();
+        const int read = av_read_frame(m_context, &packet);
+        if (read < 0) {
+            if (m_stop || read == AVERROR_EXIT)
+                return false;
+            if (read != AVERROR_EOF && read != AVERROR_INVALIDDATA)
+                Fail(read);
+            if (DemuxerErrorCount() != errorsBefore)
+                m_breakOffReason = LastDemuxerError();
+            else if (read != AVERROR_EOF)
+                m_breakOffReason = FfmpegErrorText(read);
+            else if (IsEndMissing())
+                m_breakOffReason = "the end that it announces is missing";
+            return false;
+        }
+        if (packet.stream_index == m_video->index && packet.size > 0) {
+            if (packet.dts != AV_NOPTS_VALUE)
+                m_lastStamp = std::max(m_lastStamp, packet.dts);
+            return true;
+        }
+        av_packet_unref(&packet);
+    }
+}
+
+} // namespace scenedetect

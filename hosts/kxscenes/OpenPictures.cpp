@@ -1,0 +1,57 @@
+// Chooses the reader for a file.
+#include "hosts/kxscenes/DamageLog.h"
+#include "hosts/kxscenes/DecodedReader.h"
+#include "hosts/kxscenes/HostError.h"
+#include "hosts/kxscenes/MediaInput.h"
+#include "hosts/kxscenes/PacketFormat.h"
+#include "hosts/kxscenes/PacketReader.h"
+#include "hosts/kxscenes/PictureReader.h"
+#include "hosts/kxscenes/RawDvReader.h"
+
+#include <cmath>
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+// DV of any container runs at the rate of its line system; the container's is kept where it says the same,
+// since its time stamps count in it.
+AVRational SettleDvRate(AVRational declared, DvSystem system) {
+    const AVRational rate = DvRate(system);
+    constexpr double kTolerance = 1e-3;
+    return std::abs(av_q2d(declared) / av_q2d(rate) - 1) < kTolerance ? declared : rate;
+}
+
+} // namespace
+
+std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const std::atomic<bool>& stop,
+                                            Console& console) {
+    const DamageLog damage(console, path);
+    auto input = std::make_unique<MediaInput>(path, stop);
+    if (input->IsRawDv())
+        return std::make_unique<RawDvReader>(std::move(input), damage);
+
+    input->FindVideo();
+    const auto first = OwnFfmpeg(av_packet_alloc());
+    if (!input->ReadPacket(*first))
+        throw HostError(path + ": no picture can be read");
+
+    const AVCodecParameters& stream = *input->Video().codecpar;
+    FrameClock::Setup setup = input->ClockSetup();
+    if (input->IsAvi())
+        setup.origin = 0; // an index counts the frames that were dropped at the beginning, too
+    if (stream.codec_id == AV_CODEC_ID_DVVIDEO) {
+        const auto system = IdentifyDvFrame({first->data, static_cast<std::size_t>(first->size)});
+        if (system) {
+            setup.rate = SettleDvRate(setup.rate, *system);
+            setup.constantRate = true;
+            return std::make_unique<PacketReader>(std::move(input), *first, DvPictureFormat(*system), setup,
+                                                  damage);
+        }
+    }
+    if (const auto format = UncompressedFormat(stream, setup.rate); format && input->IsAvi())
+        return std::make_unique<PacketReader>(std::move(input), *first, *format, setup, damage);
+    return std::make_unique<DecodedReader>(std::move(input), *first, damage);
+}
+
+} // namespace scenedetect

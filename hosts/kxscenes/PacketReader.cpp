@@ -1,0 +1,65 @@
+#include "hosts/kxscenes/PacketReader.h"
+
+#include "hosts/kxscenes/PacketFormat.h"
+
+#include <utility>
+
+namespace scenedetect {
+
+PacketReader::PacketReader(std::unique_ptr<MediaInput> input, AVPacket& first, const PictureFormat& format,
+                           const FrameClock::Setup& setup, const DamageLog& damage)
+    : m_input(std::move(input)),
+      m_packet(av_packet_alloc()),
+      m_firstFormat(format),
+      m_isDv(format.fourcc == kDvFourcc),
+      m_clock(setup),
+      m_damage(damage) {
+    av_packet_move_ref(m_packet.get(), &first);
+    m_damage.Begin();
+}
+
+bool PacketReader::ReadPacket() {
+    if (std::exchange(m_isPending, false))
+        return true;
+    if (m_input->ReadPacket(*m_packet))
+        return true;
+    if (!m_input->BreakOffReason().empty())
+        m_damage.Warn("breaks off: " + m_input->BreakOffReason());
+    m_damage.Summarize();
+    return false;
+}
+
+bool PacketReader::IdentifyPacket(PictureFormat& format) const {
+    const std::span<const std::uint8_t> bytes(m_packet->data, static_cast<std::size_t>(m_packet->size));
+    if (!m_isDv) {
+        format = m_firstFormat;
+        return bytes.size() >= format.imageBytes;
+    }
+    const auto system = IdentifyDvFrame(bytes);
+    if (system)
+        format = DvPictureFormat(*system);
+    return system.has_value();
+}
+
+bool PacketReader::Next(Picture& picture) {
+    picture.Clear();
+    while (ReadPacket()) {
+        const std::int64_t stamp = m_packet->pts != AV_NOPTS_VALUE ? m_packet->pts : m_packet->dts;
+        const FrameClock::Reading reading = m_clock.Next(stamp);
+        // What an edit list cuts away, and what is not a whole picture.
+        const bool isCut = (m_packet->flags & AV_PKT_FLAG_DISCARD) != 0;
+        if (isCut || !IdentifyPacket(picture.format) || av_packet_make_refcounted(m_packet.get()) < 0) {
+            if (!isCut)
+                m_damage.Report("frame " + std::to_string(reading.frame) + " is damaged and left out");
+            av_packet_unref(m_packet.get());
+            continue;
+        }
+        picture.place = {reading.frame, reading.time, m_packet->pos};
+        picture.HoldPacket(*m_packet);
+        SetFraction(m_input->Fraction());
+        return true;
+    }
+    return false;
+}
+
+} // namespace scenedetect

@@ -1,0 +1,14 @@
+// The progress line of a run.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace scenedetect {
+
+/// "1500 frames  812 fps  45%  0:12 left"; without a known fraction (negative) the last two are missing.
+[[nodiscard]] std::string ProgressText(std::int64_t frames, double fraction,
+                                       std::chrono::duration<double> elapsed);
+
+} // namespace scenedetect

@@ -1,0 +1,193 @@
+#include "hosts/kxscenes/SceneHost.h"
+
+#include "hosts/kxscenes/HostError.h"
+#include "hosts/kxscenes/Progress.h"
+#include "hosts/kxscenes/SceneListCheck.h"
+#include "platform/Text.h"
+
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kPollInterval = 10ms;
+constexpr auto kProgressInterval = 250ms;
+// A scene lies at most two samples before the one at which it is found.
+constexpr std::int64_t kLookBack = 2;
+
+} // namespace
+
+SceneHost::SceneHost(const Options& options, std::atomic<bool>& stop, Console& console)
+    : m_options(options),
+      m_stop(stop),
+      m_console(console),
+      m_reader(OpenPictures(options.input, stop, console)),
+      m_graph(m_reader->Format()),
+      m_csv(STDOUT_FILENO, m_reader->Scale()),
+      m_marks(options.marks, options.method) {
+    SetUpFilter();
+}
+
+void SceneHost::SetUpFilter() {
+    IKxSceneDetect2& scenes = m_graph.Scenes();
+    scenes.SetDetectionMethod(m_options.method);
+    scenes.SetSceneInterval(m_options.interval);
+    scenes.EnableTimecode(m_options.readTimecode ? TRUE : FALSE);
+    m_graph.ScenesEx().EnableSceneBitmaps(FALSE);
+    if (SUCCEEDED(m_graph.Connect()))
+        return;
+    throw HostError(m_options.input + (m_options.method == KxMethodTimestamp
+                                           ? ": --method timestamp needs DV, and this video is not"
+                                           : ": the scene detect filter does not take this video"));
+}
+
+void SceneHost::BeginDetection() {
+    IKxSceneDetect2& scenes = m_graph.Scenes();
+    const std::string& path = m_options.xmlPath;
+    if (!path.empty())
+        RequireSceneListName(path, m_options.input);
+    const std::string obstacle = path.empty() ? "" : FindSceneListObstacle(path);
+    scenes.EnableSceneListFile(WideFromUtf8(path).c_str());
+    scenes.EnableDetection(TRUE);
+    if (obstacle.empty())
+        return;
+    // Better now than after hours. The filter tries all the same, so that its log tells of it, too.
+    scenes.EnableDetection(FALSE);
+    throw HostError(path + ": the scene list cannot be written: " + obstacle);
+}
+
+void SceneHost::Run() {
+    BeginDetection();
+    if (FAILED(m_graph.Run()))
+        throw HostError("the filter graph can't be started");
+    m_begin = std::chrono::steady_clock::now();
+    m_nextProgress = m_begin + kProgressInterval;
+
+    // The first error is the one to tell; whatever comes, the run is brought to its end.
+    std::exception_ptr error;
+    const auto attempt = [&error](auto&& step) {
+        try {
+            step();
+        } catch (...) {
+            if (!error)
+                error = std::current_exception();
+        }
+    };
+    std::thread streaming([this] { Stream(); });
+    attempt([this] { DrainWhileStreaming(); });
+    const bool isInterrupted = m_stop && !error;
+    if (error)
+        m_stop = true;
+    streaming.join();
+    m_console.ClearProgress();
+
+    if (!error)
+        attempt([this] { DrainScenes(); });
+    const bool isDrained = !error;
+    if (m_streamError)
+        attempt([this] { std::rethrow_exception(m_streamError); });
+    if (!m_graph.Sink().HasEnded())
+        attempt([] { throw HostError("the end of the stream did not pass the filter graph"); });
+    m_graph.Scenes().EnableDetection(FALSE);
+    m_graph.Stop();
+    if (isDrained && !m_options.xmlPath.empty())
+        attempt([this] { CheckSceneList(m_options.xmlPath, m_csv.SceneCount()); });
+
+    if (isInterrupted)
+        m_console.Message("stopped after " + std::to_string(m_graph.Sink().SampleCount()) + " frames");
+    WarnAboutMarks();
+    if (m_options.readTimecode)
+        m_console.Message(m_timecode.Text(m_graph.Scenes()));
+    if (error)
+        std::rethrow_exception(error);
+}
+
+void SceneHost::Stream() noexcept {
+    try {
+        FeedGraph();
+    } catch (...) {
+        m_streamError = std::current_exception();
+    }
+    m_graph.Source().DeliverEndOfStream();
+    const std::lock_guard lock(m_mutex);
+    m_isStreamOver = true;
+    m_changed.notify_one();
+}
+
+void SceneHost::FeedGraph() {
+    SourceFilter& source = m_graph.Source();
+    for (std::int64_t sample = 0; !m_stop; ++sample) {
+        const ComRef<PictureSample> held = source.TakeSample();
+        if (!held)
+            throw HostError("the filter graph gives no sample");
+        if (!m_reader->Next(held->picture))
+            return;
+        m_table.Append(held->picture.place);
+        if (sample == 0)
+            m_timecode.Note(held->picture);
+        if (m_marks.IsDue(sample))
+            m_graph.Scenes().MarkScene();
+        if (source.Deliver(*held) != S_OK)
+            throw HostError(m_options.input + ": frame " + std::to_string(held->picture.place.frame) +
+                            " is refused by the filter graph");
+    }
+}
+
+void SceneHost::DrainWhileStreaming() {
+    bool isOver = false;
+    while (!isOver) {
+        {
+            std::unique_lock lock(m_mutex);
+            isOver = m_changed.wait_for(lock, kPollInterval, [this] { return m_isStreamOver; });
+        }
+        const std::int64_t done = m_graph.Sink().SampleCount();
+        DrainScenes();
+        m_table.ForgetBefore(done - kLookBack);
+        ShowProgress(done);
+    }
+}
+
+void SceneHost::DrainScenes() {
+    IKxSceneDetect2& scenes = m_graph.Scenes();
+    ULONG position = 0;
+    while (scenes.GetNextScene(nullptr, nullptr, &position) == S_OK) {
+        scenes.ReleaseScene();
+        const auto place = m_table.Find(static_cast<std::int32_t>(position));
+        if (!place)
+            throw HostError("the filter reports a scene at " + std::to_string(position) +
+                            ", where there is no sample");
+        m_csv.Add(*place);
+    }
+    if (!m_csv.HasLines())
+        return;
+    m_console.ClearProgress();
+    m_csv.Flush();
+}
+
+void SceneHost::ShowProgress(std::int64_t frames) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!m_console.IsTerminal() || now < m_nextProgress)
+        return;
+    m_nextProgress = now + kProgressInterval;
+    m_console.ShowProgress(ProgressText(frames, m_reader->Fraction(), now - m_begin));
+}
+
+void SceneHost::WarnAboutMarks() {
+    std::string list;
+    for (const std::uint32_t mark : m_marks.Remaining()) {
+        list += list.empty() ? "" : ",";
+        list += std::to_string(mark);
+    }
+    if (list.empty())
+        return;
+    m_console.Message(
+        "no scene for --mark " + list + ": the run ended after " +
+        std::to_string(m_graph.Sink().SampleCount()) + " frames" +
+        (m_options.method == KxMethodVideo ? ", the last two of which --method video can't mark" : ""));
+}
+
+} // namespace scenedetect

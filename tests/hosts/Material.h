@@ -1,0 +1,30 @@
+// Video files made with the ffmpeg program: flat scenes with noise, cut hard at known frames.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace scenedetect::testing_support {
+
+struct Clip {
+    std::string size = "320x240";
+    std::string rate = "25";
+    std::vector<int> cuts = {20, 33, 47};
+    int frames = 60;
+    std::vector<std::string> encoding; ///< further arguments of ffmpeg, before the file's name
+};
+
+/// Runs ffmpeg; fails the test when that fails.
+void RunFfmpeg(std::vector<std::string> arguments);
+void MakeClip(const Clip& clip, const std::filesystem::path& target);
+/// Another container for the same packets.
+void Remux(const std::filesystem::path& source, const std::filesystem::path& target);
+
+/// A DV clip: "pal-dv" or "ntsc-dv", with the time of its recording ("2004-07-17T10:30:00") and a timecode.
+Clip DvClip(const std::string& target, const std::string& recorded = "2004-07-17T10:30:00",
+            const std::string& timecode = "00:00:00:00");
+
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
+
+} // namespace scenedetect::testing_support

@@ -1,0 +1,178 @@
+// What the program leaves behind: the scene list, its exit codes, an early end, the trace, memory.
+#include "tests/hosts/HostProcess.h"
+#include "tests/hosts/Material.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+class Output : public testing::Test {
+  protected:
+    void SetUp() override {
+        Clip clip;
+        clip.encoding = {"-c:v", "rawvideo", "-pix_fmt", "yuyv422", "-vtag", "YUY2"};
+        MakeClip(clip, m_file);
+    }
+
+    TempFolder m_folder;
+    std::filesystem::path m_file = m_folder / "clip.avi";
+};
+
+TEST_F(Output, SceneListByteForByte) {
+    const auto list = m_folder / "list \xC3\xA9.xml";
+    WriteBytes(list, std::string(5000, 'x'));
+    const ProcessResult result = RunHost({"--xml", list, m_file});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(ReadWhole(list), "<SceneList count=\"4\" method=\"Video\">\r\n"
+                               "<Scene pos=\"0\"/>\r\n"
+                               "<Scene pos=\"20\"/>\r\n"
+                               "<Scene pos=\"33\"/>\r\n"
+                               "<Scene pos=\"47\"/>\r\n"
+                               "</SceneList>\r\n");
+}
+
+TEST_F(Output, SceneListThatCannotBeWritten) {
+    const struct {
+        std::string path;
+        const char* reason;
+    } cases[] = {{"/dev/full", "could not be written whole"},
+                 {(m_folder / "none/list.xml").string(), "No such file or directory"},
+                 {m_folder / "", "Is a directory"},
+                 {m_file, "is the input"},
+                 {m_folder / "\xFF.xml", "not UTF-8"}};
+    const std::string before = ReadWhole(m_file);
+    for (const auto& each : cases) {
+        const ProcessResult result = RunHost({"--xml", each.path, m_file});
+        EXPECT_EQ(result.exitCode, 1) << each.path;
+        EXPECT_THAT(Lines(result.err),
+                    ElementsAre(testing::AllOf(HasSubstr(each.path), HasSubstr(each.reason))));
+    }
+    EXPECT_EQ(ReadWhole(m_file), before);
+}
+
+TEST_F(Output, StandardOutputThatCannotBeWritten) {
+    ProcessSetup full;
+    full.outPath = "/dev/full";
+    ProcessSetup closed;
+    closed.closeOutput = true;
+    for (const ProcessSetup& setup : {full, closed}) {
+        const ProcessResult result = RunHost({"--xml", m_folder / "list.xml", m_file}, setup);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("standard output")));
+    }
+    EXPECT_EQ(RunHost({"--help"}, full).exitCode, 1);
+}
+
+TEST_F(Output, WrongCommandLine) {
+    const ProcessResult result = RunHost({"--interval", "3", m_file});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(Lines(result.err), SizeIs(1));
+}
+
+// A pipe that the test feeds frame by frame, so that the run is in its middle when the signal comes.
+class Interrupted : public testing::TestWithParam<int> {};
+
+TEST_P(Interrupted, EndsCleanly) {
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "tape.dv");
+    const std::string tape = ReadWhole(folder / "tape.dv");
+    const auto pipe = folder / "pipe.dv";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::signal(SIGPIPE, SIG_IGN);
+
+    Process host({KXSCENES_PROGRAM, "--xml", folder / "list.xml", pipe});
+    const int feed = open(pipe.c_str(), O_WRONLY);
+    ASSERT_GE(feed, 0);
+    // All but the last frame, so that the program waits for more.
+    ASSERT_EQ(write(feed, tape.data(), tape.size() - 144'000), static_cast<ssize_t>(tape.size() - 144'000));
+    while (Lines(host.OutputSoFar()).size() < 5)
+        std::this_thread::sleep_for(5ms);
+    host.Signal(GetParam());
+    std::this_thread::sleep_for(50ms);
+    // Whatever still comes is not looked at.
+    while (write(feed, tape.data(), tape.size()) > 0) {
+    }
+    close(feed);
+    const ProcessResult result = host.Wait();
+
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
+    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("stopped after")));
+    EXPECT_THAT(ReadWhole(folder / "list.xml"), HasSubstr("count=\"4\""));
+    EXPECT_THAT(ReadWhole(folder / "list.xml"), testing::EndsWith("</SceneList>\r\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, Interrupted, testing::Values(SIGINT, SIGTERM),
+                         [](const auto& each) { return each.param == SIGINT ? "Int" : "Term"; });
+
+TEST_F(Output, TraceHasALineAJudgedFrame) {
+    ProcessSetup traced;
+    traced.environment = {{"LD_LIBRARY_PATH", TPLOG_FOLDER}, {"TPLOG_LEVEL", "31"}};
+    const ProcessResult result = RunHost({m_file}, traced);
+    EXPECT_EQ(Frames(result), (std::vector<std::int64_t>{0, 20, 33, 47}));
+    int judged = 0;
+    for (const std::string& line : Lines(result.err))
+        judged += line.find("[ ") != std::string::npos ? 1 : 0;
+    // Of 60 frames the first four calls are warm-up; the others judge frames 2 to 57.
+    EXPECT_EQ(judged, 56) << result.err;
+
+    ProcessSetup silent;
+    silent.environment = {{"TPLOG_LEVEL", "31"}};
+    EXPECT_EQ(RunHost({m_file}, silent).err, "");
+}
+
+// Sanitizers keep freed memory, so that there is nothing to see.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST(Memory, DoesNotGrowWithTheInput) {
+    constexpr long kRoomKilobytes = 8 * 1024;
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "part.dv");
+    const std::string part = ReadWhole(folder / "part.dv");
+    std::ofstream longTape(folder / "long.dv", std::ios::binary);
+    for (int i = 0; i < 20; ++i)
+        longTape << part;
+    longTape.close();
+    EXPECT_NEAR(RunHost({folder / "part.dv"}).peakKilobytes, RunHost({folder / "long.dv"}).peakKilobytes,
+                kRoomKilobytes);
+
+    // Decoded, at a variable rate and with packets of all sizes: nothing that the sample table could join.
+    const auto irregular = [&](int frames) {
+        const auto file = folder / ("clip" + std::to_string(frames) + ".mp4");
+        Clip clip;
+        clip.cuts = {};
+        clip.frames = frames;
+        clip.encoding = {"-vf",
+                         "setpts='(N+0.3*mod(N*N,3))/25/TB'",
+                         "-vsync",
+                         "vfr",
+                         "-c:v",
+                         "libx264",
+                         "-preset",
+                         "ultrafast",
+                         "-video_track_timescale",
+                         "90000"};
+        MakeClip(clip, file);
+        return RunHost({file}).peakKilobytes;
+    };
+    EXPECT_NEAR(irregular(250), irregular(1500), kRoomKilobytes);
+}
+#endif
+
+} // namespace
+} // namespace scenedetect
