@@ -50,15 +50,7 @@ HRESULT CTransInPlaceFilter::Receive(IMediaSample* pSample) {
             return hr;
         copy.reset(pSample);
     }
-    const HRESULT hr = Transform(pSample);
-    if (FAILED(hr))
-        return hr;
-    if (hr == S_FALSE) {
-        NoteSkippedSample();
-        return S_OK;
-    }
-    m_bSampleSkipped = false;
-    return m_pOutput->Deliver(pSample);
+    return DeliverTransformed(Transform(pSample), pSample);
 }
 
 HRESULT CTransInPlaceFilter::Copy(IMediaSample* pSource, IMediaSample** ppCopy) {

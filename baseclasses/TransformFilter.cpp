@@ -103,19 +103,22 @@ HRESULT CTransformFilter::Receive(IMediaSample* pSample) {
         return m_pOutput->Deliver(pSample);
 
     IMediaSample* pOut = nullptr;
-    HRESULT hr = InitializeOutputSample(pSample, &pOut);
+    const HRESULT hr = InitializeOutputSample(pSample, &pOut);
     if (FAILED(hr))
         return hr;
     const ComRef<IMediaSample> out(pOut);
-    hr = Transform(pSample, pOut);
-    if (FAILED(hr))
-        return hr;
-    if (hr == S_FALSE) {
+    return DeliverTransformed(Transform(pSample, pOut), pOut);
+}
+
+HRESULT CTransformFilter::DeliverTransformed(HRESULT transformed, IMediaSample* pSample) {
+    if (FAILED(transformed))
+        return transformed;
+    if (transformed == S_FALSE) {
         NoteSkippedSample();
         return S_OK;
     }
     m_bSampleSkipped = false;
-    return m_pOutput->Deliver(pOut);
+    return m_pOutput->Deliver(pSample);
 }
 
 HRESULT CTransformFilter::InitializeOutputSample(IMediaSample* pSample, IMediaSample** ppOutSample) {

@@ -61,9 +61,11 @@ class CTransformFilter : public CBaseFilter {
 
     /// An output buffer with times and flags of `pSample`.
     HRESULT InitializeOutputSample(IMediaSample* pSample, IMediaSample** ppOutSample);
-    /// Notes that a sample was not delivered, and tells the graph once a streaming period.
-    void NoteSkippedSample();
+    /// Delivers what Transform made, or drops it as the result of Transform says.
+    HRESULT DeliverTransformed(HRESULT transformed, IMediaSample* pSample);
 
   private:
+    /// Notes that a sample was not delivered, and tells the graph once a streaming period.
+    void NoteSkippedSample();
     bool BothConnected() const;
 };

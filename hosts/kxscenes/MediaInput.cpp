@@ -150,9 +150,15 @@ bool MediaInput::ReadPacket(AVPacket& packet) {
     for (;;) {
         const std::size_t errorsBefore = DemuxerErrorCount();
         const int read = av_read_frame(m_context, &packet);
+        if (m_stop) {
+            av_packet_unref(&packet); // reading was cut short, and so may the packet be
+            return false;
+        }
         if (read < 0) {
-            if (m_stop || read == AVERROR_EXIT)
-                return false;
+            // Demuxers tend to take an error of the device for the end.
+            const int device = m_context->pb ? m_context->pb->error : 0;
+            if (device < 0 && device != AVERROR_EOF)
+                Fail(device);
             if (read != AVERROR_EOF && read != AVERROR_INVALIDDATA)
                 Fail(read);
             if (DemuxerErrorCount() != errorsBefore)

@@ -49,6 +49,13 @@ void RawDvReader::Carry(std::span<const std::uint8_t> bytes) {
 
 bool RawDvReader::Next(Picture& picture) {
     picture.Clear();
+    if (ReadFrame(picture))
+        return true;
+    m_damage.Summarize();
+    return false;
+}
+
+bool RawDvReader::ReadFrame(Picture& picture) {
     for (;;) {
         // Room for what was carried over, at most one frame, and for what completes another.
         std::uint8_t* block = picture.OwnBlock(2 * kDifFrameBytes625);
@@ -57,12 +64,8 @@ bool RawDvReader::Next(Picture& picture) {
         m_carried.clear();
 
         have = Fill(block, have, DvFrameBytes(m_system));
-        if (m_input->IsStopped())
+        if (have == 0 || m_input->IsStopped())
             return false;
-        if (have == 0) {
-            m_damage.Summarize();
-            return false;
-        }
         const std::span<const std::uint8_t> data(block, have);
         if (!IsDvHeader(data)) {
             if (!FindNextFrame(data, have < DvFrameBytes(m_system)))
@@ -72,6 +75,8 @@ bool RawDvReader::Next(Picture& picture) {
         const DvSystem system = AnnouncedDvSystem(data).value_or(m_system);
         const std::size_t bytes = DvFrameBytes(system);
         have = Fill(block, have, bytes);
+        if (m_input->IsStopped())
+            return false;
         if (have < bytes) {
             m_damage.Warn("ends inside frame " + std::to_string(m_next.frame) + ", which is left out");
             return false;

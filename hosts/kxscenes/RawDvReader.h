@@ -24,6 +24,7 @@ class RawDvReader final : public PictureReader {
     [[nodiscard]] bool Next(Picture& picture) override;
 
   private:
+    [[nodiscard]] bool ReadFrame(Picture& picture);
     [[nodiscard]] std::size_t Fill(std::uint8_t* block, std::size_t have, std::size_t wanted);
     void Carry(std::span<const std::uint8_t> bytes);
     [[nodiscard]] bool FindNextFrame(std::span<const std::uint8_t> data, bool isEnd);

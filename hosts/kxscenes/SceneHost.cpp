@@ -41,7 +41,7 @@ void SceneHost::SetUpFilter() {
     if (SUCCEEDED(m_graph.Connect()))
         return;
     throw HostError(m_options.input + (m_options.method == KxMethodTimestamp
-                                           ? ": --method timestamp needs DV, and this video is not"
+                                           ? ": --method timestamp needs DV video of 25 Mbit/s"
                                            : ": the scene detect filter does not take this video"));
 }
 
@@ -97,13 +97,13 @@ void SceneHost::Run() {
     if (isDrained && !m_options.xmlPath.empty())
         attempt([this] { CheckSceneList(m_options.xmlPath, m_csv.SceneCount()); });
 
+    if (error)
+        std::rethrow_exception(error);
     if (isInterrupted)
         m_console.Message("stopped after " + std::to_string(m_graph.Sink().SampleCount()) + " frames");
     WarnAboutMarks();
     if (m_options.readTimecode)
         m_console.Message(m_timecode.Text(m_graph.Scenes()));
-    if (error)
-        std::rethrow_exception(error);
 }
 
 void SceneHost::Stream() noexcept {

@@ -210,9 +210,9 @@ TEST(SampleWatch, UnwatchableFramesCount) {
     headerless.SetFormatType(&FORMAT_None);
     CMediaType shortBlock = Yuy2();
     shortBlock.cbFormat = 60;
-    for (const CMediaType& type :
-         {FourccType("YUY2", 7, 64, 16), FourccType("YUY2", 64, 7, 16), headerless, shortBlock,
-          FourccType("YUY2", -64, 48, 16), FourccType("YUY2", 0, 0, 16)}) {
+    for (const CMediaType& type : {FourccType("YUY2", 7, 64, 16), FourccType("YUY2", 64, 7, 16), headerless,
+                                   shortBlock, FourccType("YUY2", -64, 48, 16), FourccType("YUY2", 0, 0, 16),
+                                   FourccType("YUY2", 0x7FFFFFFF, static_cast<LONG>(0x80000000), 16)}) {
         WatchedFilter filter(KxMethodVideo, type);
         filter->EnableDetection(TRUE);
         for (int i = 0; i < 6; ++i) {

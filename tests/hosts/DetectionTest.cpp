@@ -198,7 +198,7 @@ TEST_F(OneClip, TimestampMethodNeedsDv) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err,
-              "kxscenes: " + m_file.string() + ": --method timestamp needs DV, and this video is not\n");
+              "kxscenes: " + m_file.string() + ": --method timestamp needs DV video of 25 Mbit/s\n");
 }
 
 TEST_F(OneClip, IntervalMethod) {
