@@ -40,7 +40,10 @@ std::optional<DvSystem> IdentifyDvFrame(std::span<const std::uint8_t> frame) {
 }
 
 bool IsDvHeader(std::span<const std::uint8_t> data) {
-    return data.size() >= kDifBlockBytes && IsBlockOfFirstSequence(data, DifSection::Header) && data[2] == 0;
+    // The reserved bits of an ID are ones: zeroed blocks, which the rest fits too, are no headers.
+    constexpr std::uint8_t kReservedBits = 0x07;
+    return data.size() >= kDifBlockBytes && IsBlockOfFirstSequence(data, DifSection::Header) &&
+           (data[1] & kReservedBits) != 0 && data[2] == 0;
 }
 
 std::optional<std::size_t> FindDvFrame(std::span<const std::uint8_t> data, std::size_t from) {

@@ -75,6 +75,15 @@ TEST_F(RawDv, AFrameWithoutItsHeaderIsLeftOutAndCounted) {
                 ElementsAre(HasSubstr("no DV data at byte 2016000, where frame 14 should be")));
 }
 
+TEST_F(RawDv, AZeroedFrameIsNoFrameOfTheOtherLineSystem) {
+    m_tape.replace(At(14), kDifFrameBytes625, kDifFrameBytes625, '\0');
+    const ProcessResult result = RunOn(m_tape);
+    EXPECT_THAT(Frames(result), ElementsAre(0, 10, 21, 31, 41, 51));
+    EXPECT_THAT(result.out, HasSubstr("\n6,51,00:00:02:01,2.040\n"));
+    EXPECT_THAT(Lines(result.err),
+                ElementsAre(HasSubstr("no DV data at byte 2016000, where frame 14 should be")));
+}
+
 TEST_F(RawDv, BytesBetweenFramesAreSteppedOver) {
     m_tape.insert(At(25), std::string(1234, '\x55'));
     m_tape.insert(At(5), std::string(77, '\x55'));
