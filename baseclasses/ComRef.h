@@ -1,12 +1,9 @@
 // Scoped references to COM objects.
 #pragma once
 
-#include "platform/ComGuard.h"
-
 #include <windows.h>
 
 #include <memory>
-#include <utility>
 
 struct ReleaseComReference {
     void operator()(IUnknown* pUnk) const { pUnk->Release(); }
@@ -23,10 +20,4 @@ template <class Interface>
     if (FAILED(object->QueryInterface(riid, &found)))
         return nullptr;
     return ComRef<Interface>(static_cast<Interface*>(found));
-}
-
-/// The guard of a COM entry under the name that code above the base classes uses.
-template <class Body>
-[[nodiscard]] HRESULT GuardedCall(Body&& body) noexcept {
-    return scenedetect::Guarded(std::forward<Body>(body));
 }

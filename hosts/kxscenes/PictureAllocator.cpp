@@ -1,6 +1,6 @@
 #include "hosts/kxscenes/PictureAllocator.h"
 
-#include "baseclasses/ComRef.h"
+#include "platform/ComGuard.h"
 
 namespace scenedetect {
 
@@ -20,7 +20,7 @@ HRESULT PictureAllocator::Alloc() {
     const HRESULT hr = CBaseAllocator::Alloc();
     if (hr != S_OK) // a failure, or the samples made before still do
         return hr == S_FALSE ? S_OK : hr;
-    return GuardedCall([this] {
+    return Guarded([this] {
         DeleteSamples();
         HRESULT made = S_OK;
         while (m_lAllocated < m_lCount && SUCCEEDED(made)) {

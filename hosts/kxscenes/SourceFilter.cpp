@@ -1,6 +1,7 @@
 #include "hosts/kxscenes/SourceFilter.h"
 
 #include "baseclasses/FourCCMap.h"
+#include "platform/ComGuard.h"
 
 namespace scenedetect {
 namespace {
@@ -50,7 +51,7 @@ HRESULT SourcePin::GetMediaType(int position, CMediaType* type) {
 
 HRESULT SourcePin::DecideAllocator(IMemInputPin* peer, IMemAllocator** allocator) {
     *allocator = nullptr;
-    return GuardedCall([&] {
+    return Guarded([&] {
         HRESULT hr = S_OK;
         auto made = std::make_unique<PictureAllocator>(&hr);
         made->AddRef();
