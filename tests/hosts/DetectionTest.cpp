@@ -181,18 +181,6 @@ TEST_P(TimestampMethod, FindsJumpsOfMoreThanASecond) {
 INSTANTIATE_TEST_SUITE_P(Systems, TimestampMethod, testing::Values("pal-dv", "ntsc-dv"),
                          [](const auto& each) { return std::string(each.param, 3); });
 
-class OneClip : public testing::Test {
-  protected:
-    void SetUp() override {
-        Clip clip;
-        clip.encoding = {"-c:v", "rawvideo", "-pix_fmt", "yuyv422", "-vtag", "YUY2"};
-        MakeClip(clip, m_file);
-    }
-
-    TempFolder m_folder;
-    std::filesystem::path m_file = m_folder / "clip.avi";
-};
-
 TEST_F(OneClip, TimestampMethodNeedsDv) {
     const ProcessResult result = RunHost({"--method", "timestamp", m_file});
     EXPECT_EQ(result.exitCode, 1);

@@ -1,6 +1,10 @@
 // Video files made with the ffmpeg program: flat scenes with noise, cut hard at known frames.
 #pragma once
 
+#include "tests/TempFolder.h"
+
+#include <gtest/gtest.h>
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -26,5 +30,18 @@ Clip DvClip(const std::string& target, const std::string& recorded = "2004-07-17
             const std::string& timecode = "00:00:00:00");
 
 void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
+
+/// An uncompressed AVI with the clip's cuts, for what does not depend on the format.
+class OneClip : public testing::Test {
+  protected:
+    void SetUp() override {
+        Clip clip;
+        clip.encoding = {"-c:v", "rawvideo", "-pix_fmt", "yuyv422", "-vtag", "YUY2"};
+        MakeClip(clip, m_file);
+    }
+
+    TempFolder m_folder;
+    std::filesystem::path m_file = m_folder / "clip.avi";
+};
 
 } // namespace scenedetect::testing_support

@@ -20,17 +20,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
 
-class Output : public testing::Test {
-  protected:
-    void SetUp() override {
-        Clip clip;
-        clip.encoding = {"-c:v", "rawvideo", "-pix_fmt", "yuyv422", "-vtag", "YUY2"};
-        MakeClip(clip, m_file);
-    }
-
-    TempFolder m_folder;
-    std::filesystem::path m_file = m_folder / "clip.avi";
-};
+class Output : public OneClip {};
 
 TEST_F(Output, SceneListByteForByte) {
     const auto list = m_folder / "list \xC3\xA9.xml";
