@@ -1,10 +1,10 @@
 // The module's class table: one filter.
+#include "scenes/module/ClassTable.h"
+
 #include "baseclasses/ClassFactory.h"
 #include "filter/SceneDetectFilter.h"
 
 namespace {
-
-constexpr const wchar_t* kFilterName = L"Tamrak Scene Detect Filter";
 
 const AMOVIESETUP_FILTER kFilterSetup = {&CLSID_SceneDetectFilter, kFilterName, MERIT_DO_NOT_USE, 0, nullptr};
 

@@ -1,0 +1,26 @@
+#!/bin/sh
+# Runs a Windows program under Wine: run-in-wine.sh PROGRAM [ARGUMENTS]
+# The prefix is $WINEPREFIX, or one beside the program, made on first use.
+set -eu
+WINEPREFIX=${WINEPREFIX:-$(dirname "$(dirname "$(readlink -f "$1")")")/wine}
+WINEDEBUG=${WINEDEBUG:--all}
+# Wine takes names of files from the locale; the installers that it offers for a browser need a screen.
+LANG=C.UTF-8
+LC_ALL=C.UTF-8
+WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+export WINEPREFIX WINEDEBUG LANG LC_ALL WINEDLLOVERRIDES
+unset DISPLAY WAYLAND_DISPLAY
+
+wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
+if [ ! -e "$WINEPREFIX/ready" ]; then
+    mkdir -p "$WINEPREFIX"
+    # Tests that start together wait for the one that makes the prefix.
+    (
+        flock 9
+        if [ ! -e "$WINEPREFIX/ready" ]; then
+            "$wine" wineboot -i >/dev/null 2>&1
+            touch "$WINEPREFIX/ready"
+        fi
+    ) 9>"$WINEPREFIX.lock"
+fi
+exec "$wine" "$@"

@@ -1,0 +1,6 @@
+add_library(KxSceneDetect2 SHARED ClassTable.cpp Exports.cpp)
+target_link_libraries(KxSceneDetect2 PRIVATE filter)
+# The version script decides what is let out, not the compiler.
+set_target_properties(KxSceneDetect2 PROPERTIES CXX_VISIBILITY_PRESET default)
+target_link_options(KxSceneDetect2 PRIVATE -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/KxSceneDetect2.map)
+set_target_properties(KxSceneDetect2 PROPERTIES LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/KxSceneDetect2.map)
