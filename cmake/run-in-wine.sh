@@ -1,8 +1,14 @@
 #!/bin/sh
 # Runs a Windows program under Wine: run-in-wine.sh PROGRAM [ARGUMENTS]
-# The prefix is $WINEPREFIX, or one beside the program, made on first use.
+# The prefix is $WINEPREFIX, or one in the build folder that the program lies in, made on first use.
 set -eu
-WINEPREFIX=${WINEPREFIX:-$(dirname "$(dirname "$(readlink -f "$1")")")/wine}
+folder=$(dirname "$(readlink -f "$1")")
+build=$folder
+while [ "$build" != / ] && [ ! -e "$build/CMakeCache.txt" ]; do
+    build=$(dirname "$build")
+done
+[ "$build" != / ] || build=$folder
+WINEPREFIX=${WINEPREFIX:-$build/wine}
 WINEDEBUG=${WINEDEBUG:--all}
 # Wine takes names of files from the locale; the installers that it offers for a browser need a screen.
 LANG=C.UTF-8

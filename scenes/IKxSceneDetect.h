@@ -1,7 +1,7 @@
 // The control interfaces of the scene detect filter and its class id: all that a host needs to steer it.
 #pragma once
 
-#include <windows.h>
+#include "KxPlatform.h"
 
 #include <cstdint>
 
@@ -12,12 +12,19 @@ inline constexpr CLSID CLSID_SceneDetectFilter = {
 inline constexpr CLSID CLSID_TamrakAuxiliaryFilters = {
     0x5F710207, 0xCF33, 0x40FA, {0xB8, 0x19, 0xE3, 0xAE, 0xE4, 0x7E, 0xD0, 0xB7}};
 
-inline constexpr IID IID_IKxSceneDetect = {
-    0x7A5A6A86, 0x2706, 0x4160, {0xAA, 0xAD, 0x28, 0x93, 0x6E, 0x72, 0x49, 0xA9}};
-inline constexpr IID IID_IKxSceneDetect2 = {
-    0x908663DA, 0x46DC, 0x44EF, {0x9A, 0x05, 0xD3, 0xC4, 0xEB, 0x9B, 0x3C, 0x91}};
-inline constexpr IID IID_IKxSceneDetectEx = {
-    0x6DECD64D, 0xB9AA, 0x45E3, {0x93, 0xD7, 0x53, 0x9C, 0xC0, 0xA5, 0x95, 0xA6}};
+// An interface and its identifier, IID_ and the interface's name.
+#define KX_INTERFACE(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)                                        \
+    struct name;                                                                                             \
+    inline constexpr IID IID_##name = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}};                         \
+    KX_BIND_INTERFACE_ID(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)
+
+// clang-format off
+KX_INTERFACE(IKxSceneDetect, 0x7A5A6A86, 0x2706, 0x4160, 0xAA, 0xAD, 0x28, 0x93, 0x6E, 0x72, 0x49, 0xA9)
+KX_INTERFACE(IKxSceneDetect2, 0x908663DA, 0x46DC, 0x44EF, 0x9A, 0x05, 0xD3, 0xC4, 0xEB, 0x9B, 0x3C, 0x91)
+KX_INTERFACE(IKxSceneDetectEx, 0x6DECD64D, 0xB9AA, 0x45E3, 0x93, 0xD7, 0x53, 0x9C, 0xC0, 0xA5, 0x95, 0xA6)
+// clang-format on
+#undef KX_INTERFACE
+#undef KX_BIND_INTERFACE_ID
 
 /// How scenes are found; the numbers of SetDetectionMethod. Any other value is stored too and finds none.
 enum KxDetectionMethod : std::uint32_t {
