@@ -37,7 +37,8 @@ HRESULT ModulePath(std::wstring& path) {
 
 HRESULT SetText(const std::wstring& key, const wchar_t* value, const std::wstring& text) {
     const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-    const LSTATUS status = RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), value, REG_SZ, text.c_str(), bytes);
+    const LSTATUS status =
+        RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), value, REG_SZ, text.c_str(), bytes);
     return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 

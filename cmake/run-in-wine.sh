@@ -1,5 +1,6 @@
 #!/bin/sh
 # Runs a Windows program under Wine: run-in-wine.sh PROGRAM [ARGUMENTS]
+# Without a display, unless $SCENEDETECT_DISPLAY names an X display.
 # The prefix is $WINEPREFIX, or one in the build folder that the program lies in, made on first use.
 set -eu
 folder=$(dirname "$(readlink -f "$1")")
@@ -16,6 +17,10 @@ LC_ALL=C.UTF-8
 WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 export WINEPREFIX WINEDEBUG LANG LC_ALL WINEDLLOVERRIDES
 unset DISPLAY WAYLAND_DISPLAY
+if [ -n "${SCENEDETECT_DISPLAY:-}" ]; then
+    DISPLAY=$SCENEDETECT_DISPLAY
+    export DISPLAY
+fi
 
 wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
 if [ ! -e "$WINEPREFIX/ready" ]; then

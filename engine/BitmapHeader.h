@@ -7,6 +7,9 @@
 
 namespace scenedetect {
 
+/// No bitmap has more bytes: sizes beyond this come from broken headers.
+inline constexpr std::int64_t kMostBlockBytes = INT32_MAX;
+
 /// Entries of the colour table: `biClrUsed`, or what the bit count implies.
 [[nodiscard]] std::uint32_t ColourCount(const BITMAPINFOHEADER& header);
 

@@ -12,14 +12,6 @@ namespace {
 
 constexpr std::size_t kHeaderBytes = sizeof(BITMAPINFOHEADER);
 
-/// Zeroed memory from the general heap; null when there is none, or for a size that only a broken header
-/// asks for.
-void* AllocateBlock(std::int64_t bytes) {
-    if (bytes < 0 || bytes > std::numeric_limits<std::int32_t>::max())
-        return nullptr;
-    return std::calloc(1, std::max<std::size_t>(static_cast<std::size_t>(bytes), 1));
-}
-
 /// Header blocks hold a whole header, even if it calls itself shorter.
 std::size_t HeaderBlockBytes(std::int64_t announced) {
     return std::max(static_cast<std::size_t>(announced), kHeaderBytes);
@@ -31,6 +23,12 @@ void CopyExisting(void* target, const void* source, std::size_t wanted, std::siz
 }
 
 } // namespace
+
+void* Dib::AllocateBlock(std::int64_t bytes) {
+    if (bytes < 0 || bytes > kMostBlockBytes)
+        return nullptr;
+    return std::calloc(1, std::max<std::size_t>(static_cast<std::size_t>(bytes), 1));
+}
 
 Dib::Dib(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
          std::size_t pixelBytes) {
@@ -70,6 +68,13 @@ void Dib::AdoptBits(void* block, std::size_t bytes) {
     bits = static_cast<std::uint8_t*>(block);
     bitsExtent = block != nullptr ? bytes : 0;
     ownsBits = block != nullptr;
+}
+
+// A block with the header block at its start and the pixels behind it.
+void Dib::AdoptWhole(std::uint8_t* block, std::int64_t headerSize, std::int64_t bitsSize) {
+    AdoptInfo(block, static_cast<std::size_t>(headerSize));
+    bits = block + headerSize;
+    bitsExtent = static_cast<std::size_t>(bitsSize);
 }
 
 bool Dib::Attach(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
@@ -118,10 +123,8 @@ bool Dib::Create(std::int32_t width, std::int32_t height, std::int32_t bitCount,
     auto* block = static_cast<std::uint8_t*>(AllocateBlock(headerSize + bitsSize));
     if (block == nullptr)
         return false;
-    std::memcpy(block, &header, sizeof header);
-    AdoptInfo(block, static_cast<std::size_t>(headerSize));
-    bits = block + headerSize;
-    bitsExtent = static_cast<std::size_t>(bitsSize);
+    AdoptWhole(block, headerSize, bitsSize);
+    *info = header;
 
     if (bitCount < 9 && usePaletteIndices) {
         paletteIndices = true;

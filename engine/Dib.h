@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <wingdi.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -11,6 +13,7 @@
 
 namespace scenedetect {
 
+class Archive;
 class File;
 
 /// One picture under a `BITMAPINFOHEADER`. A positive `biHeight` is a bottom-up picture, a negative one
@@ -29,8 +32,10 @@ class Dib {
     Dib(const Dib& other);
     Dib& operator=(const Dib&) = delete;
 
-    // The virtual operations; those that read, write or draw more than a file join them at their places.
     virtual ~Dib();
+    /// `LoadFromArchive` when the archive is loading; else writes the header block and the pixels in the
+    /// sizes that the header announces. ArchiveException when the system refuses.
+    virtual void Serialize(Archive& archive);
     /// A picture of its own with the first `biSize` bytes of `header` (of which `headerBytes` exist),
     /// without its colour counts, and with `biSizeImage` bytes of pixels to be filled. False for a null
     /// header or when memory runs out.
@@ -54,6 +59,12 @@ class Dib {
     virtual bool WriteToFile(File& file);
     /// Writes a bitmap file.
     virtual bool WriteToPath(const std::wstring& path);
+    /// A picture of its own with the content of a device's bitmap that is selected into no device context.
+    /// False when there is no such bitmap (as where there is no such device) or memory runs out.
+    virtual bool CreateFromBitmap(HBITMAP bitmap, HDC dc);
+    /// A bitmap of the device with this content, for the caller to delete; null when the device refuses, and
+    /// for a picture of which not everything exists.
+    [[nodiscard]] virtual HBITMAP CreateDDB(HDC dc) const;
     /// Fills the first `count` colours from `first` towards `last` (0x00BBGGRR) and the others with a light
     /// grey.
     virtual void SetColourRamp(std::int32_t count, COLORREF first, COLORREF last);
@@ -113,6 +124,11 @@ class Dib {
                                                                   std::size_t pixelBytes);
     /// Whether every colour is the grey of its own index.
     [[nodiscard]] bool HasGreyPalette() const;
+    /// Reads a header, the rest of its block and the pixels as `Serialize` or a bitmap file's writer left
+    /// them, into a block of its own. ArchiveException (badIndex) when the archive ends too early or the
+    /// header is of a kind whose colours or masks lie elsewhere; std::bad_alloc when memory runs out. The
+    /// object is empty then. Takes no more memory than twice the bytes that are really there.
+    void LoadFromArchive(Archive& archive);
     /// In pictures of at least 240 rows, repeats the rows of one field (0: even, 1: odd) over the other's.
     void DoubleField(std::int32_t field);
 
@@ -125,6 +141,10 @@ class Dib {
                 std::size_t pixelBytes);
     void AdoptInfo(void* block, std::size_t bytes);
     void AdoptBits(void* block, std::size_t bytes);
+    void AdoptWhole(std::uint8_t* block, std::int64_t headerSize, std::int64_t bitsSize);
+    /// Zeroed memory from the general heap; null when there is none, or for a size that only a broken header
+    /// asks for.
+    [[nodiscard]] static void* AllocateBlock(std::int64_t bytes);
     void Forget();
 
     BITMAPINFOHEADER* info = nullptr;

@@ -1,32 +1,76 @@
-// Bitmap files: a 14-byte file header, then the Dib's header block, then its pixels.
+// Bitmap files and archives: the Dib's header block, then its pixels; in files behind a 14-byte file header.
 #include "engine/BitmapHeader.h"
 #include "engine/Dib.h"
+#include "platform/Archive.h"
 #include "platform/File.h"
 #include "support/DebugLog.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
+#include <memory>
+#include <new>
+#include <span>
 
 namespace scenedetect {
 namespace {
 
 constexpr WORD kBitmapType = 0x4D42; // "BM"
 
-/// Writes `size` bytes of a block of which `existing` exist; the rest are zeros.
-bool WriteBlock(File& file, const void* block, std::int64_t size, std::size_t existing) {
+/// Hands `size` bytes of a block of which `existing` exist to `write` (data, bytes), until that gives false;
+/// the rest are zeros.
+template <typename Write>
+bool WriteBlock(Write write, const void* block, std::int64_t size, std::size_t existing) {
     const auto wanted = static_cast<std::size_t>(size);
     std::size_t written = std::min(wanted, existing);
-    if (written != 0 && !file.Write(block, written))
+    if (written != 0 && !write(block, written))
         return false;
     constexpr std::array<std::uint8_t, 4096> kZeros{};
     while (written < wanted) {
         const std::size_t bytes = std::min(wanted - written, kZeros.size());
-        if (!file.Write(kZeros.data(), bytes))
+        if (!write(kZeros.data(), bytes))
             return false;
         written += bytes;
     }
     return true;
+}
+
+struct FreeBlock {
+    void operator()(std::uint8_t* block) const { std::free(block); }
+};
+using Block = std::unique_ptr<std::uint8_t, FreeBlock>;
+
+/// The next `wanted` bytes of an archive behind `start`, in one block. It grows as they arrive: a header that
+/// lies about its size costs no memory. Null where the archive ends too early; std::bad_alloc when memory
+/// runs out.
+Block ReadBlock(Archive& archive, std::span<const std::uint8_t> start, std::size_t wanted) {
+    constexpr std::size_t kFirstBytes = std::size_t{1} << 20;
+    Block block;
+    std::size_t have = start.size();
+    for (std::size_t room = std::min(wanted, kFirstBytes);; room = std::min(wanted, 2 * room)) {
+        auto* grown = static_cast<std::uint8_t*>(std::realloc(block.get(), room));
+        if (grown == nullptr)
+            throw std::bad_alloc();
+        static_cast<void>(block.release());
+        block.reset(grown);
+        if (have == start.size())
+            std::copy(start.begin(), start.end(), grown);
+        if (archive.Read(grown + have, room - have) != room - have)
+            return nullptr;
+        have = room;
+        if (have == wanted)
+            return block;
+    }
+}
+
+/// Whether colours and masks lie where a Dib looks for them: right behind 40 bytes. Longer headers hold masks
+/// themselves and have the colours behind them, shorter ones are another record.
+bool IsLegible(const BITMAPINFOHEADER& header) {
+    return header.biSize == sizeof header ||
+           (header.biSize > sizeof header && header.biCompression != BI_BITFIELDS &&
+            ColourCount(header) == 0);
 }
 
 } // namespace
@@ -60,8 +104,9 @@ bool Dib::WriteToFile(File& file) {
     fileHeader.bfType = kBitmapType;
     fileHeader.bfSize = static_cast<DWORD>(offset + bitsSize);
     fileHeader.bfOffBits = static_cast<DWORD>(offset);
-    return file.Write(&fileHeader, sizeof fileHeader) && WriteBlock(file, info, headerSize, infoExtent) &&
-           WriteBlock(file, bits, bitsSize, bitsExtent);
+    const auto write = [&file](const void* data, std::size_t bytes) { return file.Write(data, bytes); };
+    return write(&fileHeader, sizeof fileHeader) && WriteBlock(write, info, headerSize, infoExtent) &&
+           WriteBlock(write, bits, bitsSize, bitsExtent);
 }
 
 bool Dib::WriteToPath(const std::wstring& path) {
@@ -70,6 +115,47 @@ bool Dib::WriteToPath(const std::wstring& path) {
         return false;
     const bool written = WriteToFile(file);
     return file.Close() && written;
+}
+
+void Dib::Serialize(Archive& archive) {
+    if (archive.IsLoading()) {
+        LoadFromArchive(archive);
+        return;
+    }
+    const auto write = [&archive](const void* data, std::size_t bytes) {
+        archive.Write(data, bytes);
+        return true;
+    };
+    static_cast<void>(WriteBlock(write, info, GetHeaderSize(), infoExtent));
+    static_cast<void>(WriteBlock(write, bits, GetBitsSize(), bitsExtent));
+}
+
+void Dib::LoadFromArchive(Archive& archive) {
+    Release();
+    std::array<std::uint8_t, sizeof(BITMAPINFOHEADER)> start{};
+    if (archive.Read(start.data(), start.size()) != start.size())
+        throw ArchiveException(ArchiveException::badIndex);
+    BITMAPINFOHEADER header;
+    std::memcpy(&header, start.data(), sizeof header);
+    if (!IsLegible(header))
+        throw ArchiveException(ArchiveException::badIndex);
+
+    const std::int64_t headerSize = HeaderSize(header);
+    const std::int64_t bitsSize = BitsSize(header);
+    Block block;
+    try {
+        if (bitsSize > kMostBlockBytes - headerSize)
+            throw std::bad_alloc();
+        block = ReadBlock(archive, start, static_cast<std::size_t>(headerSize + bitsSize));
+    } catch (const std::bad_alloc&) {
+        DebugPrint(L"Dib::LoadFromArchive: malloc failed\n");
+        throw;
+    }
+    if (!block) {
+        DebugPrint(L"Dib::LoadFromArchive can't read bits\n");
+        throw ArchiveException(ArchiveException::badIndex);
+    }
+    AdoptWhole(block.release(), headerSize, bitsSize);
 }
 
 } // namespace scenedetect

@@ -3,7 +3,8 @@
 
 namespace {
 
-/// The application object: one instance, constructed when the module is loaded and destroyed after its unload.
+/// The application object: one instance, constructed when the module is loaded and destroyed after its
+/// unload.
 class SceneDetectApp {
   public:
     BOOL InitInstance(HINSTANCE instance) {
