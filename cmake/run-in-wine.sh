@@ -23,15 +23,16 @@ if [ -n "${SCENEDETECT_DISPLAY:-}" ]; then
 fi
 
 wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
-if [ ! -e "$WINEPREFIX/ready" ]; then
-    mkdir -p "$WINEPREFIX"
-    # Tests that start together wait for the one that makes the prefix.
-    (
-        flock 9
-        if [ ! -e "$WINEPREFIX/ready" ]; then
-            "$wine" wineboot -i >/dev/null 2>&1
-            touch "$WINEPREFIX/ready"
-        fi
-    ) 9>"$WINEPREFIX.lock"
-fi
+server=$(command -v wineserver || echo /usr/lib/wine/wineserver)
+mkdir -p "$WINEPREFIX"
+# The prefix's server outlives the program for a minute: starting one takes longer than most tests. The system's
+# own processes are started here, apart from the program's output, which would stay open for as long. Programs
+# that start together wait for the one that does this.
+(
+    flock 9
+    if "$server" -p60 </dev/null >/dev/null 2>&1 9>&-; then
+        "$wine" wineboot --init </dev/null >/dev/null 2>&1 9>&-
+        "$wine" rundll32.exe user32.dll,GetDesktopWindow </dev/null >/dev/null 2>&1 9>&-
+    fi
+) 9>"$WINEPREFIX.lock"
 exec "$wine" "$@"

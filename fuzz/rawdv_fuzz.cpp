@@ -1,17 +1,13 @@
 // Raw DV captures put together from whole frames, pieces, damage and foreign bytes.
 #include "engine/Dif.h"
 #include "fuzz/Input.h"
-#include "hosts/kxscenes/Console.h"
-#include "hosts/kxscenes/HostError.h"
-#include "hosts/kxscenes/MediaInput.h"
-#include "hosts/kxscenes/Picture.h"
-#include "hosts/kxscenes/RawDvReader.h"
+#include "hosts/shared/Console.h"
+#include "hosts/shared/HostError.h"
+#include "hosts/shared/Picture.h"
+#include "hosts/shared/RawDvReader.h"
+#include "tests/MemoryInput.h"
 
 #include <array>
-#include <atomic>
-#include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 using namespace scenedetect;
 using fuzz::Require;
@@ -74,13 +70,9 @@ std::vector<std::uint8_t> MakeStream(fuzz::Input& input) {
     return stream;
 }
 
-void ReadAll(const std::string& path, std::size_t streamBytes) {
-    static const std::atomic<bool> stop{false};
-    static Console console;
-    auto file = std::make_unique<MediaInput>(path, stop);
-    if (!file->IsRawDv())
-        return;
-    RawDvReader reader(std::move(file), DamageLog(console, path));
+void ReadAll(const std::vector<std::uint8_t>& stream) {
+    static Console console("rawdv_fuzz");
+    RawDvReader reader(std::make_unique<testing_support::MemoryInput>(stream), DamageLog(console, "capture"));
     Picture picture;
     FilePlace before{-1, -1, -1};
     while (reader.Next(picture)) {
@@ -89,7 +81,7 @@ void ReadAll(const std::string& path, std::size_t streamBytes) {
         Require(picture.format.height == (bytes == kDifFrameBytes625 ? 576 : 480));
         Require(picture.place.frame > before.frame && picture.place.time > before.time);
         Require(picture.place.byteOffset > before.byteOffset);
-        Require(static_cast<std::size_t>(picture.place.byteOffset) + bytes <= streamBytes);
+        Require(static_cast<std::size_t>(picture.place.byteOffset) + bytes <= stream.size());
         before = picture.place;
     }
 }
@@ -98,15 +90,10 @@ void ReadAll(const std::string& path, std::size_t streamBytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
-    const std::vector<std::uint8_t> stream = MakeStream(input);
-    const int memory = memfd_create("capture", MFD_CLOEXEC);
-    Require(memory != -1 &&
-            write(memory, stream.data(), stream.size()) == static_cast<ssize_t>(stream.size()));
     try {
-        ReadAll("/proc/self/fd/" + std::to_string(memory), stream.size());
+        ReadAll(MakeStream(input));
     } catch (const HostError&) {
         // an answer like any other
     }
-    close(memory);
     return 0;
 }

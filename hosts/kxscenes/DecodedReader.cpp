@@ -1,7 +1,7 @@
 #include "hosts/kxscenes/DecodedReader.h"
 
 #include "hosts/kxscenes/FfmpegLog.h"
-#include "hosts/kxscenes/HostError.h"
+#include "hosts/shared/HostError.h"
 
 #include <limits>
 #include <utility>
@@ -27,12 +27,12 @@ DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first,
     m_layout = std::make_unique<LumaLayout>(*m_frame);
     if (m_layout->Bytes() > std::numeric_limits<std::int32_t>::max())
         throw HostError(m_input->Path() + ": pictures are too large");
-    m_format = {MAKEFOURCC('Y', 'U', 'Y', '2'),
-                m_layout->Width(),
-                m_layout->Height(),
-                kYuy2Bits,
-                static_cast<std::uint32_t>(m_layout->Bytes()),
-                FrameDurationOf(m_clock.Scale().rate)};
+    m_format.fourcc = MAKEFOURCC('Y', 'U', 'Y', '2');
+    m_format.width = m_layout->Width();
+    m_format.height = m_layout->Height();
+    m_format.bitCount = kYuy2Bits;
+    m_format.imageBytes = static_cast<std::uint32_t>(m_layout->Bytes());
+    m_format.frameDuration = FrameDurationOf(m_clock.Scale().rate);
     m_damage.Begin();
 }
 

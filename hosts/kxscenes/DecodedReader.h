@@ -1,11 +1,12 @@
 // Decodes a stream and lays its pictures out as YUY2.
 #pragma once
 
-#include "hosts/kxscenes/DamageLog.h"
+#include "hosts/kxscenes/FfmpegPointers.h"
 #include "hosts/kxscenes/FrameClock.h"
 #include "hosts/kxscenes/LumaLayout.h"
 #include "hosts/kxscenes/MediaInput.h"
-#include "hosts/kxscenes/PictureReader.h"
+#include "hosts/shared/DamageLog.h"
+#include "hosts/shared/PictureReader.h"
 
 #include <memory>
 

@@ -1,32 +1,14 @@
 #include "hosts/kxscenes/FilterGraph.h"
 
-#include "hosts/kxscenes/HostError.h"
-
-#include <cstdio>
-#include <utility>
+#include "hosts/shared/DetectionCalls.h"
+#include "hosts/shared/HostError.h"
+#include "hosts/shared/MakeFilter.h"
 
 // The entry point of the filter's module.
 STDAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv);
 
 namespace scenedetect {
 namespace {
-
-void Require(HRESULT hr, const char* what) {
-    if (SUCCEEDED(hr))
-        return;
-    char text[120];
-    std::snprintf(text, sizeof text, "%s (0x%08X)", what, static_cast<unsigned>(hr));
-    throw HostError(text);
-}
-
-template <class Filter, class... Arguments>
-ComRef<Filter> MakeFilter(Arguments&&... arguments) {
-    HRESULT hr = S_OK;
-    auto filter = std::make_unique<Filter>(std::forward<Arguments>(arguments)..., &hr);
-    Require(hr, "a filter of the host's own can't be made");
-    filter->AddRef();
-    return ComRef<Filter>(filter.release());
-}
 
 ComRef<IBaseFilter> MakeSceneDetectFilter() {
     void* factory = nullptr;

@@ -3,7 +3,7 @@
 
 #include "baseclasses/ComRef.h"
 #include "hosts/kxscenes/SinkFilter.h"
-#include "hosts/kxscenes/SourceFilter.h"
+#include "hosts/shared/SourceFilter.h"
 #include "scenes/IKxSceneDetect.h"
 
 namespace scenedetect {

@@ -31,8 +31,8 @@ AVRational UnitFor(AVRational rate) {
 
 FrameClock::FrameClock(const Setup& setup)
     : m_setup(setup),
-      m_scale{UnitFor(setup.rate), setup.rate},
-      m_frameTime(std::max<std::int64_t>(1, av_rescale_q(1, av_inv_q(setup.rate), m_scale.unit))),
+      m_unit(UnitFor(setup.rate)),
+      m_frameTime(std::max<std::int64_t>(1, av_rescale_q(1, av_inv_q(setup.rate), m_unit))),
       m_isConstant(setup.constantRate),
       m_origin(setup.origin) {}
 
@@ -40,15 +40,15 @@ std::optional<std::int64_t> FrameClock::TimeOf(std::int64_t stamp) {
     if (IsWild(stamp)) // a missing stamp, too
         return std::nullopt;
     // The first picture, or the first after a jump, comes when it was expected.
-    const std::int64_t originNow = stamp - av_rescale_q(m_nextTime, m_scale.unit, m_setup.stampUnit);
+    const std::int64_t originNow = stamp - av_rescale_q(m_nextTime, m_unit, m_setup.stampUnit);
     if (!m_origin)
         m_origin = originNow;
-    const std::int64_t time = av_rescale_q(stamp - *m_origin, m_setup.stampUnit, m_scale.unit);
+    const std::int64_t time = av_rescale_q(stamp - *m_origin, m_setup.stampUnit, m_unit);
     if (IsWild(time))
         return std::nullopt;
     const std::int64_t ahead = time - m_nextTime;
     if (!m_setup.stampsMayJump ||
-        (ahead <= kJumpAheadSeconds * m_scale.unit.den && ahead >= -kJumpBackSeconds * m_scale.unit.den))
+        (ahead <= kJumpAheadSeconds * m_unit.den && ahead >= -kJumpBackSeconds * m_unit.den))
         return time;
     m_origin = originNow;
     return m_nextTime;
@@ -59,7 +59,7 @@ FrameClock::Reading FrameClock::Next(std::int64_t stamp) {
     if (m_isConstant) {
         const std::int64_t frame = std::max((time + m_frameTime / 2) / m_frameTime, m_nextFrame);
         // Stamps are rounded to their unit, and some writers are not exact either.
-        const std::int64_t tolerance = av_rescale_q(1, m_setup.stampUnit, m_scale.unit) + m_frameTime / 10;
+        const std::int64_t tolerance = av_rescale_q(1, m_setup.stampUnit, m_unit) + m_frameTime / 10;
         m_isConstant = std::abs(time - frame * m_frameTime) <= tolerance;
         if (m_isConstant) {
             m_nextFrame = frame;

@@ -1,12 +1,20 @@
 // From the time stamps of a container to frame numbers and times of the file.
 #pragma once
 
-#include "hosts/kxscenes/TimeScale.h"
+#include "hosts/shared/TimeScale.h"
+
+extern "C" {
+#include <libavutil/rational.h>
+}
 
 #include <cstdint>
 #include <optional>
 
 namespace scenedetect {
+
+[[nodiscard]] constexpr Ratio RatioOf(AVRational rational) {
+    return {rational.num, rational.den};
+}
 
 /// Numbers the pictures of one stream in their order of showing.
 ///
@@ -30,7 +38,7 @@ class FrameClock {
 
     explicit FrameClock(const Setup& setup);
 
-    [[nodiscard]] const TimeScale& Scale() const { return m_scale; }
+    [[nodiscard]] TimeScale Scale() const { return {RatioOf(m_unit), RatioOf(m_setup.rate)}; }
     /// Reads the next picture's stamp; AV_NOPTS_VALUE for a picture without one.
     [[nodiscard]] Reading Next(std::int64_t stamp);
 
@@ -38,7 +46,7 @@ class FrameClock {
     [[nodiscard]] std::optional<std::int64_t> TimeOf(std::int64_t stamp);
 
     const Setup m_setup;
-    const TimeScale m_scale;
+    const AVRational m_unit;
     const std::int64_t m_frameTime; // length of a frame in units
     bool m_isConstant;
     std::optional<std::int64_t> m_origin;

@@ -1,7 +1,7 @@
 #include "hosts/kxscenes/MediaInput.h"
 
 #include "hosts/kxscenes/FfmpegLog.h"
-#include "hosts/kxscenes/HostError.h"
+#include "hosts/shared/HostError.h"
 
 extern "C" {
 #include <libavutil/mem.h>
@@ -67,10 +67,8 @@ void MediaInput::Fail(int code) const {
                     (detail.empty() ? "" : " (" + detail + ")"));
 }
 
-double MediaInput::Fraction() const {
-    if (m_size <= 0)
-        return -1;
-    return std::clamp(static_cast<double>(avio_tell(m_context->pb)) / static_cast<double>(m_size), 0.0, 1.0);
+std::int64_t MediaInput::Position() const {
+    return m_context->pb ? avio_tell(m_context->pb) : 0;
 }
 
 bool MediaInput::IsRawDv() const {
@@ -81,12 +79,24 @@ bool MediaInput::IsAvi() const {
     return m_context->iformat->name == std::string_view("avi");
 }
 
-std::size_t MediaInput::ReadBytes(std::span<std::uint8_t> target) {
-    if (std::exchange(m_isAtStart, false)) {
-        const std::int64_t position = avio_seek(m_context->pb, 0, SEEK_SET);
-        if (position < 0)
-            Fail(static_cast<int>(position));
-    }
+// Finding out what the file is has moved the position.
+void MediaInput::GoToStart() {
+    if (!std::exchange(m_isAtStart, false))
+        return;
+    const std::int64_t position = avio_seek(m_context->pb, 0, SEEK_SET);
+    if (position < 0)
+        Fail(static_cast<int>(position));
+}
+
+void MediaInput::Skip(std::int64_t bytes) {
+    GoToStart();
+    const std::int64_t position = avio_skip(m_context->pb, bytes);
+    if (position < 0)
+        Fail(static_cast<int>(position));
+}
+
+std::size_t MediaInput::Read(std::span<std::uint8_t> target) {
+    GoToStart();
     std::size_t have = 0;
     while (have < target.size()) {
         const int count =

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hosts/kxscenes/FrameClock.h"
+#include "hosts/shared/ByteInput.h"
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -15,24 +16,24 @@ extern "C" {
 namespace scenedetect {
 
 /// One thread at a time; `stop`, which must outlive the object, may be set by any and ends a blocking read.
-class MediaInput {
+class MediaInput final : public ByteInput {
   public:
     /// Opens the file; HostError when it is not one that can be read.
     MediaInput(std::string path, const std::atomic<bool>& stop);
-    ~MediaInput();
+    ~MediaInput() override;
     MediaInput(const MediaInput&) = delete;
     MediaInput& operator=(const MediaInput&) = delete;
 
-    [[nodiscard]] const std::string& Path() const { return m_path; }
-    [[nodiscard]] bool IsStopped() const { return m_stop; }
-    /// The part of the file that was read, 0 to 1; negative when its size is unknown.
-    [[nodiscard]] double Fraction() const;
+    [[nodiscard]] const std::string& Path() const override { return m_path; }
+    [[nodiscard]] std::int64_t Size() const override { return m_size; }
+    [[nodiscard]] std::int64_t Position() const override;
+    [[nodiscard]] bool IsStopped() const override { return m_stop; }
 
     /// Whether it is a raw DV stream, to be read as bytes.
     [[nodiscard]] bool IsRawDv() const;
-    /// Fills `target` from the file's current position (from its start on the first call) as far as the file
-    /// goes. HostError when reading fails.
-    [[nodiscard]] std::size_t ReadBytes(std::span<std::uint8_t> target);
+    // From the file's start on the first call.
+    [[nodiscard]] std::size_t Read(std::span<std::uint8_t> target) override;
+    void Skip(std::int64_t bytes) override;
 
     // --- for anything but raw DV ---
     /// Finds the video stream; HostError when there is none. To be called before what follows.
@@ -49,6 +50,7 @@ class MediaInput {
 
   private:
     [[noreturn]] void Fail(int code) const;
+    void GoToStart();
     [[nodiscard]] bool IsEndMissing() const;
 
     const std::string m_path;

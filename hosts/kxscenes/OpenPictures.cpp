@@ -1,28 +1,18 @@
-// Chooses the reader for a file.
-#include "hosts/kxscenes/DamageLog.h"
+#include "hosts/kxscenes/OpenPictures.h"
+
 #include "hosts/kxscenes/DecodedReader.h"
-#include "hosts/kxscenes/HostError.h"
+#include "hosts/kxscenes/FfmpegPointers.h"
 #include "hosts/kxscenes/MediaInput.h"
 #include "hosts/kxscenes/PacketFormat.h"
 #include "hosts/kxscenes/PacketReader.h"
-#include "hosts/kxscenes/PictureReader.h"
-#include "hosts/kxscenes/RawDvReader.h"
+#include "hosts/shared/DamageLog.h"
+#include "hosts/shared/HostError.h"
+#include "hosts/shared/PictureReader.h"
+#include "hosts/shared/RawDvReader.h"
 
-#include <cmath>
 #include <utility>
 
 namespace scenedetect {
-namespace {
-
-// DV of any container runs at the rate of its line system; the container's is kept where it says the same,
-// since its time stamps count in it.
-AVRational SettleDvRate(AVRational declared, DvSystem system) {
-    const AVRational rate = DvRate(system);
-    constexpr double kTolerance = 1e-3;
-    return std::abs(av_q2d(declared) / av_q2d(rate) - 1) < kTolerance ? declared : rate;
-}
-
-} // namespace
 
 std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const std::atomic<bool>& stop,
                                             Console& console) {
@@ -43,13 +33,14 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const std::
     if (stream.codec_id == AV_CODEC_ID_DVVIDEO) {
         const auto system = IdentifyDvFrame({first->data, static_cast<std::size_t>(first->size)});
         if (system) {
-            setup.rate = SettleDvRate(setup.rate, *system);
+            const Ratio rate = SettleDvRate(RatioOf(setup.rate), *system);
+            setup.rate = {rate.num, rate.den};
             setup.constantRate = true;
             return std::make_unique<PacketReader>(std::move(input), *first, DvPictureFormat(*system), setup,
                                                   damage);
         }
     }
-    if (const auto format = UncompressedFormat(stream, setup.rate); format && input->IsAvi())
+    if (const auto format = UncompressedFormat(stream, RatioOf(setup.rate)); format && input->IsAvi())
         return std::make_unique<PacketReader>(std::move(input), *first, *format, setup, damage);
     return std::make_unique<DecodedReader>(std::move(input), *first, damage);
 }

@@ -1,10 +1,22 @@
 #include "hosts/kxscenes/PacketReader.h"
 
-#include "hosts/kxscenes/PacketFormat.h"
-
 #include <utility>
 
 namespace scenedetect {
+namespace {
+
+// The picture takes over the reference to the packet's bytes, which are not copied.
+void MoveBytes(AVPacket& packet, Picture& picture) {
+    AVBufferRef* reference = std::exchange(packet.buf, nullptr);
+    picture.Hold({packet.data, static_cast<std::size_t>(packet.size)},
+                 {reference, [](void* held) {
+                      auto* buffer = static_cast<AVBufferRef*>(held);
+                      av_buffer_unref(&buffer);
+                  }});
+    av_packet_unref(&packet);
+}
+
+} // namespace
 
 PacketReader::PacketReader(std::unique_ptr<MediaInput> input, AVPacket& first, const PictureFormat& format,
                            const FrameClock::Setup& setup, const DamageLog& damage)
@@ -55,7 +67,7 @@ bool PacketReader::Next(Picture& picture) {
             continue;
         }
         picture.place = {reading.frame, reading.time, m_packet->pos};
-        picture.HoldPacket(*m_packet);
+        MoveBytes(*m_packet, picture);
         SetFraction(m_input->Fraction());
         return true;
     }

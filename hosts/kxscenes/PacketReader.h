@@ -1,10 +1,11 @@
 // Hands out the packets of a stream as they are: DV frames in a container, uncompressed pictures.
 #pragma once
 
-#include "hosts/kxscenes/DamageLog.h"
+#include "hosts/kxscenes/FfmpegPointers.h"
 #include "hosts/kxscenes/FrameClock.h"
 #include "hosts/kxscenes/MediaInput.h"
-#include "hosts/kxscenes/PictureReader.h"
+#include "hosts/shared/DamageLog.h"
+#include "hosts/shared/PictureReader.h"
 
 #include <memory>
 

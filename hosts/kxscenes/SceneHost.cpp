@@ -1,13 +1,12 @@
 #include "hosts/kxscenes/SceneHost.h"
 
-#include "hosts/kxscenes/HostError.h"
 #include "hosts/kxscenes/Progress.h"
-#include "hosts/kxscenes/SceneListCheck.h"
-#include "platform/Text.h"
+#include "hosts/shared/DetectionCalls.h"
+#include "hosts/shared/HostError.h"
+#include "hosts/shared/SceneListCheck.h"
 
 #include <string>
 #include <thread>
-#include <unistd.h>
 
 namespace scenedetect {
 namespace {
@@ -27,41 +26,19 @@ SceneHost::SceneHost(const Options& options, std::atomic<bool>& stop, Console& c
       m_console(console),
       m_reader(OpenPictures(options.input, stop, console)),
       m_graph(m_reader->Format()),
-      m_csv(STDOUT_FILENO, m_reader->Scale()),
+      m_csv(m_reader->Scale()),
       m_marks(options.marks, options.method) {
     SetUpFilter();
 }
 
 void SceneHost::SetUpFilter() {
-    IKxSceneDetect2& scenes = m_graph.Scenes();
-    scenes.SetDetectionMethod(m_options.method);
-    scenes.SetSceneInterval(m_options.interval);
-    scenes.EnableTimecode(m_options.readTimecode ? TRUE : FALSE);
-    m_graph.ScenesEx().EnableSceneBitmaps(FALSE);
-    if (SUCCEEDED(m_graph.Connect()))
-        return;
-    throw HostError(m_options.input + (m_options.method == KxMethodTimestamp
-                                           ? ": --method timestamp needs DV video of 25 Mbit/s"
-                                           : ": the scene detect filter does not take this video"));
-}
-
-void SceneHost::BeginDetection() {
-    IKxSceneDetect2& scenes = m_graph.Scenes();
-    const std::string& path = m_options.xmlPath;
-    if (!path.empty())
-        RequireSceneListName(path, m_options.input);
-    const std::string obstacle = path.empty() ? "" : FindSceneListObstacle(path);
-    scenes.EnableSceneListFile(WideFromUtf8(path).c_str());
-    scenes.EnableDetection(TRUE);
-    if (obstacle.empty())
-        return;
-    // Better now than after hours. The filter tries all the same, so that its log tells of it, too.
-    scenes.EnableDetection(FALSE);
-    throw HostError(path + ": the scene list cannot be written: " + obstacle);
+    ChooseDetection(m_graph.Scenes(), m_graph.ScenesEx(), m_options);
+    if (FAILED(m_graph.Connect()))
+        throw HostError(RefusalText(m_options));
 }
 
 void SceneHost::Run() {
-    BeginDetection();
+    BeginDetection(m_graph.Scenes(), m_options);
     if (FAILED(m_graph.Run()))
         throw HostError("the filter graph can't be started");
     m_begin = std::chrono::steady_clock::now();
@@ -152,16 +129,13 @@ void SceneHost::DrainWhileStreaming() {
 }
 
 void SceneHost::DrainScenes() {
-    IKxSceneDetect2& scenes = m_graph.Scenes();
-    ULONG position = 0;
-    while (scenes.GetNextScene(nullptr, nullptr, &position) == S_OK) {
-        scenes.ReleaseScene();
-        const auto place = m_table.Find(static_cast<std::int32_t>(position));
+    TakeScenes(m_graph.Scenes(), [this](std::int32_t position) {
+        const auto place = m_table.Find(position);
         if (!place)
             throw HostError("the filter reports a scene at " + std::to_string(position) +
                             ", where there is no sample");
         m_csv.Add(*place);
-    }
+    });
     if (!m_csv.HasLines())
         return;
     m_console.ClearProgress();
@@ -177,17 +151,9 @@ void SceneHost::ShowProgress(std::int64_t frames) {
 }
 
 void SceneHost::WarnAboutMarks() {
-    std::string list;
-    for (const std::uint32_t mark : m_marks.Remaining()) {
-        list += list.empty() ? "" : ",";
-        list += std::to_string(mark);
-    }
-    if (list.empty())
-        return;
-    m_console.Message(
-        "no scene for --mark " + list + ": the run ended after " +
-        std::to_string(m_graph.Sink().SampleCount()) + " frames" +
-        (m_options.method == KxMethodVideo ? ", the last two of which --method video can't mark" : ""));
+    const std::string text = UnusedMarksText(m_marks, m_graph.Sink().SampleCount(), m_options.method);
+    if (!text.empty())
+        m_console.Message(text);
 }
 
 } // namespace scenedetect

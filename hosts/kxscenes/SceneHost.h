@@ -1,14 +1,14 @@
 // A run from the opened file to the last scene: the streaming thread feeds the graph, this one drains it.
 #pragma once
 
-#include "hosts/kxscenes/Console.h"
 #include "hosts/kxscenes/FilterGraph.h"
-#include "hosts/kxscenes/MarkSchedule.h"
+#include "hosts/kxscenes/OpenPictures.h"
 #include "hosts/kxscenes/Options.h"
-#include "hosts/kxscenes/PictureReader.h"
-#include "hosts/kxscenes/SampleTable.h"
-#include "hosts/kxscenes/SceneCsv.h"
-#include "hosts/kxscenes/TimecodeReport.h"
+#include "hosts/shared/Console.h"
+#include "hosts/shared/MarkSchedule.h"
+#include "hosts/shared/SampleTable.h"
+#include "hosts/shared/SceneCsv.h"
+#include "hosts/shared/TimecodeReport.h"
 
 #include <atomic>
 #include <chrono>
@@ -32,7 +32,6 @@ class SceneHost {
 
   private:
     void SetUpFilter();
-    void BeginDetection();
     void Stream() noexcept;
     void FeedGraph();
     void DrainWhileStreaming();

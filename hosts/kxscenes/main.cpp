@@ -1,9 +1,9 @@
 // kxscenes: from a video file to its scenes.
-#include "hosts/kxscenes/Console.h"
 #include "hosts/kxscenes/FfmpegLog.h"
-#include "hosts/kxscenes/HostError.h"
 #include "hosts/kxscenes/Options.h"
 #include "hosts/kxscenes/SceneHost.h"
+#include "hosts/shared/Console.h"
+#include "hosts/shared/HostError.h"
 
 #include <atomic>
 #include <csignal>
@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
         const bool isPrinted = std::fputs(commandLine.text.c_str(), target) >= 0 && std::fflush(target) == 0;
         return isPrinted ? commandLine.exitCode : scenedetect::kExitFailure;
     }
-    scenedetect::Console console;
+    scenedetect::Console console("kxscenes");
     if (!isOutputOpen) {
         console.Message("standard output is closed");
         return scenedetect::kExitFailure;

@@ -1,6 +1,6 @@
 // Real material through the whole program: every container and format gives exactly its scenes.
-#include "hosts/kxscenes/Console.h"
-#include "hosts/kxscenes/PictureReader.h"
+#include "hosts/shared/Console.h"
+#include "hosts/kxscenes/OpenPictures.h"
 #include "tests/hosts/HostProcess.h"
 #include "tests/hosts/Material.h"
 
@@ -93,7 +93,7 @@ TEST_P(UncompressedAvi, GivesItsCuts) {
     if (isBottomUp)
         FlipHeaderHeight(file);
 
-    Console console;
+    Console console("kxscenes");
     const std::atomic<bool> stop = false;
     const PictureFormat read = OpenPictures(file, stop, console)->Format();
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&read.fourcc), 4), format.fourcc);

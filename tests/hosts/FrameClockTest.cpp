@@ -39,7 +39,7 @@ TEST_P(FrameClockTest, NumbersPictures) {
     for (const std::int64_t stamp : each.stamps) {
         const FrameClock::Reading reading = clock.Next(stamp);
         frames.push_back(reading.frame);
-        milliseconds.push_back(av_rescale_q(reading.time, clock.Scale().unit, {1, 1000}));
+        milliseconds.push_back(Rescale(reading.time, clock.Scale().unit, {1, 1000}));
     }
     EXPECT_EQ(frames, each.frames);
     EXPECT_EQ(milliseconds, each.milliseconds);

@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/SampleTable.h"
+#include "hosts/shared/SampleTable.h"
 
 #include <gtest/gtest.h>
 

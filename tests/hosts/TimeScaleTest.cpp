@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/TimeScale.h"
+#include "hosts/shared/TimeScale.h"
 
 #include <gtest/gtest.h>
 
@@ -6,11 +6,11 @@ namespace scenedetect {
 namespace {
 
 TEST(TimeScale, TimecodeAndSecondsOfFrames) {
-    constexpr AVRational kPal{25, 1};
-    constexpr AVRational kNtsc{30000, 1001};
-    constexpr AVRational kDoubleNtsc{60000, 1001};
+    constexpr Ratio kPal{25, 1};
+    constexpr Ratio kNtsc{30000, 1001};
+    constexpr Ratio kDoubleNtsc{60000, 1001};
     const struct {
-        AVRational rate;
+        Ratio rate;
         std::int64_t frame;
         const char* timecode;
         const char* seconds;
@@ -37,7 +37,7 @@ TEST(TimeScale, TimecodeAndSecondsOfFrames) {
         {{1, 2}, 3, "00:00:03:00", "6.000"},
     };
     for (const auto& each : cases) {
-        const TimeScale scale{{each.rate.den, each.rate.num}, each.rate};
+        const TimeScale scale{each.rate.Inverse(), each.rate};
         EXPECT_EQ(TimecodeText(each.frame, scale), each.timecode);
         EXPECT_EQ(SecondsText(each.frame, scale), each.seconds) << each.timecode;
     }
@@ -55,6 +55,27 @@ TEST(TimeScale, FrameDurations) {
     EXPECT_EQ(FrameDurationOf({30000, 1001}), 333'667);
     EXPECT_EQ(FrameDurationOf({24000, 1001}), 417'083);
     EXPECT_EQ(FrameDurationOf({100'000'000, 1}), 1);
+}
+
+TEST(TimeScale, RatesBehindFrameDurations) {
+    const struct {
+        std::int64_t duration;
+        Ratio rate;
+    } cases[] = {
+        {400'000, {25, 1}},
+        {333'667, {30000, 1001}},
+        {333'666, {30000, 1001}},
+        {333'333, {30, 1}},
+        {417'083, {24000, 1001}},
+        {166'833, {60000, 1001}},
+        {10'000'000, {1, 1}},
+        {1'234'567, {10'000'000, 1'234'567}},
+        {70'000'000, {10'000'000, 70'000'000}},
+        {0, {25, 1}},
+        {-1, {25, 1}},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(RateOfFrameDuration(each.duration), each.rate) << each.duration;
 }
 
 } // namespace

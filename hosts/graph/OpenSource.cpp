@@ -1,0 +1,60 @@
+#include "hosts/graph/OpenSource.h"
+
+#include "hosts/graph/OwnSource.h"
+#include "hosts/graph/SystemSource.h"
+#include "hosts/shared/AviPictures.h"
+#include "hosts/shared/FileInput.h"
+#include "hosts/shared/HostError.h"
+#include "hosts/shared/RawDvReader.h"
+
+#include <vector>
+
+namespace scenedetect {
+namespace {
+
+// Foreign bytes in front of a DV stream are stepped over, up to as many as two frames have.
+constexpr std::size_t kProbeBytes = 2 * kDifFrameBytes625;
+
+// Splitters of some systems know no pictures with a colour table, and turn those over that begin with the top
+// row.
+bool IsForSystem(const std::string& path, const std::atomic<bool>& stop) {
+    FileInput file(path, stop);
+    const auto format = UncompressedFormat(AviReader(file).Video().format);
+    return format && format->colours.empty() && format->height > 0;
+}
+
+std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::string& path) {
+    try {
+        return std::make_unique<SystemSource>(graph, path);
+    } catch (const HostError&) {
+        return nullptr; // the host reads it, then
+    }
+}
+
+} // namespace
+
+std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const std::string& path, SourceKind kind,
+                                        const std::atomic<bool>& stop, Console& console) {
+    auto file = std::make_unique<FileInput>(path, stop);
+    std::vector<std::uint8_t> start(kProbeBytes);
+    start.resize(file->Read(start));
+    file = std::make_unique<FileInput>(path, stop);
+    const DamageLog damage(console, path);
+
+    if (AviReader::IsAvi(start)) {
+        if (kind == SourceKind::System)
+            return std::make_unique<SystemSource>(graph, path);
+        if (kind == SourceKind::Automatic && IsForSystem(path, stop))
+            if (auto source = TrySystemSource(graph, path))
+                return source;
+        return std::make_unique<OwnSource>(graph, std::make_unique<AviPictures>(std::move(file), damage),
+                                           stop);
+    }
+    if (!FindDvFrame(start, 0))
+        throw HostError(path + ": neither an AVI file nor a DV stream");
+    if (kind == SourceKind::System)
+        throw HostError(path + ": --source system reads AVI files only");
+    return std::make_unique<OwnSource>(graph, std::make_unique<RawDvReader>(std::move(file), damage), stop);
+}
+
+} // namespace scenedetect

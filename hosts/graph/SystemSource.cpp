@@ -1,0 +1,34 @@
+#include "hosts/graph/SystemSource.h"
+
+#include "baseclasses/MediaType.h"
+#include "filter/MediaTypes.h"
+#include "hosts/graph/Com.h"
+#include "hosts/shared/FilePath.h"
+
+namespace scenedetect {
+
+SystemSource::SystemSource(IGraphBuilder& graph, const std::string& path)
+    : m_reader(Create<IBaseFilter>(CLSID_AsyncReader, IID_IBaseFilter, "the system's file source")),
+      m_splitter(Create<IBaseFilter>(CLSID_AviSplitter, IID_IBaseFilter, "the system's AVI splitter")),
+      m_addedReader(graph, *m_reader, L"File"),
+      m_addedSplitter(graph, *m_splitter, L"AVI splitter") {
+    const std::wstring file = std::filesystem::absolute(FilePath(path)).make_preferred().wstring();
+    Require(As<IFileSourceFilter>(m_reader.get(), IID_IFileSourceFilter, "the system's file source")
+                ->Load(file.c_str(), nullptr),
+            path + ": cannot be read by the system's file source");
+    const ComRef<IPin> bytes = FirstPin(*m_reader, PINDIR_OUTPUT);
+    const ComRef<IPin> input = FirstPin(*m_splitter, PINDIR_INPUT);
+    Require(graph.ConnectDirect(bytes.get(), input.get(), nullptr),
+            path + ": is not taken by the system's AVI splitter");
+    m_output = FirstVideoOutput(*m_splitter);
+    Require(m_output ? S_OK : VFW_E_NOT_FOUND, path + ": no video comes out of the system's AVI splitter");
+}
+
+TimeScale SystemSource::Scale() const {
+    CMediaType type;
+    Require(m_output->ConnectionMediaType(&type), "the system's AVI splitter is not connected");
+    const Ratio rate = RateOfFrameDuration(GetFrameDuration(type));
+    return {rate.Inverse(), rate};
+}
+
+} // namespace scenedetect

@@ -1,0 +1,65 @@
+#include "hosts/shared/DetectionCalls.h"
+
+#include "hosts/shared/HostError.h"
+#include "hosts/shared/SceneListCheck.h"
+#include "platform/Text.h"
+
+#include <cstdio>
+
+namespace scenedetect {
+
+void Require(HRESULT hr, const std::string& what) {
+    if (SUCCEEDED(hr))
+        return;
+    char code[20];
+    std::snprintf(code, sizeof code, " (0x%08X)", static_cast<unsigned>(hr));
+    throw HostError(what + code);
+}
+
+void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, const Options& options) {
+    scenes.SetDetectionMethod(options.method);
+    scenes.SetSceneInterval(options.interval);
+    scenes.EnableTimecode(options.readTimecode ? TRUE : FALSE);
+    scenesEx.EnableSceneBitmaps(FALSE);
+}
+
+std::string RefusalText(const Options& options) {
+    return options.input + (options.method == KxMethodTimestamp
+                                ? ": --method timestamp needs DV video of 25 Mbit/s"
+                                : ": the scene detect filter does not take this video");
+}
+
+void BeginDetection(IKxSceneDetect2& scenes, const Options& options) {
+    const std::string& path = options.xmlPath;
+    if (!path.empty())
+        RequireSceneListName(path, options.input);
+    const std::string obstacle = path.empty() ? "" : FindSceneListObstacle(path);
+    scenes.EnableSceneListFile(WideFromUtf8(path).c_str());
+    scenes.EnableDetection(TRUE);
+    if (obstacle.empty())
+        return;
+    // Better now than after hours. The filter tries all the same, so that its log tells of it, too.
+    scenes.EnableDetection(FALSE);
+    throw HostError(path + ": the scene list cannot be written: " + obstacle);
+}
+
+void TakeScenes(IKxSceneDetect2& scenes, const std::function<void(std::int32_t position)>& take) {
+    ULONG position = 0;
+    // An empty queue gives a success code, too: only S_OK comes with a scene.
+    while (scenes.GetNextScene(nullptr, nullptr, &position) == S_OK) {
+        scenes.ReleaseScene();
+        take(static_cast<std::int32_t>(position));
+    }
+}
+
+std::string UnusedMarksText(const MarkSchedule& marks, std::int64_t frameCount, KxDetectionMethod method) {
+    std::string list;
+    for (const std::uint32_t mark : marks.Remaining())
+        list += (list.empty() ? "" : ",") + std::to_string(mark);
+    if (list.empty())
+        return "";
+    return "no scene for --mark " + list + ": the run ended after " + std::to_string(frameCount) + " frames" +
+           (method == KxMethodVideo ? ", the last two of which --method video can't mark" : "");
+}
+
+} // namespace scenedetect

@@ -1,0 +1,33 @@
+// A detection run as a host steers it through the control interfaces, in the order of the calls.
+#pragma once
+
+#include "hosts/shared/CommonOptions.h"
+#include "hosts/shared/MarkSchedule.h"
+#include "scenes/IKxSceneDetect.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace scenedetect {
+
+/// HostError with `what` and the code for a failure.
+void Require(HRESULT hr, const std::string& what);
+
+/// Before the pins are connected: the method decides which video the filter takes.
+void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, const Options& options);
+/// What to say when the filter refused the input's video.
+[[nodiscard]] std::string RefusalText(const Options& options);
+
+/// Before the graph runs: names the scene-list file and switches detection on. HostError when there can be no
+/// such file.
+void BeginDetection(IKxSceneDetect2& scenes, const Options& options);
+
+/// While the graph runs, and once more when it is done: hands over the positions found since the last call.
+void TakeScenes(IKxSceneDetect2& scenes, const std::function<void(std::int32_t position)>& take);
+
+/// Tells of marks that no frame came for; empty when there are none.
+[[nodiscard]] std::string UnusedMarksText(const MarkSchedule& marks, std::int64_t frameCount,
+                                          KxDetectionMethod method);
+
+} // namespace scenedetect

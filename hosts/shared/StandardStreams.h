@@ -1,0 +1,14 @@
+// The program's standard streams: what differs from system to system.
+#pragma once
+
+#include <string_view>
+
+namespace scenedetect {
+
+/// Whether standard error is a terminal that obeys control sequences.
+[[nodiscard]] bool IsErrorTerminal();
+
+/// Writes all of it to standard output, byte for byte. HostError when that fails.
+void WriteOutput(std::string_view text);
+
+} // namespace scenedetect
