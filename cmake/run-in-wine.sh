@@ -31,8 +31,7 @@ mkdir -p "$WINEPREFIX"
 (
     flock 9
     if "$server" -p60 </dev/null >/dev/null 2>&1 9>&-; then
-        "$wine" wineboot --init </dev/null >/dev/null 2>&1 9>&-
-        "$wine" rundll32.exe user32.dll,GetDesktopWindow </dev/null >/dev/null 2>&1 9>&-
+        "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&-
     fi
 ) 9>"$WINEPREFIX.lock"
 exec "$wine" "$@"

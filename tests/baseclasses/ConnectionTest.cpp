@@ -58,6 +58,7 @@ TEST(EnumMediaTypes, OutputOffersTheFiltersTypes) {
     const ComRef<IEnumMediaTypes> types(raw);
     AM_MEDIA_TYPE* got[3] = {};
     ULONG fetched = 99;
+    EXPECT_EQ(types->Next(1, nullptr, &fetched), E_POINTER);
     EXPECT_EQ(types->Next(2, got, nullptr), E_INVALIDARG);
     EXPECT_EQ(types->Next(3, got, &fetched), S_FALSE);
     ASSERT_EQ(fetched, 2u);
@@ -114,8 +115,9 @@ TEST(Pins, AreFoundAndDescribed) {
     EXPECT_EQ(info.dir, PINDIR_OUTPUT);
     EXPECT_EQ(std::wstring(info.achName), L"Output");
     EXPECT_EQ(info.pFilter->Release(), 1u);
-    IPin* none = nullptr;
+    IPin* none = chain.filter->GetPin(0);
     EXPECT_EQ(chain.filter->Out().ConnectedTo(&none), VFW_E_NOT_CONNECTED);
+    EXPECT_EQ(none, nullptr);
     ULONG count = 0;
     EXPECT_EQ(chain.filter->In().QueryInternalConnections(nullptr, &count), E_NOTIMPL);
 }

@@ -64,7 +64,7 @@ class SourcePin : public CBaseOutputPin, public IMediaSeeking {
     HRESULT CheckMediaType(const CMediaType* pmt) override { return types.Check(pmt); }
     HRESULT GetMediaType(int position, CMediaType* pmt) override { return types.Get(position, pmt); }
     HRESULT DecideBufferSize(IMemAllocator* allocator, ALLOCATOR_PROPERTIES* request) override {
-        *request = {3, 16, request->cbAlign, request->cbPrefix};
+        *request = {properties.cBuffers, properties.cbBuffer, request->cbAlign, request->cbPrefix};
         ALLOCATOR_PROPERTIES actual;
         return allocator->SetProperties(request, &actual);
     }
@@ -112,6 +112,7 @@ class SourcePin : public CBaseOutputPin, public IMediaSeeking {
     IMemInputPin* Peer() const { return m_pInputPin; }
 
     TypeList types = {{VideoType(MEDIASUBTYPE_YUY2)}};
+    ALLOCATOR_PROPERTIES properties = {3, 16, 1, 0}; // buffers and their size
     bool readOnly = false;
     bool takesQuality = true;
     IBaseFilter* qualityFrom = nullptr;

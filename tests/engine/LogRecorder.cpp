@@ -9,19 +9,27 @@ namespace scenedetect {
 
 static testing_support::LogRecorder* g_recorder = nullptr;
 
-// These stand in for the ones of the support library, which the linker then leaves out.
-void DebugPrintAt(std::uint32_t category, std::uint32_t level, const wchar_t* format, ...) noexcept {
+static void Record(std::uint32_t category, std::uint32_t level, const wchar_t* format,
+                   std::va_list arguments) {
     wchar_t text[512];
-    std::va_list arguments;
-    va_start(arguments, format);
     FormatWide(text, std::size(text), format, arguments);
-    va_end(arguments);
     if (g_recorder)
         g_recorder->lines.push_back(std::to_wstring(category) + L"/" + std::to_wstring(level) + L" " + text);
 }
 
-void DebugPrint(const wchar_t* text, ...) noexcept {
-    DebugPrintAt(kLogCategorySupport, kLogLevelResult, L"%s", text); // no caller here has arguments
+// These stand in for the ones of the support library, which the linker then leaves out.
+void DebugPrintAt(std::uint32_t category, std::uint32_t level, const wchar_t* format, ...) noexcept {
+    std::va_list arguments;
+    va_start(arguments, format);
+    Record(category, level, format, arguments);
+    va_end(arguments);
+}
+
+void DebugPrint(const wchar_t* format, ...) noexcept {
+    std::va_list arguments;
+    va_start(arguments, format);
+    Record(kLogCategorySupport, kLogLevelResult, format, arguments);
+    va_end(arguments);
 }
 
 bool IsDebugLevelActive(std::uint32_t category, std::uint32_t level) noexcept {

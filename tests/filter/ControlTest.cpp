@@ -31,7 +31,8 @@ TEST(Control, InterfacesOfTheFilter) {
     EXPECT_EQ(QueryFor<IUnknown>(ex.get(), IID_IUnknown), unknown);
     for (const IID& iid : {IID_IPersist, IID_IMediaFilter, IID_IBaseFilter})
         EXPECT_TRUE(QueryFor<IUnknown>(ex.get(), iid));
-    for (const IID& iid : {IID_IPin, IID_IMemInputPin, IID_IMediaSeeking})
+    for (const IID& iid : {IID_IPin, IID_IMemInputPin, IID_IMediaSeeking, IID_IMediaPosition,
+                           IID_IQualityControl, IID_IReferenceClock})
         EXPECT_FALSE(QueryFor<IUnknown>(ex.get(), iid));
 }
 

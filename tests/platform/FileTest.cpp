@@ -15,14 +15,14 @@ using scenedetect::testing_support::Wide;
 
 TEST(File, WritesReadsAndSkipsUnderANameBeyondAscii) {
     const TempFolder folder;
+    const auto name = folder / std::filesystem::path(u8"K\u00e4se \u65e5\U0001F3AC.bin");
     const std::wstring path = Wide(folder / "") + L"K\u00e4se \u65e5\U0001F3AC.bin";
     File file;
     ASSERT_TRUE(file.Open(path, File::Mode::Write));
     EXPECT_TRUE(file.Write("0123456789", 10));
     EXPECT_TRUE(file.Close());
     EXPECT_FALSE(file.IsOpen());
-    // The name's bytes, spelt out: the test process runs in the "C" locale.
-    EXPECT_TRUE(std::filesystem::exists(folder / "K\xC3\xA4se \xE6\x97\xA5\xF0\x9F\x8E\xAC.bin"));
+    EXPECT_TRUE(std::filesystem::exists(name)) << "the test process runs in the \"C\" locale";
 
     ASSERT_TRUE(file.Open(path, File::Mode::Read));
     std::array<char, 8> data{};
@@ -42,6 +42,12 @@ TEST(File, WritingEmptiesWhatWasThereAndSharesTheFile) {
     ASSERT_TRUE(file.Open(Wide(path), File::Mode::Write));
     EXPECT_TRUE(file.Write("new", 3));
     EXPECT_EQ(ReadWhole(path), "new") << "while the file is still open";
+    File second;
+    EXPECT_TRUE(second.Open(Wide(path), File::Mode::Read));
+    EXPECT_TRUE(second.Open(Wide(path), File::Mode::Write));
+    EXPECT_TRUE(second.Write("newer", 5));
+    EXPECT_TRUE(file.Write("!", 1)) << "each at its own place";
+    EXPECT_EQ(ReadWhole(path), "new!r");
 }
 
 TEST(File, ReportsWhatTheSystemRefuses) {
@@ -50,6 +56,8 @@ TEST(File, ReportsWhatTheSystemRefuses) {
     EXPECT_FALSE(file.Open(Wide(folder / "missing" / "file"), File::Mode::Write));
     EXPECT_FALSE(file.Open(Wide(folder / "missing"), File::Mode::Read));
     EXPECT_FALSE(file.IsOpen());
-    ASSERT_TRUE(file.Open(L"/dev/full", File::Mode::Write));
+    const auto path = folder / "to read";
+    std::ofstream(path) << "text";
+    ASSERT_TRUE(file.Open(Wide(path), File::Mode::Read));
     EXPECT_FALSE(file.Write("x", 1));
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <string>
 
 using namespace scenedetect;
@@ -60,7 +61,7 @@ TEST(WideFormat, WhatDoesNotFitIsCut) {
 }
 
 TEST(WideFormat, WhatCannotBeFormattedIsEmpty) {
-    // Not a character in the "C" locale, in which tests run.
-    Expect(Format(L"before %hs", "\xFF"), L"");
+    // Some systems have a character for this byte in the "C" locale, in which tests run, and some have not.
+    Expect(Format(L"before %hs", "\xFF"), std::btowc(0xFF) == WEOF ? L"" : L"before \u00ff");
     Expect(Format(L""), L"");
 }

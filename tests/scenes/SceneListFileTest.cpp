@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+
 namespace scenedetect {
 namespace {
 
@@ -39,9 +41,15 @@ TEST(SceneListFile, HasTheBytesOfTheFormat) {
 
 TEST(SceneListFile, TakesAnyNameAndSurvivesAMissingFolder) {
     const TempFolder folder;
-    const auto path = folder / std::filesystem::path(u8"Szenen \u00e4\u20ac.xml");
-    WriteSceneListFile(Wide(path), {}, 0);
-    EXPECT_EQ(ReadWhole(path), "<SceneList count=\"0\" method=\"Timestamp\">\r\n</SceneList>\r\n");
+    const auto path = folder / std::filesystem::path(u8"Szenen \u00e4\u20ac\u65e5.xml");
+    for (const char* locale : {"", "C.UTF-8", "de_DE", "Japanese_Japan.932", "C"}) {
+        if (!std::setlocale(LC_ALL, locale))
+            continue; // not every system has them all; the last one stays
+        SCOPED_TRACE(locale);
+        WriteSceneListFile(Wide(path), {}, 0);
+        EXPECT_EQ(ReadWhole(path), "<SceneList count=\"0\" method=\"Timestamp\">\r\n</SceneList>\r\n");
+        EXPECT_TRUE(std::filesystem::remove(path));
+    }
 
     const auto missing = folder / "none" / "scenes.xml";
     WriteSceneListFile(Wide(missing), {1}, 0);

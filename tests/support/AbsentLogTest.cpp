@@ -1,5 +1,6 @@
 #include "platform/DynamicLibrary.h"
 #include "support/DebugLog.h"
+#include "support/LogLibrary.h"
 #include "tests/support/LogChild.h"
 
 #include <cstdio>
@@ -9,7 +10,7 @@ using namespace scenedetect;
 namespace fs = std::filesystem;
 
 TEST(AbsentLog, NothingHappensThenOrLater) {
-    const fs::path file = fs::path(LIBRARY_FOLDER) / "libtplog.so";
+    const fs::path file = fs::path(LIBRARY_FOLDER) / kLogLibraryFile;
     fs::remove(file);
     const auto useThenInstall = [&] {
         DebugPrint(L"lost");
@@ -20,7 +21,7 @@ TEST(AbsentLog, NothingHappensThenOrLater) {
         std::fprintf(stderr, "%d%d", before, after);
         // It could be found by now, or "never tried again" would mean nothing.
         DynamicLibrary library;
-        std::fprintf(stderr, "%d", library.Open(L"libtplog.so"));
+        std::fprintf(stderr, "%d", library.Open(kLogLibraryFile));
     };
     EXPECT_CHILD_PRINTS(useThenInstall(), testing::StrEq("00{loaded}1{released}"));
     fs::remove(file);

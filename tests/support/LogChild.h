@@ -4,12 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 // Runs `statements` in a child that then ends as a program does, and checks what it printed on stderr.
 #define EXPECT_CHILD_PRINTS(statements, matcher)                                                             \
     EXPECT_EXIT(                                                                                             \
         {                                                                                                    \
+            std::setbuf(stderr, nullptr); /* the library writes past the buffer */                           \
             statements;                                                                                      \
             std::exit(0);                                                                                    \
         },                                                                                                   \

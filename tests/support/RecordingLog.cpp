@@ -30,7 +30,7 @@ void Dawdle() {
 
 } // namespace
 
-#define ENTRY extern "C" [[gnu::visibility("default")]]
+#define ENTRY extern "C"
 
 ENTRY void tpcore_wPrintf(std::uint32_t category, std::uint32_t level, const char16_t* format, ...) {
     if (category == 0)

@@ -1,0 +1,158 @@
+#include "engine/BitmapHeader.h"
+#include "engine/Dib.h"
+#include "platform/Archive.h"
+#include "platform/File.h"
+#include "tests/TempFolder.h"
+#include "tests/engine/BitmapMaking.h"
+#include "tests/engine/LogRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+namespace {
+
+using testing_support::Bitmap;
+using testing_support::LogRecorder;
+using testing_support::MakeHeader;
+using testing_support::RandomBytes;
+using testing_support::ReadWhole;
+using testing_support::TempFolder;
+using testing_support::Wide;
+
+constexpr const wchar_t* kCutLine = L"700/1 Dib::LoadFromArchive can't read bits\n";
+constexpr const wchar_t* kMemoryLine = L"700/1 Dib::LoadFromArchive: malloc failed\n";
+
+using Lines = std::vector<std::wstring>;
+
+class DibArchive : public testing::Test {
+  protected:
+    std::string Stored(Dib& dib) {
+        File file;
+        EXPECT_TRUE(file.Open(Wide(m_path), File::Mode::Write));
+        Archive archive(file, Archive::Mode::Store);
+        dib.Serialize(archive);
+        file.Close();
+        return ReadWhole(m_path);
+    }
+    // 0, the cause of an archive exception, or -1 when memory ran out.
+    int Load(const std::string& bytes, Dib& dib) {
+        std::ofstream(m_path, std::ios::binary) << bytes;
+        File file;
+        EXPECT_TRUE(file.Open(Wide(m_path), File::Mode::Read));
+        Archive archive(file, Archive::Mode::Load);
+        try {
+            dib.Serialize(archive);
+        } catch (const ArchiveException& error) {
+            return error.GetCause();
+        } catch (const std::bad_alloc&) {
+            return -1;
+        }
+        return 0;
+    }
+    static std::string HeaderText(const BITMAPINFOHEADER& header) {
+        return {reinterpret_cast<const char*>(&header), sizeof header};
+    }
+
+  private:
+    TempFolder m_folder;
+    const std::filesystem::path m_path = m_folder / "archive";
+};
+
+TEST_F(DibArchive, PicturesComeBackAsTheyWere) {
+    for (const int bitCount : {1, 4, 8, 16, 24, 32}) {
+        for (const std::int32_t height : {5, -5}) {
+            const DWORD compression = bitCount == 16 ? BI_BITFIELDS : BI_RGB;
+            const BITMAPINFOHEADER header = MakeHeader(8, height, bitCount, compression);
+            Bitmap bitmap(header, RandomBytes(static_cast<std::size_t>(BitsSize(header)), 1),
+                          RandomBytes(static_cast<std::size_t>(HeaderSize(header)) - sizeof header, 2));
+            const std::string bytes = Stored(bitmap.dib);
+            ASSERT_EQ(bytes, std::string(bitmap.block.begin(), bitmap.block.end()) +
+                                 std::string(bitmap.pixels.begin(), bitmap.pixels.end()));
+            Dib loaded;
+            ASSERT_EQ(Load(bytes + "more", loaded), 0) << bitCount;
+            EXPECT_EQ(Stored(loaded), bytes) << bitCount;
+            EXPECT_EQ(loaded.GetPixel(0, 4), bitmap.dib.GetPixel(0, 4));
+        }
+    }
+}
+
+TEST_F(DibArchive, EveryTruncationIsRefused) {
+    Bitmap bitmap(MakeHeader(4, 3, 8), RandomBytes(12, 3), RandomBytes(1024, 4));
+    const std::string whole = Stored(bitmap.dib);
+    ASSERT_EQ(whole.size(), 40u + 1024 + 12);
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        const LogRecorder log;
+        Dib dib;
+        ASSERT_TRUE(dib.Create(1, 1, 8, false));
+        ASSERT_EQ(Load(whole.substr(0, length), dib), ArchiveException::badIndex) << length;
+        EXPECT_EQ(dib.GetInfo(), nullptr);
+        EXPECT_EQ(log.lines, length < 40 ? Lines{} : Lines{kCutLine}) << length;
+    }
+    Dib dib;
+    EXPECT_EQ(Load(whole, dib), 0);
+}
+
+TEST_F(DibArchive, HeadersThatLieAreRefused) {
+    struct Case {
+        const char* name;
+        BITMAPINFOHEADER header;
+        int result;
+        const wchar_t* line;
+    };
+    const auto with = [](auto change) {
+        BITMAPINFOHEADER header = MakeHeader(2, 2, 24);
+        change(header);
+        return header;
+    };
+    const Case cases[] = {
+        {"two gigabytes stated", with([](auto& h) { h.biSizeImage = INT32_MAX; }), -1, kMemoryLine},
+        {"half a gigabyte stated", with([](auto& h) { h.biSizeImage = 1u << 29; }), 5, kCutLine},
+        {"extreme sizes", MakeHeader(INT32_MAX, INT32_MIN, 32), -1, kMemoryLine},
+        {"extreme colours", with([](auto& h) { h.biClrUsed = UINT32_MAX; }), -1, kMemoryLine},
+        {"an older, shorter header", with([](auto& h) { h.biSize = 12; }), 5, nullptr},
+        {"longer, colours lie behind it", with([](auto& h) { h.biSize = 108, h.biBitCount = 8; }), 5,
+         nullptr},
+        {"longer, holds its masks",
+         with([](auto& h) { h.biSize = 124, h.biBitCount = 32, h.biCompression = BI_BITFIELDS; }), 5,
+         nullptr},
+    };
+    for (const Case& test : cases) {
+        const LogRecorder log;
+        Dib dib;
+        EXPECT_EQ(Load(HeaderText(test.header) + std::string(4096, '\0'), dib), test.result) << test.name;
+        EXPECT_FALSE(dib.IsValid());
+        EXPECT_EQ(log.lines.empty() ? L"" : log.lines.back(), test.line ? test.line : L"") << test.name;
+    }
+    // A negative width has rows of no bytes, and a longer header without colours only puts the pixels further
+    // on.
+    Dib dib;
+    EXPECT_EQ(Load(HeaderText(with([](auto& h) { h.biWidth = -2; })), dib), 0);
+    const BITMAPINFOHEADER longer = with([](auto& h) { h.biSize = 44; });
+    EXPECT_EQ(Load(HeaderText(longer) + "skip" + "\1\2\3\4\5\6..\7\1\2\3\4\5..", dib), 0);
+    EXPECT_EQ(dib.GetPixel(1, 1), 0x040506u);
+}
+
+TEST_F(DibArchive, WhatDoesNotExistIsStoredAsZeros) {
+    Bitmap cut(MakeHeader(1, 2, 8), {9}, {7});
+    const std::string bytes = Stored(cut.dib);
+    ASSERT_EQ(bytes.size(), 40u + 1024 + 8);
+    EXPECT_EQ(bytes.substr(40, 2), std::string("\7\0", 2));
+    EXPECT_EQ(bytes.substr(40 + 1024), std::string("\11\0\0\0\0\0\0\0", 8));
+    Dib empty;
+    EXPECT_EQ(Stored(empty), "");
+}
+
+TEST(DibDevice, IsRefusedWithoutABitmap) {
+    Dib dib;
+    ASSERT_TRUE(dib.Create(1, 1, 8, false));
+    EXPECT_FALSE(dib.CreateFromBitmap(nullptr, nullptr));
+    EXPECT_FALSE(dib.IsValid());
+    EXPECT_EQ(dib.CreateDDB(nullptr), nullptr);
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,12 @@
+#include "support/DebugLog.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+TEST(LastErrorText, IsTheSystemsMessage) {
+    std::wstring text = L"old";
+    errno = ENOENT;
+    scenedetect::GetLastErrorText(text);
+    EXPECT_EQ(text, L"No such file or directory");
+}
