@@ -132,7 +132,9 @@ TEST_F(DibArchive, HeadersThatLieAreRefused) {
     Dib dib;
     EXPECT_EQ(Load(HeaderText(with([](auto& h) { h.biWidth = -2; })), dib), 0);
     const BITMAPINFOHEADER longer = with([](auto& h) { h.biSize = 44; });
-    EXPECT_EQ(Load(HeaderText(longer) + "skip" + "\1\2\3\4\5\6..\7\1\2\3\4\5..", dib), 0);
+    std::string bytes = HeaderText(longer);
+    bytes += "skip\1\2\3\4\5\6..\7\1\2\3\4\5..";
+    EXPECT_EQ(Load(bytes, dib), 0);
     EXPECT_EQ(dib.GetPixel(1, 1), 0x040506u);
 }
 
