@@ -40,4 +40,19 @@ std::int64_t BitsSize(const BITMAPINFOHEADER& header) {
     return header.biSizeImage != 0 ? std::int64_t{header.biSizeImage} : RowBytes(header) * RowCount(header);
 }
 
+BITMAPINFOHEADER HeaderOf(const BITMAP& bitmap) {
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = bitmap.bmWidth;
+    header.biHeight = bitmap.bmHeight;
+    header.biPlanes = bitmap.bmPlanes;
+    header.biBitCount = bitmap.bmBitsPixel;
+    header.biCompression = BI_RGB;
+    if (header.biPlanes > 1) {
+        header.biBitCount = static_cast<WORD>(bitmap.bmPlanes * bitmap.bmBitsPixel);
+        header.biPlanes = 1;
+    }
+    return header;
+}
+
 } // namespace scenedetect

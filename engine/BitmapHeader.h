@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <wingdi.h>
+
 #include <cstdint>
 
 namespace scenedetect {
@@ -26,5 +28,9 @@ inline constexpr std::int64_t kMostBlockBytes = INT32_MAX;
 
 /// Bytes of pixel data: `biSizeImage`, or rows times row bytes when that is 0.
 [[nodiscard]] std::int64_t BitsSize(const BITMAPINFOHEADER& header);
+
+/// The header under which the content of a device's bitmap is asked for: uncompressed, several planes taken
+/// for one of as many times the bits.
+[[nodiscard]] BITMAPINFOHEADER HeaderOf(const BITMAP& bitmap);
 
 } // namespace scenedetect

@@ -20,13 +20,7 @@ bool Dib::CreateFromBitmap(HBITMAP bitmap, HDC dc) {
     BITMAP description{};
     if (GetObjectW(bitmap, sizeof description, &description) == 0)
         return false;
-    BITMAPINFOHEADER header{};
-    header.biSize = sizeof header;
-    header.biWidth = description.bmWidth;
-    header.biHeight = description.bmHeight;
-    header.biPlanes = 1;
-    header.biBitCount = static_cast<WORD>(description.bmPlanes * description.bmBitsPixel);
-    header.biCompression = BI_RGB;
+    const BITMAPINFOHEADER header = HeaderOf(description);
     const std::int64_t headerSize = HeaderSize(header);
     const std::int64_t bitsSize = BitsSize(header);
     auto* block = static_cast<std::uint8_t*>(AllocateBlock(headerSize + bitsSize));

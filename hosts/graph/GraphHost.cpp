@@ -2,11 +2,11 @@
 
 #include "hosts/graph/Com.h"
 #include "hosts/graph/OpenSource.h"
+#include "hosts/shared/FirstError.h"
 #include "hosts/shared/HostError.h"
 #include "hosts/shared/MakeFilter.h"
 #include "hosts/shared/SceneListCheck.h"
 
-#include <exception>
 #include <string>
 #include <utility>
 
@@ -69,31 +69,22 @@ void GraphHost::Run() {
     Require(control->Run(), "the filter graph can't be started");
     m_source->Start();
 
-    // The first error is the one to tell; whatever comes, the run is brought to its end.
-    std::exception_ptr error;
-    const auto attempt = [&error](auto&& step) {
-        try {
-            step();
-        } catch (...) {
-            if (!error)
-                error = std::current_exception();
-        }
-    };
-    attempt([this] { WaitForEnd(); });
+    // Whatever comes, the run is brought to its end.
+    FirstError error;
+    error.Attempt([this] { WaitForEnd(); });
     const bool isInterrupted = m_stop && !error;
     if (error)
         m_stop = true;
     // Once nothing streams any more, what is in the queue is all.
     control->Stop();
     const bool isWritable = !error;
-    attempt([this] { m_source->Finish(); });
+    error.Attempt([this] { m_source->Finish(); });
     if (isWritable)
-        attempt([this] { PrintScenes(); });
+        error.Attempt([this] { PrintScenes(); });
     m_scenes->EnableDetection(FALSE);
     if (isWritable && !m_options.xmlPath.empty())
-        attempt([this] { CheckSceneList(m_options.xmlPath, m_csv->SceneCount()); });
-    if (error)
-        std::rethrow_exception(error);
+        error.Attempt([this] { CheckSceneList(m_options.xmlPath, m_csv->SceneCount()); });
+    error.Rethrow();
     ReportEnd(isInterrupted);
 }
 

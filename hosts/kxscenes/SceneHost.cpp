@@ -2,6 +2,7 @@
 
 #include "hosts/kxscenes/Progress.h"
 #include "hosts/shared/DetectionCalls.h"
+#include "hosts/shared/FirstError.h"
 #include "hosts/shared/HostError.h"
 #include "hosts/shared/SceneListCheck.h"
 
@@ -44,18 +45,10 @@ void SceneHost::Run() {
     m_begin = std::chrono::steady_clock::now();
     m_nextProgress = m_begin + kProgressInterval;
 
-    // The first error is the one to tell; whatever comes, the run is brought to its end.
-    std::exception_ptr error;
-    const auto attempt = [&error](auto&& step) {
-        try {
-            step();
-        } catch (...) {
-            if (!error)
-                error = std::current_exception();
-        }
-    };
+    // Whatever comes, the run is brought to its end.
+    FirstError error;
     std::thread streaming([this] { Stream(); });
-    attempt([this] { DrainWhileStreaming(); });
+    error.Attempt([this] { DrainWhileStreaming(); });
     const bool isInterrupted = m_stop && !error;
     if (error)
         m_stop = true;
@@ -63,19 +56,18 @@ void SceneHost::Run() {
     m_console.ClearProgress();
 
     if (!error)
-        attempt([this] { DrainScenes(); });
+        error.Attempt([this] { DrainScenes(); });
     const bool isDrained = !error;
     if (m_streamError)
-        attempt([this] { std::rethrow_exception(m_streamError); });
+        error.Attempt([this] { std::rethrow_exception(m_streamError); });
     if (!m_graph.Sink().HasEnded())
-        attempt([] { throw HostError("the end of the stream did not pass the filter graph"); });
+        error.Attempt([] { throw HostError("the end of the stream did not pass the filter graph"); });
     m_graph.Scenes().EnableDetection(FALSE);
     m_graph.Stop();
     if (isDrained && !m_options.xmlPath.empty())
-        attempt([this] { CheckSceneList(m_options.xmlPath, m_csv.SceneCount()); });
+        error.Attempt([this] { CheckSceneList(m_options.xmlPath, m_csv.SceneCount()); });
 
-    if (error)
-        std::rethrow_exception(error);
+    error.Rethrow();
     if (isInterrupted)
         m_console.Message("stopped after " + std::to_string(m_graph.Sink().SampleCount()) + " frames");
     WarnAboutMarks();

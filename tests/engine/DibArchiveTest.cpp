@@ -148,6 +148,22 @@ TEST_F(DibArchive, WhatDoesNotExistIsStoredAsZeros) {
     EXPECT_EQ(Stored(empty), "");
 }
 
+TEST(DibDevice, BitmapsOfSeveralPlanesCountAsOne) {
+    const auto headerOf = [](WORD planes, WORD bits) {
+        BITMAP bitmap{};
+        bitmap.bmWidth = 7;
+        bitmap.bmHeight = 3;
+        bitmap.bmPlanes = planes;
+        bitmap.bmBitsPixel = bits;
+        return HeaderOf(bitmap);
+    };
+    EXPECT_EQ(headerOf(1, 8).biBitCount, 8);
+    EXPECT_EQ(headerOf(4, 1).biBitCount, 4);
+    EXPECT_EQ(headerOf(4, 1).biPlanes, 1);
+    EXPECT_EQ(HeaderSize(headerOf(4, 1)), 40 + 16 * 4);
+    EXPECT_EQ(BitsSize(headerOf(1, 24)), 3 * 24);
+}
+
 TEST(DibDevice, IsRefusedWithoutABitmap) {
     Dib dib;
     ASSERT_TRUE(dib.Create(1, 1, 8, false));
