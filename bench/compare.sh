@@ -1,7 +1,8 @@
 #!/bin/bash
 # Measures kxscenes side by side with the ffmpeg program and prints the ratios: compare.sh [BIN_FOLDER]
 #
-# Raw DV: frames per second of `kxscenes --method video` against ffmpeg's scdet filter; 20 times is the goal.
+# Raw DV: frames per second of `kxscenes --method video` and `--method timestamp` against those at which `cat` reads the
+# file (40 % is the goal), ffmpeg demuxes it, and ffmpeg's scdet filter runs (30 times is the goal).
 # H.264 1080p: wall time of `kxscenes --method video` against ffmpeg's bare decoding; 1.10 times is the limit.
 # Runs alternate, ROUNDS of each (default 5), and the medians count. The material is made once, in
 # ${TMPDIR:-/tmp}/kxscenes-bench (about 1 GB), and read once before, so that it lies in the page cache.
@@ -44,6 +45,9 @@ seconds() {
 median() { sort -n | awk '{ value[NR] = $1 } END { print value[int((NR + 1) / 2)] }'; }
 
 scan() { "$kxscenes" --method video "$1"; }
+clock() { "$kxscenes" --method timestamp "$1"; }
+raw() { cat "$1"; }
+demux() { ffmpeg -nostdin -v error -i "$1" -c copy -f null -; }
 scdet() { ffmpeg -nostdin -v error -i "$1" -vf scdet -f null -; }
 decode() { ffmpeg -nostdin -v error -i "$1" -f null -; }
 
@@ -63,11 +67,23 @@ measure() {
 }
 verdict() { awk "BEGIN { print ($1) ? \"reached\" : \"MISSED\" }"; }
 
-measure scan scdet -- "$dv"
+measure raw scan clock demux -- "$dv"
+cat_demux=(${wall[raw]} ${wall[demux]})
+scan_wall=${wall[scan]} clock_wall=${wall[clock]}
+measure scdet -- "$dv"
 frames=$(($(stat -c %s "$dv") / 144000))
-ratio=$(awk "BEGIN { printf \"%.1f\", ${wall[scdet]} / ${wall[scan]} }")
-awk "BEGIN { printf \"raw DV, %d frames: kxscenes %.0f fps, scdet %.0f fps\n\", $frames, $frames / ${wall[scan]}, $frames / ${wall[scdet]} }"
-echo "  kxscenes / scdet = $ratio (goal: at least 20) $(verdict "$ratio >= 20")"
+fps() { awk "BEGIN { printf \"%.0f\", $frames / $1 }"; }
+echo "raw DV, $frames frames, a second: cat $(fps "${cat_demux[0]}"), demuxing $(fps "${cat_demux[1]}"), scdet $(fps "${wall[scdet]}")"
+for method in video timestamp; do
+    own=$scan_wall
+    [ $method = video ] || own=$clock_wall
+    percent=$(awk "BEGIN { printf \"%.0f\", 100 * ${cat_demux[0]} / $own }")
+    times=$(awk "BEGIN { printf \"%.1f\", ${wall[scdet]} / $own }")
+    echo "  --method $method: $(fps "$own")"
+    echo "    of cat: $percent % (goal: at least 40) $(verdict "$percent >= 40")"
+    echo "    times demuxing: $(awk "BEGIN { printf \"%.2f\", ${cat_demux[1]} / $own }")"
+    echo "    times scdet: $times (goal: at least 30) $(verdict "$times >= 30")"
+done
 
 measure scan decode scdet -- "$h264"
 ratio=$(awk "BEGIN { printf \"%.3f\", ${wall[scan]} / ${wall[decode]} }")

@@ -23,6 +23,35 @@ inline DifSection SectionOfDifBlock(std::uint8_t firstIdByte) {
     return static_cast<DifSection>(firstIdByte >> 5);
 }
 
+/// Where a block belongs in its frame, as its ID says.
+struct DifBlockId {
+    DifSection section;
+    int sequence;
+    int number; ///< of the block among those of its section in its sequence
+
+    friend constexpr bool operator==(const DifBlockId&, const DifBlockId&) = default;
+};
+
+/// The ID of the `block`-th block of a frame: in each sequence a header, two subcode and three VAUX blocks,
+/// then nine times an audio block and fifteen video blocks.
+constexpr DifBlockId DifBlockIdAt(int block) {
+    constexpr int kVideoBlocksPerAudioBlock = 15;
+    constexpr int kGroupBlocks = kVideoBlocksPerAudioBlock + 1;
+    const int sequence = block / kDifSequenceBlocks;
+    const int inSequence = block % kDifSequenceBlocks;
+    if (inSequence == 0)
+        return {DifSection::Header, sequence, 0};
+    if (inSequence < 3)
+        return {DifSection::Subcode, sequence, inSequence - 1};
+    if (inSequence < 6)
+        return {DifSection::Vaux, sequence, inSequence - 3};
+    const int group = (inSequence - 6) / kGroupBlocks;
+    const int inGroup = (inSequence - 6) % kGroupBlocks;
+    if (inGroup == 0)
+        return {DifSection::Audio, sequence, group};
+    return {DifSection::Video, sequence, group * kVideoBlocksPerAudioBlock + inGroup - 1};
+}
+
 /// Sequences that the header block announces by its DSF flag; 0 when `frame` is too short to have the flag.
 inline int AnnouncedDifSequences(std::span<const std::uint8_t> frame) {
     constexpr std::size_t kFlagByte = 3;

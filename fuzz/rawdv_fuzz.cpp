@@ -5,9 +5,10 @@
 #include "hosts/shared/HostError.h"
 #include "hosts/shared/Picture.h"
 #include "hosts/shared/RawDvReader.h"
+#include "tests/DifMaking.h"
 #include "tests/MemoryInput.h"
 
-#include <array>
+#include <algorithm>
 
 using namespace scenedetect;
 using fuzz::Require;
@@ -16,40 +17,17 @@ namespace {
 
 constexpr std::size_t kLargestStream = 4 * kDifFrameBytes625;
 
-// A frame with every block's ID in place and nothing else.
-void AppendFrame(std::vector<std::uint8_t>& stream, DvSystem system) {
-    constexpr int kVideoBlocksPerAudioBlock = 15;
-    const bool is625 = system == DvSystem::Lines625;
-    for (int sequence = 0; sequence < (is625 ? kDifSequences625 : kDifSequences525); ++sequence) {
-        for (int block = 0; block < kDifSequenceBlocks; ++block) {
-            std::array<std::uint8_t, kDifBlockBytes> bytes{};
-            auto section = DifSection::Header;
-            if (block >= 6)
-                section = (block - 6) % (kVideoBlocksPerAudioBlock + 1) == 0 ? DifSection::Audio
-                                                                             : DifSection::Video;
-            else if (block >= 3)
-                section = DifSection::Vaux;
-            else if (block >= 1)
-                section = DifSection::Subcode;
-            bytes[0] = static_cast<std::uint8_t>(static_cast<int>(section) << 5 | 0x1F);
-            bytes[1] = static_cast<std::uint8_t>(sequence << 4 | 0x07);
-            if (section == DifSection::Header)
-                bytes[3] = is625 ? 0xBF : 0x3F;
-            stream.insert(stream.end(), bytes.begin(), bytes.end());
-        }
-    }
-}
-
 // The input is a list of instructions.
 std::vector<std::uint8_t> MakeStream(fuzz::Input& input) {
     std::vector<std::uint8_t> stream;
     while (!input.IsEmpty() && stream.size() < kLargestStream) {
-        switch (input.Take<std::uint8_t>() % 5) {
+        const auto instruction = input.Take<std::uint8_t>() % 5;
+        switch (instruction) {
         case 0:
-            AppendFrame(stream, DvSystem::Lines525);
-            break;
         case 1:
-            AppendFrame(stream, DvSystem::Lines625);
+            // Timecodes go on, with jumps where something was cut off between.
+            testing_support::AppendDifFrame(stream, instruction == 1,
+                                            static_cast<int>(stream.size() / 40'000));
             break;
         case 2: // cut the end off
             stream.resize(stream.size() - std::min<std::size_t>(stream.size(), input.Take<std::uint16_t>()));
@@ -59,20 +37,32 @@ std::vector<std::uint8_t> MakeStream(fuzz::Input& input) {
             stream.insert(stream.end(), bytes.begin(), bytes.end());
             break;
         }
-        default: { // damage
+        default: { // damage: a byte, and as many of the same behind it as the odd ones of the place tell
             const std::size_t at = input.Take<std::uint32_t>();
             const auto value = input.Take<std::uint8_t>();
-            if (!stream.empty())
-                stream[at % stream.size()] = value;
+            if (stream.empty())
+                break;
+            const auto first = stream.begin() + static_cast<std::ptrdiff_t>(at % stream.size());
+            const std::ptrdiff_t length = at % 2 == 0 ? 1 : static_cast<std::ptrdiff_t>(at >> 12);
+            std::fill(first, first + std::min(length, stream.end() - first), value);
         }
         }
     }
     return stream;
 }
 
+DvSystem IdentifySystem(std::size_t bytes) {
+    return bytes == kDifFrameBytes625 ? DvSystem::Lines625 : DvSystem::Lines525;
+}
+
 void ReadAll(const std::vector<std::uint8_t>& stream) {
     static Console console("rawdv_fuzz");
-    RawDvReader reader(std::make_unique<testing_support::MemoryInput>(stream), DamageLog(console, "capture"));
+    const DamageLog damage(console, "capture", [&stream](const Irregularity& each) {
+        Require(each.frame >= 0 && each.frames >= 0 && each.bytes >= 0 && each.byteOffset >= 0);
+        Require(static_cast<std::size_t>(each.byteOffset) <= stream.size());
+        Require(!IrregularityText(each).empty());
+    });
+    RawDvReader reader(std::make_unique<testing_support::MemoryInput>(stream), damage);
     Picture picture;
     FilePlace before{-1, -1, -1};
     while (reader.Next(picture)) {
@@ -82,6 +72,10 @@ void ReadAll(const std::vector<std::uint8_t>& stream) {
         Require(picture.place.frame > before.frame && picture.place.time > before.time);
         Require(picture.place.byteOffset > before.byteOffset);
         Require(static_cast<std::size_t>(picture.place.byteOffset) + bytes <= stream.size());
+        Require(std::equal(picture.Bytes().begin(), picture.Bytes().end(),
+                           stream.begin() + static_cast<std::ptrdiff_t>(picture.place.byteOffset)));
+        // What is handed out is a frame for the most part.
+        Require(CheckDvFrame(picture.Bytes(), IdentifySystem(bytes)).IsPlausible());
         before = picture.place;
     }
 }

@@ -35,7 +35,7 @@ GraphHost::GraphHost(const Options& options, const GraphOptions& own, std::atomi
       m_marks(options.marks, options.method),
       m_addedFilter(*m_graph, *m_filter, L"Scene detection"),
       m_addedRenderer(*m_graph, *m_renderer, L"End"),
-      m_source(OpenSource(*m_graph, options.input, own.source, stop, console)) {
+      m_source(OpenSource(*m_graph, options, own.source, stop, console)) {
     ChooseDetection(*m_scenes, *m_scenesEx, options);
     Connect();
     m_csv.emplace(m_source->Scale());

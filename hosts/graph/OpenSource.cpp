@@ -3,17 +3,20 @@
 #include "hosts/graph/OwnSource.h"
 #include "hosts/graph/SystemSource.h"
 #include "hosts/shared/AviPictures.h"
+#include "hosts/shared/DvCheck.h"
 #include "hosts/shared/FileInput.h"
 #include "hosts/shared/HostError.h"
 #include "hosts/shared/RawDvReader.h"
 
+#include <string>
 #include <vector>
 
 namespace scenedetect {
 namespace {
 
 // Foreign bytes in front of a DV stream are stepped over, up to as many as two frames have.
-constexpr std::size_t kProbeBytes = 2 * kDifFrameBytes625;
+constexpr std::size_t kForeignBytes = 2 * kDifFrameBytes625;
+constexpr std::size_t kProbeBytes = kForeignBytes + kDifFrameBytes625;
 
 // Splitters of some systems know no pictures with a colour table, and turn those over that begin with the top
 // row.
@@ -33,8 +36,9 @@ std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::st
 
 } // namespace
 
-std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const std::string& path, SourceKind kind,
+std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const Options& options, SourceKind kind,
                                         const std::atomic<bool>& stop, Console& console) {
+    const std::string& path = options.input;
     auto file = std::make_unique<FileInput>(path, stop);
     std::vector<std::uint8_t> start(kProbeBytes);
     start.resize(file->Read(start));
@@ -48,13 +52,14 @@ std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const std::string&
             if (auto source = TrySystemSource(graph, path))
                 return source;
         return std::make_unique<OwnSource>(graph, std::make_unique<AviPictures>(std::move(file), damage),
-                                           stop);
+                                           options, stop);
     }
-    if (!FindDvFrame(start, 0))
+    if (!FindDvFrame(start, 0, kForeignBytes))
         throw HostError(path + ": neither an AVI file nor a DV stream");
     if (kind == SourceKind::System)
         throw HostError(path + ": --source system reads AVI files only");
-    return std::make_unique<OwnSource>(graph, std::make_unique<RawDvReader>(std::move(file), damage), stop);
+    return std::make_unique<OwnSource>(graph, std::make_unique<RawDvReader>(std::move(file), damage), options,
+                                       stop);
 }
 
 } // namespace scenedetect

@@ -1,6 +1,7 @@
 #include "hosts/graph/OwnSource.h"
 
 #include "hosts/graph/Com.h"
+#include "hosts/shared/DetectionCalls.h"
 #include "hosts/shared/HostError.h"
 #include "hosts/shared/MakeFilter.h"
 
@@ -8,12 +9,15 @@
 
 namespace scenedetect {
 
-OwnSource::OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader,
+OwnSource::OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader, const Options& options,
                      const std::atomic<bool>& stop)
     : m_reader(std::move(reader)),
+      m_options(options),
       m_stop(stop),
       m_filter(MakeFilter<SourceFilter>(m_reader->Format())),
-      m_added(graph, *m_filter, L"Pictures") {}
+      m_added(graph, *m_filter, L"Pictures") {
+    RequireComparable(m_reader->Format(), m_options);
+}
 
 OwnSource::~OwnSource() {
     if (m_thread.joinable())
@@ -55,6 +59,7 @@ void OwnSource::DeliverPictures() {
         const ComRef<PictureSample> sample = m_filter->TakeSample();
         if (!sample || !m_reader->Next(sample->picture))
             return; // the graph was stopped, or the file is at its end
+        RequireComparable(sample->picture.format, m_options);
         m_table.Append(sample->picture.place);
         if (isFirst)
             m_timecode.Note(sample->picture);

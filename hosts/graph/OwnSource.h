@@ -4,6 +4,7 @@
 #include "baseclasses/ComRef.h"
 #include "hosts/graph/GraphParts.h"
 #include "hosts/graph/GraphSource.h"
+#include "hosts/shared/CommonOptions.h"
 #include "hosts/shared/PictureReader.h"
 #include "hosts/shared/SourceFilter.h"
 
@@ -17,8 +18,10 @@ namespace scenedetect {
 /// Pictures of any format, and formats that change in mid-stream.
 class OwnSource final : public GraphSource {
   public:
-    /// Setting `stop`, which must outlive the object, ends the stream at the next picture.
-    OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader, const std::atomic<bool>& stop);
+    /// `options` and `stop` must outlive the object; setting `stop` ends the stream at the next picture.
+    /// HostError when the method would not find the changes of such pictures.
+    OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader, const Options& options,
+              const std::atomic<bool>& stop);
     ~OwnSource() override;
 
     [[nodiscard]] IPin& Output() const override { return *m_filter->GetPin(0); }
@@ -33,6 +36,7 @@ class OwnSource final : public GraphSource {
     void DeliverPictures();
 
     const std::unique_ptr<PictureReader> m_reader;
+    const Options& m_options;
     const std::atomic<bool>& m_stop;
     const ComRef<SourceFilter> m_filter;
     const AddedFilter m_added;

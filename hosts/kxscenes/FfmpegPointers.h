@@ -3,7 +3,9 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavformat/avio.h>
 #include <libavutil/frame.h>
+#include <libavutil/mem.h>
 }
 
 #include <memory>
@@ -15,6 +17,10 @@ struct FfmpegDeleter {
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
     void operator()(AVFrame* frame) const { av_frame_free(&frame); }
     void operator()(AVCodecContext* decoder) const { avcodec_free_context(&decoder); }
+    void operator()(AVIOContext* reading) const {
+        av_freep(&reading->buffer);
+        avio_context_free(&reading);
+    }
 };
 
 template <class Object>

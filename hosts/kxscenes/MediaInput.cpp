@@ -8,7 +8,10 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <exception>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -20,6 +23,37 @@ constexpr AVRational kFallbackRate{25, 1};
 
 int IsStopSet(void* stop) {
     return *static_cast<const std::atomic<bool>*>(stop) ? 1 : 0;
+}
+
+// Exceptions must not pass through the library; it learns of them as errors of the device.
+int ReadStream(void* stream, std::uint8_t* target, int bytes) {
+    try {
+        auto& input = *static_cast<StreamInput*>(stream);
+        const std::size_t count = input.ReadSome({target, static_cast<std::size_t>(bytes)}, 1);
+        if (input.IsStopped())
+            return AVERROR_EXIT;
+        return count == 0 ? AVERROR_EOF : static_cast<int>(count);
+    } catch (const std::exception&) {
+        return AVERROR(EIO);
+    }
+}
+
+std::int64_t SeekStream(void* stream, std::int64_t offset, int whence) {
+    auto& input = *static_cast<StreamInput*>(stream);
+    if ((whence & AVSEEK_SIZE) != 0)
+        return input.Size();
+    const int from = whence & ~AVSEEK_FORCE;
+    const std::int64_t target = offset + (from == SEEK_CUR   ? input.Position()
+                                          : from == SEEK_END ? input.Size()
+                                                             : 0);
+    if (target < 0)
+        return AVERROR(EINVAL);
+    try {
+        input.GoTo(target);
+    } catch (const std::exception&) {
+        return AVERROR(EIO);
+    }
+    return target;
 }
 
 bool IsVideoTrack(const AVStream& stream) {
@@ -44,14 +78,28 @@ bool IsInterlaced(AVFieldOrder order) {
 
 MediaInput::MediaInput(std::string path, const std::atomic<bool>& stop)
     : m_path(std::move(path)), m_stop(stop) {
+    // The prefix keeps names with a colon from being taken for addresses.
+    Open(("file:" + m_path).c_str());
+}
+
+MediaInput::MediaInput(std::shared_ptr<StreamInput> stream, const std::atomic<bool>& stop)
+    : m_path(stream->Path()), m_stop(stop), m_stream(std::move(stream)) {
+    constexpr int kBufferBytes = 1 << 15;
+    auto* const buffer = static_cast<unsigned char*>(av_malloc(kBufferBytes));
+    m_reading = OwnFfmpeg(avio_alloc_context(buffer, kBufferBytes, 0, m_stream.get(), ReadStream, nullptr,
+                                             m_stream->IsFile() ? SeekStream : nullptr));
+    Open("");
+}
+
+void MediaInput::Open(const char* url) {
     m_context = avformat_alloc_context();
     if (!m_context)
         throw std::bad_alloc();
+    m_context->pb = m_reading.get();
     m_context->interrupt_callback = {IsStopSet, const_cast<std::atomic<bool>*>(&m_stop)};
     // A play list must not make the program open anything but files.
     m_context->protocol_whitelist = av_strdup("file,pipe");
-    // The prefix keeps names with a colon from being taken for addresses.
-    const int opened = avformat_open_input(&m_context, ("file:" + m_path).c_str(), nullptr, nullptr);
+    const int opened = avformat_open_input(&m_context, url, nullptr, nullptr);
     if (opened < 0)
         Fail(opened);
     m_size = m_context->pb ? avio_size(m_context->pb) : 0;
@@ -67,8 +115,10 @@ void MediaInput::Fail(int code) const {
                     (detail.empty() ? "" : " (" + detail + ")"));
 }
 
-std::int64_t MediaInput::Position() const {
-    return m_context->pb ? avio_tell(m_context->pb) : 0;
+double MediaInput::Fraction() const {
+    if (m_size <= 0 || !m_context->pb)
+        return -1;
+    return std::clamp(static_cast<double>(avio_tell(m_context->pb)) / static_cast<double>(m_size), 0.0, 1.0);
 }
 
 bool MediaInput::IsRawDv() const {
@@ -77,37 +127,6 @@ bool MediaInput::IsRawDv() const {
 
 bool MediaInput::IsAvi() const {
     return m_context->iformat->name == std::string_view("avi");
-}
-
-// Finding out what the file is has moved the position.
-void MediaInput::GoToStart() {
-    if (!std::exchange(m_isAtStart, false))
-        return;
-    const std::int64_t position = avio_seek(m_context->pb, 0, SEEK_SET);
-    if (position < 0)
-        Fail(static_cast<int>(position));
-}
-
-void MediaInput::Skip(std::int64_t bytes) {
-    GoToStart();
-    const std::int64_t position = avio_skip(m_context->pb, bytes);
-    if (position < 0)
-        Fail(static_cast<int>(position));
-}
-
-std::size_t MediaInput::Read(std::span<std::uint8_t> target) {
-    GoToStart();
-    std::size_t have = 0;
-    while (have < target.size()) {
-        const int count =
-            avio_read(m_context->pb, target.data() + have, static_cast<int>(target.size() - have));
-        if (count == AVERROR_EOF || count == AVERROR_EXIT || count == 0)
-            break;
-        if (count < 0)
-            Fail(count);
-        have += static_cast<std::size_t>(count);
-    }
-    return have;
 }
 
 void MediaInput::FindVideo() {

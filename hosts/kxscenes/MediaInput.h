@@ -1,8 +1,9 @@
 // A media file opened with FFmpeg's libraries: its video stream and the packets of that.
 #pragma once
 
+#include "hosts/kxscenes/FfmpegPointers.h"
 #include "hosts/kxscenes/FrameClock.h"
-#include "hosts/shared/ByteInput.h"
+#include "hosts/kxscenes/StreamInput.h"
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -10,32 +11,30 @@ extern "C" {
 
 #include <atomic>
 #include <cstdint>
-#include <span>
+#include <memory>
 #include <string>
 
 namespace scenedetect {
 
 /// One thread at a time; `stop`, which must outlive the object, may be set by any and ends a blocking read.
-class MediaInput final : public ByteInput {
+class MediaInput {
   public:
     /// Opens the file; HostError when it is not one that can be read.
     MediaInput(std::string path, const std::atomic<bool>& stop);
-    ~MediaInput() override;
+    /// The same for a stream.
+    MediaInput(std::shared_ptr<StreamInput> stream, const std::atomic<bool>& stop);
+    ~MediaInput();
     MediaInput(const MediaInput&) = delete;
     MediaInput& operator=(const MediaInput&) = delete;
 
-    [[nodiscard]] const std::string& Path() const override { return m_path; }
-    [[nodiscard]] std::int64_t Size() const override { return m_size; }
-    [[nodiscard]] std::int64_t Position() const override;
-    [[nodiscard]] bool IsStopped() const override { return m_stop; }
+    [[nodiscard]] const std::string& Path() const { return m_path; }
+    /// Whether the run was stopped from outside; what was read last may then be cut short.
+    [[nodiscard]] bool IsStopped() const { return m_stop; }
+    /// The part of the file that was read, 0 to 1; negative when its size is unknown.
+    [[nodiscard]] double Fraction() const;
 
     /// Whether it is a raw DV stream, to be read as bytes.
     [[nodiscard]] bool IsRawDv() const;
-    // From the file's start on the first call.
-    [[nodiscard]] std::size_t Read(std::span<std::uint8_t> target) override;
-    void Skip(std::int64_t bytes) override;
-
-    // --- for anything but raw DV ---
     /// Finds the video stream; HostError when there is none. To be called before what follows.
     void FindVideo();
     [[nodiscard]] AVStream& Video() const { return *m_video; }
@@ -50,15 +49,16 @@ class MediaInput final : public ByteInput {
 
   private:
     [[noreturn]] void Fail(int code) const;
-    void GoToStart();
+    void Open(const char* url);
     [[nodiscard]] bool IsEndMissing() const;
 
     const std::string m_path;
     const std::atomic<bool>& m_stop;
+    std::shared_ptr<StreamInput> m_stream; // or none
+    FfmpegPtr<AVIOContext> m_reading;      // of the stream
     AVFormatContext* m_context = nullptr;
     AVStream* m_video = nullptr;
     std::int64_t m_size = 0;
-    bool m_isAtStart = true;
     std::int64_t m_lastStamp = AV_NOPTS_VALUE;
     std::string m_breakOffReason;
 };

@@ -49,7 +49,7 @@ bool PacketReader::IdentifyPacket(PictureFormat& format) const {
     }
     const auto system = IdentifyDvFrame(bytes);
     if (system)
-        format = DvPictureFormat(*system);
+        format = DvPictureFormat(bytes, *system);
     return system.has_value();
 }
 

@@ -33,6 +33,7 @@ SceneHost::SceneHost(const Options& options, std::atomic<bool>& stop, Console& c
 }
 
 void SceneHost::SetUpFilter() {
+    RequireComparable(m_reader->Format(), m_options);
     ChooseDetection(m_graph.Scenes(), m_graph.ScenesEx(), m_options);
     if (FAILED(m_graph.Connect()))
         throw HostError(RefusalText(m_options));
@@ -95,6 +96,7 @@ void SceneHost::FeedGraph() {
             throw HostError("the filter graph gives no sample");
         if (!m_reader->Next(held->picture))
             return;
+        RequireComparable(held->picture.format, m_options);
         m_table.Append(held->picture.place);
         if (sample == 0)
             m_timecode.Note(held->picture);

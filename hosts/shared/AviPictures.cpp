@@ -40,7 +40,7 @@ bool AviPictures::ReadFrame(const AviReader::Frame& frame, Picture& picture) {
     const auto system = isDv ? IdentifyDvFrame(picture.Bytes()) : std::nullopt;
     if (isDv && !system)
         return false;
-    picture.format = isDv ? DvPictureFormat(*system) : *m_uncompressed;
+    picture.format = isDv ? DvPictureFormat(picture.Bytes(), *system) : *m_uncompressed;
     // Times are counted in frames.
     picture.place = {frame.number, frame.number, frame.offset};
     return true;

@@ -23,6 +23,12 @@ class ByteInput {
 
     /// Fills `target` as far as the file goes, and returns how much that is. HostError when reading fails.
     [[nodiscard]] virtual std::size_t Read(std::span<std::uint8_t> target) = 0;
+    /// The same for whoever can do with the first `least` bytes: returns once it has these, if the rest is
+    /// not there yet. Fewer at the end, and when the run was stopped.
+    [[nodiscard]] virtual std::size_t ReadSome(std::span<std::uint8_t> target, std::size_t least) {
+        (void)least; // a file has it all
+        return Read(target);
+    }
     /// Steps over bytes; behind the file's end there is nothing to read. HostError when that fails.
     virtual void Skip(std::int64_t bytes) = 0;
 

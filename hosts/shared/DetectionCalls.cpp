@@ -29,6 +29,13 @@ std::string RefusalText(const Options& options) {
                                 : ": the scene detect filter does not take this video");
 }
 
+void RequireComparable(const PictureFormat& format, const Options& options) {
+    if (format.isDv411Of625 && options.method == KxMethodVideo)
+        throw HostError(options.input +
+                        ": --method video can't compare 4:1:1 DV of 625 lines; all other methods "
+                        "take it");
+}
+
 void BeginDetection(IKxSceneDetect2& scenes, const Options& options) {
     const std::string& path = options.xmlPath;
     if (!path.empty())

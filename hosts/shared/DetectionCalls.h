@@ -3,6 +3,7 @@
 
 #include "hosts/shared/CommonOptions.h"
 #include "hosts/shared/MarkSchedule.h"
+#include "hosts/shared/PictureFormat.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <cstdint>
@@ -18,6 +19,9 @@ void Require(HRESULT hr, const std::string& what);
 void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, const Options& options);
 /// What to say when the filter refused the input's video.
 [[nodiscard]] std::string RefusalText(const Options& options);
+
+/// HostError for pictures of which the method would not find the changes. For the format of each picture.
+void RequireComparable(const PictureFormat& format, const Options& options);
 
 /// Before the graph runs: names the scene-list file and switches detection on. HostError when there can be no
 /// such file.

@@ -1,19 +1,16 @@
 #include "hosts/shared/DvFrame.h"
 
-#include <array>
-
 namespace scenedetect {
 namespace {
 
-// Header, two subcode and three VAUX blocks, the first audio and the first video block.
-constexpr std::array<DifSection, kDvStartBlocks> kFirstSections = {
-    DifSection::Header, DifSection::Subcode, DifSection::Subcode, DifSection::Vaux,
-    DifSection::Vaux,   DifSection::Vaux,    DifSection::Audio,   DifSection::Video};
-
-// The sequence's number lies in the upper half of the second ID byte.
-bool IsBlockOfFirstSequence(std::span<const std::uint8_t> block, DifSection section) {
-    return SectionOfDifBlock(block[0]) == section && block[1] >> 4 == 0;
+constexpr int SequencesOf(DvSystem system) {
+    return system == DvSystem::Lines625 ? kDifSequences625 : kDifSequences525;
 }
+
+// Signal type in the VAUX source pack's PC3.
+constexpr std::uint8_t kPackSource = 0x60;
+constexpr std::uint8_t kSignalTypeBits = 0x1F;
+constexpr std::uint8_t kSignalTypeDv50 = 4;
 
 } // namespace
 
@@ -39,22 +36,29 @@ std::optional<DvSystem> IdentifyDvFrame(std::span<const std::uint8_t> frame) {
     return system && frame.size() == DvFrameBytes(*system) ? system : std::nullopt;
 }
 
-bool IsDvHeader(std::span<const std::uint8_t> data) {
-    // The reserved bits of an ID are ones: zeroed blocks, which the rest fits too, are no headers.
-    constexpr std::uint8_t kReservedBits = 0x07;
-    return data.size() >= kDifBlockBytes && IsBlockOfFirstSequence(data, DifSection::Header) &&
-           (data[1] & kReservedBits) != 0 && data[2] == 0;
-}
-
-std::optional<std::size_t> FindDvFrame(std::span<const std::uint8_t> data, std::size_t from) {
-    for (std::size_t at = from; at + kDvStartBytes <= data.size(); ++at) {
-        bool isStart = IsDvHeader(data.subspan(at));
-        for (std::size_t i = 1; isStart && i < kFirstSections.size(); ++i)
-            isStart = IsBlockOfFirstSequence(data.subspan(at + i * kDifBlockBytes), kFirstSections[i]);
-        if (isStart)
-            return at;
+DvProfile ProfileOfDvFrame(std::span<const std::uint8_t> frame, DvSystem system) {
+    constexpr std::size_t kTrackByte = 4;
+    constexpr std::uint8_t kApplicationBits = 0x07; // APT: 0 is IEC 61834, 1 is SMPTE 314M
+    constexpr std::uint8_t kApplicationSmpte = 1;
+    int voters = 0;
+    int forSmpte = 0;
+    for (std::size_t at = kTrackByte; at < frame.size(); at += kDifSequenceBytes) {
+        ++voters;
+        forSmpte += (frame[at] & kApplicationBits) == kApplicationSmpte ? 1 : 0;
     }
-    return std::nullopt;
+    if (forSmpte * 2 <= voters)
+        return DvProfile::Dv25;
+    int packs = 0;
+    int forDv50 = 0;
+    for (const DifPack pack : DifPacks(frame, kVauxPacks, SequencesOf(system))) {
+        if (pack[0] != kPackSource)
+            continue;
+        ++packs;
+        forDv50 += (pack[3] & kSignalTypeBits) == kSignalTypeDv50 ? 1 : 0;
+    }
+    if (forDv50 * 2 > packs)
+        return DvProfile::Dv50;
+    return system == DvSystem::Lines625 ? DvProfile::Dv25Of411 : DvProfile::Dv25;
 }
 
 } // namespace scenedetect

@@ -1,4 +1,4 @@
-// DV frames as the host meets them: which line system they are, and where one begins.
+// DV frames as the host meets them: which line system they are, and how their luma and chroma are sampled.
 #pragma once
 
 #include "engine/Dif.h"
@@ -22,15 +22,14 @@ enum class DvSystem { Lines525, Lines625 };
 /// The line system of one whole DV frame of 25 Mbit/s; nothing when size and header disagree.
 [[nodiscard]] std::optional<DvSystem> IdentifyDvFrame(std::span<const std::uint8_t> frame);
 
-/// Whether a header block of a frame's first sequence lies here.
-[[nodiscard]] bool IsDvHeader(std::span<const std::uint8_t> data);
+/// What the stream is, beyond its line system (docs/dv.md names the fields).
+enum class DvProfile {
+    Dv25,      ///< 4:1:1 at 525 lines, 4:2:0 at 625
+    Dv25Of411, ///< 4:1:1 at 625 lines: macroblocks lie elsewhere in the picture
+    Dv50,      ///< 4:2:2: two halves of a frame's size after each other
+};
 
-/// How many blocks, and bytes, it takes to tell the start of a frame.
-inline constexpr std::size_t kDvStartBlocks = 8;
-inline constexpr std::size_t kDvStartBytes = kDvStartBlocks * kDifBlockBytes;
-
-/// Offset of the next place, from `from` on, where a frame begins beyond doubt: the first blocks of its first
-/// sequence follow each other. Nothing when `data` holds no such place.
-[[nodiscard]] std::optional<std::size_t> FindDvFrame(std::span<const std::uint8_t> data, std::size_t from);
+/// The profile of one whole frame (or half of one, at 50 Mbit/s), as most of its headers and packs tell it.
+[[nodiscard]] DvProfile ProfileOfDvFrame(std::span<const std::uint8_t> frame, DvSystem system);
 
 } // namespace scenedetect

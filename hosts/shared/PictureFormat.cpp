@@ -48,7 +48,7 @@ Ratio SettleDvRate(Ratio declared, DvSystem system) {
     return IsSameRate(declared, rate) ? declared : rate;
 }
 
-PictureFormat DvPictureFormat(DvSystem system) {
+PictureFormat DvPictureFormat(std::span<const std::uint8_t> frame, DvSystem system) {
     PictureFormat format;
     format.fourcc = kDvFourcc;
     format.width = 720;
@@ -56,6 +56,8 @@ PictureFormat DvPictureFormat(DvSystem system) {
     format.bitCount = 24;
     format.imageBytes = static_cast<std::uint32_t>(DvFrameBytes(system));
     format.frameDuration = FrameDurationOf(DvRate(system));
+    format.isDv411Of625 =
+        system == DvSystem::Lines625 && ProfileOfDvFrame(frame, system) == DvProfile::Dv25Of411;
     return format;
 }
 

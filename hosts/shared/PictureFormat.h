@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace scenedetect {
@@ -20,6 +21,7 @@ struct PictureFormat {
     WORD bitCount = 0;
     std::uint32_t imageBytes = 0;
     std::int64_t frameDuration = 0;     ///< 100 ns
+    bool isDv411Of625 = false;          ///< DV whose pictures can't be compared undecoded
     std::vector<std::uint32_t> colours; ///< the colour table of 1, 4 or 8 bits a pixel: an RGBQUAD each
 
     friend bool operator==(const PictureFormat&, const PictureFormat&) = default;
@@ -32,8 +34,8 @@ inline constexpr DWORD kDvFourcc = MAKEFOURCC('d', 'v', 's', 'd');
 /// DV of any container runs at the rate of its line system; the container's is kept where it says the same,
 /// since its time stamps count in it.
 [[nodiscard]] Ratio SettleDvRate(Ratio declared, DvSystem system);
-/// "dvsd", 720 x 576 or 720 x 480.
-[[nodiscard]] PictureFormat DvPictureFormat(DvSystem system);
+/// Of a whole frame: "dvsd", 720 x 576 or 720 x 480.
+[[nodiscard]] PictureFormat DvPictureFormat(std::span<const std::uint8_t> frame, DvSystem system);
 
 /// The format of the uncompressed pictures that a file declares, with the size of one: RGB of all depths,
 /// YUY2, UYVY, I420 (also under its name "IYUV") and YV12. Nothing for any other, and for sizes beyond

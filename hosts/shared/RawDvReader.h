@@ -1,44 +1,57 @@
-// Reads raw DV streams, frame by frame, whatever line system each frame is.
+// Reads raw DV streams, frame by frame, whatever line system each frame is, and through damage.
 #pragma once
 
 #include "hosts/shared/ByteInput.h"
 #include "hosts/shared/DamageLog.h"
-#include "hosts/shared/DvFrame.h"
+#include "hosts/shared/DvCheck.h"
 #include "hosts/shared/PictureReader.h"
+#include "hosts/shared/ReadWindow.h"
+#include "hosts/shared/TapeTime.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
-#include <vector>
 
 namespace scenedetect {
 
-/// Joined captures of both line systems are one stream. Bytes that are no DV are stepped over; the frames
-/// that were in their place count.
+/// Joined captures of both line systems are one stream. Whole frames are handed out where they were read to,
+/// with whatever blocks of theirs are damaged; frames of which bytes are missing are not. Positions count the
+/// frames of the file, those that a hole has swallowed too. docs/dv.md has the rules.
 class RawDvReader final : public PictureReader {
   public:
-    RawDvReader(std::unique_ptr<ByteInput> input, const DamageLog& damage);
+    /// Reads up to the first whole frame. HostError when there is none.
+    RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage);
 
-    [[nodiscard]] const PictureFormat& Format() const override { return m_firstFormat; }
+    [[nodiscard]] const PictureFormat& Format() const override { return m_first.format; }
     [[nodiscard]] TimeScale Scale() const override;
     [[nodiscard]] bool Next(Picture& picture) override;
 
   private:
     [[nodiscard]] bool ReadFrame(Picture& picture);
-    [[nodiscard]] std::size_t Fill(std::uint8_t* block, std::size_t have, std::size_t wanted);
-    void Carry(std::span<const std::uint8_t> bytes);
-    [[nodiscard]] bool FindNextFrame(std::span<const std::uint8_t> data, bool isEnd);
-    void CountLostFrames();
+    [[nodiscard]] std::span<std::uint8_t> Have(std::size_t bytes);
+    [[nodiscard]] bool FindEarlyFrame();
+    [[nodiscard]] bool FindNextFrame();
+    void ReportEnd(std::size_t bytes, bool isFrame);
+    void CloseHole(const TapeTime& time);
+    [[nodiscard]] bool IsNextFrameAfter(const TapeTime& time);
+    void CountFrames(std::int64_t frames);
+    void HandOut(Picture& picture, const DvCheck& check);
 
-    const std::unique_ptr<ByteInput> m_input;
+    const std::shared_ptr<ByteInput> m_input;
+    ReadWindow m_window;
     DamageLog m_damage;
-    PictureFormat m_firstFormat;
+    Picture m_first; // read ahead; its format stays here
+    bool m_isFirstPending = false;
     Ratio m_rate;
 
-    DvSystem m_system = DvSystem::Lines625; // of the frame before
-    std::vector<std::uint8_t> m_carried;    // read already, belongs to what comes next
-    std::int64_t m_skipped = 0;             // bytes stepped over since the frame before
-    FilePlace m_next;
+    DvSystem m_system = DvSystem::Lines525; // of the frame before
+    TapeTime m_time;                        // of the frame before
+    std::int64_t m_frame = 0;               // number of the next
+    std::int64_t m_frameTime = 0;
+    bool m_hasFrames = false;     // some frame was there already, if only a damaged one
+    std::int64_t m_earliest = 0;  // offset at which a frame may begin at all
+    std::int64_t m_holeBytes = 0; // between the frame before and the window
 };
 
 } // namespace scenedetect

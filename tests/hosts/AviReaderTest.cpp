@@ -226,7 +226,7 @@ TEST(AviPictures, DvIsKnownByItsFramesInBothKindsOfFile) {
             Input(Avi(Stream(each.header, each.format),
                       Chunk(each.id, frame) + Chunk(each.id, "damaged") + Chunk(each.id, frame))),
             DamageLog(console, "file"));
-        EXPECT_EQ(pictures.Format(), DvPictureFormat(DvSystem::Lines525));
+        EXPECT_EQ(pictures.Format(), DvPictureFormat({}, DvSystem::Lines525));
         EXPECT_TRUE(IsSameRate(pictures.Scale().rate, {30000, 1001})) << each.id;
         const auto places = Places(pictures);
         ASSERT_EQ(places.size(), 2u);

@@ -3,9 +3,11 @@
 #include "tests/hosts/HostProcess.h"
 #include "tests/hosts/Material.h"
 
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <tuple>
 
 namespace scenedetect {
 namespace {
@@ -42,62 +44,115 @@ TEST(NoVideo, GivesOneLine) {
     EXPECT_THAT(RunHost({folder / "missing.dv"}).err, HasSubstr("No such file"));
 }
 
-class RawDv : public testing::Test {
-  protected:
-    void SetUp() override {
-        MakeClip(DvClip("pal-dv"), m_folder / "tape.dv");
-        m_tape = ReadWhole(m_folder / "tape.dv");
-        ASSERT_EQ(m_tape.size(), 60 * kDifFrameBytes625);
-    }
-    // Every tenth sample's frame.
-    ProcessResult RunOn(const std::string& bytes) {
-        WriteBytes(m_folder / "damaged.dv", bytes);
-        return RunHost({"--method", "interval", "--interval", "10", m_folder / "damaged.dv"});
-    }
-    static std::size_t At(std::size_t frame) { return frame * kDifFrameBytes625; }
+// --- raw DV: what is wrong with it costs no cut, and is told once ---
 
-    TempFolder m_folder;
-    std::string m_tape;
+struct TapeDamage {
+    const char* name;
+    // Of a tape whose frames have `size` bytes; bytes at the end are foreign ones to be inserted.
+    std::function<void(std::string& tape, std::size_t size)> apply;
+    std::function<std::string(std::size_t size)> told;
 };
 
-TEST_F(RawDv, BreaksOffInsideAFrame) {
-    const ProcessResult result = RunOn(m_tape.substr(0, At(34) + 99'999));
-    EXPECT_THAT(Frames(result), ElementsAre(0, 10, 20, 30));
-    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("ends inside frame 34, which is left out")));
+std::string LeftOut(std::size_t frame, std::size_t size, const std::string& why) {
+    return "frame " + std::to_string(frame) + " at byte " + std::to_string(frame * size) +
+           " is left out: " + why;
+}
+
+const TapeDamage kTapeDamages[] = {
+    {"Zeroed", [](std::string& tape, std::size_t size) { tape.replace(25 * size, size, size, '\0'); },
+     [](std::size_t size) { return LeftOut(25, size, "no DV in " + std::to_string(size) + " bytes"); }},
+    {"AllOnes", [](std::string& tape, std::size_t size) { tape.replace(25 * size, size, size, '\xFF'); },
+     [](std::size_t size) { return LeftOut(25, size, "no DV in " + std::to_string(size) + " bytes"); }},
+    {"Lost80Bytes", [](std::string& tape, std::size_t size) { tape.erase(25 * size + 50'000, 80); },
+     [](std::size_t size) { return LeftOut(25, size, "80 bytes of it are missing"); }},
+    {"Lost12000Bytes", [](std::string& tape, std::size_t size) { tape.erase(25 * size + 50'000, 12'000); },
+     [](std::size_t size) { return LeftOut(25, size, "12000 bytes of it are missing"); }},
+    {"LostFrame", [](std::string& tape, std::size_t size) { tape.erase(25 * size, size); },
+     [](std::size_t size) {
+         return "frame 25 is missing at byte " + std::to_string(25 * size) + ", as the timecode tells";
+     }},
+    {"GarbageInFront", [](std::string& tape, std::size_t) { tape.insert(0, std::string(4000, '\x55')); },
+     [](std::size_t) { return "4000 bytes at byte 0 are no DV, before frame 0"; }},
+    {"CutShort", [](std::string& tape, std::size_t size) { tape.resize(59 * size + 99'999); },
+     [](std::size_t size) {
+         return "ends at byte " + std::to_string(59 * size) + " inside frame 59, which is left out";
+     }},
+    {"TwoBlocks", [](std::string& tape, std::size_t size) { tape.replace(25 * size, 160, 160, '\0'); },
+     [](std::size_t size) {
+         return "frame 25 has 2 damaged blocks, the first at byte " + std::to_string(25 * size);
+     }},
+    {"OneBitOfTheLineSystem",
+     [](std::string& tape, std::size_t size) { tape[25 * size + 3] ^= static_cast<char>(0x80); },
+     [](std::size_t size) {
+         return "frame 25 has 1 damaged block, the first at byte " + std::to_string(25 * size);
+     }},
+};
+
+class DamagedTape : public testing::TestWithParam<std::tuple<TapeDamage, const char*>> {};
+
+INSTANTIATE_TEST_SUITE_P(Cases, DamagedTape,
+                         testing::Combine(testing::ValuesIn(kTapeDamages),
+                                          testing::Values("pal-dv", "ntsc-dv")),
+                         [](const auto& each) {
+                             return std::string(std::get<0>(each.param).name) + "_" +
+                                    std::string(std::get<1>(each.param)).substr(0, 3);
+                         });
+
+TEST_P(DamagedTape, KeepsItsCuts) {
+    const auto& [damage, target] = GetParam();
+    const TempFolder folder;
+    const auto file = folder / "tape.dv";
+    MakeClip(DvClip(target), file);
+    std::string tape = ReadWhole(file);
+    const std::size_t size = tape.size() / 60;
+    damage.apply(tape, size);
+    WriteBytes(file, tape);
+    const ProcessResult result = RunHost({file});
+    EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
+    EXPECT_THAT(Lines(result.err), ElementsAre("kxscenes: " + file.string() + ": " + damage.told(size)));
     EXPECT_EQ(result.exitCode, 0);
 }
 
-TEST_F(RawDv, AFrameWithoutItsHeaderIsLeftOutAndCounted) {
-    m_tape.replace(At(14), 2 * kDifBlockBytes, 2 * kDifBlockBytes, '\xFF');
-    const ProcessResult result = RunOn(m_tape);
-    EXPECT_THAT(Frames(result), ElementsAre(0, 10, 21, 31, 41, 51));
-    EXPECT_THAT(Lines(result.err),
-                ElementsAre(HasSubstr("no DV data at byte 2016000, where frame 14 should be")));
+TEST(RuinedTape, HasTenLinesAndACount) {
+    const TempFolder folder;
+    const auto file = folder / "tape.dv";
+    MakeClip(DvClip("pal-dv"), file);
+    std::string tape = ReadWhole(file);
+    for (std::size_t frame = 2; frame < 60; frame += 4)
+        tape.replace(frame * kDifFrameBytes625 + 8000, 800, 800, '\0');
+    WriteBytes(file, tape);
+    const ProcessResult result = RunHost({file});
+    EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
+    const std::vector<std::string> lines = Lines(result.err);
+    ASSERT_EQ(lines.size(), 11u);
+    EXPECT_THAT(lines[9], HasSubstr("frame 38 has 10 damaged blocks"));
+    EXPECT_THAT(lines[10], HasSubstr("15 irregularities in all, of which the first 10 were told"));
 }
 
-TEST_F(RawDv, AZeroedFrameIsNoFrameOfTheOtherLineSystem) {
-    m_tape.replace(At(14), kDifFrameBytes625, kDifFrameBytes625, '\0');
-    const ProcessResult result = RunOn(m_tape);
-    EXPECT_THAT(Frames(result), ElementsAre(0, 10, 21, 31, 41, 51));
-    EXPECT_THAT(result.out, HasSubstr("\n6,51,00:00:02:01,2.040\n"));
-    EXPECT_THAT(Lines(result.err),
-                ElementsAre(HasSubstr("no DV data at byte 2016000, where frame 14 should be")));
+TEST(Dv411Of625, IsRefusedByTheMethodThatWouldMixPlaces) {
+    const TempFolder folder;
+    Clip clip = DvClip("pal-dv");
+    clip.encoding = {"-c:v", "dvvideo", "-pix_fmt", "yuv411p", "-f", "rawvideo"};
+    MakeClip(clip, folder / "tape.dv");
+    clip.encoding.resize(4);
+    MakeClip(clip, folder / "tape.mov");
+    for (const char* name : {"tape.dv", "tape.mov"}) {
+        const ProcessResult refused = RunHost({folder / name});
+        EXPECT_EQ(refused.exitCode, 1);
+        EXPECT_EQ(refused.out, "");
+        EXPECT_THAT(Lines(refused.err), ElementsAre(HasSubstr("can't compare 4:1:1 DV of 625 lines")));
+        EXPECT_THAT(Frames(RunHost({"--method", "interval", "--interval", "30", folder / name})),
+                    ElementsAre(0, 30));
+        EXPECT_THAT(Frames(RunHost({"--method", "timestamp", folder / name})), ElementsAre(0));
+    }
 }
 
-TEST_F(RawDv, BytesBetweenFramesAreSteppedOver) {
-    m_tape.insert(At(25), std::string(1234, '\x55'));
-    m_tape.insert(At(5), std::string(77, '\x55'));
-    const ProcessResult result = RunOn(m_tape);
-    EXPECT_THAT(Frames(result), ElementsAre(0, 10, 20, 30, 40, 50));
-    EXPECT_THAT(Lines(result.err),
-                ElementsAre(HasSubstr("where frame 5 should be"), HasSubstr("2 damaged places in all")));
-}
-
-TEST_F(RawDv, OneFlippedBitDoesNotChangeTheLineSystem) {
-    m_tape[At(7) + 3] = static_cast<char>(m_tape[At(7) + 3] ^ 0x80);
-    const ProcessResult result = RunOn(m_tape);
-    EXPECT_THAT(Frames(result), ElementsAre(0, 10, 20, 30, 40, 50));
-    EXPECT_EQ(result.err, "");
+TEST(Dv50, IsDecodedFromRawStreamsToo) {
+    const TempFolder folder;
+    Clip clip = DvClip("pal-dv");
+    clip.encoding = {"-c:v", "dvvideo", "-pix_fmt", "yuv422p", "-f", "rawvideo"};
+    MakeClip(clip, folder / "tape.dv");
+    EXPECT_THAT(Frames(RunHost({folder / "tape.dv"})), ElementsAre(0, 20, 33, 47));
 }
 
 TEST(DamagedContainer, ABrokenDvFrameIsLeftOutAndCounted) {

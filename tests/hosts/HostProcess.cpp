@@ -12,7 +12,8 @@ namespace scenedetect::testing_support {
 namespace {
 
 void OpenAs(const std::string& path, int descriptor) {
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    const int flags = descriptor == STDIN_FILENO ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC;
+    const int file = open(path.c_str(), flags, 0666);
     dup2(file, descriptor);
     close(file);
 }
@@ -35,7 +36,7 @@ Process::Process(const std::vector<std::string>& arguments, const ProcessSetup& 
     const char* options = std::getenv("TSAN_OPTIONS");
     setenv("TSAN_OPTIONS",
            ((options ? options : "") + std::string(" suppressions=") + TSAN_SUPPRESSIONS).c_str(), 1);
-    OpenAs("/dev/null", STDIN_FILENO);
+    OpenAs(setup.inPath, STDIN_FILENO);
     OpenAs(out, STDOUT_FILENO);
     OpenAs(err, STDERR_FILENO);
     if (setup.closeOutput)

@@ -21,6 +21,7 @@ struct ProcessResult {
 
 struct ProcessSetup {
     std::vector<std::pair<std::string, std::string>> environment;
+    std::string inPath = "/dev/null";
     std::string outPath;      // instead of a file of the runner's own
     bool closeOutput = false; // starts without a standard output
 };

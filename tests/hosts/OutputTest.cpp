@@ -75,41 +75,64 @@ TEST_F(Output, WrongCommandLine) {
     EXPECT_THAT(Lines(result.err), SizeIs(1));
 }
 
-// A pipe that the test feeds frame by frame, so that the run is in its middle when the signal comes.
+// A pipe that the test feeds, and that stalls in the middle of a frame when the signal comes.
 class Interrupted : public testing::TestWithParam<int> {};
 
-TEST_P(Interrupted, EndsCleanly) {
+TEST_P(Interrupted, EndsAtOnceAndCleanly) {
     const TempFolder folder;
     MakeClip(DvClip("pal-dv"), folder / "tape.dv");
     const std::string tape = ReadWhole(folder / "tape.dv");
     const auto pipe = folder / "pipe.dv";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     std::signal(SIGPIPE, SIG_IGN);
+    for (const bool isStandardInput : {false, true}) {
+        ProcessSetup setup;
+        if (isStandardInput)
+            setup.inPath = pipe;
+        Process host({KXSCENES_PROGRAM, "--xml", folder / "list.xml", isStandardInput ? "-" : pipe.string()},
+                     setup);
+        const int feed = open(pipe.c_str(), O_WRONLY);
+        ASSERT_GE(feed, 0);
+        // Scenes come out as soon as they can be known: the one at 47 by frame 49.
+        const std::size_t bytes = 50 * 144'000 + 1000;
+        ASSERT_EQ(write(feed, tape.data(), bytes), static_cast<ssize_t>(bytes));
+        while (Lines(host.OutputSoFar()).size() < 5)
+            std::this_thread::sleep_for(5ms);
+        host.Signal(GetParam());
+        // Nothing more comes, and the pipe stays open.
+        const ProcessResult result = host.Wait();
+        close(feed);
 
-    Process host({KXSCENES_PROGRAM, "--xml", folder / "list.xml", pipe});
-    const int feed = open(pipe.c_str(), O_WRONLY);
-    ASSERT_GE(feed, 0);
-    // All but the last frame, so that the program waits for more.
-    ASSERT_EQ(write(feed, tape.data(), tape.size() - 144'000), static_cast<ssize_t>(tape.size() - 144'000));
-    while (Lines(host.OutputSoFar()).size() < 5)
-        std::this_thread::sleep_for(5ms);
-    host.Signal(GetParam());
-    std::this_thread::sleep_for(50ms);
-    // Whatever still comes is not looked at.
-    while (write(feed, tape.data(), tape.size()) > 0) {
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
+        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("stopped after 50 frames")));
+        EXPECT_THAT(ReadWhole(folder / "list.xml"), HasSubstr("count=\"4\""));
+        EXPECT_THAT(ReadWhole(folder / "list.xml"), testing::EndsWith("</SceneList>\r\n"));
     }
-    close(feed);
-    const ProcessResult result = host.Wait();
-
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
-    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("stopped after")));
-    EXPECT_THAT(ReadWhole(folder / "list.xml"), HasSubstr("count=\"4\""));
-    EXPECT_THAT(ReadWhole(folder / "list.xml"), testing::EndsWith("</SceneList>\r\n"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, Interrupted, testing::Values(SIGINT, SIGTERM),
                          [](const auto& each) { return each.param == SIGINT ? "Int" : "Term"; });
+
+TEST(StandardInput, IsReadLikeAFile) {
+    const TempFolder folder;
+    MakeClip(DvClip("ntsc-dv"), folder / "tape.dv");
+    WriteBytes(folder / "garbage.dv", std::string(5000, 'x') + ReadWhole(folder / "tape.dv"));
+    Remux(folder / "tape.dv", folder / "tape.mkv");
+    Remux(folder / "tape.dv", folder / "tape.mov"); // its index is at the end
+    for (const char* name : {"tape.dv", "garbage.dv", "tape.mkv", "tape.mov"}) {
+        ProcessSetup redirected;
+        redirected.inPath = folder / name;
+        const ProcessResult result = RunHost({"-"}, redirected);
+        EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47)) << name << result.err;
+        if (name == std::string("tape.mov"))
+            continue;
+        const ProcessResult piped =
+            Process({"sh", "-c", "cat \"$1\" | \"$0\" -", KXSCENES_PROGRAM, folder / name}).Wait();
+        EXPECT_EQ(piped.out, result.out) << name;
+        EXPECT_EQ(piped.err, result.err) << name;
+    }
+}
 
 TEST_F(Output, TraceHasALineAJudgedFrame) {
     ProcessSetup traced;
