@@ -25,5 +25,6 @@ function(add_room_tests name)
     # In headers compiled beforehand GCC 12 takes copies of short texts for ones beyond their ends.
     target_compile_options(${name} PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+  # Under Wine the first program that is asked for its tests waits for the prefix to be made.
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 300 PROPERTIES TIMEOUT 600)
 endfunction()
