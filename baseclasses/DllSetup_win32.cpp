@@ -1,7 +1,6 @@
 #include "baseclasses/DllSetup.h"
 
 #include "baseclasses/ClassFactory.h"
-#include "baseclasses/ComRef.h"
 #include "platform/ComGuard.h"
 
 #include <dshow.h>
@@ -88,12 +87,10 @@ HRESULT RegisterWithMapper(IFilterMapper2& mapper, const AMOVIESETUP_FILTER& set
 }
 
 HRESULT UpdateMapper(bool isRegistering) {
-    void* made = nullptr;
-    HRESULT hr =
-        CoCreateInstance(CLSID_FilterMapper2, nullptr, CLSCTX_INPROC_SERVER, IID_IFilterMapper2, &made);
+    ComRef<IFilterMapper2> mapper;
+    HRESULT hr = MakeFilterMapper(mapper);
     if (FAILED(hr))
         return hr;
-    const ComRef<IFilterMapper2> mapper(static_cast<IFilterMapper2*>(made));
     for (const CFactoryTemplate& entry : ClassTable()) {
         const AMOVIESETUP_FILTER* setup = entry.m_pAMovieSetup_Filter;
         if (!setup || FAILED(hr))
@@ -109,6 +106,14 @@ HRESULT UpdateMapper(bool isRegistering) {
 }
 
 } // namespace
+
+HRESULT MakeFilterMapper(ComRef<IFilterMapper2>& mapper) {
+    void* made = nullptr;
+    const HRESULT hr =
+        CoCreateInstance(CLSID_FilterMapper2, nullptr, CLSCTX_INPROC_SERVER, IID_IFilterMapper2, &made);
+    mapper.reset(static_cast<IFilterMapper2*>(made));
+    return hr;
+}
 
 STDAPI AMovieDllRegisterServer2(BOOL bRegister) {
     return scenedetect::Guarded([&]() -> HRESULT {

@@ -1,11 +1,8 @@
 // Registration: the class with COM, the filter with the filter mapper, in a category of the module's own.
-#include "baseclasses/ComRef.h"
 #include "baseclasses/DllSetup.h"
 #include "platform/ComGuard.h"
 #include "scenes/IKxSceneDetect.h"
 #include "scenes/module/ClassTable.h"
-
-#include <dshow.h>
 
 namespace {
 
@@ -18,11 +15,10 @@ HRESULT Register(BOOL isRegistering, Step step) {
         HRESULT hr = AMovieDllRegisterServer2(isRegistering);
         if (FAILED(hr))
             return hr;
-        void* made = nullptr;
-        hr = CoCreateInstance(CLSID_FilterMapper2, nullptr, CLSCTX_INPROC_SERVER, IID_IFilterMapper2, &made);
+        ComRef<IFilterMapper2> mapper;
+        hr = MakeFilterMapper(mapper);
         if (FAILED(hr))
             return hr;
-        const ComRef<IFilterMapper2> mapper(static_cast<IFilterMapper2*>(made));
         return step(*mapper);
     });
 }
