@@ -1,10 +1,11 @@
-// The rule of the scene-change engine: two numbers per frame in, a scene's first frame out.
-#include "engine/Detector.h"
+#include "engine/Decision.h"
+
 #include "support/DebugLog.h"
 #include "support/Timecode.h"
 
 #include <algorithm>
 #include <cwchar>
+#include <limits>
 #include <string>
 
 namespace scenedetect {
@@ -14,73 +15,94 @@ constexpr std::int32_t kNoCut = -1;
 
 } // namespace
 
-std::atomic<std::int32_t> g_maxSceneLength{0};
+void Decision::Reset() {
+    m_darkLock = false;
+    m_lastCut = 0;
+    m_frameCount = 0;
+    m_startFrame = 0;
+    m_differences.fill(0);
+    m_levels.fill(0);
+}
 
-std::int32_t Detector::Decide(std::int32_t diff, std::int32_t level) {
-    std::shift_left(diffHistory.begin(), diffHistory.end(), 1);
-    diffHistory.back() = diff;
-    std::shift_left(levelHistory.begin(), levelHistory.end(), 1);
-    levelHistory.back() = level;
+void Decision::SetStartFrame(std::int32_t frame) {
+    if (frame == m_frameCount)
+        return;
+    m_frameCount = frame;
+    m_startFrame = frame;
+}
+
+Judgement Decision::Judge(std::int32_t difference, std::int32_t level) {
+    Judgement judgement{.difference = difference, .level = level};
+    std::shift_left(m_differences.begin(), m_differences.end(), 1);
+    m_differences.back() = difference;
+    std::shift_left(m_levels.begin(), m_levels.end(), 1);
+    m_levels.back() = level;
 
     // Deliberate: whatever the pictures, the third frame reports the scene that begins with the first.
-    if (frameCount == 2)
-        return 0;
-    if (frameCount < std::int64_t{startFrame} + 4)
-        return kNoCut;
+    if (m_frameCount == 2)
+        judgement.sceneStart = 0;
+    else if (m_frameCount >= std::int64_t{m_startFrame} + 4)
+        Decide(judgement);
+    if (m_frameCount != std::numeric_limits<std::int32_t>::max())
+        ++m_frameCount;
+    return judgement;
+}
 
+void Decision::Decide(Judgement& judgement) {
     // In 64 bits: parameters and counts may be anything.
-    const std::int64_t threshold = cutThreshold;
-    const std::int64_t dark = darkLevel;
-    const auto candidate = static_cast<std::int32_t>(std::int64_t{frameCount} - 2);
-    const auto& [d0, d1, d2, d3, d4] = diffHistory;
-    const auto& [m0, m1, m2, m3, m4] = levelHistory;
+    const std::int64_t threshold = m_parameters.cutThreshold;
+    const std::int64_t dark = m_parameters.darkLevel;
+    const auto candidate = static_cast<std::int32_t>(std::int64_t{m_frameCount} - 2);
+    const auto& [d0, d1, d2, d3, d4] = m_differences;
+    const auto& [m0, m1, m2, m3, m4] = m_levels;
 
     // A repeated frame between two moving ones.
-    const bool filled = d3 == 0 && d2 > threshold / 2 && d4 > threshold / 2;
-    if (filled)
-        diffHistory[3] = static_cast<std::int32_t>((std::int64_t{d4} + d2) / 2);
+    if (d3 == 0 && d2 > threshold / 2 && d4 > threshold / 2) {
+        judgement.filled = static_cast<std::int32_t>((std::int64_t{d4} + d2) / 2);
+        m_differences[3] = *judgement.filled;
+    }
 
     const auto exceeds = [&, peak = std::int64_t{d2}](std::int64_t other) {
         return peak - other > threshold;
     };
     const int votes = exceeds(d0) + exceeds(d1) + exceeds(d3) + exceeds(d4);
-    std::int32_t result = votes >= minVotes ? candidate : kNoCut;
+    std::int32_t& result = judgement.sceneStart;
+    result = votes >= m_parameters.votes ? candidate : kNoCut;
 
-    bool isDark = false;
-    if (darkLock) {
-        if (level > 3 * dark / 2)
-            darkLock = false;
+    if (m_darkLock) {
+        if (m4 > 3 * dark / 2)
+            m_darkLock = false;
     } else if (m2 <= dark && m2 <= m1 && m2 <= m3 && std::int64_t{d3} - d2 <= threshold) {
-        isDark = true;
+        judgement.isDark = true;
         result = candidate;
     }
     if (result >= 0)
-        darkLock = true;
+        m_darkLock = true;
 
     // Deliberate: a cut at frame 0 suppresses none at frame 1, and a suppressed cut leaves the lock set.
-    if (lastCut != 0 && std::int64_t{lastCut} + 1 == result)
+    if (m_lastCut != 0 && std::int64_t{m_lastCut} + 1 == result)
         result = kNoCut;
-    const std::int32_t maxLength = g_maxSceneLength.load(std::memory_order_relaxed);
+    const std::int32_t longest = m_parameters.LongestScene();
     if (result >= 0) {
-        lastCut = result;
-    } else if (maxLength > 0 && std::int64_t{candidate} - lastCut >= maxLength) {
+        m_lastCut = result;
+    } else if (longest > 0 && std::int64_t{candidate} - m_lastCut >= longest) {
         result = candidate;
         if (candidate >= 0)
-            lastCut = candidate;
+            m_lastCut = candidate;
     }
 
     if (IsDebugLevelActive(kLogCategorySceneDetect, kLogLevelTrace))
-        Trace(candidate, filled, result >= 0, isDark);
-    return result;
+        Trace(candidate, judgement);
 }
 
-void Detector::Trace(std::int32_t frame, bool filled, bool cut, bool dark) const {
+void Decision::Trace(std::int32_t frame, const Judgement& judgement) const {
     std::wstring timecode;
-    FramesToTimecodeText(timecode, frame, false, std::max(frameRate, 1));
+    FramesToTimecodeText(timecode, frame, false, std::max(m_frameRate, 1));
     wchar_t line[100];
-    const wchar_t cutMark = filled ? L'#' : cut ? L'*' : L' ';
-    std::swprintf(line, std::size(line), L"[%3d] %ls %5d%lc %3d%lc", frame, timecode.c_str(), diffHistory[2],
-                  static_cast<wint_t>(cutMark), levelHistory[2], static_cast<wint_t>(dark ? L'*' : L' '));
+    const wchar_t cutMark = judgement.filled ? L'#' : judgement.sceneStart >= 0 ? L'*' : L' ';
+    std::swprintf(line, std::size(line), L"[%3d] %ls %5d%lc %3d%lc", frame, timecode.c_str(),
+                  m_differences[2], static_cast<wint_t>(cutMark), m_levels[2],
+                  static_cast<wint_t>(judgement.isDark ? L'*' : L' '));
     DebugPrintAt(kLogCategorySceneDetect, kLogLevelTrace, L"%s\n", line);
 }
 

@@ -25,25 +25,16 @@ std::int32_t CountSamples(std::int32_t width, std::int32_t height) {
 } // namespace
 
 Detector::Detector() {
-    SetParameters(13, 25, 255, 3);
     Reset();
 }
 
 void Detector::SetParameters(std::int32_t cut, std::int32_t dark, std::int32_t clamp, std::int32_t votes) {
-    cutThreshold = cut;
-    darkLevel = dark;
-    diffClamp = clamp;
-    minVotes = votes;
+    m_decision.SetParameters({cut, dark, clamp, votes, m_decision.Parameters().longestScene});
 }
 
 void Detector::Reset() {
     sampleCount = CountSamples(gridWidth, gridHeight);
-    darkLock = false;
-    lastCut = 0;
-    frameCount = 0;
-    startFrame = 0;
-    diffHistory.fill(0);
-    levelHistory.fill(0);
+    m_decision.Reset();
     frameBuffer.reset();
 }
 
@@ -59,13 +50,6 @@ void Detector::SetGridHeight(std::int32_t height) {
         return;
     gridHeight = height;
     Reset();
-}
-
-void Detector::SetStartFrame(std::int32_t frame) {
-    if (frame == frameCount)
-        return;
-    frameCount = frame;
-    startFrame = frame;
 }
 
 std::uint8_t* Detector::GetFrame(std::int32_t offset) {
@@ -104,10 +88,11 @@ std::int32_t Detector::ComputeDifference() {
     const std::uint8_t* previous = GetFrame(-1);
     if (current == nullptr || previous == nullptr || sampleCount == 0)
         return 0;
+    const std::int32_t limit = m_decision.Parameters().clamp;
     // No difference is below a negative limit: every sample adds the limit itself.
-    if (diffClamp < 0)
-        return diffClamp;
-    const auto clamp = static_cast<std::uint8_t>(std::min(diffClamp, 255));
+    if (limit < 0)
+        return limit;
+    const auto clamp = static_cast<std::uint8_t>(std::min(limit, 255));
     const auto count = static_cast<std::size_t>(sampleCount);
     return static_cast<std::int32_t>(SelectDifferenceSum(CpuFeatures())(current, previous, count, clamp) /
                                      count);
@@ -121,12 +106,9 @@ std::int32_t Detector::ComputeMeanLevel() {
     return static_cast<std::int32_t>(SelectByteSum(CpuFeatures())(current, count) / count);
 }
 
-std::int32_t Detector::Process() {
-    const std::int32_t diff = ComputeDifference();
-    const std::int32_t result = Decide(diff, ComputeMeanLevel());
-    if (frameCount != std::numeric_limits<std::int32_t>::max())
-        ++frameCount;
-    return result;
+Judgement Detector::Judge() {
+    const std::int32_t difference = ComputeDifference();
+    return m_decision.Judge(difference, ComputeMeanLevel());
 }
 
 } // namespace scenedetect

@@ -32,24 +32,36 @@ struct DifBlockId {
     friend constexpr bool operator==(const DifBlockId&, const DifBlockId&) = default;
 };
 
+/// Behind header, subcode and VAUX blocks a sequence has groups of one audio and fifteen video blocks.
+inline constexpr int kDifFirstGroupBlock = 6;
+inline constexpr int kDifGroups = 9;
+inline constexpr int kDifVideoBlocksPerGroup = 15;
+inline constexpr int kDifGroupBlocks = kDifVideoBlocksPerGroup + 1;
+
+/// The number, in its sequence, of the `index`-th video block of a group.
+constexpr std::size_t DifVideoBlock(int group, int index) {
+    return static_cast<std::size_t>(kDifFirstGroupBlock + group * kDifGroupBlocks + 1 + index);
+}
+
+/// Of a video block: its upper half is STA, which tells whether the player could read the block.
+inline constexpr std::size_t kDifStatusByte = 3;
+
 /// The ID of the `block`-th block of a frame: in each sequence a header, two subcode and three VAUX blocks,
-/// then nine times an audio block and fifteen video blocks.
+/// then the groups.
 constexpr DifBlockId DifBlockIdAt(int block) {
-    constexpr int kVideoBlocksPerAudioBlock = 15;
-    constexpr int kGroupBlocks = kVideoBlocksPerAudioBlock + 1;
     const int sequence = block / kDifSequenceBlocks;
     const int inSequence = block % kDifSequenceBlocks;
     if (inSequence == 0)
         return {DifSection::Header, sequence, 0};
     if (inSequence < 3)
         return {DifSection::Subcode, sequence, inSequence - 1};
-    if (inSequence < 6)
+    if (inSequence < kDifFirstGroupBlock)
         return {DifSection::Vaux, sequence, inSequence - 3};
-    const int group = (inSequence - 6) / kGroupBlocks;
-    const int inGroup = (inSequence - 6) % kGroupBlocks;
+    const int group = (inSequence - kDifFirstGroupBlock) / kDifGroupBlocks;
+    const int inGroup = (inSequence - kDifFirstGroupBlock) % kDifGroupBlocks;
     if (inGroup == 0)
         return {DifSection::Audio, sequence, group};
-    return {DifSection::Video, sequence, group * kVideoBlocksPerAudioBlock + inGroup - 1};
+    return {DifSection::Video, sequence, group * kDifVideoBlocksPerGroup + inGroup - 1};
 }
 
 /// Sequences that the header block announces by its DSF flag; 0 when `frame` is too short to have the flag.
@@ -65,6 +77,7 @@ inline int AnnouncedDifSequences(std::span<const std::uint8_t> frame) {
 using DifPack = std::span<const std::uint8_t, 5>;
 
 inline constexpr std::uint8_t kPackTimecode = 0x13;
+inline constexpr std::uint8_t kPackAudioSourceControl = 0x51;
 inline constexpr std::uint8_t kPackSourceControl = 0x61;
 inline constexpr std::uint8_t kPackRecordingDate = 0x62;
 inline constexpr std::uint8_t kPackRecordingTime = 0x63;
@@ -76,13 +89,14 @@ struct DifPackArea {
     int packsPerBlock;
     std::size_t firstPack; ///< of PC0 in its block
     std::size_t packPitch;
+    int blockPitch = 1;
 
     [[nodiscard]] constexpr int PacksPerSequence() const { return blocks * packsPerBlock; }
     /// Offset of PC0 of the `index`-th pack, counted through all sequences.
     [[nodiscard]] constexpr std::size_t Offset(int index) const {
         const int inSequence = index % PacksPerSequence();
         const int sequence = index / PacksPerSequence();
-        const int block = firstBlock + inSequence / packsPerBlock;
+        const int block = firstBlock + inSequence / packsPerBlock * blockPitch;
         const int inBlock = inSequence % packsPerBlock;
         return std::size_t(sequence) * kDifSequenceBytes + std::size_t(block) * kDifBlockBytes + firstPack +
                std::size_t(inBlock) * packPitch;
@@ -93,6 +107,8 @@ struct DifPackArea {
 inline constexpr DifPackArea kSubcodePacks{1, 2, 6, kDifIdBytes + 3, 8};
 /// Video auxiliary data: fifteen packs to a block.
 inline constexpr DifPackArea kVauxPacks{3, 3, 15, kDifIdBytes, 5};
+/// Audio auxiliary data: one pack before the samples of each audio block.
+inline constexpr DifPackArea kAauxPacks{kDifFirstGroupBlock, kDifGroups, 1, kDifIdBytes, 5, kDifGroupBlocks};
 
 /// The packs of one area in the first `sequences` sequences, in the order of the stream. Empty when `frame`
 /// is shorter than that.

@@ -80,6 +80,7 @@ void SceneDetectFilter::WatchSample(IMediaSample& sample, const RunFrame& frame)
         for (; m_nReducedWidth > kReducedWidthLimit; m_nReducedHeight /= 2)
             m_nReducedWidth /= 2;
         m_run.MarkFrame(frame);
+        m_detector.SetParameters(m_run.RunParameters());
         m_bHaveFirstTimecode = false;
     }
     if (m_bIsDV)
@@ -171,8 +172,9 @@ bool SceneDetectFilter::IsPictureChange(const Watched& watched) {
         LoadDcImage(watched, slot);
     else
         m_detector.ExtractLuminance(watched.dib, slot);
-    const std::int32_t sceneStart = m_detector.Process();
-    return watched.IsFirst() || sceneStart >= 1;
+    const Judgement judgement = m_detector.Judge();
+    m_run.NoteFigures(watched.frame, judgement);
+    return AddsVideoScene(watched.frame.number, judgement);
 }
 
 void SceneDetectFilter::SettleGrid(const Watched& watched) {

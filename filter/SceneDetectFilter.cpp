@@ -77,6 +77,8 @@ STDMETHODIMP SceneDetectFilter::NonDelegatingQueryInterface(REFIID riid, void** 
         return GetInterface(static_cast<IKxSceneDetect2*>(this), ppv);
     if (riid == IID_IKxSceneDetectEx)
         return GetInterface(static_cast<IKxSceneDetectEx*>(this), ppv);
+    if (riid == IID_IKxSceneDetectTuning)
+        return GetInterface(static_cast<IKxSceneDetectTuning*>(this), ppv);
     return CTransInPlaceFilter::NonDelegatingQueryInterface(riid, ppv);
 }
 

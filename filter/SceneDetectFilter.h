@@ -17,7 +17,10 @@ namespace scenedetect {
 
 /// Made by the class factory only (`CreateInstance`); lives by its COM references. Negotiation runs on the
 /// thread that builds the graph, `Transform` on the streaming thread, the control methods on any.
-class SceneDetectFilter final : public CTransInPlaceFilter, public IKxSceneDetect2, public IKxSceneDetectEx {
+class SceneDetectFilter final : public CTransInPlaceFilter,
+                                public IKxSceneDetect2,
+                                public IKxSceneDetectEx,
+                                public IKxSceneDetectTuning {
   public:
     /// The class table's creation function. Null with a failure code in `*phr` when it can't be made.
     static CUnknown* WINAPI CreateInstance(LPUNKNOWN outer, HRESULT* phr);
@@ -58,6 +61,14 @@ class SceneDetectFilter final : public CTransInPlaceFilter, public IKxSceneDetec
     STDMETHODIMP SetTimeOffset(LONGLONG rtOffset) override;
     STDMETHODIMP GetSceneCount(ULONG* pdwCount) override;
     STDMETHODIMP EnableSceneBitmaps(BOOL bEnable) override;
+
+    // --- IKxSceneDetectTuning ---
+    STDMETHODIMP SetParameter(ULONG dwParameter, LONG nValue) override;
+    STDMETHODIMP GetParameter(ULONG dwParameter, LONG* pnValue) override;
+    STDMETHODIMP GetParameterRange(ULONG dwParameter, LONG* pnLeast, LONG* pnMost, LONG* pnDefault) override;
+    STDMETHODIMP ResetParameters() override;
+    STDMETHODIMP EnableFrameFigures(BOOL bEnable) override;
+    STDMETHODIMP GetFrameFigures(ULONG dwCount, KxFrameFigures* pFigures, ULONG* pdwTaken) override;
 
   private:
     SceneDetectFilter(LPUNKNOWN outer, HRESULT* phr);

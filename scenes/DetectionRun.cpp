@@ -17,10 +17,13 @@ void DetectionRun::EnableDetection(bool enable) {
     m_rtTimeOffset = 0;
     if (enable) {
         m_bAddScenePending = false;
+        m_runParameters = m_parameters;
+        m_figures.Begin();
         m_nFrameCount.Start();
     } else {
         // Deliberate: the count stays, so that the length of the finished run can still be asked for.
         m_nFrameCount.Stop();
+        m_figures.End();
         if (!m_strSceneListFile.empty())
             WriteSceneListFile(std::exchange(m_strSceneListFile, {}), m_vecScenePositions, m_nMethod);
     }
@@ -35,6 +38,44 @@ void DetectionRun::MarkScene() {
 void DetectionRun::SetSceneListFile(std::wstring path) {
     const Lock lock(m_csScenes);
     m_strSceneListFile = std::move(path);
+}
+
+DetectionParameters DetectionRun::Parameters() {
+    const Lock lock(m_csScenes);
+    return m_parameters;
+}
+
+void DetectionRun::SetParameters(const DetectionParameters& parameters) {
+    const Lock lock(m_csScenes);
+    m_parameters = parameters;
+}
+
+DetectionParameters DetectionRun::RunParameters() {
+    const Lock lock(m_csScenes);
+    return m_runParameters;
+}
+
+void DetectionRun::EnableFigures(bool enable) {
+    const Lock lock(m_csScenes);
+    if (enable)
+        m_figures.Open();
+    else
+        m_figures.Close();
+    m_bKeepFigures = enable;
+}
+
+std::size_t DetectionRun::TakeFigures(std::span<KxFrameFigures> target) {
+    const Lock lock(m_csScenes);
+    return m_figures.Take(target);
+}
+
+void DetectionRun::NoteFigures(const RunFrame& frame, const Judgement& judgement) {
+    if (!m_bKeepFigures)
+        return;
+    const Lock lock(m_csScenes);
+    // Asked again: meanwhile the run may be over, or the figures no longer wanted.
+    if (m_bKeepFigures && m_nFrameCount.IsCurrent(frame))
+        m_figures.Add(frame.number, judgement);
 }
 
 bool DetectionRun::IsSceneCheckedOut() {

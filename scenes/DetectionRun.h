@@ -1,8 +1,10 @@
 // A detection run: its settings, its counters, the queue of scenes and the positions for the scene-list file.
 #pragma once
 
+#include "engine/DetectionParameters.h"
 #include "platform/CriticalSection.h"
 #include "scenes/FrameCounter.h"
+#include "scenes/FrameFigures.h"
 #include "scenes/IKxSceneDetect.h"
 #include "scenes/RealtimeScene.h"
 #include "scenes/ScenePosition.h"
@@ -11,6 +13,7 @@
 #include <cstdint>
 #include <list>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -20,8 +23,9 @@ namespace scenedetect {
 ///
 /// Host threads call the settings and the queue operations; the streaming thread calls those under
 /// "streaming thread". Settings are single words that take effect at the next sample. `m_csScenes` guards the
-/// two scene collections, the file name and the switch. Detection can be switched off and on while a sample
-/// is in flight: what that sample still reports belongs to a run that is over, and is dropped.
+/// two scene collections, the figures, the parameters, the file name and the switch. Detection can be
+/// switched off and on while a sample is in flight: what that sample still reports belongs to a run that is
+/// over, and is dropped.
 class DetectionRun {
   public:
     /// `m_rtFirstStart` before the run's first sample.
@@ -44,6 +48,15 @@ class DetectionRun {
     void SetSceneListFile(std::wstring path);
     [[nodiscard]] std::int32_t FrameCount() const { return m_nFrameCount.Count(); }
 
+    // --- the picture comparison ---
+    [[nodiscard]] DetectionParameters Parameters();
+    /// For runs that begin from now on.
+    void SetParameters(const DetectionParameters& parameters);
+    /// Figures are kept from now on, or dropped and no longer kept. Throws std::bad_alloc, changing nothing.
+    void EnableFigures(bool enable);
+    /// Hands out the oldest figures; how many.
+    [[nodiscard]] std::size_t TakeFigures(std::span<KxFrameFigures> target);
+
     // --- the queue ---
     [[nodiscard]] bool IsSceneCheckedOut();
     /// Checks out the oldest scene, which stays in the queue; null when there is none. Belongs to the run.
@@ -56,6 +69,10 @@ class DetectionRun {
     // --- streaming thread ---
     /// The frame that the next sample is; nothing while detection is off.
     [[nodiscard]] std::optional<RunFrame> BeginFrame() const { return m_nFrameCount.Current(); }
+    /// The parameters that the run under way is judged by.
+    [[nodiscard]] DetectionParameters RunParameters();
+    /// Keeps what the picture comparison made of a frame, if that is wanted.
+    void NoteFigures(const RunFrame& frame, const Judgement& judgement);
     /// Makes a sample's start relative to the run's first sample.
     [[nodiscard]] LONGLONG RelativeStart(const RunFrame& frame, LONGLONG start);
     /// Asks for a scene at this frame, as MarkScene does, but for this run only.
@@ -72,6 +89,11 @@ class DetectionRun {
     std::list<RealtimeScene> m_sceneList;
     bool m_bSceneCheckedOut = false;
     std::vector<std::int32_t> m_vecScenePositions;
+
+    DetectionParameters m_parameters;    // of the next run
+    DetectionParameters m_runParameters; // of this one
+    FiguresQueue m_figures;
+    std::atomic<bool> m_bKeepFigures = false; // spares the streaming thread the lock
 
     FrameCounter m_nFrameCount; // says whether detection is on, too
     std::atomic<bool> m_bAddScenePending = false;

@@ -22,6 +22,7 @@ inline constexpr CLSID CLSID_TamrakAuxiliaryFilters = {
 KX_INTERFACE(IKxSceneDetect, 0x7A5A6A86, 0x2706, 0x4160, 0xAA, 0xAD, 0x28, 0x93, 0x6E, 0x72, 0x49, 0xA9)
 KX_INTERFACE(IKxSceneDetect2, 0x908663DA, 0x46DC, 0x44EF, 0x9A, 0x05, 0xD3, 0xC4, 0xEB, 0x9B, 0x3C, 0x91)
 KX_INTERFACE(IKxSceneDetectEx, 0x6DECD64D, 0xB9AA, 0x45E3, 0x93, 0xD7, 0x53, 0x9C, 0xC0, 0xA5, 0x95, 0xA6)
+KX_INTERFACE(IKxSceneDetectTuning, 0x6769FA65, 0xC136, 0x45B3, 0xA6, 0x05, 0xAC, 0xFA, 0xC4, 0xB9, 0xD7, 0x85)
 // clang-format on
 #undef KX_INTERFACE
 #undef KX_BIND_INTERFACE_ID
@@ -98,4 +99,67 @@ struct IKxSceneDetectEx : public IUnknown {
 
   protected:
     ~IKxSceneDetectEx() = default;
+};
+
+/// The parameters of the picture comparison (KxMethodVideo), each with its range and its default. The
+/// difference of a frame is the mean absolute difference of its grid of luma samples to that of the frame
+/// before, its level their mean: both 0..255.
+enum KxDetectionParameter : std::uint32_t {
+    /// 0..255 (13): by how much a frame's difference must exceed its neighbours' to be a cut.
+    KxCutThreshold = 0,
+    /// -1..255 (25): mean level up to which a frame is dark; the darkest of a fade starts a scene. -1: none.
+    KxDarkLevel = 1,
+    /// 1..255 (255): the most that one sample adds to a difference.
+    KxClamp = 2,
+    /// 1..4 (3): how many of its four neighbours, two on either side, a cut must exceed.
+    KxVotes = 3,
+    /// 0..2147483647 (the process-wide length, 0): frames after which a scene ends without a cut; 0: never.
+    KxLongestScene = 4,
+};
+
+/// What was found about a frame; the flags of KxFrameFigures.
+enum KxFrameFlags : std::uint32_t {
+    KxFrameFilled = 1, ///< its difference of 0, a repeated frame amid motion, was taken for nFilled
+    KxFrameDark = 2,   ///< the darkest of a fade
+    KxFrameCut = 4,    ///< a scene starts with it; set for a run's first frame, too, once there are three
+};
+
+/// The figures of one frame. Frame 1 of a run and its last two are measured, but never judged: without the
+/// last two flags.
+struct KxFrameFigures {
+    ULONG dwPosition; ///< number of the frame in the run, as GetFrameCount counts
+    LONG nDifference; ///< to the frame before, as it was measured; of the first frame to black
+    LONG nLevel;
+    LONG nFilled;  ///< the difference as it was judged: nDifference but for KxFrameFilled
+    ULONG dwFlags; ///< of KxFrameFlags
+};
+
+/// Sets the parameters of the picture comparison for this filter alone, and hands out its figures.
+///
+/// Methods may be called from any thread, while samples stream, too. Parameters count from the next run on: a
+/// run is judged by those that were set when EnableDetection(TRUE) began it, to its end.
+struct IKxSceneDetectTuning : public IUnknown {
+    /// `dwParameter`: one of KxDetectionParameter. E_INVALIDARG for another, and for a value outside its
+    /// range; nothing changes then.
+    STDMETHOD(SetParameter)(ULONG dwParameter, LONG nValue) = 0;
+    /// What the next run will be judged by. E_INVALIDARG for an unknown parameter, E_POINTER for null.
+    STDMETHOD(GetParameter)(ULONG dwParameter, LONG* pnValue) = 0;
+    /// The least and the greatest value that SetParameter takes, and the default. Any pointer may be null.
+    /// E_INVALIDARG for an unknown parameter.
+    STDMETHOD(GetParameterRange)(ULONG dwParameter, LONG* pnLeast, LONG* pnMost, LONG* pnDefault) = 0;
+    /// All back to their defaults; the longest scene follows the process-wide length again. Always S_OK.
+    STDMETHOD(ResetParameters)() = 0;
+    /// Whether the figures of frames compared from now on are kept (off by default). Switching off drops
+    /// those that are queued. E_OUTOFMEMORY when there is no room for them.
+    STDMETHOD(EnableFrameFigures)(BOOL bEnable) = 0;
+    /// Hands out the oldest figures, at most `dwCount` (above 0), and says how many. They are in the order of
+    /// the frames. A frame's figures are final, and handed out, once two more frames were compared; those of
+    /// the last two come after EnableDetection(FALSE), which keeps all that are queued until
+    /// EnableDetection(TRUE) drops them. 65536 are kept: if more come before they are taken the oldest are
+    /// lost, and positions leave a gap. Frames that can't be compared have none. VFW_S_NO_MORE_ITEMS, a
+    /// success code, when there are none (yet); E_POINTER for null.
+    STDMETHOD(GetFrameFigures)(ULONG dwCount, KxFrameFigures* pFigures, ULONG* pdwTaken) = 0;
+
+  protected:
+    ~IKxSceneDetectTuning() = default;
 };

@@ -36,4 +36,9 @@ std::int32_t ScenePosition(std::uint32_t method, const SceneMoment& moment) {
     return static_cast<std::int32_t>(std::clamp(frames - kVideoLookAhead, 0.0, kLast));
 }
 
+bool AddsVideoScene(std::int32_t frameNumber, const Judgement& judgement) {
+    // The scene that the engine reports for frame 0 is there already.
+    return frameNumber == 0 || judgement.sceneStart >= 1;
+}
+
 } // namespace scenedetect

@@ -1,5 +1,7 @@
-// The rule that places a scene: which frame number a frame under watch gives it.
+// The rule that places a scene: which frame number a frame under watch gives it, and whether there is one.
 #pragma once
+
+#include "engine/Decision.h"
 
 #include <windows.h>
 
@@ -22,5 +24,8 @@ struct SceneMoment {
 /// frames late, so "Video" positions lie two frames before the moment, and never before 0. A position that
 /// does not fit 32 bits saturates.
 [[nodiscard]] std::int32_t ScenePosition(std::uint32_t method, const SceneMoment& moment);
+
+/// Whether frame `frameNumber` of a run adds a scene under "Video", given what the comparison made of it.
+[[nodiscard]] bool AddsVideoScene(std::int32_t frameNumber, const Judgement& judgement);
 
 } // namespace scenedetect

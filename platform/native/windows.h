@@ -126,6 +126,10 @@ struct IClassFactory : IUnknown {
     ~IClassFactory() = default;
 };
 
+// What a module of classes lets out.
+STDAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv);
+STDAPI DllCanUnloadNow();
+
 // Task memory: what one side of an interface allocates and the other frees.
 inline void* CoTaskMemAlloc(std::size_t bytes) {
     return std::malloc(bytes);
@@ -179,13 +183,13 @@ static_assert(sizeof(BITMAPFILEHEADER) == 14);
 #define BI_RLE4 2u
 #define BI_BITFIELDS 3u
 
-#define RGB(r, g, b)                                                                                       \
-    (static_cast<COLORREF>(static_cast<BYTE>(r)) | (static_cast<COLORREF>(static_cast<BYTE>(g)) << 8) |    \
+#define RGB(r, g, b)                                                                                         \
+    (static_cast<COLORREF>(static_cast<BYTE>(r)) | (static_cast<COLORREF>(static_cast<BYTE>(g)) << 8) |      \
      (static_cast<COLORREF>(static_cast<BYTE>(b)) << 16))
 #define GetRValue(colour) static_cast<BYTE>(colour)
 #define GetGValue(colour) static_cast<BYTE>((colour) >> 8)
 #define GetBValue(colour) static_cast<BYTE>((colour) >> 16)
 
-#define MAKEFOURCC(a, b, c, d)                                                                             \
-    (static_cast<DWORD>(static_cast<BYTE>(a)) | (static_cast<DWORD>(static_cast<BYTE>(b)) << 8) |          \
+#define MAKEFOURCC(a, b, c, d)                                                                               \
+    (static_cast<DWORD>(static_cast<BYTE>(a)) | (static_cast<DWORD>(static_cast<BYTE>(b)) << 8) |            \
      (static_cast<DWORD>(static_cast<BYTE>(c)) << 16) | (static_cast<DWORD>(static_cast<BYTE>(d)) << 24))

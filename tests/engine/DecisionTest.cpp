@@ -117,15 +117,45 @@ TEST(Decision, AnotherStartFrameBeginsANewWarmUp) {
     EXPECT_THAT(Report(detector, {10, 100, {{101, 60, 100}, {104, 60, 100}}}), ElementsAre(104));
 }
 
-TEST(Decision, ParametersChangeTheMargins) {
-    const auto report = [](const Film& film) {
+TEST(Decision, ParametersChangeTheReport) {
+    const auto expect = [](const char* name, const DetectionParameters& parameters, const Film& film,
+                           const std::vector<int>& reported) {
         ScriptedDetector detector;
-        detector.SetParameters(50, 90, 255, 2);
-        return Report(detector, film);
+        detector.SetParameters(parameters);
+        EXPECT_EQ(Report(detector, film), reported) << name;
     };
-    EXPECT_THAT(report({10, 100, {{4, 40, 100}, {5, 51, 100}, {6, 40, 100}}}), ElementsAre(0, 5));
-    EXPECT_THAT(report({10, 100, {{4, 40, 100}, {5, 50, 100}, {6, 40, 100}}}), ElementsAre(0));
-    EXPECT_THAT(report({10, 100, {{4, 10, 90}, {5, 10, 100}}}), ElementsAre(0, 4));
+    expect("margin reached", {50, 90, 255, 2}, {10, 100, {{4, 40, 100}, {5, 51, 100}, {6, 40, 100}}}, {0, 5});
+    expect("margin missed", {50, 90, 255, 2}, {10, 100, {{4, 40, 100}, {5, 50, 100}, {6, 40, 100}}}, {0});
+    expect("brighter dark frame", {50, 90, 255, 2}, {10, 100, {{4, 10, 90}, {5, 10, 100}}}, {0, 4});
+    expect("faintest cut", {0, 25, 255, 3}, {10, 100, {{5, 1, 100}}}, {0, 5});
+    expect("no margin can be that great", {255, 25, 255, 3}, {10, 100, {{5, 255, 255}}}, {0});
+    expect("no frame is dark", {13, -1, 255, 3}, {12, 30, {{4, 10, 0}, {5, 10, 30}}}, {0});
+    // Votes for the frames from 3 on: 2, 1, 1, 2. One right after a reported one is suppressed.
+    const Film motion{12, 100, {{3, 50, 100}, {4, 50, 100}, {5, 60, 100}, {6, 50, 100}}};
+    expect("one vote", {13, 25, 255, 1}, motion, {0, 3, 5});
+    expect("two votes", {13, 25, 255, 2}, motion, {0, 3, 6});
+    expect("three votes", {13, 25, 255, 3}, motion, {0});
+    expect("four votes", {13, 25, 255, 4}, {10, 100, {{5, 60, 100}}}, {0, 5});
+    expect("four votes, one missing", {13, 25, 255, 4}, {10, 100, {{5, 60, 100}, {6, 50, 100}}}, {0});
+}
+
+TEST(Decision, TheLongestSceneIsEachDetectorsOwn) {
+    const struct {
+        std::int32_t processWide;
+        std::int32_t own;
+        std::vector<int> reported;
+    } cases[] = {
+        {4, DetectionParameters::kProcessWide, {0, 4, 8}}, {4, 6, {0, 6}}, {4, 0, {0}}, {0, 6, {0, 6}}};
+    for (const auto& one : cases) {
+        ScriptedDetector detector;
+        detector.SetParameters(DetectionParameters{.longestScene = one.own});
+        g_maxSceneLength = one.processWide;
+        EXPECT_EQ(Report(detector, {14, 100, {}}), one.reported) << one.processWide << '/' << one.own;
+        detector.SetParameters(13, 25, 255, 3); // these four only
+        detector.Reset();
+        EXPECT_EQ(Report(detector, {14, 100, {}}), one.reported) << one.processWide << '/' << one.own;
+    }
+    g_maxSceneLength = 0;
 }
 
 TEST(Decision, ForcedCutEndsScenesThatAreTooLong) {

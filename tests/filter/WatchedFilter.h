@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace scenedetect::testing_support {
@@ -73,6 +74,19 @@ class WatchedFilter {
             m_filter->ReleaseScene();
         }
         return positions;
+    }
+
+    /// All figures that there are, each as "position difference level filled flags".
+    std::vector<std::string> Figures() {
+        std::vector<std::string> rows;
+        KxFrameFigures some[7];
+        ULONG taken = 0;
+        while (m_filter->GetFrameFigures(7, some, &taken) == S_OK)
+            for (ULONG i = 0; i < taken; ++i)
+                rows.push_back(std::to_string(some[i].dwPosition) + ' ' +
+                               std::to_string(some[i].nDifference) + ' ' + std::to_string(some[i].nLevel) +
+                               ' ' + std::to_string(some[i].nFilled) + ' ' + std::to_string(some[i].dwFlags));
+        return rows;
     }
 
     ULONG FrameCount() {

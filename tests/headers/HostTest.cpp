@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-STDAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv);
-STDAPI DllCanUnloadNow();
-
 namespace {
 
 TEST(PublicHeaders, SufficeToSteerTheFilter) {
@@ -18,6 +15,14 @@ TEST(PublicHeaders, SufficeToSteerTheFilter) {
     ASSERT_EQ(scenes->QueryInterface(IID_IKxSceneDetectEx, &made), S_OK);
     auto* scenesEx = static_cast<IKxSceneDetectEx*>(made);
 
+    ASSERT_EQ(scenes->QueryInterface(IID_IKxSceneDetectTuning, &made), S_OK);
+    auto* tuning = static_cast<IKxSceneDetectTuning*>(made);
+
+    EXPECT_EQ(tuning->SetParameter(KxVotes, 4), S_OK);
+    EXPECT_EQ(tuning->EnableFrameFigures(TRUE), S_OK);
+    KxFrameFigures figures[10];
+    ULONG taken = 0;
+    EXPECT_EQ(tuning->GetFrameFigures(10, figures, &taken), VFW_S_NO_MORE_ITEMS);
     EXPECT_EQ(scenes->SetDetectionMethod(KxMethodInterval), S_OK);
     EXPECT_EQ(scenes->SetSceneInterval(25), S_OK);
     EXPECT_EQ(scenesEx->EnableSceneBitmaps(FALSE), S_OK);
@@ -29,6 +34,7 @@ TEST(PublicHeaders, SufficeToSteerTheFilter) {
     EXPECT_EQ(position, 0xFFFFFFFFu);
     EXPECT_EQ(scenes->EnableDetection(FALSE), S_OK);
 
+    tuning->Release();
     scenesEx->Release();
     scenes->Release();
     EXPECT_EQ(DllCanUnloadNow(), S_OK);

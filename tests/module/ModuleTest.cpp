@@ -82,7 +82,8 @@ TEST_F(Module, TheFilterCanBeAggregated) {
     EXPECT_EQ(made, nullptr) << "an aggregate is handed out as IUnknown only";
     ASSERT_EQ(Factory()->CreateInstance(&outer, IID_IUnknown, &made), S_OK);
     outer.inner.reset(static_cast<IUnknown*>(made));
-    for (const IID& iid : {IID_IBaseFilter, IID_IKxSceneDetect, IID_IKxSceneDetect2, IID_IKxSceneDetectEx}) {
+    for (const IID& iid : {IID_IBaseFilter, IID_IKxSceneDetect, IID_IKxSceneDetect2, IID_IKxSceneDetectEx,
+                           IID_IKxSceneDetectTuning}) {
         const auto found = QueryFor<IUnknown>(&outer, iid);
         ASSERT_TRUE(found);
         EXPECT_EQ(outer.count, 2u) << "references are the outer object's";

@@ -3,6 +3,8 @@
 #include "tests/module/FilterStream.h"
 #include "tests/module/LoadedModule.h"
 
+#include <cstring>
+
 namespace scenedetect {
 namespace {
 
@@ -116,6 +118,37 @@ TEST_F(RawTable, Offsets) {
     EXPECT_EQ(Call(scenesEx, 4, longTime), kOk) << "SetTimeOffset, for samples with times";
     EXPECT_EQ(m_stream->Send(Picture(FilterStream::kPictureBytes), 0), S_OK);
     EXPECT_EQ(Drain(), 19998u);
+}
+
+TEST_F(RawTable, Tuning) {
+    const std::uint8_t iid[16] = {0x65, 0xFA, 0x69, 0x67, 0x36, 0xC1, 0xB3, 0x45,
+                                  0xA6, 0x05, 0xAC, 0xFA, 0xC4, 0xB9, 0xD7, 0x85};
+    void* tuning = nullptr;
+    ASSERT_EQ(Call(scenes, 0, &iid, &tuning), kOk);
+    std::int32_t value = 77;
+    EXPECT_EQ(Call(tuning, 3, std::uint32_t{0}, std::int32_t{40}), kOk) << "SetParameter, cut threshold";
+    EXPECT_EQ(Call(tuning, 3, std::uint32_t{3}, std::int32_t{5}), static_cast<std::int32_t>(0x80070057));
+    EXPECT_EQ(Call(tuning, 4, std::uint32_t{0}, &value), kOk) << "GetParameter";
+    EXPECT_EQ(value, 40);
+    std::int32_t range[3] = {};
+    EXPECT_EQ(Call(tuning, 5, std::uint32_t{1}, &range[0], &range[1], &range[2]), kOk) << "GetParameterRange";
+    EXPECT_TRUE(range[0] == -1 && range[1] == 255 && range[2] == 25);
+    EXPECT_EQ(Call(tuning, 6), kOk) << "ResetParameters";
+    EXPECT_EQ(Call(tuning, 4, std::uint32_t{0}, &value), kOk);
+    EXPECT_EQ(value, 13);
+
+    EXPECT_EQ(Call(tuning, 7, std::int32_t{2}), kOk) << "EnableFrameFigures";
+    Call(scenes, 7, std::uint32_t{1});
+    Call(scenes, 3, std::int32_t{1});
+    Stream(4);
+    std::int32_t figures[4][5] = {}; // position, difference, level, filled, flags
+    std::uint32_t taken = 77;
+    EXPECT_EQ(Call(tuning, 8, std::uint32_t{4}, &figures, &taken), kOk) << "GetFrameFigures";
+    EXPECT_EQ(taken, 2u);
+    const std::int32_t expected[4][5] = {{0, 90, 90, 90, 4}, {1, 0, 90, 0, 0}};
+    EXPECT_EQ(std::memcmp(figures, expected, sizeof figures), 0);
+    EXPECT_EQ(Call(tuning, 8, std::uint32_t{4}, &figures, &taken), kNoMoreItems);
+    Call(tuning, 2);
 }
 
 TEST_F(RawTable, SceneListFile) {

@@ -160,6 +160,27 @@ TEST(DetectionRun, ASampleOfAnEndedRunLeavesNoTrace) {
     }
 }
 
+TEST(DetectionRun, FiguresOfAnEndedRunLeaveNoTrace) {
+    DetectionRun run;
+    KxFrameFigures figures[9];
+    run.EnableFigures(true);
+    run.EnableDetection(true);
+    run.NoteFigures(*run.BeginFrame(), {.difference = 7});
+    run.EndFrame(*run.BeginFrame());
+    const auto inFlight = run.BeginFrame();
+    EXPECT_EQ(run.TakeFigures(figures), 0u) << "held back";
+    run.EnableDetection(false);
+    run.NoteFigures(*inFlight, {.difference = 8});
+    ASSERT_EQ(run.TakeFigures(figures), 1u);
+    EXPECT_EQ(figures[0].nDifference, 7);
+    run.EnableDetection(true);
+    run.NoteFigures(*inFlight, {.difference = 8});
+    run.NoteFigures(*run.BeginFrame(), {.difference = 9});
+    run.EnableDetection(false);
+    ASSERT_EQ(run.TakeFigures(figures), 1u);
+    EXPECT_EQ(figures[0].nDifference, 9);
+}
+
 TEST(DetectionRun, HostAndStreamingThreadMeetWithoutLosingScenes) {
     DetectionRun run;
     run.m_nMethod = KxMethodInterval;

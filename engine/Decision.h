@@ -1,0 +1,54 @@
+// The rule of the scene-change engine: two numbers per frame in, a scene's first frame out, two frames late.
+#pragma once
+
+#include "engine/DetectionParameters.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+namespace scenedetect {
+
+/// What came of one frame, the current one. A judgement concerns two more: the one before it, whose
+/// difference may be filled, and the one two before it, which is the one that is judged.
+struct Judgement {
+    std::int32_t difference = 0;          ///< of the current frame, as it was measured
+    std::int32_t level = 0;               ///< of the current frame
+    std::optional<std::int32_t> filled{}; ///< stands in for the difference of the frame before, which is 0
+    bool isDark = false;                  ///< the frame two before is dark among brighter ones
+    std::int32_t sceneStart = -1; ///< number of the frame two before if a scene starts with it, else -1
+};
+
+/// The rule and its state. Needs no pictures: figures noted in one run can be judged again with other
+/// parameters. For one thread.
+class Decision {
+  public:
+    /// Takes effect with the next frame; forgets nothing. The clamp has done its work by then.
+    void SetParameters(const DetectionParameters& parameters) { m_parameters = parameters; }
+    [[nodiscard]] const DetectionParameters& Parameters() const { return m_parameters; }
+    /// Whole frames per second, for the time codes of the trace.
+    void SetFrameRate(std::int32_t framesPerSecond) { m_frameRate = framesPerSecond; }
+    /// Forgets every frame.
+    void Reset();
+    /// Counts on from `frame`, with a new warm-up.
+    void SetStartFrame(std::int32_t frame);
+    [[nodiscard]] std::int32_t FrameCount() const { return m_frameCount; }
+
+    /// Takes the next frame's difference to the frame before it and its mean level, and counts it.
+    Judgement Judge(std::int32_t difference, std::int32_t level);
+
+  private:
+    void Decide(Judgement& judgement);
+    void Trace(std::int32_t frame, const Judgement& judgement) const;
+
+    DetectionParameters m_parameters;
+    bool m_darkLock = false;
+    std::int32_t m_lastCut = 0;
+    std::array<std::int32_t, 5> m_differences{}; ///< oldest first
+    std::array<std::int32_t, 5> m_levels{};
+    std::int32_t m_frameRate = 30;
+    std::int32_t m_startFrame = 0;
+    std::int32_t m_frameCount = 0;
+};
+
+} // namespace scenedetect

@@ -1,0 +1,51 @@
+// Each frame's figures as the picture comparison found them: put together and kept for the host.
+#pragma once
+
+#include "engine/Decision.h"
+#include "scenes/IKxSceneDetect.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace scenedetect {
+
+/// Enters what came of a frame where it belongs: in that frame's own figures (all but the position is set),
+/// and in those of the two frames compared before it; null for one that there is not.
+void NoteJudgement(const Judgement& judgement, KxFrameFigures& current, KxFrameFigures* before,
+                   KxFrameFigures* twoBefore);
+
+/// The figures of a run's last frames, as many as it has room for: the oldest give way. Those of the latest
+/// two frames are not final before the run is over, and are held back until then. The caller locks.
+class FiguresQueue {
+  public:
+    static constexpr std::size_t kRoom = 65536;
+    static constexpr std::size_t kLookAhead = 2;
+
+    /// Makes room; what is kept stays. Throws std::bad_alloc.
+    void Open() { m_ring.resize(kRoom); }
+    /// Drops everything and gives the room back.
+    void Close();
+    /// A run begins: drops everything.
+    void Begin();
+    /// The run is over: nothing is held back any longer.
+    void End() { m_heldBack = 0; }
+
+    /// The next frame that was compared, which is number `position` of the run. Only while open.
+    void Add(std::int32_t position, const Judgement& judgement);
+    /// Hands out the oldest; how many.
+    std::size_t Take(std::span<KxFrameFigures> target);
+
+  private:
+    KxFrameFigures& At(std::uint64_t index) { return m_ring[index % kRoom]; }
+    KxFrameFigures* Before(std::size_t frames);
+
+    std::vector<KxFrameFigures> m_ring;
+    // Counted on and on.
+    std::uint64_t m_begin = 0;
+    std::uint64_t m_end = 0;
+    std::size_t m_heldBack = kLookAhead;
+};
+
+} // namespace scenedetect
