@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/PacketFormat.h"
+#include "hosts/media/PacketFormat.h"
 
 extern "C" {
 #include <libavcodec/codec_id.h>

@@ -1,9 +1,10 @@
 // A media file opened with FFmpeg's libraries: its video stream and the packets of that.
 #pragma once
 
-#include "hosts/kxscenes/FfmpegPointers.h"
-#include "hosts/kxscenes/FrameClock.h"
-#include "hosts/kxscenes/StreamInput.h"
+#include "hosts/media/FfmpegPointers.h"
+#include "hosts/media/FrameClock.h"
+#include "hosts/media/StreamInput.h"
+#include "hosts/shared/MediaFacts.h"
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -33,12 +34,27 @@ class MediaInput {
     /// The part of the file that was read, 0 to 1; negative when its size is unknown.
     [[nodiscard]] double Fraction() const;
 
+    /// The container, by FFmpeg's short name of it ("matroska,webm").
+    [[nodiscard]] std::string FormatName() const;
     /// Whether it is a raw DV stream, to be read as bytes.
     [[nodiscard]] bool IsRawDv() const;
     /// Finds the video stream; HostError when there is none. To be called before what follows.
     void FindVideo();
     [[nodiscard]] AVStream& Video() const { return *m_video; }
     [[nodiscard]] bool IsAvi() const;
+    [[nodiscard]] MediaFacts Facts() const;
+    /// A decoder for the stream, on as many threads (0: one a core). HostError when there is none.
+    [[nodiscard]] FfmpegPtr<AVCodecContext> OpenDecoder(int threads) const;
+    /// Goes to a key frame at or before the stamp, as far as the container can tell. False when it can't.
+    [[nodiscard]] bool SeekBefore(std::int64_t stamp);
+    /// Goes to this place in the file, wherever its packets begin. False when it can't.
+    [[nodiscard]] bool SeekToByte(std::int64_t offset);
+    /// Whether streams may have been joined, so that a stamp may come more than once.
+    [[nodiscard]] bool StampsMayJump() const;
+    /// How often the pictures are to be turned clockwise by a quarter to stand upright: 0 to 3.
+    [[nodiscard]] int QuarterTurns() const;
+    /// The shape of a pixel of a picture of the stream; 0/1 when unknown.
+    [[nodiscard]] AVRational PixelAspect(AVFrame& picture) const;
     /// How the stream's time stamps are to be read.
     [[nodiscard]] FrameClock::Setup ClockSetup() const;
     /// The next packet of the video stream, owned by the caller; empty ones are left out. False at the end,

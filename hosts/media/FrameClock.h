@@ -1,6 +1,7 @@
 // From the time stamps of a container to frame numbers and times of the file.
 #pragma once
 
+#include "hosts/shared/SampleTable.h"
 #include "hosts/shared/TimeScale.h"
 
 extern "C" {
@@ -15,6 +16,22 @@ namespace scenedetect {
 [[nodiscard]] constexpr Ratio RatioOf(AVRational rational) {
     return {rational.num, rational.den};
 }
+
+/// The stamps of pictures in their order of showing; where one is missing, or too far off to be true, the one
+/// that was expected. So a second reading finds a picture by the stamp that the first has noted.
+class StampFiller {
+  public:
+    StampFiller(AVRational unit, AVRational rate);
+
+    /// The stamp of the next picture; kNoStamp while nothing tells where the pictures are.
+    [[nodiscard]] std::int64_t Next(std::int64_t stamp);
+    /// To be called when the next picture does not follow the last.
+    void Forget() { m_expected = kNoStamp; }
+
+  private:
+    const std::int64_t m_step;
+    std::int64_t m_expected = 0; // a stream without stamps is counted from 0
+};
 
 /// Numbers the pictures of one stream in their order of showing.
 ///
@@ -31,16 +48,13 @@ class FrameClock {
         bool stampsMayJump = false;         ///< where streams were joined
         std::optional<std::int64_t> origin; ///< stamp of frame 0; else the first picture is frame 0
     };
-    struct Reading {
-        std::int64_t frame;
-        std::int64_t time; ///< in units of Scale()
-    };
 
     explicit FrameClock(const Setup& setup);
 
     [[nodiscard]] TimeScale Scale() const { return {RatioOf(m_unit), RatioOf(m_setup.rate)}; }
-    /// Reads the next picture's stamp; AV_NOPTS_VALUE for a picture without one.
-    [[nodiscard]] Reading Next(std::int64_t stamp);
+    /// Reads the next picture's stamp; AV_NOPTS_VALUE for a picture without one. The times are in units of
+    /// Scale().
+    [[nodiscard]] FilePlace Next(std::int64_t stamp, std::int64_t byteOffset);
 
   private:
     [[nodiscard]] std::optional<std::int64_t> TimeOf(std::int64_t stamp);
@@ -48,6 +62,7 @@ class FrameClock {
     const Setup m_setup;
     const AVRational m_unit;
     const std::int64_t m_frameTime; // length of a frame in units
+    StampFiller m_stamps;
     bool m_isConstant;
     std::optional<std::int64_t> m_origin;
     std::int64_t m_nextFrame = 0;

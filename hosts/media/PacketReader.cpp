@@ -1,4 +1,6 @@
-#include "hosts/kxscenes/PacketReader.h"
+#include "hosts/media/PacketReader.h"
+
+#include "hosts/shared/DvCheck.h"
 
 #include <utility>
 
@@ -27,6 +29,12 @@ PacketReader::PacketReader(std::unique_ptr<MediaInput> input, AVPacket& first, c
       m_clock(setup),
       m_damage(damage) {
     av_packet_move_ref(m_packet.get(), &first);
+    m_facts = m_input->Facts();
+    if (m_isDv && !m_facts.startTimecode) {
+        const std::span<const std::uint8_t> bytes(m_packet->data, static_cast<std::size_t>(m_packet->size));
+        if (const auto system = IdentifyDvFrame(bytes))
+            m_facts.startTimecode = FactsOfDv(bytes, *system).startTimecode;
+    }
     m_damage.Begin();
 }
 
@@ -57,16 +65,16 @@ bool PacketReader::Next(Picture& picture) {
     picture.Clear();
     while (ReadPacket()) {
         const std::int64_t stamp = m_packet->pts != AV_NOPTS_VALUE ? m_packet->pts : m_packet->dts;
-        const FrameClock::Reading reading = m_clock.Next(stamp);
+        const FilePlace place = m_clock.Next(stamp, m_packet->pos);
         // What an edit list cuts away, and what is not a whole picture.
         const bool isCut = (m_packet->flags & AV_PKT_FLAG_DISCARD) != 0;
         if (isCut || !IdentifyPacket(picture.format) || av_packet_make_refcounted(m_packet.get()) < 0) {
             if (!isCut)
-                m_damage.Report("frame " + std::to_string(reading.frame) + " is damaged and left out");
+                m_damage.Report("frame " + std::to_string(place.frame) + " is damaged and left out");
             av_packet_unref(m_packet.get());
             continue;
         }
-        picture.place = {reading.frame, reading.time, m_packet->pos};
+        picture.place = place;
         MoveBytes(*m_packet, picture);
         SetFraction(m_input->Fraction());
         return true;

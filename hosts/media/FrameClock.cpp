@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/FrameClock.h"
+#include "hosts/media/FrameClock.h"
 
 extern "C" {
 #include <libavutil/mathematics.h>
@@ -6,6 +6,7 @@ extern "C" {
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace scenedetect {
 namespace {
@@ -29,10 +30,22 @@ AVRational UnitFor(AVRational rate) {
 
 } // namespace
 
+StampFiller::StampFiller(AVRational unit, AVRational rate)
+    : m_step(std::max<std::int64_t>(1, av_rescale_q(1, av_inv_q(rate), unit))) {}
+
+std::int64_t StampFiller::Next(std::int64_t stamp) {
+    if (!IsWild(stamp))
+        m_expected = stamp;
+    else if (m_expected == kNoStamp)
+        return kNoStamp;
+    return std::exchange(m_expected, m_expected + m_step);
+}
+
 FrameClock::FrameClock(const Setup& setup)
     : m_setup(setup),
       m_unit(UnitFor(setup.rate)),
       m_frameTime(std::max<std::int64_t>(1, av_rescale_q(1, av_inv_q(setup.rate), m_unit))),
+      m_stamps(setup.stampUnit, setup.rate),
       m_isConstant(setup.constantRate),
       m_origin(setup.origin) {}
 
@@ -54,7 +67,7 @@ std::optional<std::int64_t> FrameClock::TimeOf(std::int64_t stamp) {
     return m_nextTime;
 }
 
-FrameClock::Reading FrameClock::Next(std::int64_t stamp) {
+FilePlace FrameClock::Next(std::int64_t stamp, std::int64_t byteOffset) {
     std::int64_t time = TimeOf(stamp).value_or(m_nextTime);
     if (m_isConstant) {
         const std::int64_t frame = std::max((time + m_frameTime / 2) / m_frameTime, m_nextFrame);
@@ -69,7 +82,7 @@ FrameClock::Reading FrameClock::Next(std::int64_t stamp) {
     time = std::max(time, m_lastTime + 1);
     m_lastTime = time;
     m_nextTime = time + m_frameTime;
-    return {m_nextFrame++, time};
+    return {m_nextFrame++, time, byteOffset, m_stamps.Next(stamp)};
 }
 
 } // namespace scenedetect

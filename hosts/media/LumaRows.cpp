@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/LumaRows.h"
+#include "hosts/media/LumaRows.h"
 
 #include <cstring>
 

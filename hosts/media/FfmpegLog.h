@@ -6,10 +6,11 @@
 
 namespace scenedetect {
 
-/// From now on the libraries print nothing; the last error that a demuxer reported is kept.
+/// From now on the libraries print nothing; the last error that a demuxer reported on a thread is kept
+/// there.
 void CaptureFfmpegLog();
 
-/// How many errors demuxers reported so far, and the last of them (one line). Any thread.
+/// How many errors demuxers reported on this thread so far, and the last of them (one line).
 [[nodiscard]] std::size_t DemuxerErrorCount();
 [[nodiscard]] std::string LastDemuxerError();
 

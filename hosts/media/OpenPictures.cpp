@@ -1,11 +1,11 @@
-#include "hosts/kxscenes/OpenPictures.h"
+#include "hosts/media/OpenPictures.h"
 
-#include "hosts/kxscenes/DecodedReader.h"
-#include "hosts/kxscenes/FfmpegPointers.h"
-#include "hosts/kxscenes/MediaInput.h"
-#include "hosts/kxscenes/PacketFormat.h"
-#include "hosts/kxscenes/PacketReader.h"
-#include "hosts/kxscenes/StreamInput.h"
+#include "hosts/media/DecodedReader.h"
+#include "hosts/media/FfmpegPointers.h"
+#include "hosts/media/MediaInput.h"
+#include "hosts/media/PacketFormat.h"
+#include "hosts/media/PacketReader.h"
+#include "hosts/media/StreamInput.h"
 #include "hosts/shared/DamageLog.h"
 #include "hosts/shared/DvCheck.h"
 #include "hosts/shared/HostError.h"
@@ -35,7 +35,7 @@ std::vector<std::uint8_t> Begin(StreamInput& stream, std::size_t bytes) {
 }
 
 bool IsDv50(std::span<const std::uint8_t> data) {
-    const DvSystem system = VoteDvSystem(data, DvSystem::Lines525);
+    const DvSystem system = VoteDvSystem(data).value_or(DvSystem::Lines525);
     return ProfileOfDvFrame(data.first(std::min(data.size(), DvFrameBytes(system))), system) ==
            DvProfile::Dv50;
 }
@@ -60,7 +60,8 @@ std::unique_ptr<MediaInput> OpenMedia(const std::string& path, std::shared_ptr<S
     return input;
 }
 
-std::unique_ptr<PictureReader> OpenPackets(std::unique_ptr<MediaInput> input, const DamageLog& damage) {
+std::unique_ptr<PictureReader> OpenPackets(std::unique_ptr<MediaInput> input, const DamageLog& damage,
+                                           int decoderThreads) {
     const auto first = OwnFfmpeg(av_packet_alloc());
     if (!input->ReadPacket(*first))
         throw HostError(input->Path() + ": no picture can be read");
@@ -82,15 +83,16 @@ std::unique_ptr<PictureReader> OpenPackets(std::unique_ptr<MediaInput> input, co
     }
     if (const auto format = UncompressedFormat(stream, RatioOf(setup.rate)); format && input->IsAvi())
         return std::make_unique<PacketReader>(std::move(input), *first, *format, setup, damage);
-    return std::make_unique<DecodedReader>(std::move(input), *first, damage);
+    return std::make_unique<DecodedReader>(std::move(input), *first, damage, decoderThreads);
 }
 
 } // namespace
 
-std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const std::atomic<bool>& stop,
-                                            Console& console) {
+std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Reading& reading,
+                                            const DamageLog::Listener& listener) {
+    const std::atomic<bool>& stop = reading.stop;
     auto stream = std::make_shared<StreamInput>(path, stop);
-    const DamageLog damage(console, stream->Path());
+    const DamageLog damage(reading.console, stream->Path(), listener);
     const auto readRaw = [&] {
         stream->Rewind();
         stream->Settle();
@@ -98,6 +100,8 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const std::
     };
     // No container begins as a DV frame does.
     const auto start = Begin(*stream, kDifFrameBytes625);
+    if (start.empty() && !stop)
+        throw HostError(stream->Path() + ": is empty");
     const bool isDv = IsDvFrameStart(start);
     if (isDv && !IsDv50(start))
         return readRaw();
@@ -116,7 +120,7 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const std::
     if (input->IsRawDv())
         input->FindVideo();
     stream->Settle();
-    return OpenPackets(std::move(input), damage);
+    return OpenPackets(std::move(input), damage, reading.decoderThreads);
 }
 
 } // namespace scenedetect

@@ -1,6 +1,6 @@
-#include "hosts/kxscenes/DecodedReader.h"
+#include "hosts/media/DecodedReader.h"
 
-#include "hosts/kxscenes/FfmpegLog.h"
+#include "hosts/media/FfmpegLog.h"
 #include "hosts/shared/HostError.h"
 
 #include <limits>
@@ -16,13 +16,17 @@ constexpr WORD kYuy2Bits = 16;
 
 } // namespace
 
-DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first, const DamageLog& damage)
-    : m_input(std::move(input)), m_clock(m_input->ClockSetup()), m_damage(damage) {
+DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first, const DamageLog& damage,
+                             int threads)
+    : m_input(std::move(input)),
+      m_clock(m_input->ClockSetup()),
+      m_damage(damage),
+      m_decoder(m_input->OpenDecoder(threads)) {
     av_packet_move_ref(m_packet.get(), &first);
-    OpenDecoder();
     // The picture's true size and format are those of the first one that comes out.
     if (!Decode())
-        throw HostError(m_input->Path() + ": no picture can be decoded");
+        throw HostError(m_input->Path() + (m_input->IsStopped() ? ": stopped before the first picture"
+                                                                : ": no picture can be decoded"));
     m_isFramePending = true;
     m_layout = std::make_unique<LumaLayout>(*m_frame);
     if (m_layout->Bytes() > std::numeric_limits<std::int32_t>::max())
@@ -36,21 +40,8 @@ DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first,
     m_damage.Begin();
 }
 
-void DecodedReader::OpenDecoder() {
-    const AVCodecParameters& stream = *m_input->Video().codecpar;
-    const AVCodec* codec = avcodec_find_decoder(stream.codec_id);
-    if (!codec)
-        throw HostError(m_input->Path() + ": no decoder for " + avcodec_get_name(stream.codec_id));
-    m_decoder = OwnFfmpeg(avcodec_alloc_context3(codec));
-    int result = avcodec_parameters_to_context(m_decoder.get(), &stream);
-    m_decoder->pkt_timebase = m_input->Video().time_base;
-    m_decoder->thread_count = 0; // as many as there are cores
-    m_decoder->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
-    if (result >= 0)
-        result = avcodec_open2(m_decoder.get(), codec, nullptr);
-    if (result < 0)
-        throw HostError(m_input->Path() + ": the decoder for " + codec->name +
-                        " cannot be opened: " + FfmpegErrorText(result));
+std::string DecodedReader::Description() const {
+    return m_input->FormatName() + ", decoded by " + m_decoder->codec->name;
 }
 
 // Hands the decoder the next packet, or tells it that there are no more.
@@ -93,13 +84,12 @@ bool DecodedReader::Decode() {
 bool DecodedReader::Next(Picture& picture) {
     picture.Clear();
     while (std::exchange(m_isFramePending, false) || Decode()) {
-        const FrameClock::Reading reading = m_clock.Next(m_frame->best_effort_timestamp);
-        m_lastFrame = reading.frame;
+        picture.place = m_clock.Next(m_frame->best_effort_timestamp, m_frame->pkt_pos);
+        m_lastFrame = picture.place.frame;
         const bool isLaidOut = m_layout->LayOut(*m_frame, picture.OwnBlock(m_layout->Bytes() + kBlockSlack));
-        picture.place = {reading.frame, reading.time, m_frame->pkt_pos};
         av_frame_unref(m_frame.get());
         if (!isLaidOut) {
-            m_damage.Report("frame " + std::to_string(reading.frame) + " has a format that can't be read");
+            m_damage.Report("frame " + std::to_string(m_lastFrame) + " has a format that can't be read");
             continue;
         }
         picture.format = m_format;

@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/StreamInput.h"
+#include "hosts/media/StreamInput.h"
 
 #include "hosts/shared/HostError.h"
 

@@ -1,9 +1,11 @@
-#include "hosts/kxscenes/MediaInput.h"
+#include "hosts/media/MediaInput.h"
 
-#include "hosts/kxscenes/FfmpegLog.h"
+#include "hosts/media/FfmpegLog.h"
 #include "hosts/shared/HostError.h"
 
 extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavutil/display.h>
 #include <libavutil/mem.h>
 }
 
@@ -20,6 +22,7 @@ namespace scenedetect {
 namespace {
 
 constexpr AVRational kFallbackRate{25, 1};
+constexpr int kHighestGuess = 300; // of what no container tells
 
 int IsStopSet(void* stop) {
     return *static_cast<const std::atomic<bool>*>(stop) ? 1 : 0;
@@ -121,6 +124,10 @@ double MediaInput::Fraction() const {
     return std::clamp(static_cast<double>(avio_tell(m_context->pb)) / static_cast<double>(m_size), 0.0, 1.0);
 }
 
+std::string MediaInput::FormatName() const {
+    return m_context->iformat->name;
+}
+
 bool MediaInput::IsRawDv() const {
     return m_context->iformat->name == std::string_view("dv");
 }
@@ -148,19 +155,91 @@ void MediaInput::FindVideo() {
         stream->discard = stream == m_video ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
+MediaFacts MediaInput::Facts() const {
+    const AVCodecParameters& video = *m_video->codecpar;
+    MediaFacts facts;
+    facts.width = video.width;
+    facts.height = video.height;
+    const AVRational aspect = av_guess_sample_aspect_ratio(m_context, m_video, nullptr);
+    if (IsKnown(aspect))
+        facts.pixelAspect = {aspect.num, aspect.den};
+    const Ratio rate{ClockSetup().rate.num, ClockSetup().rate.den};
+    const auto findTimecode = [&](const AVDictionary* metadata) {
+        const AVDictionaryEntry* entry = av_dict_get(metadata, "timecode", nullptr, 0);
+        if (entry && !facts.startTimecode)
+            facts.startTimecode = ParseSourceTimecode(entry->value, rate);
+    };
+    findTimecode(m_video->metadata);
+    findTimecode(m_context->metadata);
+    for (const AVStream* stream : std::span(m_context->streams, m_context->nb_streams)) {
+        findTimecode(stream->metadata);
+        const AVCodecParameters& each = *stream->codecpar;
+        if (each.codec_type == AVMEDIA_TYPE_AUDIO && !facts.audio && each.sample_rate > 0)
+            facts.audio = AudioFacts{each.ch_layout.nb_channels, each.sample_rate};
+    }
+    return facts;
+}
+
+FfmpegPtr<AVCodecContext> MediaInput::OpenDecoder(int threads) const {
+    const AVCodecParameters& stream = *m_video->codecpar;
+    const AVCodec* codec = avcodec_find_decoder(stream.codec_id);
+    if (!codec)
+        throw HostError(m_path + ": no decoder for " + avcodec_get_name(stream.codec_id));
+    auto decoder = OwnFfmpeg(avcodec_alloc_context3(codec));
+    int result = avcodec_parameters_to_context(decoder.get(), &stream);
+    decoder->pkt_timebase = m_video->time_base;
+    decoder->thread_count = threads;
+    decoder->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+    if (result >= 0)
+        result = avcodec_open2(decoder.get(), codec, nullptr);
+    if (result < 0)
+        throw HostError(m_path + ": the decoder for " + codec->name +
+                        " cannot be opened: " + FfmpegErrorText(result));
+    return decoder;
+}
+
+bool MediaInput::SeekBefore(std::int64_t stamp) {
+    return av_seek_frame(m_context, m_video->index, stamp, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+bool MediaInput::SeekToByte(std::int64_t offset) {
+    return av_seek_frame(m_context, -1, offset, AVSEEK_FLAG_BYTE) >= 0;
+}
+
+bool MediaInput::StampsMayJump() const {
+    return (m_context->iformat->flags & AVFMT_TS_DISCONT) != 0;
+}
+
+int MediaInput::QuarterTurns() const {
+    const auto* matrix = reinterpret_cast<const std::int32_t*>(
+        av_stream_get_side_data(m_video, AV_PKT_DATA_DISPLAYMATRIX, nullptr));
+    if (!matrix)
+        return 0;
+    // The matrix tells degrees counterclockwise; not a number when it turns nothing.
+    const double degrees = av_display_rotation_get(matrix);
+    return std::isnan(degrees) ? 0 : static_cast<int>((std::lround(-degrees / 90) % 4 + 4) % 4);
+}
+
+AVRational MediaInput::PixelAspect(AVFrame& picture) const {
+    return av_guess_sample_aspect_ratio(m_context, m_video, &picture);
+}
+
 FrameClock::Setup MediaInput::ClockSetup() const {
     FrameClock::Setup setup;
     setup.stampUnit = m_video->time_base;
     const AVRational average = m_video->avg_frame_rate;
     setup.rate = av_guess_frame_rate(m_context, m_video, nullptr);
-    if (!IsKnown(setup.rate))
-        setup.rate = IsKnown(average) ? average : kFallbackRate;
+    const bool isGuess = !IsKnown(average);
+    // The library's guess may be no more than the unit of the stamps.
+    const bool isKnown = IsKnown(setup.rate) && !(isGuess && av_q2d(setup.rate) > kHighestGuess);
+    if (!isKnown)
+        setup.rate = isGuess ? kFallbackRate : average;
     // Where fields are counted, the rate is twice that of the pictures.
     if (IsInterlaced(m_video->codecpar->field_order) && IsKnown(average) &&
         AreClose(av_mul_q(average, AVRational{2, 1}), setup.rate))
         setup.rate = average;
-    setup.constantRate = IsAvi() || !IsKnown(average) || AreClose(average, setup.rate);
-    setup.stampsMayJump = (m_context->iformat->flags & AVFMT_TS_DISCONT) != 0;
+    setup.constantRate = IsAvi() || (isGuess ? isKnown : AreClose(average, setup.rate));
+    setup.stampsMayJump = StampsMayJump();
     return setup;
 }
 

@@ -1,9 +1,9 @@
 // Hands out the packets of a stream as they are: DV frames in a container, uncompressed pictures.
 #pragma once
 
-#include "hosts/kxscenes/FfmpegPointers.h"
-#include "hosts/kxscenes/FrameClock.h"
-#include "hosts/kxscenes/MediaInput.h"
+#include "hosts/media/FfmpegPointers.h"
+#include "hosts/media/FrameClock.h"
+#include "hosts/media/MediaInput.h"
 #include "hosts/shared/DamageLog.h"
 #include "hosts/shared/PictureReader.h"
 
@@ -20,6 +20,10 @@ class PacketReader final : public PictureReader {
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_firstFormat; }
     [[nodiscard]] TimeScale Scale() const override { return m_clock.Scale(); }
+    [[nodiscard]] MediaFacts Facts() const override { return m_facts; }
+    [[nodiscard]] std::string Description() const override {
+        return m_input->FormatName() + ", frames as they are";
+    }
     [[nodiscard]] bool Next(Picture& picture) override;
 
   private:
@@ -32,6 +36,7 @@ class PacketReader final : public PictureReader {
     const PictureFormat m_firstFormat;
     const bool m_isDv;
     FrameClock m_clock;
+    MediaFacts m_facts;
     DamageLog m_damage;
 };
 

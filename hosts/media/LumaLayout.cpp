@@ -1,6 +1,6 @@
-#include "hosts/kxscenes/LumaLayout.h"
+#include "hosts/media/LumaLayout.h"
 
-#include "hosts/kxscenes/LumaRows.h"
+#include "hosts/media/LumaRows.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>

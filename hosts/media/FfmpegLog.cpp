@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/FfmpegLog.h"
+#include "hosts/media/FfmpegLog.h"
 
 extern "C" {
 #include <libavutil/error.h>
@@ -7,22 +7,18 @@ extern "C" {
 
 #include <cstdarg>
 #include <cstdio>
-#include <mutex>
+#include <utility>
 
 namespace scenedetect {
 namespace {
 
 struct Capture {
-    std::mutex mutex;
     std::size_t count = 0;
     std::string last;
 };
 
-// Never destroyed: threads of the libraries may speak until the very end.
-Capture& TheCapture() {
-    static auto& capture = *new Capture;
-    return capture;
-}
+// Demuxers speak on the thread that reads, so that runs side by side keep theirs apart.
+thread_local Capture t_capture;
 
 bool IsDemuxer(void* speaker) {
     if (!speaker)
@@ -40,10 +36,8 @@ void Listen(void* speaker, int level, const char* format, va_list arguments) {
     std::string line = text;
     while (!line.empty() && (line.back() == '\n' || line.back() == '.'))
         line.pop_back();
-    Capture& capture = TheCapture();
-    const std::lock_guard lock(capture.mutex);
-    ++capture.count;
-    capture.last = std::move(line);
+    ++t_capture.count;
+    t_capture.last = std::move(line);
 }
 
 } // namespace
@@ -53,15 +47,11 @@ void CaptureFfmpegLog() {
 }
 
 std::size_t DemuxerErrorCount() {
-    Capture& capture = TheCapture();
-    const std::lock_guard lock(capture.mutex);
-    return capture.count;
+    return t_capture.count;
 }
 
 std::string LastDemuxerError() {
-    Capture& capture = TheCapture();
-    const std::lock_guard lock(capture.mutex);
-    return capture.last;
+    return t_capture.last;
 }
 
 std::string FfmpegErrorText(int code) {
