@@ -6,6 +6,7 @@
 #include "hosts/shared/HostError.h"
 #include "hosts/shared/MakeFilter.h"
 #include "hosts/shared/SceneListCheck.h"
+#include "hosts/shared/StandardStreams.h"
 
 #include <string>
 #include <utility>
@@ -32,13 +33,13 @@ GraphHost::GraphHost(const Options& options, const GraphOptions& own, std::atomi
       m_scenes(As<IKxSceneDetect2>(m_filter.get(), IID_IKxSceneDetect2, "the scene detect filter")),
       m_scenesEx(As<IKxSceneDetectEx>(m_filter.get(), IID_IKxSceneDetectEx, "the scene detect filter")),
       m_renderer(Create<IBaseFilter>(kNullRenderer, IID_IBaseFilter, "the system's null renderer")),
-      m_marks(options.marks, options.method),
+      m_marks(options.marks, options.methods.front()),
       m_addedFilter(*m_graph, *m_filter, L"Scene detection"),
       m_addedRenderer(*m_graph, *m_renderer, L"End"),
       m_source(OpenSource(*m_graph, options, own.source, stop, console)) {
-    ChooseDetection(*m_scenes, *m_scenesEx, options);
+    ChooseDetection(*m_scenes, *m_scenesEx, options.methods.front(), options);
     Connect();
-    m_csv.emplace(m_source->Scale());
+    m_csv.emplace(m_source->Scale(), SceneCsv::Columns{}, "");
     // Without a clock samples go as fast as they can.
     Require(As<IMediaFilter>(m_graph.get(), IID_IMediaFilter, "the filter graph")->SetSyncSource(nullptr),
             "the filter graph can't do without a clock");
@@ -57,14 +58,14 @@ void GraphHost::Connect() {
         marked = FirstPin(*m_marker, PINDIR_OUTPUT);
     }
     if (FAILED(connect(marked ? *marked : m_source->Output(), *m_filter)))
-        throw HostError(RefusalText(m_options));
+        throw HostError(RefusalText(m_options.methods.front(), m_options.inputs.front()));
     Require(connect(*FirstPin(*m_filter, PINDIR_OUTPUT), *m_renderer),
             "the null renderer can't be connected");
 }
 
 void GraphHost::Run() {
     const auto control = As<IMediaControl>(m_graph.get(), IID_IMediaControl, "the filter graph");
-    BeginDetection(*m_scenes, m_options);
+    BeginDetection(*m_scenes, m_options.xmlPath, m_options.inputs.front());
     // S_FALSE means that not all filters run yet.
     Require(control->Run(), "the filter graph can't be started");
     m_source->Start();
@@ -98,7 +99,8 @@ void GraphHost::WaitForEnd() {
         if (SUCCEEDED(events->GetEvent(&code, &first, &second, kPollMilliseconds))) {
             events->FreeEventParams(code, first, second);
             if (code == EC_ERRORABORT)
-                Require(static_cast<HRESULT>(first), m_options.input + ": the filter graph broke off");
+                Require(static_cast<HRESULT>(first),
+                        m_options.inputs.front() + ": the filter graph broke off");
             isOver = code == EC_COMPLETE || code == EC_ERRORABORT;
         }
         PrintScenes();
@@ -106,8 +108,9 @@ void GraphHost::WaitForEnd() {
 }
 
 void GraphHost::PrintScenes() {
-    TakeScenes(*m_scenes, [this](std::int32_t position) { m_csv->Add(m_source->PlaceOf(position)); });
-    m_csv->Flush();
+    TakeScenes(*m_scenes,
+               [this](std::int32_t position) { m_lines += m_csv->Line(m_source->PlaceOf(position), ""); });
+    WriteOutput(std::exchange(m_lines, {}));
 }
 
 void GraphHost::ReportEnd(bool isInterrupted) {
@@ -115,11 +118,11 @@ void GraphHost::ReportEnd(bool isInterrupted) {
     m_scenes->GetFrameCount(&frames);
     if (isInterrupted)
         m_console.Message("stopped after " + std::to_string(frames) + " frames");
-    const std::string unused = UnusedMarksText(m_marks, frames, m_options.method);
+    const std::string unused = UnusedMarksText(m_marks, frames, m_options.methods.front());
     if (!unused.empty())
-        m_console.Message(unused);
+        m_console.Warning(unused);
     if (m_options.readTimecode)
-        m_console.Message(m_source->Timecode().Text(*m_scenes));
+        m_console.Answer(m_source->Timecode().Text(*m_scenes));
 }
 
 } // namespace scenedetect

@@ -14,6 +14,7 @@
 #include <atomic>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace scenedetect {
 
@@ -51,6 +52,7 @@ class GraphHost {
     std::optional<AddedFilter> m_addedMarker;
     const std::unique_ptr<GraphSource> m_source;
     std::optional<SceneCsv> m_csv;
+    std::string m_lines = SceneCsv::Header({}); // to be printed
 };
 
 } // namespace scenedetect

@@ -29,7 +29,7 @@ CommandLine ParseCommandLine(int argc, const char* const* argv, GraphOptions& ow
     const std::map<std::string, SourceKind> sources = {
         {"auto", SourceKind::Automatic}, {"system", SourceKind::System}, {"own", SourceKind::Own}};
     std::string source = "auto";
-    HostProgram program{"kxscenes-graph", kDescription, kNotes, {}, {}};
+    HostProgram program{"kxscenes-graph", kDescription, kNotes, false, {}, {}};
     program.addOptions = [&](CLI::App& app) {
         app.add_option("--module", own.modulePath,
                        "Load the filter from this file instead of the registered one")

@@ -38,7 +38,7 @@ std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::st
 
 std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const Options& options, SourceKind kind,
                                         const std::atomic<bool>& stop, Console& console) {
-    const std::string& path = options.input;
+    const std::string& path = options.inputs.front();
     auto file = std::make_unique<FileInput>(path, stop);
     std::vector<std::uint8_t> start(kProbeBytes);
     start.resize(file->Read(start));

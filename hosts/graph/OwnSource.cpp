@@ -16,7 +16,7 @@ OwnSource::OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader
       m_stop(stop),
       m_filter(MakeFilter<SourceFilter>(m_reader->Format())),
       m_added(graph, *m_filter, L"Pictures") {
-    RequireComparable(m_reader->Format(), m_options);
+    RequireComparable(m_reader->Format(), m_options.methods.front(), m_options.inputs.front());
 }
 
 OwnSource::~OwnSource() {
@@ -59,7 +59,7 @@ void OwnSource::DeliverPictures() {
         const ComRef<PictureSample> sample = m_filter->TakeSample();
         if (!sample || !m_reader->Next(sample->picture))
             return; // the graph was stopped, or the file is at its end
-        RequireComparable(sample->picture.format, m_options);
+        RequireComparable(sample->picture.format, m_options.methods.front(), m_options.inputs.front());
         m_table.Append(sample->picture.place);
         if (isFirst)
             m_timecode.Note(sample->picture);

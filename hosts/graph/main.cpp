@@ -46,7 +46,7 @@ int Run(int argc, const char* const* argv, Console& console) {
         GraphHost(*commandLine.options, own, g_stop, console).Run();
         return kExitSuccess;
     } catch (const std::exception& error) {
-        console.Message(error.what());
+        console.Error(error.what());
     }
     return kExitFailure;
 }

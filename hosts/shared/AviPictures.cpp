@@ -1,5 +1,6 @@
 #include "hosts/shared/AviPictures.h"
 
+#include "hosts/shared/DvCheck.h"
 #include "hosts/shared/HostError.h"
 
 #include <string_view>

@@ -18,13 +18,17 @@ namespace scenedetect {
 /// What the user asked for; already checked for sense. File names are UTF-8 (off Windows: as they were
 /// given).
 struct Options {
-    KxDetectionMethod method = KxMethodVideo;
-    std::uint32_t interval = 0;       ///< frames per scene; above 0 exactly when the method is the interval
+    std::vector<KxDetectionMethod> methods; ///< one or more, each once, in the order of the command line
+    std::uint32_t interval = 0;       ///< frames per scene; above 0 exactly when the interval is a method
     std::vector<std::uint32_t> marks; ///< positions of manual scenes: ascending, without duplicates
     bool readTimecode = false;
-    std::string xmlPath; ///< scene-list file; empty: none
-    std::string input;
+    std::string xmlPath;             ///< scene-list file; empty: none
+    std::vector<std::string> inputs; ///< one or more
 };
+
+/// The word that the command line has for a method.
+[[nodiscard]] std::string MethodWord(KxDetectionMethod method);
+[[nodiscard]] std::optional<KxDetectionMethod> MethodOf(const std::string& word);
 
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1;
@@ -38,13 +42,26 @@ struct CommandLine {
     int exitCode = kExitSuccess;
 };
 
+/// What a configuration file says of one option.
+struct Setting {
+    std::string name; ///< of the option, without dashes
+    std::vector<std::string> values;
+    std::string file;
+    int line = 1;
+};
+
 /// What a program's own part of its command line is.
 struct HostProgram {
     std::string name;
     std::string description;
     std::string notes;                                ///< of the help text: input and output
-    std::function<void(CLI::App&)> addOptions;        ///< may be empty
+    bool takesMany = false;                           ///< more than one method, more than one input
+    std::function<void(CLI::App&)> addOptions;        ///< called for each table; may be empty
     std::function<std::string(const Options&)> check; ///< what is wrong, if anything; may be empty
+    std::string versionNotes{};                       ///< lines that --version prints below the version
+    /// Settings for options that are not on the command line, which has been read by now; HostError. May be
+    /// empty.
+    std::function<std::vector<Setting>()> readSettings{};
 };
 
 [[nodiscard]] CommandLine ParseCommandLine(const HostProgram& program, int argc, const char* const* argv);

@@ -36,7 +36,7 @@ class DamageLog {
     /// Something that comes once.
     void Warn(const std::string& what) {
         if (m_hasBegun)
-            m_console.Message(m_path + ": " + what);
+            m_console.Warning(m_path + ": " + what);
         else
             m_kept.push_back(what);
     }

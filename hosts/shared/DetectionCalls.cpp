@@ -16,30 +16,28 @@ void Require(HRESULT hr, const std::string& what) {
     throw HostError(what + code);
 }
 
-void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, const Options& options) {
-    scenes.SetDetectionMethod(options.method);
+void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, KxDetectionMethod method,
+                     const Options& options) {
+    scenes.SetDetectionMethod(method);
     scenes.SetSceneInterval(options.interval);
     scenes.EnableTimecode(options.readTimecode ? TRUE : FALSE);
     scenesEx.EnableSceneBitmaps(FALSE);
 }
 
-std::string RefusalText(const Options& options) {
-    return options.input + (options.method == KxMethodTimestamp
-                                ? ": --method timestamp needs DV video of 25 Mbit/s"
-                                : ": the scene detect filter does not take this video");
+std::string RefusalText(KxDetectionMethod method, const std::string& input) {
+    return input + (method == KxMethodTimestamp ? ": --method timestamp needs DV video of 25 Mbit/s"
+                                                : ": the scene detect filter does not take this video");
 }
 
-void RequireComparable(const PictureFormat& format, const Options& options) {
-    if (format.isDv411Of625 && options.method == KxMethodVideo)
-        throw HostError(options.input +
-                        ": --method video can't compare 4:1:1 DV of 625 lines; all other methods "
-                        "take it");
+void RequireComparable(const PictureFormat& format, KxDetectionMethod method, const std::string& input) {
+    if (format.isDv411Of625 && method == KxMethodVideo)
+        throw HostError(input + ": --method video can't compare 4:1:1 DV of 625 lines; all other methods "
+                                "take it");
 }
 
-void BeginDetection(IKxSceneDetect2& scenes, const Options& options) {
-    const std::string& path = options.xmlPath;
+void BeginDetection(IKxSceneDetect2& scenes, const std::string& path, const std::string& input) {
     if (!path.empty())
-        RequireSceneListName(path, options.input);
+        RequireSceneListName(path, input);
     const std::string obstacle = path.empty() ? "" : FindSceneListObstacle(path);
     scenes.EnableSceneListFile(WideFromUtf8(path).c_str());
     scenes.EnableDetection(TRUE);

@@ -16,16 +16,17 @@ namespace scenedetect {
 void Require(HRESULT hr, const std::string& what);
 
 /// Before the pins are connected: the method decides which video the filter takes.
-void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, const Options& options);
+void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, KxDetectionMethod method,
+                     const Options& options);
 /// What to say when the filter refused the input's video.
-[[nodiscard]] std::string RefusalText(const Options& options);
+[[nodiscard]] std::string RefusalText(KxDetectionMethod method, const std::string& input);
 
 /// HostError for pictures of which the method would not find the changes. For the format of each picture.
-void RequireComparable(const PictureFormat& format, const Options& options);
+void RequireComparable(const PictureFormat& format, KxDetectionMethod method, const std::string& input);
 
-/// Before the graph runs: names the scene-list file and switches detection on. HostError when there can be no
-/// such file.
-void BeginDetection(IKxSceneDetect2& scenes, const Options& options);
+/// Before the graph runs: names the scene-list file (empty: none) and switches detection on. HostError when
+/// there can be no such file.
+void BeginDetection(IKxSceneDetect2& scenes, const std::string& listPath, const std::string& input);
 
 /// While the graph runs, and once more when it is done: hands over the positions found since the last call.
 void TakeScenes(IKxSceneDetect2& scenes, const std::function<void(std::int32_t position)>& take);

@@ -104,7 +104,7 @@ bool AreAllInPlace(std::span<const std::uint8_t> data, DvSystem system) {
 
 } // namespace
 
-DvSystem VoteDvSystem(std::span<const std::uint8_t> data, DvSystem fallback) {
+std::optional<DvSystem> VoteDvSystem(std::span<const std::uint8_t> data) {
     int votes = 0; // above 0: for 625
     for (std::size_t i = 0; i < kDifSequences625; ++i) {
         const std::size_t at = i * kDifSequenceBytes;
@@ -114,8 +114,19 @@ DvSystem VoteDvSystem(std::span<const std::uint8_t> data, DvSystem fallback) {
             votes += Announces(&data[at], DvSystem::Lines625) ? 1 : -1;
     }
     if (votes == 0)
-        return fallback;
+        return std::nullopt;
     return votes > 0 ? DvSystem::Lines625 : DvSystem::Lines525;
+}
+
+std::optional<DvSystem> IdentifyDvFrame(std::span<const std::uint8_t> frame) {
+    const auto system = VoteDvSystem(frame);
+    return system && frame.size() == DvFrameBytes(*system) ? system : std::nullopt;
+}
+
+bool IsDvBlockInPlace(std::span<const std::uint8_t> frame, int block) {
+    const auto number = static_cast<std::size_t>(block);
+    return number < kKeys.size() && (number + 1) * kDifBlockBytes <= frame.size() &&
+           KeyAt(&frame[number * kDifBlockBytes]) == KeyOf(number);
 }
 
 DvCheck CheckDvFrame(std::span<const std::uint8_t> data, DvSystem system) {
@@ -162,7 +173,7 @@ bool IsDvFrameTorn(std::span<const std::uint8_t> data, const DvCheck& check) {
 bool IsDvFrameStart(std::span<const std::uint8_t> data) {
     if (data.size() < kLeastDvBlocks * kDifBlockBytes || !IsHeaderOfFirstSequence(data.data()))
         return false;
-    return CheckDvFrame(data, VoteDvSystem(data, DvSystem::Lines525)).IsPlausible();
+    return CheckDvFrame(data, VoteDvSystem(data).value_or(DvSystem::Lines525)).IsPlausible();
 }
 
 std::optional<std::size_t> FindDvFrame(std::span<const std::uint8_t> data, std::size_t from,

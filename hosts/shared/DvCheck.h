@@ -24,11 +24,18 @@ struct DvCheck {
 /// Blocks that the frame must have for its line system to be told; fewer are no frame.
 inline constexpr int kLeastDvBlocks = 8;
 
-/// The line system that most of the headers in their places announce; `fallback` when they don't say.
-[[nodiscard]] DvSystem VoteDvSystem(std::span<const std::uint8_t> data, DvSystem fallback);
+/// The line system that most of the headers in their places announce, so that damage to a few can't change
+/// it; nothing when they don't say.
+[[nodiscard]] std::optional<DvSystem> VoteDvSystem(std::span<const std::uint8_t> data);
+
+/// The line system of what a container holds for one frame; nothing unless it is of that one's size.
+[[nodiscard]] std::optional<DvSystem> IdentifyDvFrame(std::span<const std::uint8_t> frame);
 
 /// Checks the frame at the beginning of `data`, as far as that goes.
 [[nodiscard]] DvCheck CheckDvFrame(std::span<const std::uint8_t> data, DvSystem system);
+
+/// Whether a block of `frame` is there and bears the ID of its place.
+[[nodiscard]] bool IsDvBlockInPlace(std::span<const std::uint8_t> frame, int block);
 
 /// Whether bytes were lost from (or got into) the checked frame: its last block is not in its place, but
 /// blocks that belong behind the last good one are found elsewhere. `data` begins with the frame and goes on

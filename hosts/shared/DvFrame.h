@@ -1,26 +1,28 @@
-// DV frames as the host meets them: which line system they are, and how their luma and chroma are sampled.
+// DV frames as the host meets them: their line systems, and how their luma and chroma are sampled.
 #pragma once
 
 #include "engine/Dif.h"
 
 #include <cstdint>
-#include <optional>
 #include <span>
 
 namespace scenedetect {
 
 enum class DvSystem { Lines525, Lines625 };
 
+[[nodiscard]] constexpr int DvSequences(DvSystem system) {
+    return system == DvSystem::Lines625 ? kDifSequences625 : kDifSequences525;
+}
+
+/// A unit in which the frames of both line systems have whole lengths.
+inline constexpr int kDvTicksPerSecond = 30000;
+[[nodiscard]] constexpr std::int64_t DvFrameTicks(DvSystem system) {
+    return system == DvSystem::Lines625 ? 1200 : 1001;
+}
+
 [[nodiscard]] constexpr std::size_t DvFrameBytes(DvSystem system) {
     return system == DvSystem::Lines625 ? kDifFrameBytes625 : kDifFrameBytes525;
 }
-
-/// The line system that most of the first ten sequences announce, so that one damaged bit can't change it.
-/// Looks at as many as `data` holds; nothing when that is not even one header.
-[[nodiscard]] std::optional<DvSystem> AnnouncedDvSystem(std::span<const std::uint8_t> data);
-
-/// The line system of one whole DV frame of 25 Mbit/s; nothing when size and header disagree.
-[[nodiscard]] std::optional<DvSystem> IdentifyDvFrame(std::span<const std::uint8_t> frame);
 
 /// What the stream is, beyond its line system (docs/dv.md names the fields).
 enum class DvProfile {

@@ -1,10 +1,12 @@
 // Reads the pictures of a video file one after another, in the form in which the filter takes them.
 #pragma once
 
+#include "hosts/shared/MediaFacts.h"
 #include "hosts/shared/Picture.h"
 #include "hosts/shared/TimeScale.h"
 
 #include <atomic>
+#include <string>
 
 namespace scenedetect {
 
@@ -17,6 +19,11 @@ class PictureReader {
     [[nodiscard]] virtual const PictureFormat& Format() const = 0;
     /// What the times of the pictures' places mean.
     [[nodiscard]] virtual TimeScale Scale() const = 0;
+
+    /// What else is known of the file, once it is open.
+    [[nodiscard]] virtual MediaFacts Facts() const { return {}; }
+    /// How they are read, as a part of a sentence for people: "raw DV stream".
+    [[nodiscard]] virtual std::string Description() const = 0;
 
     /// Fills `picture` with the next one. Damaged ones are left out with a warning. False at the end, where
     /// the file breaks off (with a warning), or once the run was stopped. HostError when reading fails.

@@ -8,13 +8,6 @@
 namespace scenedetect {
 namespace {
 
-// A unit in which the frames of both line systems have whole lengths.
-constexpr Ratio kUnit{1, 30000};
-
-constexpr std::int64_t FrameUnits(DvSystem system) {
-    return system == DvSystem::Lines625 ? 1200 : 1001;
-}
-
 constexpr std::int64_t FramesPerSecond(DvSystem system) {
     return system == DvSystem::Lines625 ? 25 : 30;
 }
@@ -28,11 +21,13 @@ RawDvReader::RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& dama
                                                                 : ": no picture can be read"));
     m_isFirstPending = true;
     m_rate = DvRate(m_system);
+    m_facts = FactsOfDv(m_first.Bytes(), m_system);
+    m_facts.isRawDv = true;
     m_damage.Begin();
 }
 
 TimeScale RawDvReader::Scale() const {
-    return {kUnit, m_rate};
+    return {{1, kDvTicksPerSecond}, m_rate};
 }
 
 bool RawDvReader::Next(Picture& picture) {
@@ -57,7 +52,7 @@ bool RawDvReader::ReadFrame(Picture& picture) {
     for (;;) {
         // No more than is needed is waited for: a stream may be live.
         auto data = Have(DvFrameBytes(m_system));
-        const DvSystem system = VoteDvSystem(data, m_system);
+        const DvSystem system = VoteDvSystem(data).value_or(m_system);
         const std::size_t frameBytes = DvFrameBytes(system);
         data = Have(frameBytes);
         if (m_input->IsStopped())
@@ -121,7 +116,7 @@ bool RawDvReader::FindNextFrame() {
         auto found = FindDvFrame(data, from, std::min(end, inPlace));
         if (!found && inPlace < end) {
             const auto rest = data.subspan(inPlace);
-            const DvSystem system = VoteDvSystem(rest, m_system);
+            const DvSystem system = VoteDvSystem(rest).value_or(m_system);
             if (rest.size() >= DvFrameBytes(system) && CheckDvFrame(rest, system).IsPlausible())
                 found = inPlace;
         }
@@ -187,7 +182,7 @@ bool RawDvReader::IsNextFrameAfter(const TapeTime& time) {
 
 void RawDvReader::CountFrames(std::int64_t frames) {
     m_frame += frames;
-    m_frameTime += frames * FrameUnits(m_system);
+    m_frameTime += frames * DvFrameTicks(m_system);
 }
 
 void RawDvReader::HandOut(Picture& picture, const DvCheck& check) {

@@ -4,9 +4,13 @@
 
 namespace scenedetect {
 
+FilePlace PlaceBehind(const FilePlace& last, const TimeScale& scale) {
+    return {last.frame + 1, last.time + Rescale(1, scale.rate.Inverse(), scale.unit), -1, kNoStamp};
+}
+
 FilePlace SampleTable::Run::At(std::int64_t index) const {
     return {first.frame + index * step.frame, first.time + index * step.time,
-            first.byteOffset + index * step.byteOffset};
+            first.byteOffset + index * step.byteOffset, first.stamp + index * step.stamp};
 }
 
 void SampleTable::Append(const FilePlace& place) {
@@ -16,7 +20,7 @@ void SampleTable::Append(const FilePlace& place) {
         Run& last = m_runs.back();
         if (last.count == 1)
             last.step = {place.frame - last.first.frame, place.time - last.first.time,
-                         place.byteOffset - last.first.byteOffset};
+                         place.byteOffset - last.first.byteOffset, place.stamp - last.first.stamp};
         if (last.At(last.count) == place) {
             ++last.count;
             return;

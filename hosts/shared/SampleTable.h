@@ -1,6 +1,8 @@
 // The run-length table from samples to places in the file; all that the host prints comes from it.
 #pragma once
 
+#include "hosts/shared/TimeScale.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
@@ -9,14 +11,22 @@
 
 namespace scenedetect {
 
+/// For pictures without a stamp. Far from all others, and no sum over a few of them runs over.
+inline constexpr std::int64_t kNoStamp = -(std::int64_t{1} << 60);
+
 /// Where a sample's picture lies in the file.
 struct FilePlace {
     std::int64_t frame = 0;      ///< number in the file, from 0; frames that are missing there count
     std::int64_t time = 0;       ///< since the first frame, in units of the file's time scale
     std::int64_t byteOffset = 0; ///< of its compressed data; -1 when the container does not tell
+    std::int64_t stamp =
+        kNoStamp; ///< the container's own time stamp, by which the picture can be found again
 
     friend bool operator==(const FilePlace&, const FilePlace&) = default;
 };
+
+/// Where the picture behind the last one would be.
+[[nodiscard]] FilePlace PlaceBehind(const FilePlace& last, const TimeScale& scale);
 
 /// One thread appends while others look up. Samples whose places grow evenly cost nothing; of irregular ones
 /// only those are kept that were not given up by ForgetBefore.

@@ -1,20 +1,18 @@
 #include "hosts/shared/SceneCsv.h"
 
-#include "hosts/shared/StandardStreams.h"
-
-#include <utility>
+#include "hosts/shared/CsvField.h"
 
 namespace scenedetect {
 
-SceneCsv::SceneCsv(const TimeScale& scale) : m_scale(scale) {}
-
-void SceneCsv::Add(const FilePlace& place) {
-    m_pending += std::to_string(++m_count) + ',' + std::to_string(place.frame) + ',' +
-                 TimecodeText(place.time, m_scale) + ',' + SecondsText(place.time, m_scale) + '\n';
+std::string SceneCsv::Header(const Columns& columns) {
+    return std::string(columns.file ? "file," : "") + "scene,frame,timecode,seconds" +
+           (columns.method ? ",method" : "") + '\n';
 }
 
-void SceneCsv::Flush() {
-    WriteOutput(std::exchange(m_pending, {}));
+std::string SceneCsv::Line(const FilePlace& place, const std::string& method) {
+    return (m_columns.file ? CsvField(m_file) + ',' : "") + std::to_string(++m_count) + ',' +
+           std::to_string(place.frame) + ',' + TimecodeText(place.time, m_scale) + ',' +
+           SecondsText(place.time, m_scale) + (m_columns.method ? ',' + CsvField(method) : "") + '\n';
 }
 
 } // namespace scenedetect

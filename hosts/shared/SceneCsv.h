@@ -1,4 +1,4 @@
-// The scenes on standard output: a header line and a line a scene.
+// The scenes as they are printed: a header line, then a line a scene.
 #pragma once
 
 #include "hosts/shared/SampleTable.h"
@@ -9,21 +9,28 @@
 
 namespace scenedetect {
 
-/// Lines are collected by Add and go out with Flush, so that a reader sees whole lines. One thread at a time.
+/// CSV as RFC 4180 has it, with a line feed at the end of each line.
 class SceneCsv {
   public:
-    explicit SceneCsv(const TimeScale& scale);
+    /// Columns beside those that are always there.
+    struct Columns {
+        bool file = false;   ///< in front: which input
+        bool method = false; ///< at the end: what found the scene
+    };
 
-    void Add(const FilePlace& place);
-    [[nodiscard]] bool HasLines() const { return !m_pending.empty(); }
-    /// Writes what was collected. HostError when that fails.
-    void Flush();
+    [[nodiscard]] static std::string Header(const Columns& columns);
 
+    SceneCsv(const TimeScale& scale, const Columns& columns, std::string file)
+        : m_scale(scale), m_columns(columns), m_file(std::move(file)) {}
+
+    /// The line of the next scene.
+    [[nodiscard]] std::string Line(const FilePlace& place, const std::string& method);
     [[nodiscard]] std::int64_t SceneCount() const { return m_count; }
 
   private:
     const TimeScale m_scale;
-    std::string m_pending = "scene,frame,timecode,seconds\n";
+    const Columns m_columns;
+    const std::string m_file;
     std::int64_t m_count = 0;
 };
 

@@ -9,9 +9,9 @@
 namespace scenedetect {
 namespace {
 
-// Streaming is one thread from here to the sink, so a sample is back before the next is wanted; the second
-// leaves room for a filter that keeps one.
-constexpr LONG kSamples = 2;
+// Streaming is one thread from here to the sink, so a sample is back before the next is wanted. Whoever cuts
+// keeps two until the scenes in them are known; the last leaves room for a filter that keeps one.
+constexpr LONG kSamples = 4;
 
 constexpr CLSID kSourceClass = {0x6F0B1B5E, 0x2E0D, 0x4C37, {0x9A, 0x51, 0x0B, 0x6E, 0x9D, 0x4C, 0x27, 0xD1}};
 

@@ -1,12 +1,15 @@
 // The program's standard streams: what differs from system to system.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace scenedetect {
 
 /// Whether standard error is a terminal that obeys control sequences.
 [[nodiscard]] bool IsErrorTerminal();
+/// How many characters fit on a line of that terminal, 2 or more.
+[[nodiscard]] std::size_t ErrorColumns();
 
 /// Writes all of it to standard output, byte for byte. HostError when that fails.
 void WriteOutput(std::string_view text);

@@ -2,14 +2,28 @@
 #include "hosts/shared/StandardStreams.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <string>
+#include <sys/ioctl.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace scenedetect {
+namespace {
+
+constexpr std::size_t kUsualColumns = 80;
+
+} // namespace
 
 bool IsErrorTerminal() {
-    return isatty(STDERR_FILENO) == 1;
+    const char* kind = std::getenv("TERM");
+    return isatty(STDERR_FILENO) == 1 && kind && kind != std::string_view("dumb");
+}
+
+std::size_t ErrorColumns() {
+    winsize size{};
+    const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
+    return isKnown ? size.ws_col : kUsualColumns;
 }
 
 void WriteOutput(std::string_view text) {

@@ -8,12 +8,25 @@
 #include <algorithm>
 
 namespace scenedetect {
+namespace {
+
+constexpr std::size_t kUsualColumns = 80;
+
+} // namespace
 
 bool IsErrorTerminal() {
     const HANDLE error = GetStdHandle(STD_ERROR_HANDLE);
     DWORD mode = 0;
     return GetConsoleMode(error, &mode) &&
            SetConsoleMode(error, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+std::size_t ErrorColumns() {
+    CONSOLE_SCREEN_BUFFER_INFO buffer{};
+    if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &buffer))
+        return kUsualColumns;
+    const int columns = buffer.srWindow.Right - buffer.srWindow.Left + 1;
+    return columns > 1 ? static_cast<std::size_t>(columns) : kUsualColumns;
 }
 
 void WriteOutput(std::string_view text) {

@@ -1,7 +1,7 @@
 #include "hosts/shared/TimecodeReport.h"
 
 #include "filter/Dvutil.h"
-#include "hosts/shared/DvFrame.h"
+#include "hosts/shared/DvCheck.h"
 #include "platform/Text.h"
 #include "support/Timecode.h"
 

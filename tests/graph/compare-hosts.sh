@@ -97,7 +97,7 @@ refuse() { # part-of-the-message arguments of kxscenes-graph...
     shift
     in_graph "$@" >graph.csv 2>graph.txt || code=$?
     [ $code -eq 1 ] || fail "kxscenes-graph $*: exit code $code instead of 1"
-    if [ "$(wc -l <graph.txt)" -ne 1 ] || ! grep -qF "kxscenes-graph: $message" graph.txt; then
+    if [ "$(wc -l <graph.txt)" -ne 1 ] || ! grep -qF "kxscenes-graph: error: $message" graph.txt; then
         fail "kxscenes-graph $*: not \"$message\" but: $(cat graph.txt)"
     fi
     [ ! -s graph.csv ] || fail "kxscenes-graph $*: prints something all the same"
