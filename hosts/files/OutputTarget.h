@@ -1,0 +1,31 @@
+// Where the path of an output leads: through symbolic links, and to what is no file.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace scenedetect {
+
+/// What to do with a file that is there already.
+enum class Existing { Replace, Keep };
+
+struct OutputTarget {
+    enum class Kind {
+        File,       ///< a regular file, or none yet
+        Descriptor, ///< one of this process, by number
+        Device,     ///< a pipe or a device with a name
+    };
+    Kind kind = Kind::File;
+    int descriptor = -1;
+    std::filesystem::path file; ///< behind any symbolic links
+};
+
+/// "-" and the system's names of the standard streams lead to descriptors. HostError for folders, for a file
+/// that is there under `Keep`, and for what the user may not write.
+[[nodiscard]] OutputTarget FindOutputTarget(const std::string& path, Existing existing);
+
+/// Throws HostError: "PATH: cannot be written: " with the text of the system's error and, where that helps,
+/// what to do; for EEXIST that the file is there.
+[[noreturn]] void FailToWrite(const std::string& path, int code);
+
+} // namespace scenedetect
