@@ -1,0 +1,16 @@
+// The part of a sound packet that lies in a clip.
+#pragma once
+
+extern "C" {
+#include <libavformat/avformat.h>
+}
+
+#include <cstdint>
+
+namespace scenedetect {
+
+/// Cuts a packet to [begin, end), in the stream's unit: PCM to the sample, for which only its own fields
+/// change, other sound by whole packets that begin there. False when nothing of it is left.
+[[nodiscard]] bool CutSound(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end);
+
+} // namespace scenedetect
