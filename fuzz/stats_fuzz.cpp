@@ -1,0 +1,55 @@
+// Tables of figures: refused in one line, or read so that writing them again loses nothing.
+#include "fuzz/Input.h"
+#include "hosts/shared/HostError.h"
+#include "hosts/stats/DecideAgain.h"
+#include "hosts/stats/StatsReader.h"
+#include "hosts/stats/StatsWriter.h"
+
+#include <algorithm>
+#include <optional>
+
+using namespace scenedetect;
+using fuzz::Require;
+
+namespace {
+
+std::optional<Stats> Parse(std::string_view text) {
+    try {
+        return ParseStats(text, "table");
+    } catch (const HostError& error) {
+        Require(std::string_view(error.what()).find('\n') == std::string_view::npos);
+        return std::nullopt;
+    }
+}
+
+std::string Write(const Stats& stats) {
+    std::string text;
+    StatsWriter writer(stats.settings, [&text](std::string_view block) { text += block; });
+    for (const StatsRow& row : stats.rows)
+        writer.Add(row.place, row.figures);
+    writer.Finish();
+    return text;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    // Most inputs are to get behind the first line.
+    for (const bool withHeader : {false, true}) {
+        std::string text(reinterpret_cast<const char*>(data), size);
+        if (withHeader)
+            text = std::string(kStatsHeader) + '\n' + text;
+        std::optional<Stats> stats = Parse(text);
+        if (!stats)
+            continue;
+        const std::string written = Write(*stats);
+        const std::optional<Stats> again = Parse(written);
+        Require(again && Write(*again) == written && again->rows.size() == stats->rows.size());
+        if (stats->rows.empty())
+            continue;
+        const auto positions = DecideAgain(*stats, stats->settings.parameters);
+        Require(positions.front() == 0 && std::ranges::is_sorted(positions));
+        Require(static_cast<std::size_t>(positions.back()) < stats->rows.size());
+    }
+    return 0;
+}
