@@ -1,0 +1,33 @@
+// A decoded picture as a file of its own: scaled to its shape on the screen, turned upright, and encoded.
+#pragma once
+
+extern "C" {
+#include <libavutil/frame.h>
+}
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+
+enum class StillFormat { Png, Jpeg, Bmp };
+
+/// ".png", ".jpg" or ".bmp".
+[[nodiscard]] const char* SuffixOf(StillFormat format);
+/// By its name ("png", "jpeg", "jpg", "bmp"); nothing for another.
+[[nodiscard]] std::optional<StillFormat> StillFormatOf(const std::string& name);
+
+struct StillShape {
+    int width = 0;    ///< of the picture to be made; 0: as wide as the frame is shown
+    int quarters = 0; ///< quarter turns clockwise that stand it upright, 0 to 3
+    int loss = 2;     ///< of JPEG: from 2, hardly to be told from the source, to 31
+};
+
+/// The bytes of a picture file. The height follows from the width and the frame's pixel aspect. HostError
+/// when the frame's format cannot be converted.
+[[nodiscard]] std::vector<std::uint8_t> EncodeStill(const AVFrame& frame, const StillShape& shape,
+                                                    StillFormat format);
+
+} // namespace scenedetect
