@@ -4,9 +4,6 @@
 #include "hosts/shared/HostError.h"
 #include "hosts/shared/MakeFilter.h"
 
-// The entry point of the filter's module.
-STDAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv);
-
 namespace scenedetect {
 namespace {
 
@@ -28,51 +25,66 @@ ComRef<IPin> FindPin(IBaseFilter& filter, LPCWSTR id) {
 
 } // namespace
 
-FilterGraph::FilterGraph(const PictureFormat& format)
-    : m_source(MakeFilter<SourceFilter>(format)),
-      m_sink(MakeFilter<SinkFilter>()),
-      m_filter(MakeSceneDetectFilter()),
-      m_scenes(QueryFor<IKxSceneDetect2>(m_filter.get(), IID_IKxSceneDetect2)),
-      m_scenesEx(QueryFor<IKxSceneDetectEx>(m_filter.get(), IID_IKxSceneDetectEx)) {
-    if (!m_scenes || !m_scenesEx)
-        throw HostError("the scene detect filter lacks its control interfaces");
+FilterGraph::FilterGraph(const PictureFormat& format, std::size_t count)
+    : m_source(MakeFilter<SourceFilter>(format)), m_sink(MakeFilter<SinkFilter>()) {
+    for (std::size_t i = 0; i < count; ++i) {
+        SceneDetect& made = m_detectors.emplace_back();
+        made.filter = MakeSceneDetectFilter();
+        made.scenes = QueryFor<IKxSceneDetect2>(made.filter.get(), IID_IKxSceneDetect2);
+        made.scenesEx = QueryFor<IKxSceneDetectEx>(made.filter.get(), IID_IKxSceneDetectEx);
+        made.tuning = QueryFor<IKxSceneDetectTuning>(made.filter.get(), IID_IKxSceneDetectTuning);
+        if (!made.scenes || !made.scenesEx || !made.tuning)
+            throw HostError("the scene detect filter lacks its control interfaces");
+    }
 }
 
 FilterGraph::~FilterGraph() {
     Stop();
     // Connected pins hold each other; that ends here.
-    for (const ComRef<IPin>& pin : {FindPin(*m_filter, L"In"), FindPin(*m_filter, L"Out")})
-        if (pin)
-            pin->Disconnect();
+    for (const SceneDetect& each : m_detectors)
+        for (const ComRef<IPin>& pin : {FindPin(*each.filter, L"In"), FindPin(*each.filter, L"Out")})
+            if (pin)
+                pin->Disconnect();
     m_source->GetPin(0)->Disconnect();
     m_sink->GetPin(0)->Disconnect();
 }
 
-HRESULT FilterGraph::Connect() {
-    const ComRef<IPin> input = FindPin(*m_filter, L"In");
-    const ComRef<IPin> output = FindPin(*m_filter, L"Out");
-    if (!input || !output)
-        return VFW_E_NOT_FOUND;
-    const HRESULT hr = m_source->GetPin(0)->Connect(input.get(), nullptr);
-    return FAILED(hr) ? hr : output->Connect(m_sink->GetPin(0), nullptr);
+std::optional<std::size_t> FilterGraph::Connect() {
+    IPin* output = m_source->GetPin(0);
+    ComRef<IPin> held;
+    for (std::size_t i = 0; i < m_detectors.size(); ++i) {
+        const ComRef<IPin> input = FindPin(*m_detectors[i].filter, L"In");
+        if (!input || FAILED(output->Connect(input.get(), nullptr)))
+            return i;
+        held = FindPin(*m_detectors[i].filter, L"Out");
+        output = held.get();
+    }
+    Require(output->Connect(m_sink->GetPin(0), nullptr), "the filter graph can't be connected");
+    return std::nullopt;
+}
+
+std::vector<IBaseFilter*> FilterGraph::FromEndToBeginning() const {
+    std::vector<IBaseFilter*> filters{m_sink.get()};
+    for (auto each = m_detectors.rbegin(); each != m_detectors.rend(); ++each)
+        filters.push_back(each->filter.get());
+    filters.push_back(m_source.get());
+    return filters;
 }
 
 HRESULT FilterGraph::Run() {
-    // From the end to the beginning, so that none delivers to one that is stopped.
-    IBaseFilter* const filters[] = {m_sink.get(), m_filter.get(), m_source.get()};
+    // So that none delivers to one that is stopped.
     HRESULT hr = S_OK;
-    for (IBaseFilter* filter : filters)
+    for (IBaseFilter* filter : FromEndToBeginning())
         if (SUCCEEDED(hr))
             hr = filter->Pause();
-    for (IBaseFilter* filter : filters)
+    for (IBaseFilter* filter : FromEndToBeginning())
         if (SUCCEEDED(hr))
             hr = filter->Run(0);
     return hr;
 }
 
 void FilterGraph::Stop() {
-    IBaseFilter* const filters[] = {m_sink.get(), m_filter.get(), m_source.get()};
-    for (IBaseFilter* filter : filters)
+    for (IBaseFilter* filter : FromEndToBeginning())
         filter->Stop();
 }
 

@@ -1,4 +1,4 @@
-// The graph of a run: source, scene detect filter and sink, connected in this order.
+// The graph of a run: source, scene detect filters one behind the other, and sink.
 #pragma once
 
 #include "baseclasses/ComRef.h"
@@ -6,36 +6,53 @@
 #include "hosts/shared/SourceFilter.h"
 #include "scenes/IKxSceneDetect.h"
 
+#include <cstddef>
+#include <optional>
+#include <vector>
+
 namespace scenedetect {
 
 /// Lives on the thread that runs the host; the source alone is for the streaming thread while that runs.
 class FilterGraph {
   public:
-    /// Makes the filters; the scene detect filter comes from the module's class factory. HostError when it
-    /// does not.
-    explicit FilterGraph(const PictureFormat& format);
+    /// Makes the filters; those that detect, `count` of them, come from the module's class factory. HostError
+    /// when they don't.
+    FilterGraph(const PictureFormat& format, std::size_t count);
     ~FilterGraph();
     FilterGraph(const FilterGraph&) = delete;
     FilterGraph& operator=(const FilterGraph&) = delete;
 
-    [[nodiscard]] IKxSceneDetect2& Scenes() const { return *m_scenes; }
-    [[nodiscard]] IKxSceneDetectEx& ScenesEx() const { return *m_scenesEx; }
+    [[nodiscard]] IKxSceneDetect2& Scenes(std::size_t filter) const { return *m_detectors[filter].scenes; }
+    [[nodiscard]] IKxSceneDetectEx& ScenesEx(std::size_t filter) const {
+        return *m_detectors[filter].scenesEx;
+    }
+    [[nodiscard]] IKxSceneDetectTuning& Tuning(std::size_t filter) const {
+        return *m_detectors[filter].tuning;
+    }
     [[nodiscard]] SourceFilter& Source() const { return *m_source; }
     [[nodiscard]] const SinkFilter& Sink() const { return *m_sink; }
 
-    /// Connects the pins. The detection method must be set by now. A failure code when the filter refuses.
-    [[nodiscard]] HRESULT Connect();
+    /// Connects the pins. The detection methods must be set by now. The number of the filter that refuses its
+    /// video, if one does.
+    [[nodiscard]] std::optional<std::size_t> Connect();
     [[nodiscard]] HRESULT Run();
     /// Only once the streaming thread is done. Also done by the destructor.
     void Stop();
 
   private:
     // Members are released in the reverse order, interfaces before their filter.
+    struct SceneDetect {
+        ComRef<IBaseFilter> filter;
+        ComRef<IKxSceneDetect2> scenes;
+        ComRef<IKxSceneDetectEx> scenesEx;
+        ComRef<IKxSceneDetectTuning> tuning;
+    };
+
+    [[nodiscard]] std::vector<IBaseFilter*> FromEndToBeginning() const;
+
     ComRef<SourceFilter> m_source;
     ComRef<SinkFilter> m_sink;
-    ComRef<IBaseFilter> m_filter;
-    ComRef<IKxSceneDetect2> m_scenes;
-    ComRef<IKxSceneDetectEx> m_scenesEx;
+    std::vector<SceneDetect> m_detectors;
 };
 
 } // namespace scenedetect

@@ -5,6 +5,19 @@
 #include <cstdio>
 
 namespace scenedetect {
+namespace {
+
+std::string ClockText(long long seconds) {
+    char text[40];
+    if (seconds < 3600)
+        std::snprintf(text, sizeof text, "%lld:%02lld", seconds / 60, seconds % 60);
+    else
+        std::snprintf(text, sizeof text, "%lld:%02lld:%02lld", seconds / 3600, seconds / 60 % 60,
+                      seconds % 60);
+    return text;
+}
+
+} // namespace
 
 std::string ProgressText(std::int64_t frames, double fraction, std::chrono::duration<double> elapsed) {
     const double seconds = std::max(elapsed.count(), 1e-3);
@@ -13,9 +26,8 @@ std::string ProgressText(std::int64_t frames, double fraction, std::chrono::dura
                   static_cast<double>(frames) / seconds);
     std::string line = text;
     if (fraction > 0) {
-        const long long left = std::llround(seconds * (1 - fraction) / fraction);
-        std::snprintf(text, sizeof text, "  %.0f%%  %lld:%02lld left", fraction * 100, left / 60, left % 60);
-        line += text;
+        std::snprintf(text, sizeof text, "  %.0f%%  ", fraction * 100);
+        line += text + ClockText(std::llround(seconds * (1 - fraction) / fraction)) + " left";
     }
     return line;
 }

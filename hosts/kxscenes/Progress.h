@@ -7,7 +7,8 @@
 
 namespace scenedetect {
 
-/// "1500 frames  812 fps  45%  0:12 left"; without a known fraction (negative) the last two are missing.
+/// "1500 frames  812 fps  45%  0:12 left" ("1:02:03 left" from an hour on); without a known fraction
+/// (negative) the last two are missing.
 [[nodiscard]] std::string ProgressText(std::int64_t frames, double fraction,
                                        std::chrono::duration<double> elapsed);
 

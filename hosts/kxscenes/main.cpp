@@ -1,9 +1,9 @@
 // kxscenes: from a video file to its scenes.
-#include "hosts/kxscenes/FfmpegLog.h"
 #include "hosts/kxscenes/Options.h"
-#include "hosts/kxscenes/SceneHost.h"
+#include "hosts/kxscenes/RunAll.h"
+#include "hosts/kxscenes/SavedRun.h"
+#include "hosts/media/FfmpegLog.h"
 #include "hosts/shared/Console.h"
-#include "hosts/shared/HostError.h"
 
 #include <atomic>
 #include <csignal>
@@ -47,14 +47,24 @@ bool HoldStandardStreams() {
     return isOutputOpen;
 }
 
-int Run(const scenedetect::Options& options, scenedetect::Console& console) {
+scenedetect::Verbosity VerbosityOf(const scenedetect::KxOptions& own) {
+    return own.isQuiet     ? scenedetect::Verbosity::Quiet
+           : own.isVerbose ? scenedetect::Verbosity::Verbose
+                           : scenedetect::Verbosity::Normal;
+}
+
+int Run(const scenedetect::Options& options, const scenedetect::KxOptions& own,
+        scenedetect::Console& console) {
     try {
-        scenedetect::SceneHost(options, g_stop, console).Run();
-        return scenedetect::kExitSuccess;
-    } catch (const scenedetect::HostError& error) {
-        console.Message(error.what());
+        if (!own.requests.savedStatsPath.empty()) {
+            scenedetect::DecideFromStats(options, own, console);
+            return scenedetect::kExitSuccess;
+        }
+        scenedetect::OutputClaims claims;
+        const auto plans = scenedetect::MakePlans(options, own, claims);
+        return scenedetect::RunAll(plans, own.jobs, claims, g_stop, console);
     } catch (const std::exception& error) {
-        console.Message(options.input + ": " + error.what()); // memory ran out, for one
+        console.Error(error.what());
     }
     return scenedetect::kExitFailure;
 }
@@ -63,18 +73,19 @@ int Run(const scenedetect::Options& options, scenedetect::Console& console) {
 
 int main(int argc, char** argv) {
     const bool isOutputOpen = HoldStandardStreams();
-    const scenedetect::CommandLine commandLine = scenedetect::ParseCommandLine(argc, argv);
+    scenedetect::KxOptions own;
+    const scenedetect::CommandLine commandLine = scenedetect::ParseCommandLine(argc, argv, own);
     if (!commandLine.options) {
         std::FILE* target = commandLine.exitCode == scenedetect::kExitSuccess ? stdout : stderr;
         const bool isPrinted = std::fputs(commandLine.text.c_str(), target) >= 0 && std::fflush(target) == 0;
         return isPrinted ? commandLine.exitCode : scenedetect::kExitFailure;
     }
-    scenedetect::Console console("kxscenes");
+    scenedetect::Console console("kxscenes", VerbosityOf(own));
     if (!isOutputOpen) {
-        console.Message("standard output is closed");
+        console.Error("standard output is closed");
         return scenedetect::kExitFailure;
     }
     SetUpSignals();
     scenedetect::CaptureFfmpegLog();
-    return Run(*commandLine.options, console);
+    return Run(*commandLine.options, own, console);
 }

@@ -35,8 +35,7 @@ TEST(NoVideo, GivesOneLine) {
         const ProcessResult result = RunHost({folder / name});
         EXPECT_EQ(result.exitCode, 1) << name;
         EXPECT_EQ(result.out, "") << name;
-        EXPECT_THAT(Lines(result.err),
-                    ElementsAre(HasSubstr("kxscenes: " + (folder / name).string() + ": ")));
+        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(": " + (folder / name).string() + ": ")));
     }
     EXPECT_THAT(RunHost({folder / "sound.wav"}).err, HasSubstr("no video stream"));
     EXPECT_THAT(RunHost({folder / "text.txt"}).err,
@@ -109,7 +108,8 @@ TEST_P(DamagedTape, KeepsItsCuts) {
     WriteBytes(file, tape);
     const ProcessResult result = RunHost({file});
     EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
-    EXPECT_THAT(Lines(result.err), ElementsAre("kxscenes: " + file.string() + ": " + damage.told(size)));
+    EXPECT_THAT(Lines(result.err),
+                ElementsAre("kxscenes: warning: " + file.string() + ": " + damage.told(size)));
     EXPECT_EQ(result.exitCode, 0);
 }
 
@@ -183,7 +183,7 @@ TEST(DamagedContainer, BreakingOffIsTold) {
         WriteBytes(folder / name, whole.substr(0, whole.size() / 2));
         const ProcessResult result = RunHost({folder / name});
         EXPECT_THAT(Frames(result), ElementsAre(0, 20)) << name;
-        EXPECT_THAT(result.err, HasSubstr("kxscenes: " + (folder / name).string() + ": ")) << name;
+        EXPECT_THAT(result.err, HasSubstr(": " + (folder / name).string() + ": ")) << name;
         EXPECT_EQ(result.exitCode, 0) << name;
     }
 }

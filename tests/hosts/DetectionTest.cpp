@@ -1,6 +1,6 @@
 // Real material through the whole program: every container and format gives exactly its scenes.
+#include "hosts/media/OpenPictures.h"
 #include "hosts/shared/Console.h"
-#include "hosts/kxscenes/OpenPictures.h"
 #include "tests/hosts/HostProcess.h"
 #include "tests/hosts/Material.h"
 
@@ -95,7 +95,7 @@ TEST_P(UncompressedAvi, GivesItsCuts) {
 
     Console console("kxscenes");
     const std::atomic<bool> stop = false;
-    const PictureFormat read = OpenPictures(file, stop, console)->Format();
+    const PictureFormat read = OpenPictures(file, {stop, console}, {})->Format();
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(&read.fourcc), 4), format.fourcc);
     EXPECT_EQ(std::to_string(read.width) + 'x' + std::to_string(std::abs(read.height)), size);
     EXPECT_EQ(read.height < 0, format.name == std::string("RGB24_TopDown"));
@@ -149,6 +149,15 @@ const Decoded kDecoded[] = {
     {"Rgb", "mkv", {"-c:v", "ffv1", "-pix_fmt", "bgr0"}},
     {"OddSize", "mkv", {"-c:v", "ffv1", "-pix_fmt", "yuv444p"}, "325x243"},
     {"RawInMov", "mov", {"-c:v", "rawvideo", "-pix_fmt", "yuyv422"}},
+    {"HevcOfTenBits",
+     "mkv",
+     {"-c:v", "libx265", "-preset", "ultrafast", "-x265-params", "log-level=none", "-pix_fmt",
+      "yuv420p10le"}},
+    {"Vp9", "webm", {"-c:v", "libvpx-vp9", "-deadline", "realtime", "-cpu-used", "8", "-b:v", "2M"}},
+    {"Av1", "mkv", {"-c:v", "libsvtav1", "-preset", "12"}},
+    {"ProRes", "mov", {"-c:v", "prores_ks", "-pix_fmt", "yuv422p10le"}},
+    {"DnxHr", "mxf", {"-c:v", "dnxhd", "-profile:v", "dnxhr_sq", "-pix_fmt", "yuv422p"}},
+    {"InterlacedVob", "vob", {"-target", "pal-dvd", "-flags", "+ilme+ildct"}, "720x576"},
     {"Dv50", "mov", {"-s", "720x576", "-c:v", "dvvideo", "-pix_fmt", "yuv422p"}, "720x576"},
 };
 INSTANTIATE_TEST_SUITE_P(Cases, DecodedFiles, testing::ValuesIn(kDecoded),
@@ -186,7 +195,7 @@ TEST_F(OneClip, TimestampMethodNeedsDv) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err,
-              "kxscenes: " + m_file.string() + ": --method timestamp needs DV video of 25 Mbit/s\n");
+              "kxscenes: error: " + m_file.string() + ": --method timestamp needs DV video of 25 Mbit/s\n");
 }
 
 TEST_F(OneClip, IntervalMethod) {

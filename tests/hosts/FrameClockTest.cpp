@@ -1,4 +1,4 @@
-#include "hosts/kxscenes/FrameClock.h"
+#include "hosts/media/FrameClock.h"
 
 extern "C" {
 #include <libavutil/avutil.h>
@@ -37,7 +37,7 @@ TEST_P(FrameClockTest, NumbersPictures) {
     std::vector<std::int64_t> frames;
     std::vector<std::int64_t> milliseconds;
     for (const std::int64_t stamp : each.stamps) {
-        const FrameClock::Reading reading = clock.Next(stamp);
+        const FilePlace reading = clock.Next(stamp, -1);
         frames.push_back(reading.frame);
         milliseconds.push_back(Rescale(reading.time, clock.Scale().unit, {1, 1000}));
     }

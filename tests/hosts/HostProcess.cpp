@@ -30,6 +30,7 @@ Process::Process(const std::vector<std::string>& arguments, const ProcessSetup& 
     m_pid = fork();
     if (m_pid != 0)
         return;
+    setenv("XDG_CONFIG_HOME", "/nonexistent", 1); // and not what the tester has configured
     for (const auto& [name, value] : setup.environment)
         setenv(name.c_str(), value.c_str(), 1);
     // Read by a program that was built with the thread sanitizer, by no other.

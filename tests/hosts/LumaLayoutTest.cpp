@@ -1,5 +1,5 @@
-#include "hosts/kxscenes/LumaLayout.h"
-#include "hosts/kxscenes/LumaRows.h"
+#include "hosts/media/LumaLayout.h"
+#include "hosts/media/LumaRows.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>

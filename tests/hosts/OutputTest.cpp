@@ -42,8 +42,8 @@ TEST_F(Output, SceneListThatCannotBeWritten) {
         const char* reason;
     } cases[] = {{"/dev/full", "could not be written whole"},
                  {(m_folder / "none/list.xml").string(), "No such file or directory"},
-                 {m_folder / "", "Is a directory"},
-                 {m_file, "is the input"},
+                 {(m_folder / "x").parent_path().string(), "Is a directory"},
+                 {m_file, "would be overwritten"},
                  {m_folder / "\xFF.xml", "not UTF-8"}};
     const std::string before = ReadWhole(m_file);
     for (const auto& each : cases) {

@@ -1,0 +1,35 @@
+// Cuts an input into a clip a scene: DV frames while they pass, everything else when the scenes are known.
+#pragma once
+
+#include "hosts/cutting/ClipCutter.h"
+#include "hosts/cutting/CutPackets.h"
+#include "hosts/kxscenes/RunListener.h"
+#include "hosts/shared/Console.h"
+
+#include <optional>
+
+namespace scenedetect {
+
+class ClipMaker final : public RunListener {
+  public:
+    /// All references must outlive the object.
+    ClipMaker(ClipSettings settings, OutputClaims& claims, Console& console)
+        : m_settings(std::move(settings)), m_claims(claims), m_console(console) {}
+
+    void Begin(const RunFacts& facts) override;
+    void Scene(const FoundScene& scene) override;
+    void Passed(PictureSample& sample, std::int64_t index) override;
+    void End(const RunEnd& end) override;
+
+  private:
+    void Tell(const WrittenClip& clip);
+
+    const ClipSettings m_settings;
+    OutputClaims& m_claims;
+    Console& m_console;
+    RunFacts m_facts;
+    std::optional<ClipCutter> m_cutter; // of DV frames; else:
+    PacketCut m_cut;
+};
+
+} // namespace scenedetect

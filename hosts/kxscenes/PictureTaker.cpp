@@ -1,0 +1,79 @@
+#include "hosts/kxscenes/PictureTaker.h"
+
+#include "hosts/files/OutputFile.h"
+#include "hosts/kxscenes/SceneNames.h"
+#include "hosts/pictures/FrameFetcher.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace scenedetect {
+
+std::int64_t PictureAt::Of(std::int64_t begin, std::int64_t end) const {
+    switch (kind) {
+    case Kind::Start:
+        return begin;
+    case Kind::Middle:
+        return begin + (end - begin) / 2;
+    case Kind::End:
+        return end - 1;
+    case Kind::Offset:
+        break;
+    }
+    return std::min(begin + offset, end - 1);
+}
+
+std::optional<PictureAt> ParsePictureAt(const std::string& word) {
+    if (word == "start")
+        return PictureAt{PictureAt::Kind::Start, 0, word};
+    if (word == "middle")
+        return PictureAt{PictureAt::Kind::Middle, 0, word};
+    if (word == "end")
+        return PictureAt{PictureAt::Kind::End, 0, word};
+    std::int32_t offset = 0;
+    const char* const last = word.data() + word.size();
+    const auto [end, error] = std::from_chars(word.data(), last, offset);
+    if (error != std::errc{} || end != last || offset < 0)
+        return std::nullopt;
+    return PictureAt{PictureAt::Kind::Offset, offset, word};
+}
+
+void PictureTaker::Scene(const FoundScene& scene) {
+    m_scenes.push_back({scene.sample, NamesOf(scene, m_facts)});
+}
+
+void PictureTaker::Passed(PictureSample& sample, std::int64_t /*index*/) {
+    m_places.Append(sample.picture.place);
+}
+
+std::string PictureTaker::ClaimPath(const NameFields& fields, const PictureAt& at) {
+    const std::string word = m_settings.at.size() > 1 ? '-' + at.word : "";
+    return m_claims.ClaimIn(m_settings.folder, m_names.Expand(fields, word + SuffixOf(m_settings.format)));
+}
+
+void PictureTaker::End(const RunEnd& end) {
+    if (m_scenes.empty())
+        return;
+    const auto fetcher = FrameFetcher::Open(m_facts.input, m_facts.media.isRawDv);
+    for (std::size_t i = 0; i < m_scenes.size(); ++i) {
+        const std::int64_t next = i + 1 < m_scenes.size() ? m_scenes[i + 1].sample : end.samples;
+        for (const PictureAt& at : m_settings.at) {
+            // Two scenes at one place have the same picture.
+            const std::int64_t last = std::max(next, m_scenes[i].sample + 1);
+            const FilePlace place = m_places.Find(at.Of(m_scenes[i].sample, last)).value();
+            if (const AVFrame* frame = fetcher->Fetch(place))
+                Write(*frame, fetcher->QuarterTurns(), ClaimPath(m_scenes[i].names, at));
+            else
+                m_console.Message(m_facts.input + ": no picture of frame " + std::to_string(place.frame) +
+                                  ": it cannot be decoded");
+        }
+    }
+}
+
+void PictureTaker::Write(const AVFrame& frame, int quarters, const std::string& path) {
+    OutputFile file(path, m_settings.replace ? Existing::Replace : Existing::Keep);
+    file.Write(EncodeStill(frame, {m_settings.width, quarters}, m_settings.format));
+    file.Commit();
+}
+
+} // namespace scenedetect

@@ -1,0 +1,36 @@
+// Scenes of several filters side by side, put into one order.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+
+/// Where two methods find the same position, that is one scene. One thread.
+class SceneMerge {
+  public:
+    explicit SceneMerge(std::vector<std::string> methods) : m_methods(std::move(methods)) {}
+
+    /// A scene at the position that the `filter`-th filter has found; each filter's positions ascend.
+    void Add(std::size_t filter, std::int64_t position);
+    /// Hands over, in order, the scenes before `end`, to which no filter adds any more; with a single filter
+    /// all there are.
+    void Take(std::int64_t end,
+              const std::function<void(std::int64_t position, const std::string& method)>& take);
+
+  private:
+    struct Pending {
+        std::int64_t position;
+        std::vector<bool> foundBy;
+    };
+
+    [[nodiscard]] std::string MethodText(const Pending& scene) const;
+
+    const std::vector<std::string> m_methods;
+    std::vector<Pending> m_pending; // ascending
+};
+
+} // namespace scenedetect

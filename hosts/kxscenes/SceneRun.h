@@ -1,0 +1,83 @@
+// A run from the opened file to the last scene: picture by picture through the graph.
+#pragma once
+
+#include "hosts/kxscenes/FilterGraph.h"
+#include "hosts/kxscenes/RunListener.h"
+#include "hosts/kxscenes/RunPlan.h"
+#include "hosts/kxscenes/RunRange.h"
+#include "hosts/kxscenes/SceneMerge.h"
+#include "hosts/media/OpenPictures.h"
+#include "hosts/shared/Console.h"
+#include "hosts/shared/FirstError.h"
+#include "hosts/shared/MarkSchedule.h"
+#include "hosts/shared/SampleTable.h"
+#include "hosts/shared/TimecodeReport.h"
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace scenedetect {
+
+/// How far a run is; any thread may look.
+struct RunProgress {
+    std::atomic<std::int64_t> frames = 0;
+    std::atomic<double> fraction = -1; ///< of the file, 0 to 1; negative when unknown
+};
+
+/// All on one thread. `plan`, `reading` and `progress` must outlive the object.
+class SceneRun {
+  public:
+    using Listeners = std::vector<std::unique_ptr<RunListener>>;
+
+    /// Opens the input and sets the graph up. HostError when either fails.
+    SceneRun(const RunPlan& plan, const Reading& reading, RunProgress& progress, Listeners listeners);
+
+    /// Runs to the end of the input. HostError when reading or writing fails: what was found until then has
+    /// been told to the listeners that can still take it.
+    void Run();
+    [[nodiscard]] std::int64_t SceneCount() const { return m_sceneCount; }
+
+  private:
+    struct Detection {
+        MarkSchedule marks;
+        std::vector<std::int32_t> positions; // of its scenes in the file
+    };
+
+    void SetUpFilters();
+    void Begin(const FilePlace& first);
+    [[nodiscard]] bool ReadPicture(Picture& picture);
+    void FeedGraph();
+    void DrainScenes(std::int64_t settledBefore);
+    void DrainFigures();
+    void FinishSceneLists();
+    void WarnAboutMarks();
+    [[nodiscard]] std::string Named(const std::string& text) const;
+    template <typename Call>
+    void Tell(Call call);
+
+    const RunPlan& m_plan;
+    const Reading& m_reading;
+    RunProgress& m_progress;
+    Listeners m_listeners;                      // one that failed is no more there
+    std::vector<Irregularity> m_irregularities; // that nobody was told of yet
+    const std::unique_ptr<PictureReader> m_reader;
+    FilterGraph m_graph;
+    std::vector<Detection> m_detections; // as the graph's filters
+    SceneMerge m_merge;
+    TimecodeReport m_timecode;
+    std::optional<std::size_t> m_measuring; // the filter whose figures are wanted
+    bool m_hasBegun = false;
+    SampleTable m_measured; // places that figures are still to come for
+    RunRange m_range;
+    std::int64_t m_skipped = 0; // before the range
+    std::int64_t m_samples = 0; // that have passed the filters
+    FilePlace m_end;            // behind the last of them
+    std::int64_t m_sceneCount = 0;
+    std::deque<ComRef<PictureSample>> m_recent; // up to the last, as far as a scene may begin there
+};
+
+} // namespace scenedetect
