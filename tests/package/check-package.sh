@@ -27,6 +27,7 @@ diff <(cd "${root[0]}" && find . -type f | LC_ALL=C sort) - <<'LIST'
 ./include/scenedetect/KxPlatform.h
 ./kxscenes-graph.exe
 ./logging.md
+./tuning.md
 LIST
 cmp "${root[0]}/KxSceneDetect2.ax" "$build/bin/KxSceneDetect2.ax"
 # Links between the pages that came along lead somewhere.

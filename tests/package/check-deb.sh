@@ -1,0 +1,59 @@
+#!/bin/bash
+# Makes the Debian package, looks at what is in it, and runs that: check-deb.sh BUILD_FOLDER CPACK MAKE_DEMO_TAPE
+# It is unpacked beside the system, not installed; packaging/try-deb.sh installs it on a bare one.
+set -euo pipefail
+
+build=$1
+cpack=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+
+"$cpack" --config "$build/CPackConfig.cmake" -G DEB -B "$folder" >"$folder/log" 2>&1 || { cat "$folder/log" && exit 1; }
+packages=("$folder"/tamrak-scene-detect_*.deb)
+dpkg-deb -x "${packages[0]}" "$folder/root"
+dpkg-deb -e "${packages[0]}" "$folder/control"
+
+# The architecture's own library folder is left out of the names.
+diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-linux-[^/]+/,./lib/,' | LC_ALL=C sort) - <<'LIST'
+./bin/kxscenes
+./include/scenedetect/IKxSceneDetect.h
+./include/scenedetect/KxPlatform.h
+./lib/cmake/TamrakSceneDetect/TamrakSceneDetectConfig-release.cmake
+./lib/cmake/TamrakSceneDetect/TamrakSceneDetectConfig.cmake
+./lib/cmake/TamrakSceneDetect/TamrakSceneDetectConfigVersion.cmake
+./lib/libKxSceneDetect2.so
+./lib/libKxSceneDetect2.so.0
+./lib/libKxSceneDetect2.so.0.1.0
+./lib/tamrak-scene-detect/libtplog.so
+./share/bash-completion/completions/kxscenes
+./share/doc/tamrak-scene-detect/changelog.Debian.gz
+./share/doc/tamrak-scene-detect/changelog.gz
+./share/doc/tamrak-scene-detect/copyright
+./share/doc/tamrak-scene-detect/deliberate-behaviour.md
+./share/doc/tamrak-scene-detect/dv.md
+./share/doc/tamrak-scene-detect/examples/CMakeLists.txt
+./share/doc/tamrak-scene-detect/examples/Peer.h
+./share/doc/tamrak-scene-detect/examples/scenes-of-frames.cpp
+./share/doc/tamrak-scene-detect/hosting.md
+./share/doc/tamrak-scene-detect/installing.md
+./share/doc/tamrak-scene-detect/logging.md
+./share/doc/tamrak-scene-detect/outputs.md
+./share/doc/tamrak-scene-detect/tape-log.md
+./share/doc/tamrak-scene-detect/tuning.md
+./share/lintian/overrides/tamrak-scene-detect
+./share/man/man1/kxscenes.1.gz
+LIST
+# Whoever installs it gets the libraries that the program needs.
+for library in libavformat libavcodec libavutil libswscale 'libstdc\+\+6' libc6; do
+    grep -qE "^Depends:.* ${library}[0-9]* " "$folder/control/control" || { echo "does not depend on $library" && exit 1; }
+done
+(cd "$folder/root" && md5sum --quiet -c "$folder/control/md5sums")
+
+export LD_LIBRARY_PATH
+LD_LIBRARY_PATH=$(dirname "$(find "$folder/root" -name libKxSceneDetect2.so.0)")
+"$3" "$folder/tape.dv"
+diff <("$folder/root/usr/bin/kxscenes" --method timestamp "$folder/tape.dv") - <<'SCENES'
+scene,frame,timecode,seconds
+1,0,00:00:00:00,0.000
+2,130,00:00:05:05,5.200
+SCENES
