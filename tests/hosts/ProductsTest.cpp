@@ -264,7 +264,7 @@ TEST(HostileNames, GiveOneLineEach) {
     WriteBytes(folder / "a\nb\x1b[31m.mp4", "");
     const ProcessResult result = RunHost({folder / "a\nb\x1b[31m.mp4"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.err, "kxscenes: " + (folder / "a?b?[31m.mp4: is empty\n").string());
+    EXPECT_EQ(result.err, "kxscenes: error: " + (folder / "a?b?[31m.mp4: is empty\n").string());
 }
 
 } // namespace
