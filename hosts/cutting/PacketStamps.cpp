@@ -1,5 +1,7 @@
 #include "hosts/cutting/PacketStamps.h"
 
+#include "hosts/media/StampLimits.h"
+
 extern "C" {
 #include <libavutil/mathematics.h>
 }
@@ -9,13 +11,6 @@ extern "C" {
 
 namespace scenedetect {
 namespace {
-
-// As where frames are numbered: no gap of a recording is as long, and no packet comes so much too early.
-constexpr std::int64_t kJumpAheadSeconds = 10;
-constexpr std::int64_t kJumpBackSeconds = 1;
-
-// Stamps further off than this are damage, and keeping them out keeps all sums in range.
-constexpr std::int64_t kFarthest = std::int64_t{1} << 56;
 
 bool IsJump(std::int64_t ahead, AVRational unit) {
     const std::int64_t second = av_rescale_q(1, {1, 1}, unit);
@@ -68,7 +63,7 @@ std::int64_t PacketStamps::OffsetFor(const Track& track, std::int64_t stamp, boo
 void PacketStamps::Correct(AVPacket& packet, int stream) {
     Track& track = m_tracks[static_cast<std::size_t>(stream)];
     for (std::int64_t* each : {&packet.dts, &packet.pts})
-        if (*each < -kFarthest || *each > kFarthest)
+        if (*each < -kFarthestStamp || *each > kFarthestStamp)
             *each = AV_NOPTS_VALUE;
     std::int64_t stamp = packet.dts != AV_NOPTS_VALUE ? packet.dts : packet.pts;
     if (m_mayJump && stamp != AV_NOPTS_VALUE) {

@@ -1,5 +1,7 @@
 #include "hosts/media/FrameClock.h"
 
+#include "hosts/media/StampLimits.h"
+
 extern "C" {
 #include <libavutil/mathematics.h>
 }
@@ -11,16 +13,11 @@ extern "C" {
 namespace scenedetect {
 namespace {
 
-// Joined streams: no gap of a recording is as long, and no picture comes so much too early.
-constexpr std::int64_t kJumpAheadSeconds = 10;
-constexpr std::int64_t kJumpBackSeconds = 1;
-// Stamps further off than this are damage, and keeping them out keeps all sums in range.
-constexpr std::int64_t kFarthest = std::int64_t{1} << 56;
 // A unit at least this fine serves stamps, too.
 constexpr int kUnitsPerSecond = 1'000'000;
 
 bool IsWild(std::int64_t value) {
-    return value < -kFarthest || value > kFarthest;
+    return value < -kFarthestStamp || value > kFarthestStamp;
 }
 
 // A frame lasts a whole number of these units.

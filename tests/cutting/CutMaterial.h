@@ -6,6 +6,7 @@
 #include "hosts/media/FfmpegLog.h"
 #include "hosts/media/OpenPictures.h"
 #include "hosts/shared/HostError.h"
+#include "tests/MessageOf.h"
 #include "tests/hosts/HostProcess.h"
 #include "tests/hosts/Material.h"
 
@@ -149,17 +150,6 @@ inline std::vector<std::string> FilesIn(const std::filesystem::path& folder) {
         names.push_back(entry.path().filename().string());
     std::ranges::sort(names);
     return names;
-}
-
-/// What the call's HostError says; nothing when there is none.
-template <typename Call>
-std::string MessageOf(Call call) {
-    try {
-        call();
-    } catch (const HostError& error) {
-        return error.what();
-    }
-    return "";
 }
 
 } // namespace scenedetect::testing_support

@@ -2,6 +2,7 @@
 
 #include "hosts/files/OutputClaims.h"
 #include "hosts/shared/HostError.h"
+#include "tests/MessageOf.h"
 #include "tests/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -21,18 +22,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
+using testing_support::MessageOf;
 using testing_support::ReadWhole;
 using testing_support::TempFolder;
-
-template <typename Call>
-std::string MessageOf(Call call) {
-    try {
-        call();
-    } catch (const HostError& error) {
-        return error.what();
-    }
-    return "";
-}
 
 void WriteFile(const std::string& path, Existing existing, const std::string& text) {
     OutputFile file(path, existing);
