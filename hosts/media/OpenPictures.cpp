@@ -96,7 +96,7 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Readi
     const auto readRaw = [&] {
         stream->Rewind();
         stream->Settle();
-        return std::make_unique<RawDvReader>(stream, damage);
+        return std::make_unique<RawDvReader>(stream, damage, reading.threads != 1);
     };
     // No container begins as a DV frame does.
     const auto start = Begin(*stream, kDifFrameBytes625);
@@ -120,7 +120,7 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Readi
     if (input->IsRawDv())
         input->FindVideo();
     stream->Settle();
-    return OpenPackets(std::move(input), damage, reading.decoderThreads);
+    return OpenPackets(std::move(input), damage, reading.threads);
 }
 
 } // namespace scenedetect

@@ -85,6 +85,20 @@ std::size_t StreamInput::ReadSome(std::span<std::uint8_t> target, std::size_t le
     return have;
 }
 
+std::size_t StreamInput::ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const {
+    std::size_t have = 0;
+    while (have < target.size()) {
+        const auto from = static_cast<off_t>(m_origin + offset) + static_cast<off_t>(have);
+        const ssize_t count = pread(m_descriptor, target.data() + have, target.size() - have, from);
+        if (count == 0 || (count < 0 && m_stop))
+            break;
+        if (count < 0 && errno != EINTR)
+            Fail(errno);
+        have += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    }
+    return have;
+}
+
 void StreamInput::Skip(std::int64_t bytes) {
     if (IsFile())
         return GoTo(m_position + bytes);

@@ -29,6 +29,13 @@ class ByteInput {
         (void)least; // a file has it all
         return Read(target);
     }
+    /// Whether ReadAt can be called.
+    [[nodiscard]] virtual bool HasReadAt() const { return false; }
+    /// Like Read, but from an offset and without a move of the position; any threads at a time.
+    [[nodiscard]] virtual std::size_t ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const {
+        (void)target, (void)offset;
+        return 0;
+    }
     /// Steps over bytes; behind the file's end there is nothing to read. HostError when that fails.
     virtual void Skip(std::int64_t bytes) = 0;
 

@@ -14,8 +14,8 @@ constexpr std::int64_t FramesPerSecond(DvSystem system) {
 
 } // namespace
 
-RawDvReader::RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage)
-    : m_input(std::move(input)), m_window(*m_input), m_damage(damage) {
+RawDvReader::RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage, bool hasThread)
+    : m_input(std::move(input)), m_window(*m_input, hasThread), m_damage(damage) {
     if (!ReadFrame(m_first))
         throw HostError(m_input->Path() + (m_input->IsStopped() ? ": stopped before the first picture"
                                                                 : ": no picture can be read"));

@@ -20,8 +20,8 @@ namespace scenedetect {
 /// frames of the file, those that a hole has swallowed too. docs/dv.md has the rules.
 class RawDvReader final : public PictureReader {
   public:
-    /// Reads up to the first whole frame. HostError when there is none.
-    RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage);
+    /// Reads up to the first whole frame, with a thread for long files if it may. HostError when there is none.
+    RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage, bool hasThread = false);
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_first.format; }
     [[nodiscard]] TimeScale Scale() const override;

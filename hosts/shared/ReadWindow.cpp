@@ -1,59 +1,59 @@
 #include "hosts/shared/ReadWindow.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
+#include <thread>
+#include <utility>
 
 namespace scenedetect {
 namespace {
 
-// Four frames of 625 lines: few calls, and still a size that stays in a processor's cache.
-// What was dropped last goes before them.
-constexpr std::size_t kBlockBytes = ReadWindow::kBackBytes + 4 * kDifFrameBytes625;
-static_assert(ReadWindow::kMostBytes + ReadWindow::kBackBytes <= kBlockBytes);
+// What is read before a thread for the rest would have begun.
+constexpr std::int64_t kShortFile = 16 * ReadBlock::kReadBytes;
+// As much of a block as one thread uses at a time.
+constexpr std::size_t kUsedBytes = ReadWindow::kBackBytes + ReadBlock::kReadBytes;
+static_assert(ReadWindow::kBackBytes + ReadWindow::kMostBytes <= kUsedBytes);
 
 } // namespace
 
-struct ReadWindow::Block {
-    std::atomic<int> holders = 1; // the pool, and each piece
-    alignas(64) std::uint8_t bytes[kBlockBytes];
-};
-
-void ReadWindow::Release(void* block) {
-    auto* const held = static_cast<Block*>(block);
-    if (held->holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        delete held;
+ReadWindow::ReadWindow(ByteInput& input, bool hasThread) : m_input(input), m_offset(input.Position()) {
+    if (hasThread && input.HasReadAt() && input.Size() - input.Position() > kShortFile &&
+        std::thread::hardware_concurrency() > 1)
+        m_ahead = std::make_unique<ReadAhead>(input, m_pool);
 }
 
-ReadWindow::~ReadWindow() {
-    for (Block* block : m_blocks)
-        Release(block);
+// The window goes on in another block, whose bytes in front of `begin` are free.
+void ReadWindow::MoveTo(ReadBlock::Holder block, std::size_t begin) {
+    const std::size_t have = m_end - m_begin;
+    if (m_block) {
+        const std::size_t back = std::min(m_begin, kBackBytes);
+        std::memcpy(block->bytes + begin - back, m_block->bytes + m_begin - back, back + have);
+    }
+    m_block = std::move(block);
+    m_begin = begin;
+    m_end = begin + have;
 }
 
-ReadWindow::Block& ReadWindow::FreeBlock() {
-    for (Block* block : m_blocks)
-        if (block != m_block && block->holders.load(std::memory_order_acquire) == 1)
-            return *block;
-    m_blocks.reserve(m_blocks.size() + 1);
-    m_blocks.push_back(new Block);
-    return *m_blocks.back();
+// Without any more pieces ahead, reading goes on behind those that were taken.
+void ReadWindow::TakeAhead(std::size_t unit) {
+    ReadAhead::Piece piece = m_ahead->Next(m_offset, unit);
+    if (!piece.block || piece.isLast)
+        m_ahead.reset();
+    if (!piece.block)
+        return;
+    MoveTo(std::move(piece.block), kBackBytes + ReadBlock::kHeadBytes - (m_end - m_begin));
+    m_end += piece.bytes;
+    m_input.Skip(static_cast<std::int64_t>(piece.bytes));
 }
 
 std::span<std::uint8_t> ReadWindow::Have(std::size_t bytes, std::size_t unit) {
-    const std::size_t have = m_end - m_begin;
-    if (have < bytes) {
-        if (!m_block || m_begin + bytes > kBlockBytes) {
-            Block& next = FreeBlock();
-            if (m_block) {
-                const std::size_t back = std::min(m_begin, kBackBytes);
-                std::memcpy(next.bytes + kBackBytes - back, m_block->bytes + m_begin - back, back + have);
-            }
-            m_block = &next;
-            m_begin = kBackBytes;
-            m_end = m_begin + have;
-        }
-        const std::size_t room = kBlockBytes - m_begin;
-        const std::size_t wanted = std::max(bytes, room / unit * unit) - have;
+    while (m_ahead && m_end - m_begin < bytes)
+        TakeAhead(unit);
+    if (m_end - m_begin < bytes) {
+        if (!m_block || m_begin + bytes > kUsedBytes)
+            MoveTo(m_pool.Take(), kBackBytes);
+        const std::size_t have = m_end - m_begin;
+        const std::size_t wanted = std::max(bytes, (kUsedBytes - m_begin) / unit * unit) - have;
         m_end += m_input.ReadSome({m_block->bytes + m_end, wanted}, bytes - have);
     }
     return {m_block->bytes + m_begin, m_end - m_begin};
@@ -71,8 +71,8 @@ void ReadWindow::GoBack(std::size_t bytes) {
 }
 
 BytesOwner ReadWindow::Share() {
-    m_block->holders.fetch_add(1, std::memory_order_relaxed);
-    return {m_block, Release};
+    return {m_block->Hold().release(),
+            [](void* block) { ReadBlock::Release()(static_cast<ReadBlock*>(block)); }};
 }
 
 } // namespace scenedetect

@@ -3,11 +3,12 @@
 
 #include "hosts/shared/ByteInput.h"
 #include "hosts/shared/Picture.h"
+#include "hosts/shared/ReadAhead.h"
+#include "hosts/shared/ReadBlock.h"
 
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <vector>
 
 namespace scenedetect {
 
@@ -16,9 +17,9 @@ namespace scenedetect {
 /// after the window's end.
 class ReadWindow {
   public:
-    /// `input` must outlive the object.
-    explicit ReadWindow(ByteInput& input) : m_input(input) {}
-    ~ReadWindow();
+    /// `input` must outlive the object. A long file is read by one more thread, if there is a processor for
+    /// it.
+    ReadWindow(ByteInput& input, bool hasThread);
     ReadWindow(const ReadWindow&) = delete;
     ReadWindow& operator=(const ReadWindow&) = delete;
 
@@ -27,30 +28,29 @@ class ReadWindow {
     /// call. Bytes are moved only when they lie across the end of a block, which whole units never do.
     /// HostError when reading fails, std::bad_alloc.
     [[nodiscard]] std::span<std::uint8_t> Have(std::size_t bytes, std::size_t unit);
-    static constexpr std::size_t kMostBytes = 2 * kDifFrameBytes625;
+    static constexpr std::size_t kMostBytes = ReadBlock::kHeadBytes;
 
     /// Moves the window's beginning.
     void Drop(std::size_t bytes);
     /// Moves it back over bytes that were dropped; at most kBackBytes (fewer where the input begins).
     void GoBack(std::size_t bytes);
-    static constexpr std::size_t kBackBytes = 128;
+    static constexpr std::size_t kBackBytes = ReadBlock::kBackBytes;
     /// Keeps the bytes that the window holds now where they are until it is let go.
     [[nodiscard]] BytesOwner Share();
     /// Offset of the window's beginning in the input.
     [[nodiscard]] std::int64_t Offset() const { return m_offset; }
 
   private:
-    struct Block;
-    static void Release(void* block);
-
-    Block& FreeBlock();
+    void TakeAhead(std::size_t unit);
+    void MoveTo(ReadBlock::Holder block, std::size_t begin);
 
     ByteInput& m_input;
-    std::vector<Block*> m_blocks;
-    Block* m_block = nullptr; // the one with the window
+    ReadBlockPool m_pool;
+    std::unique_ptr<ReadAhead> m_ahead; // as long as it has anything
+    ReadBlock::Holder m_block;          // the one with the window
     std::size_t m_begin = kBackBytes;
     std::size_t m_end = kBackBytes;
-    std::int64_t m_offset = 0;
+    std::int64_t m_offset;
 };
 
 } // namespace scenedetect
