@@ -49,8 +49,14 @@ void ClipMaker::End(const RunEnd& end) {
     // A run that was stopped still gets the clips of what it found; to stop that, too, is what a second
     // signal is for.
     static const std::atomic<bool> neverStop = false;
-    CutPackets(
-        m_settings, m_cut, m_claims, [this](const WrittenClip& clip) { Tell(clip); }, neverStop);
+    m_progress.wanted = std::ssize(m_cut.scenes);
+    m_progress.made = 0;
+    m_progress.products = "clips";
+    const auto tell = [this](const WrittenClip& clip) {
+        ++m_progress.made;
+        Tell(clip);
+    };
+    CutPackets(m_settings, m_cut, m_claims, tell, neverStop);
 }
 
 void ClipMaker::Tell(const WrittenClip& clip) {

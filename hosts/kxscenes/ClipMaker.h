@@ -4,6 +4,7 @@
 #include "hosts/cutting/ClipCutter.h"
 #include "hosts/cutting/CutPackets.h"
 #include "hosts/kxscenes/RunListener.h"
+#include "hosts/kxscenes/RunProgress.h"
 #include "hosts/shared/Console.h"
 
 #include <optional>
@@ -13,8 +14,8 @@ namespace scenedetect {
 class ClipMaker final : public RunListener {
   public:
     /// All references must outlive the object.
-    ClipMaker(ClipSettings settings, OutputClaims& claims, Console& console)
-        : m_settings(std::move(settings)), m_claims(claims), m_console(console) {}
+    ClipMaker(ClipSettings settings, OutputClaims& claims, Console& console, RunProgress& progress)
+        : m_settings(std::move(settings)), m_claims(claims), m_console(console), m_progress(progress) {}
 
     void Begin(const RunFacts& facts) override;
     void Scene(const FoundScene& scene) override;
@@ -27,6 +28,7 @@ class ClipMaker final : public RunListener {
     const ClipSettings m_settings;
     OutputClaims& m_claims;
     Console& m_console;
+    RunProgress& m_progress;
     RunFacts m_facts;
     std::optional<ClipCutter> m_cutter; // of DV frames; else:
     PacketCut m_cut;

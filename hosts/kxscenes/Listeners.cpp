@@ -57,7 +57,7 @@ std::vector<std::unique_ptr<RunListener>> MakeTableListeners(const RunPlan& plan
 }
 
 std::vector<std::unique_ptr<RunListener>> MakeListeners(const RunPlan& plan, OutputClaims& claims,
-                                                        Console& console) {
+                                                        Console& console, RunProgress& progress) {
     const Requests& requests = plan.own.requests;
     const DetectionParameters parameters = requests.parameters.On({});
     auto listeners = MakeTableListeners(plan, parameters);
@@ -69,9 +69,9 @@ std::vector<std::unique_ptr<RunListener>> MakeListeners(const RunPlan& plan, Out
         listeners.push_back(std::make_unique<ClipMaker>(
             ClipSettings{requests.clipFolder, NamePattern(requests.names),
                          requests.replacesFiles ? Existing::Replace : Existing::Keep, requests.container},
-            claims, console));
+            claims, console, progress));
     if (!requests.pictures.folder.empty())
-        listeners.push_back(std::make_unique<PictureTaker>(requests.pictures, claims, console));
+        listeners.push_back(std::make_unique<PictureTaker>(requests.pictures, claims, console, progress));
     return listeners;
 }
 

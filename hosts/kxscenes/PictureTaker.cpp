@@ -55,6 +55,9 @@ void PictureTaker::End(const RunEnd& end) {
     if (m_scenes.empty())
         return;
     const auto fetcher = FrameFetcher::Open(m_facts.input, m_facts.media.isRawDv);
+    m_progress.wanted = std::ssize(m_scenes) * std::ssize(m_settings.at);
+    m_progress.made = 0;
+    m_progress.products = "pictures";
     for (std::size_t i = 0; i < m_scenes.size(); ++i) {
         const std::int64_t next = i + 1 < m_scenes.size() ? m_scenes[i + 1].sample : end.samples;
         for (const PictureAt& at : m_settings.at) {
@@ -66,6 +69,7 @@ void PictureTaker::End(const RunEnd& end) {
             else
                 m_console.Message(m_facts.input + ": no picture of frame " + std::to_string(place.frame) +
                                   ": it cannot be decoded");
+            ++m_progress.made;
         }
     }
 }

@@ -4,6 +4,7 @@
 #include "hosts/files/NamePattern.h"
 #include "hosts/files/OutputClaims.h"
 #include "hosts/kxscenes/RunListener.h"
+#include "hosts/kxscenes/RunProgress.h"
 #include "hosts/pictures/StillPicture.h"
 #include "hosts/shared/Console.h"
 
@@ -41,8 +42,13 @@ struct PictureSettings {
 class PictureTaker final : public RunListener {
   public:
     /// All must outlive the object.
-    PictureTaker(const PictureSettings& settings, OutputClaims& claims, Console& console)
-        : m_settings(settings), m_names(settings.names), m_claims(claims), m_console(console) {}
+    PictureTaker(const PictureSettings& settings, OutputClaims& claims, Console& console,
+                 RunProgress& progress)
+        : m_settings(settings),
+          m_names(settings.names),
+          m_claims(claims),
+          m_console(console),
+          m_progress(progress) {}
 
     void Begin(const RunFacts& facts) override { m_facts = facts; }
     void Scene(const FoundScene& scene) override;
@@ -62,6 +68,7 @@ class PictureTaker final : public RunListener {
     const NamePattern m_names;
     OutputClaims& m_claims;
     Console& m_console;
+    RunProgress& m_progress;
     RunFacts m_facts;
     SampleTable m_places; // all of them
     std::vector<Begun> m_scenes;

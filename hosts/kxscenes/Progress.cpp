@@ -32,4 +32,9 @@ std::string ProgressText(std::int64_t frames, double fraction, std::chrono::dura
     return line;
 }
 
+std::string ProductsText(std::int64_t frames, std::int64_t made, std::int64_t wanted, const char* products) {
+    return std::to_string(frames) + " frames  " + std::to_string(made) + " of " + std::to_string(wanted) +
+           ' ' + products;
+}
+
 } // namespace scenedetect

@@ -12,4 +12,8 @@ namespace scenedetect {
 [[nodiscard]] std::string ProgressText(std::int64_t frames, double fraction,
                                        std::chrono::duration<double> elapsed);
 
+/// "1500 frames  3 of 12 clips"
+[[nodiscard]] std::string ProductsText(std::int64_t frames, std::int64_t made, std::int64_t wanted,
+                                       const char* products);
+
 } // namespace scenedetect

@@ -118,7 +118,7 @@ void Jobs::RunOne(std::size_t index) {
     std::int64_t scenes = 0;
     std::string error;
     try {
-        SceneRun::Listeners listeners = MakeListeners(plan, m_claims, m_console);
+        SceneRun::Listeners listeners = MakeListeners(plan, m_claims, m_console, m_progress[index]);
         if (!plan.WritesToStandardOutput())
             listeners.push_back(std::make_unique<ScenePrinter>(m_output, index, m_columns));
         if (m_console.IsVerbose())
@@ -166,6 +166,11 @@ void Jobs::ShowProgress() {
     double done = 0;
     double all = 0;
     std::string files;
+    if (const char* products = m_progress[0].products; products && m_plans.size() == 1) {
+        m_console.ShowProgress(
+            ProductsText(FrameCount(), m_progress[0].made, m_progress[0].wanted, products));
+        return;
+    }
     if (m_plans.size() == 1) {
         done = m_progress[0].fraction;
         all = 1;

@@ -4,6 +4,7 @@
 #include "hosts/kxscenes/FilterGraph.h"
 #include "hosts/kxscenes/RunListener.h"
 #include "hosts/kxscenes/RunPlan.h"
+#include "hosts/kxscenes/RunProgress.h"
 #include "hosts/kxscenes/RunRange.h"
 #include "hosts/kxscenes/SceneMerge.h"
 #include "hosts/media/OpenPictures.h"
@@ -13,7 +14,6 @@
 #include "hosts/shared/SampleTable.h"
 #include "hosts/shared/TimecodeReport.h"
 
-#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -21,12 +21,6 @@
 #include <vector>
 
 namespace scenedetect {
-
-/// How far a run is; any thread may look.
-struct RunProgress {
-    std::atomic<std::int64_t> frames = 0;
-    std::atomic<double> fraction = -1; ///< of the file, 0 to 1; negative when unknown
-};
 
 /// All on one thread. `plan`, `reading` and `progress` must outlive the object.
 class SceneRun {
