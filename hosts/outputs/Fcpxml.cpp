@@ -57,23 +57,16 @@ void AppendResources(pugi::xml_node root, const SceneTable& table) {
 // Returns how many frames the clips last together.
 std::int64_t AppendClips(pugi::xml_node spine, const SceneTable& table) {
     const Ratio rate = table.scale.rate;
-    const std::int64_t sourceStart = SourceStart(table);
     std::int64_t offset = 0;
-    for (std::size_t i = 0; i < table.scenes.size(); ++i) {
-        const SceneSpan& scene = table.scenes[i];
-        const std::int64_t start = EditFrame(scene.start, table.scale);
-        const std::int64_t duration = EditFrame(scene.end, table.scale) - start;
-        // At a variable rate a scene may be shorter than half a frame of the nominal one.
-        if (duration == 0)
-            continue;
+    for (const EditSpan& span : EditSpans(table)) {
         pugi::xml_node clip = spine.append_child("asset-clip");
         Set(clip, "ref", kAssetId);
-        Set(clip, "name", ClipName(table, i));
+        Set(clip, "name", ClipName(table, span.scene));
         Set(clip, "offset", Seconds(offset, rate));
-        Set(clip, "start", Seconds(sourceStart + start, rate));
-        Set(clip, "duration", Seconds(duration, rate));
+        Set(clip, "start", Seconds(span.start, rate));
+        Set(clip, "duration", Seconds(span.frameCount, rate));
         Set(clip, "tcFormat", SourceNumbering(table).IsDropFrame() ? "DF" : "NDF");
-        offset += duration;
+        offset += span.frameCount;
     }
     return offset;
 }

@@ -39,19 +39,13 @@ Json MediaReference(const SceneTable& table) {
 
 Json Track(const SceneTable& table, const char* kind) {
     const Json reference = MediaReference(table);
-    const std::int64_t sourceStart = SourceStart(table);
     Json clips = Json::array();
-    for (std::size_t i = 0; i < table.scenes.size(); ++i) {
-        const SceneSpan& scene = table.scenes[i];
-        const std::int64_t start = EditFrame(scene.start, table.scale);
-        const std::int64_t duration = EditFrame(scene.end, table.scale) - start;
-        // At a variable rate a scene may be shorter than half a frame of the nominal one.
-        if (duration == 0)
-            continue;
+    for (const EditSpan& span : EditSpans(table)) {
         // The first version of the clip: old readers know it, and new ones bring it up to date.
-        Json clip = Item("Clip.1", ClipName(table, i),
-                         TimeRange(sourceStart + start, duration, table.scale.rate.Value()));
-        clip["metadata"]["kxscenes"] = {{"scene", i + 1}, {"method", scene.method}};
+        Json clip = Item("Clip.1", ClipName(table, span.scene),
+                         TimeRange(span.start, span.frameCount, table.scale.rate.Value()));
+        clip["metadata"]["kxscenes"] = {{"scene", span.scene + 1},
+                                        {"method", table.scenes[span.scene].method}};
         clip["media_reference"] = reference;
         clips.push_back(std::move(clip));
     }

@@ -39,6 +39,18 @@ std::int64_t SourceStart(const SceneTable& table) {
                    {1, SourceNumbering(table).framesPerSecond});
 }
 
+std::vector<EditSpan> EditSpans(const SceneTable& table) {
+    const std::int64_t sourceStart = SourceStart(table);
+    std::vector<EditSpan> spans;
+    for (std::size_t i = 0; i < table.scenes.size(); ++i) {
+        const std::int64_t start = EditFrame(table.scenes[i].start, table.scale);
+        const std::int64_t frames = EditFrame(table.scenes[i].end, table.scale) - start;
+        if (frames != 0)
+            spans.push_back({i, sourceStart + start, frames});
+    }
+    return spans;
+}
+
 std::string ClipName(const SceneTable& table, std::size_t index) {
     char number[32];
     std::snprintf(number, sizeof number, " %03zu", index + 1);

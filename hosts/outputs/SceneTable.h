@@ -51,6 +51,15 @@ struct SceneTable {
 /// The source timecode's count of frames at the file's rate; 0 without one.
 [[nodiscard]] std::int64_t SourceStart(const SceneTable& table);
 
+/// A scene on an edit's timeline, in frames of the nominal rate.
+struct EditSpan {
+    std::size_t scene;       ///< which of the table's, from 0
+    std::int64_t start;      ///< in the source's own count
+    std::int64_t frameCount; ///< 1 or more
+};
+/// Without the scenes of variable rates that are shorter than half a frame of the nominal one.
+[[nodiscard]] std::vector<EditSpan> EditSpans(const SceneTable& table);
+
 /// The name and the scene's number from 1 on, in three digits or more.
 [[nodiscard]] std::string ClipName(const SceneTable& table, std::size_t index);
 
