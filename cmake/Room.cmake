@@ -13,6 +13,8 @@ function(add_test_headers)
   add_executable(test_headers EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/TestHeaders.cpp)
   target_link_libraries(test_headers PRIVATE house GTest::gmock GTest::gtest_main)
   target_precompile_headers(test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  # What is tested is optimized; the tests compile in half the time without.
+  target_compile_options(test_headers PRIVATE -O0)
 endfunction()
 
 # A GoogleTest program found by CTest: add_room_tests(NAME sources... [DEPENDS targets...])
@@ -21,10 +23,7 @@ function(add_room_tests name)
   add_executable(${name} ${ROOM_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE house ${ROOM_DEPENDS} GTest::gmock GTest::gtest_main)
   target_precompile_headers(${name} REUSE_FROM test_headers)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # In headers compiled beforehand GCC 12 takes copies of short texts for ones beyond their ends.
-    target_compile_options(${name} PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
-  endif()
+  target_compile_options(${name} PRIVATE -O0)
   # Under Wine the first program that is asked for its tests waits for the prefix to be made.
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 300 PROPERTIES TIMEOUT 600)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 300 NO_PRETTY_VALUES PROPERTIES TIMEOUT 600)
 endfunction()
