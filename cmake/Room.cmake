@@ -13,7 +13,7 @@ function(add_test_headers)
   add_executable(test_headers EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/TestHeaders.cpp)
   target_link_libraries(test_headers PRIVATE house GTest::gmock GTest::gtest_main)
   target_precompile_headers(test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-  # What is tested is optimized; the tests compile in half the time without.
+  # What is tested is optimized; the tests compile in half the time without, and in half of that when joined.
   target_compile_options(test_headers PRIVATE -O0)
 endfunction()
 
@@ -24,6 +24,7 @@ function(add_room_tests name)
   target_link_libraries(${name} PRIVATE house ${ROOM_DEPENDS} GTest::gmock GTest::gtest_main)
   target_precompile_headers(${name} REUSE_FROM test_headers)
   target_compile_options(${name} PRIVATE -O0)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
   # Under Wine the first program that is asked for its tests waits for the prefix to be made.
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 300 NO_PRETTY_VALUES PROPERTIES TIMEOUT 600)
 endfunction()

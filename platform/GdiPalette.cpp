@@ -6,14 +6,14 @@
 namespace scenedetect {
 namespace {
 
-constexpr std::size_t kMostEntries = 256;
+constexpr std::size_t kMostColours = 256;
 constexpr WORD kPaletteVersion = 0x300;
 
 // A description with room for all entries that there can be.
 struct Description {
     WORD version;
     WORD count;
-    PALETTEENTRY entries[kMostEntries];
+    PALETTEENTRY entries[kMostColours];
 };
 static_assert(offsetof(Description, entries) == offsetof(LOGPALETTE, palPalEntry));
 
@@ -21,7 +21,7 @@ static_assert(offsetof(Description, entries) == offsetof(LOGPALETTE, palPalEntry
 
 bool GdiPalette::CreatePalette(std::span<const PALETTEENTRY> entries) {
     Delete();
-    if (entries.empty() || entries.size() > kMostEntries)
+    if (entries.empty() || entries.size() > kMostColours)
         return false;
     Description description = {kPaletteVersion, static_cast<WORD>(entries.size()), {}};
     std::copy(entries.begin(), entries.end(), description.entries);

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
+#include <cstdint>
 #include <span>
 
 namespace scenedetect {
@@ -18,8 +18,6 @@ using testing_support::Bitmap;
 using testing_support::LogRecorder;
 using testing_support::MakeHeader;
 
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 
 std::span<std::uint8_t> Slot(Detector& detector, std::int32_t offset) {
     return {detector.GetFrame(offset), static_cast<std::size_t>(detector.GetSampleCount())};
@@ -41,7 +39,7 @@ TEST(Detector, RingOfFiveSlots) {
         EXPECT_EQ(detector.NextFrame(), first + 300 * slot);
     EXPECT_EQ(detector.GetFrame(-1), first + 300 * 4);
     EXPECT_EQ(detector.GetFrame(-5), first);
-    EXPECT_EQ(detector.GetFrame(kMost), first + 300 * 2); // 2147483647 is 2 more than a multiple of 5
+    EXPECT_EQ(detector.GetFrame(INT32_MAX), first + 300 * 2); // 2147483647 is 2 more than a multiple of 5
 }
 
 TEST(Detector, MetricsTruncateAndClamp) {
@@ -81,7 +79,7 @@ TEST(Detector, OnlyAnotherGridSizeResets) {
 TEST(Detector, GridsThatCannotBeAreEmpty) {
     const Bitmap bitmap(MakeHeader(8, 8, 24), std::vector<std::uint8_t>(192, 255));
     for (const auto& [width, height] :
-         {std::pair{0, 15}, {20, 0}, {-20, -15}, {kMost, kMost}, {65536, 32768}}) {
+         {std::pair{0, 15}, {20, 0}, {-20, -15}, {INT32_MAX, INT32_MAX}, {65536, 32768}}) {
         Detector detector;
         detector.SetGridWidth(width);
         detector.SetGridHeight(height);
@@ -94,7 +92,7 @@ TEST(Detector, GridsThatCannotBeAreEmpty) {
 }
 
 TEST(Detector, ExtremeSettingsStayWithinTheirTypes) {
-    for (const std::int32_t extreme : {kMost, kLeast}) {
+    for (const std::int32_t extreme : {INT32_MAX, INT32_MIN}) {
         const LogRecorder log(31);
         Detector detector;
         detector.SetParameters(extreme, extreme, extreme, 3);
@@ -102,7 +100,7 @@ TEST(Detector, ExtremeSettingsStayWithinTheirTypes) {
         detector.SetStartFrame(extreme);
         for (int i = 0; i < 8; ++i)
             Feed(detector, static_cast<std::uint8_t>(i * 31));
-        EXPECT_EQ(detector.GetFrameCount(), extreme == kMost ? kMost : kLeast + 8);
+        EXPECT_EQ(detector.GetFrameCount(), extreme == INT32_MAX ? INT32_MAX : INT32_MIN + 8);
     }
 }
 

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
+#include <cstdint>
 #include <string_view>
 
 namespace scenedetect {
@@ -26,8 +26,6 @@ using testing_support::Wide;
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 
 TEST(Dib, SizesThatTheHeaderAnnounces) {
     const auto expect = [](const char* name, BITMAPINFOHEADER header, DWORD used, DWORD image,
@@ -51,7 +49,7 @@ TEST(Dib, SizesThatTheHeaderAnnounces) {
     expect("FourCC", MakeHeader(16, 8, 16, MAKEFOURCC('Y', 'U', 'Y', '2')), 0, 0, {0, 40, 0, 0});
     expect("negative width", MakeHeader(-4, 4, 24), 0, 0, {0, 40, 0, 0});
     constexpr std::int64_t kGiB = 1 << 30;
-    expect("extremes", MakeHeader(kMost, kLeast, 65535), 0xFFFFFFFF, 0,
+    expect("extremes", MakeHeader(INT32_MAX, INT32_MIN, 65535), 0xFFFFFFFF, 0,
            {0xFFFFFFFF, 40 + 4 * std::int64_t{0xFFFFFFFF}, 2 * kGiB, 4 * kGiB * kGiB});
 }
 
@@ -66,7 +64,7 @@ TEST(Dib, PixelsLieByOrientationAndSize) {
     EXPECT_EQ(oneBit.dib.PixelAddress(7, 1), oneBit.pixels.data() + 8 + 7);
     EXPECT_TRUE(log.lines.empty());
 
-    for (const auto& [x, y] : {std::pair{3, 0}, {0, 2}, {-1, 0}, {0, -1}, {kMost, kLeast}, {0, 1}})
+    for (const auto& [x, y] : {std::pair{3, 0}, {0, 2}, {-1, 0}, {0, -1}, {INT32_MAX, INT32_MIN}, {0, 1}})
         EXPECT_EQ(topDown.dib.PixelAddress(x, y), nullptr) << x << ", " << y;
     EXPECT_EQ(Dib().PixelAddress(0, 0), nullptr);
     EXPECT_EQ(Bitmap(MakeHeader(1, 1, 2), {}).dib.PixelSize(), 1);
@@ -114,7 +112,7 @@ TEST(Dib, CreateMakesOneUnpaddedBlock) {
     EXPECT_EQ(dib.GetBitsExtent(), 9u);
     EXPECT_EQ(reinterpret_cast<const WORD*>(dib.GetColourTable())[255], 255);
     const int refused[][3] = {
-        {-3, 3, 24}, {-3, -3, 24}, {kMost, kMost, 32}, {65536, 65536, 8}, {1, 1, 65536}};
+        {-3, 3, 24}, {-3, -3, 24}, {INT32_MAX, INT32_MAX, 32}, {65536, 65536, 8}, {1, 1, 65536}};
     for (const auto& [width, height, bitCount] : refused) {
         EXPECT_FALSE(dib.Create(width, height, bitCount, false));
         EXPECT_EQ(dib.GetInfo(), nullptr);
@@ -158,7 +156,7 @@ TEST(Dib, CopyToIsDeepAndOfTheAnnouncedSizes) {
 TEST(Dib, CopyToThatFailsLeavesTheTargetEmpty) {
     BITMAPINFOHEADER longHeader = MakeHeader(1, 1, 24);
     longHeader.biSize = 0xFFFFFFFF;
-    for (const BITMAPINFOHEADER& header : {MakeHeader(kMost, kMost, 32), longHeader}) {
+    for (const BITMAPINFOHEADER& header : {MakeHeader(INT32_MAX, INT32_MAX, 32), longHeader}) {
         const Bitmap bitmap(header, Bytes(4));
         Dib target(bitmap.dib);
         EXPECT_FALSE(bitmap.dib.CopyTo(target));

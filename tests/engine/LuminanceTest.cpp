@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
+#include <cstdint>
 
 namespace scenedetect {
 namespace {
@@ -149,17 +149,15 @@ TEST(Luminance, CutDataReadsAsZeros) {
 }
 
 TEST(Luminance, HeadersThatMakeNoSenseReadAsNothing) {
-    constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
-    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
     for (const auto& [width, height] :
-         {std::pair{0, 0}, {-8, 8}, {kMost, kMost}, {kLeast, kLeast}, {kMost, kLeast}})
+         {std::pair{0, 0}, {-8, 8}, {INT32_MAX, INT32_MAX}, {INT32_MIN, INT32_MIN}, {INT32_MAX, INT32_MIN}})
         for (const int bitCount : {8, 16, 24, 32})
             EXPECT_THAT(Read({MakeHeader(width, height, bitCount), {}}, {2, 2, 8}), ElementsAre(0, 0, 0, 0))
                 << width << " x " << height;
     // Block sizes and grids that cannot be read leave the samples alone.
     const Bitmap bitmap(MakeHeader(16, 16, 24), Samples(16 * 16 * 3, 9));
     std::uint8_t sample = 7;
-    for (const LuminanceGrid& grid : {LuminanceGrid{1, 1, 0}, {1, 1, kMost}, {0, 1, 8}, {1, -1, 8}})
+    for (const LuminanceGrid& grid : {LuminanceGrid{1, 1, 0}, {1, 1, INT32_MAX}, {0, 1, 8}, {1, -1, 8}})
         ReadLuminance(bitmap.dib, PixelLayout::Rgb24, grid, &sample);
     EXPECT_EQ(sample, 7);
 }

@@ -13,12 +13,6 @@ namespace {
 
 using namespace testing_support;
 
-constexpr std::size_t kYuy2Bytes = 64 * 48 * 2;
-
-CMediaType Yuy2() {
-    return FourccType("YUY2", 64, 48, 16);
-}
-
 TEST(Control, InterfacesOfTheFilter) {
     const WatchedFilter filter(KxMethodManual, Yuy2());
     const auto unknown = QueryFor<IUnknown>(filter->GetOwner(), IID_IUnknown);

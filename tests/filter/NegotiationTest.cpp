@@ -56,7 +56,7 @@ TEST(Negotiation, VideoInfo2IsTakenWhileStreamingOnly) {
     const CMediaType changed = VideoType<VIDEOINFOHEADER2>(
         MEDIASUBTYPE_YUY2, FORMAT_VideoInfo2, PictureHeader(64, 48, 16, MAKEFOURCC('Y', 'U', 'Y', '2')));
     Graph graph;
-    ASSERT_EQ(graph.ConnectInput(FourccType("YUY2", 64, 48, 16)), S_OK);
+    ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
     ASSERT_EQ(graph.ConnectOutput(), S_OK);
     EXPECT_NE(graph.filter->GetPin(0)->QueryAccept(&changed), S_OK);
     graph.Run();
@@ -120,7 +120,7 @@ TEST(Negotiation, UnconnectedTheOutputOffersFiveSizes) {
 
 TEST(Negotiation, ConnectedTheOutputOffersTheInputsType) {
     Graph graph;
-    const CMediaType yuy2 = FourccType("YUY2", 64, 48, 16);
+    const CMediaType yuy2 = Yuy2();
     ASSERT_EQ(graph.ConnectInput(yuy2), S_OK);
     CMediaType type;
     EXPECT_EQ(graph.filter->GetMediaType(0, &type), S_OK);
@@ -131,7 +131,7 @@ TEST(Negotiation, ConnectedTheOutputOffersTheInputsType) {
 TEST(Negotiation, TheMethodDecidesAtConnecting) {
     Graph graph;
     graph.filter->SetDetectionMethod(KxMethodTimestamp);
-    EXPECT_TRUE(FAILED(graph.ConnectInput(FourccType("YUY2", 64, 48, 16))));
+    EXPECT_TRUE(FAILED(graph.ConnectInput(Yuy2())));
     EXPECT_EQ(graph.ConnectInput(DvType()), S_OK);
 }
 
@@ -169,7 +169,7 @@ TEST(Negotiation, BuffersFollowTheInputsAllocator) {
     EXPECT_EQ(allocator.asked.cbBuffer, 1);
 
     graph.Source().properties = {4, 5000, 1, 0};
-    ASSERT_EQ(graph.ConnectInput(FourccType("YUY2", 64, 48, 16)), S_OK);
+    ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
     const struct {
         ALLOCATOR_PROPERTIES granted;
         HRESULT granting;

@@ -17,14 +17,6 @@ std::vector<std::uint8_t> Grey(std::size_t bytes, std::uint8_t level) {
     return std::vector<std::uint8_t>(bytes, level);
 }
 
-constexpr LONG kWidth = 64;
-constexpr LONG kHeight = 48;
-constexpr std::size_t kYuy2Bytes = kWidth * kHeight * 2;
-
-CMediaType Yuy2() {
-    return FourccType("YUY2", kWidth, kHeight, 16);
-}
-
 // Pictures whose level jumps at the given frames and rests between.
 template <typename Picture>
 Positions VideoScenes(WatchedFilter& filter, int frames, const std::vector<int>& cuts, Picture picture) {

@@ -7,6 +7,8 @@
 
 #include <dvdmedia.h>
 
+#include <cstddef>
+
 namespace scenedetect::testing_support {
 
 /// The bitmap header of an uncompressed or compressed picture.
@@ -51,6 +53,14 @@ inline CMediaType RgbType(const GUID& subtype, LONG width, LONG height, WORD bit
 
 inline CMediaType DvType(bool is625 = true, REFERENCE_TIME frameDuration = 400000) {
     return FourccType("dvsd", 720, is625 ? 576 : 480, 24, frameDuration);
+}
+
+/// A small picture that most tests can do with.
+constexpr LONG kWidth = 64;
+constexpr LONG kHeight = 48;
+constexpr std::size_t kYuy2Bytes = kWidth * kHeight * 2;
+inline CMediaType Yuy2() {
+    return FourccType("YUY2", kWidth, kHeight, 16);
 }
 
 } // namespace scenedetect::testing_support
