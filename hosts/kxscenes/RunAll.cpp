@@ -111,7 +111,7 @@ void Jobs::Work() {
 
 void Jobs::RunOne(std::size_t index) {
     const RunPlan& plan = m_plans[index];
-    // Alone, a decoder knows best how many threads serve it.
+    // Alone, a reader knows best how many threads serve it.
     const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
     const Reading reading{m_stop, m_console,
                           m_workers == 1 ? 0 : std::max(1, cores / static_cast<int>(m_workers))};

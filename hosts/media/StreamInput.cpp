@@ -90,7 +90,7 @@ std::size_t StreamInput::ReadAt(std::span<std::uint8_t> target, std::int64_t off
     while (have < target.size()) {
         const auto from = static_cast<off_t>(m_origin + offset) + static_cast<off_t>(have);
         const ssize_t count = pread(m_descriptor, target.data() + have, target.size() - have, from);
-        if (count == 0 || (count < 0 && m_stop))
+        if (count == 0)
             break;
         if (count < 0 && errno != EINTR)
             Fail(errno);

@@ -13,8 +13,8 @@
 
 namespace scenedetect {
 
-/// A thread of its own reads the next pieces while the first one is worked on. Who wants a piece that is not
-/// there yet reads the next one himself instead of waiting: copying from the system's cache takes a processor
+/// A thread of its own reads the next pieces while the first one is worked on. Whoever wants a piece that is
+/// not there yet reads the next one instead of waiting: copying from the system's cache takes a processor
 /// longer than what is done with the bytes, and waking a thread longer than reading a piece. One thread at a
 /// time.
 class ReadAhead {

@@ -16,7 +16,7 @@ std::uint8_t ByteAt(std::int64_t offset) {
     return static_cast<std::uint8_t>(static_cast<std::uint64_t>(offset) * 2'654'435'761u >> 24);
 }
 
-// Tells kFileBytes, and has fewer, or fails behind them, if asked to.
+// Tells kFileBytes, and has more or fewer, or fails behind them, if asked to.
 class File final : public ByteInput {
   public:
     [[nodiscard]] const std::string& Path() const override { return m_path; }
@@ -95,8 +95,8 @@ TEST_P(ReadWindows, ShowTheWholeFile) {
     }
 }
 
-TEST_P(ReadWindows, EndWhereTheFileWasCutMeanwhile) {
-    for (const std::int64_t has : {0, 576'000, 12'345'678}) {
+TEST_P(ReadWindows, EndWhereTheFileDoesByNow) {
+    for (const std::int64_t has : {0, 576'000, 12'345'678, 21'000'000}) {
         File file;
         file.has = has;
         ReadWindow window(file, GetParam());
