@@ -50,7 +50,7 @@ OutputFile::OutputFile(std::string path, Existing existing)
 OutputFile::~OutputFile() {
     if (m_descriptor != -1)
         close(m_descriptor);
-    if (m_isTemporary)
+    if (m_unfinished)
         unlink(m_writingPath.c_str());
 }
 
@@ -59,7 +59,8 @@ void OutputFile::OpenBeside() {
         m_writingPath = (m_target.file.parent_path() / HiddenName()).native();
         m_descriptor = open(m_writingPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
     } while (m_descriptor == -1 && errno == EEXIST);
-    m_isTemporary = m_descriptor != -1;
+    if (m_descriptor != -1)
+        m_unfinished.emplace(m_writingPath);
 }
 
 void OutputFile::Write(std::span<const std::uint8_t> bytes) {
@@ -104,7 +105,7 @@ void OutputFile::Close() {
 void OutputFile::Commit() {
     Flush();
     Close();
-    if (m_isTemporary)
+    if (m_unfinished)
         TakeFinalName();
 }
 
@@ -114,11 +115,11 @@ void OutputFile::TakeFinalName() {
     if (m_existing == Existing::Replace) {
         if (rename(from, to) != 0)
             Fail(errno);
-        m_isTemporary = false;
+        m_unfinished.reset();
         return;
     }
     if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
-        m_isTemporary = false;
+        m_unfinished.reset();
         return;
     }
     // Not every file system can do that. A second name is refused where the name is taken, too; the first

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "hosts/files/OutputTarget.h"
+#include "hosts/files/UnfinishedFile.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -50,7 +52,7 @@ class OutputFile {
     const OutputTarget m_target;
     std::string m_writingPath;
     int m_descriptor = -1;
-    bool m_isTemporary = false; // m_writingPath is to be renamed or removed
+    std::optional<UnfinishedFile> m_unfinished; // while m_writingPath is to be renamed or removed
     std::int64_t m_size = 0;
     std::vector<std::uint8_t> m_pending;
 };

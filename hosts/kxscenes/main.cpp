@@ -1,4 +1,5 @@
 // kxscenes: from a video file to its scenes.
+#include "hosts/files/UnfinishedFile.h"
 #include "hosts/kxscenes/Options.h"
 #include "hosts/kxscenes/RunAll.h"
 #include "hosts/kxscenes/SavedRun.h"
@@ -17,11 +18,16 @@ namespace {
 std::atomic<bool> g_stop = false;
 static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
 
+void EndAtOnce(int signal) {
+    scenedetect::UnfinishedFile::RemoveAll();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
 void StopRun(int /*signal*/) {
     g_stop = true;
-    // The next one ends the program at once.
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    std::signal(SIGINT, EndAtOnce);
+    std::signal(SIGTERM, EndAtOnce);
 }
 
 void SetUpSignals() {

@@ -54,6 +54,12 @@ std::string Process::OutputSoFar() const {
     return ReadWhole(m_folder / "out");
 }
 
+bool Process::HasEnded() const {
+    siginfo_t ended{};
+    return waitid(P_PID, static_cast<id_t>(m_pid), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           ended.si_pid == m_pid;
+}
+
 ProcessResult Process::Wait() {
     int status = 0;
     rusage usage{};

@@ -33,6 +33,7 @@ class Process {
     void Signal(int number) const;
     /// What it has printed to standard output so far.
     [[nodiscard]] std::string OutputSoFar() const;
+    [[nodiscard]] bool HasEnded() const;
     ProcessResult Wait();
 
   private:

@@ -111,6 +111,31 @@ TEST_P(Interrupted, EndsAtOnceAndCleanly) {
     }
 }
 
+// The run waits for a reader of its list, with the last clip not whole yet.
+TEST_P(Interrupted, TheSecondSignalLeavesNothingHidden) {
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "tape.dv");
+    const auto pipe = folder / "list.csv";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    Process host({KXSCENES_PROGRAM, "-o", pipe, "--split", folder / "clips", folder / "tape.dv"});
+    const auto hidden = [&folder] {
+        std::error_code none;
+        int count = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(folder / "clips", none))
+            count += entry.path().filename().native().front() == '.';
+        return count;
+    };
+    while (Lines(host.OutputSoFar()).size() < 5)
+        std::this_thread::sleep_for(5ms);
+    EXPECT_EQ(hidden(), 1);
+    do { // signals that come too fast are one
+        host.Signal(GetParam());
+        std::this_thread::sleep_for(20ms);
+    } while (!host.HasEnded());
+    EXPECT_EQ(host.Wait().exitCode, 128 + GetParam());
+    EXPECT_EQ(hidden(), 0);
+}
+
 INSTANTIATE_TEST_SUITE_P(Signals, Interrupted, testing::Values(SIGINT, SIGTERM),
                          [](const auto& each) { return each.param == SIGINT ? "Int" : "Term"; });
 
