@@ -39,8 +39,8 @@ inline constexpr int kDifVideoBlocksPerGroup = 15;
 inline constexpr int kDifGroupBlocks = kDifVideoBlocksPerGroup + 1;
 
 /// The number, in its sequence, of the `index`-th video block of a group.
-constexpr std::size_t DifVideoBlock(int group, int index) {
-    return static_cast<std::size_t>(kDifFirstGroupBlock + group * kDifGroupBlocks + 1 + index);
+constexpr int DifVideoBlock(int group, int index) {
+    return kDifFirstGroupBlock + group * kDifGroupBlocks + 1 + index;
 }
 
 /// Of a video block: its upper half is STA, which tells whether the player could read the block.

@@ -250,9 +250,10 @@ class CutRun {
 void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims, const ClipReport& report,
                 const std::atomic<bool>& stop) {
     std::ranges::stable_sort(cut.scenes, {}, [](const PacketCut::Scene& scene) { return scene.place.frame; });
-    const auto doubles =
-        std::ranges::unique(cut.scenes, {}, [](const PacketCut::Scene& scene) { return scene.place.frame; });
-    cut.scenes.erase(doubles.begin(), doubles.end());
+    const auto isDouble = [](const PacketCut::Scene& one, const PacketCut::Scene& next) {
+        return one.place.frame == next.place.frame;
+    };
+    cut.scenes.erase(std::unique(cut.scenes.begin(), cut.scenes.end(), isDouble), cut.scenes.end());
     if (!cut.scenes.empty())
         CutRun(settings, cut, claims, report, stop).Run();
 }

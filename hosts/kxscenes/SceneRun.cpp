@@ -201,13 +201,13 @@ void SceneRun::DrainFigures() {
 void SceneRun::FinishSceneLists() {
     FirstError error;
     for (std::size_t i = 0; i < m_plan.filters.size(); ++i) {
-        const auto& [method, path] = m_plan.filters[i];
+        const std::string& path = m_plan.filters[i].xmlPath;
         if (path.empty())
             continue;
         const std::vector<std::int32_t>& positions = m_detections[i].positions;
         // The filter counts from the range's beginning, the file's positions from its own.
         if (m_skipped != 0)
-            WriteSceneListFile(WideFromUtf8(path), positions, method);
+            WriteSceneListFile(WideFromUtf8(path), positions, m_plan.filters[i].method);
         error.Attempt([&] { CheckSceneList(path, std::ssize(positions)); });
     }
     error.Rethrow();

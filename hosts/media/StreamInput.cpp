@@ -24,7 +24,7 @@ int Open(const std::string& path) {
 
 } // namespace
 
-StreamInput::StreamInput(std::string path, const std::atomic<bool>& stop)
+StreamInput::StreamInput(const std::string& path, const std::atomic<bool>& stop)
     : m_path(path == kStandardInput ? "standard input" : path), m_stop(stop), m_descriptor(Open(path)) {
     struct stat status {};
     if (m_descriptor == -1 || fstat(m_descriptor, &status) != 0)

@@ -12,7 +12,7 @@ namespace scenedetect {
 class StreamInput final : public ByteInput {
   public:
     /// Opens the file; "-" is the standard input. HostError when it can't be read.
-    StreamInput(std::string path, const std::atomic<bool>& stop);
+    StreamInput(const std::string& path, const std::atomic<bool>& stop);
     ~StreamInput() override;
     StreamInput(const StreamInput&) = delete;
     StreamInput& operator=(const StreamInput&) = delete;

@@ -158,7 +158,7 @@ bool IsDvFrameTorn(std::span<const std::uint8_t> data, const DvCheck& check) {
     if (check.lastGood == check.blocks - 1)
         return false;
     const std::size_t frameBytes = DvFrameBytes(check.system);
-    const auto firstLost = static_cast<std::size_t>(check.lastGood + 1);
+    const std::size_t firstLost = static_cast<std::size_t>(check.lastGood) + 1;
     for (std::size_t at = firstLost * kDifBlockBytes; at + kRunBlocks * kDifBlockBytes <= data.size(); ++at) {
         const auto place = PlaceOfRun(data.subspan(at));
         if (!place || at == *place * kDifBlockBytes)

@@ -11,7 +11,8 @@ bool IsAnyBlockMarked(std::span<const std::uint8_t> sequence) {
     std::uint8_t marks = 0;
     for (int group = 0; group < kDifGroups; ++group)
         for (int i = 0; i < kDifVideoBlocksPerGroup; ++i)
-            marks |= sequence[DifVideoBlock(group, i) * kDifBlockBytes + kDifStatusByte];
+            marks |=
+                sequence[static_cast<std::size_t>(DifVideoBlock(group, i)) * kDifBlockBytes + kDifStatusByte];
     return marks >> kStatusShift != 0;
 }
 

@@ -6,7 +6,7 @@ namespace scenedetect {
 namespace {
 
 constexpr std::int64_t kSecond = kDvTicksPerSecond;
-constexpr std::int64_t kDaySeconds = 24 * 60 * 60;
+constexpr std::int64_t kDaySeconds = 86400;
 constexpr std::int64_t kDay = kDaySeconds * kSecond;
 // Recorders don't always write the new second with the frame it begins at.
 constexpr std::int64_t kTolerance = kSecond / 2;
