@@ -25,8 +25,8 @@ class CSampleList {
 /// Everything but the memory. A derived class makes the samples in Alloc (adding them to m_lFree and counting
 /// them in m_lAllocated, under this object's lock) and takes them away in Free or in its destructor.
 ///
-/// Each sample that is out holds a reference to the allocator. A class whose samples point at foreign memory
-/// overrides ReleaseBuffer to let go of it, and calls the base last. All methods are thread-safe.
+/// Each sample that is out holds a reference to the allocator. A class whose samples point at memory of
+/// others overrides ReleaseBuffer to let go of it, and calls the base last. All methods are thread-safe.
 class CBaseAllocator : public CUnknown, public IMemAllocator, public CCritSec {
   public:
     CBaseAllocator(LPCTSTR pName, LPUNKNOWN pUnk, HRESULT* phr);

@@ -6,6 +6,7 @@
 #include "baseclasses/WideString.h"
 
 #include <string_view>
+#include <utility>
 
 CBaseFilter::CBaseFilter(LPCTSTR pName, LPUNKNOWN pUnk, CCritSec* pLock, REFCLSID clsid)
     : CUnknown(pName, pUnk), m_clsid(clsid), m_pLock(pLock) {}
@@ -103,19 +104,21 @@ STDMETHODIMP CBaseFilter::GetState(DWORD, FILTER_STATE* State) {
 }
 
 STDMETHODIMP CBaseFilter::SetSyncSource(IReferenceClock* pClock) {
-    CAutoLock lock(m_pLock);
     if (pClock)
         pClock->AddRef();
-    if (m_pClock)
-        m_pClock->Release();
-    m_pClock = pClock;
+    {
+        CAutoLock lock(&m_infoLock);
+        std::swap(m_pClock, pClock);
+    }
+    if (pClock)
+        pClock->Release();
     return S_OK;
 }
 
 STDMETHODIMP CBaseFilter::GetSyncSource(IReferenceClock** pClock) {
     if (!pClock)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
+    CAutoLock lock(&m_infoLock);
     if (m_pClock)
         m_pClock->AddRef();
     *pClock = m_pClock;
@@ -135,7 +138,6 @@ STDMETHODIMP CBaseFilter::EnumPins(IEnumPins** ppEnum) {
 STDMETHODIMP CBaseFilter::FindPin(LPCWSTR Id, IPin** ppPin) {
     if (!Id || !ppPin)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
     *ppPin = nullptr;
     for (int n = 0; n < GetPinCount(); ++n) {
         CBasePin* pin = GetPin(n);
@@ -151,7 +153,7 @@ STDMETHODIMP CBaseFilter::FindPin(LPCWSTR Id, IPin** ppPin) {
 STDMETHODIMP CBaseFilter::QueryFilterInfo(FILTER_INFO* pInfo) {
     if (!pInfo)
         return E_POINTER;
-    CAutoLock lock(m_pLock);
+    CAutoLock lock(&m_infoLock);
     CopyToNameField(pInfo->achName, MAX_FILTER_NAME, m_name);
     pInfo->pGraph = m_pGraph;
     if (m_pGraph)
@@ -160,10 +162,11 @@ STDMETHODIMP CBaseFilter::QueryFilterInfo(FILTER_INFO* pInfo) {
 }
 
 STDMETHODIMP CBaseFilter::JoinFilterGraph(IFilterGraph* pGraph, LPCWSTR pName) {
-    CAutoLock lock(m_pLock);
-    m_pGraph = pGraph;
     // A reference of the filter's to the graph that holds it would keep both alive for ever.
-    m_pSink = pGraph ? QueryFor<IMediaEventSink>(pGraph, IID_IMediaEventSink).get() : nullptr;
+    IMediaEventSink* sink = pGraph ? QueryFor<IMediaEventSink>(pGraph, IID_IMediaEventSink).get() : nullptr;
+    CAutoLock lock(&m_infoLock);
+    m_pGraph = pGraph;
+    m_pSink = sink;
     CopyToNameField(m_name, MAX_FILTER_NAME, pName);
     return S_OK;
 }
@@ -173,15 +176,24 @@ STDMETHODIMP CBaseFilter::QueryVendorInfo(LPWSTR*) {
 }
 
 HRESULT CBaseFilter::NotifyEvent(LONG EventCode, LONG_PTR EventParam1, LONG_PTR EventParam2) {
-    if (!m_pSink)
-        return E_NOTIMPL;
-    return m_pSink->Notify(EventCode, EventParam1, EventParam2);
+    IMediaEventSink* sink = nullptr;
+    {
+        CAutoLock lock(&m_infoLock);
+        sink = m_pSink;
+    }
+    return sink ? sink->Notify(EventCode, EventParam1, EventParam2) : E_NOTIMPL;
+}
+
+IFilterGraph* CBaseFilter::Graph() {
+    CAutoLock lock(&m_infoLock);
+    return m_pGraph;
 }
 
 HRESULT CBaseFilter::ReconnectPin(IPin* pPin, const AM_MEDIA_TYPE* pmt) {
-    if (!m_pGraph)
+    IFilterGraph* graph = Graph();
+    if (!graph)
         return E_NOINTERFACE;
-    if (const auto graph2 = QueryFor<IFilterGraph2>(m_pGraph, IID_IFilterGraph2))
+    if (const auto graph2 = QueryFor<IFilterGraph2>(graph, IID_IFilterGraph2))
         return graph2->ReconnectEx(pPin, pmt);
-    return m_pGraph->Reconnect(pPin);
+    return graph->Reconnect(pPin);
 }

@@ -12,6 +12,9 @@ class CBasePin;
 
 /// A derived class says how many pins there are and which. State changes go to the connected pins
 /// (Active, Run, Inactive) under the filter's lock. The graph is not referenced: it outlives its filters.
+///
+/// Pins, name, graph and clock can be asked for at any time, on any thread, also within Receive while another
+/// thread stops the filter: none of these questions takes the filter's lock.
 class CBaseFilter : public CUnknown, public IBaseFilter {
   public:
     /// `pLock` is the filter's state lock; it belongs to the derived class.
@@ -48,22 +51,29 @@ class CBaseFilter : public CUnknown, public IBaseFilter {
 
     bool IsActive() const { return m_State != State_Stopped; }
     bool IsStopped() const { return m_State == State_Stopped; }
+    /// Stopped, and no sample is inside any more: connections may change.
+    virtual bool IsAtRest() const { return IsStopped(); }
 
     /// Sends an event to the graph; E_NOTIMPL when there is none or it takes no events.
     HRESULT NotifyEvent(LONG EventCode, LONG_PTR EventParam1, LONG_PTR EventParam2);
-    IFilterGraph* GetFilterGraph() const { return m_pGraph; }
     /// Asks the graph to connect `pPin` anew, with `pmt` where it can; E_NOINTERFACE without a graph.
     HRESULT ReconnectPin(IPin* pPin, const AM_MEDIA_TYPE* pmt);
 
   protected:
     std::atomic<FILTER_STATE> m_State = State_Stopped;
-    IReferenceClock* m_pClock = nullptr;
     CLSID m_clsid;
     CCritSec* m_pLock;
+    std::atomic<LONG> m_PinVersion = 1;
+    /// Guards the clock, the name, the graph, and pins that are made on demand. Nothing else is locked while
+    /// it is held.
+    CCritSec m_infoLock;
+    IReferenceClock* m_pClock = nullptr;
     WCHAR m_name[MAX_FILTER_NAME] = {};
     IFilterGraph* m_pGraph = nullptr;
     IMediaEventSink* m_pSink = nullptr;
-    std::atomic<LONG> m_PinVersion = 1;
+
+    /// Not referenced.
+    IFilterGraph* Graph();
 
   private:
     CBasePin* ConnectedPin(int n);

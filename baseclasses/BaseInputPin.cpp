@@ -66,7 +66,8 @@ STDMETHODIMP CBaseInputPin::Receive(IMediaSample* pSample) {
     if (hr != S_OK)
         return hr;
     ReadSampleProps(pSample);
-    if (!(m_SampleProps.dwSampleFlags & AM_SAMPLE_TYPECHANGED))
+    // A sample of another make may say that its type has changed and not have one.
+    if (!(m_SampleProps.dwSampleFlags & AM_SAMPLE_TYPECHANGED) || !m_SampleProps.pMediaType)
         return S_OK;
 
     CMediaType attached;
@@ -76,7 +77,8 @@ STDMETHODIMP CBaseInputPin::Receive(IMediaSample* pSample) {
     if (CheckMediaType(&attached) == S_OK)
         return S_OK;
 
-    // Upstream changed the type without asking. Downstream hears of the end before this pin goes deaf.
+    // Upstream changed the type without asking. Downstream is told of the end before this pin
+    // refuses samples.
     EndOfStream();
     m_bRunTimeError = true;
     m_pFilter->NotifyEvent(EC_ERRORABORT, VFW_E_TYPE_NOT_ACCEPTED, 0);

@@ -76,9 +76,9 @@ HRESULT CBaseOutputPin::ChooseAllocator(IMemInputPin* pPin, const IMemAllocator*
     *ppAlloc = nullptr;
     IMemAllocator* candidate = nullptr;
     if (SUCCEEDED(pPin->GetAllocator(&candidate))) {
-        ComRef<IMemAllocator> theirs(candidate);
+        ComRef<IMemAllocator> peers(candidate);
         if (candidate != unwanted && SUCCEEDED(OfferAllocator(pPin, candidate))) {
-            *ppAlloc = theirs.release();
+            *ppAlloc = peers.release();
             return S_OK;
         }
     }
@@ -86,11 +86,11 @@ HRESULT CBaseOutputPin::ChooseAllocator(IMemInputPin* pPin, const IMemAllocator*
     HRESULT hr = InitAllocator(&candidate);
     if (FAILED(hr))
         return hr;
-    ComRef<IMemAllocator> ours(candidate);
+    ComRef<IMemAllocator> own(candidate);
     hr = OfferAllocator(pPin, candidate);
     if (FAILED(hr))
         return hr;
-    *ppAlloc = ours.release();
+    *ppAlloc = own.release();
     return S_OK;
 }
 
@@ -116,18 +116,29 @@ HRESULT CBaseOutputPin::Deliver(IMediaSample* pSample) {
     return m_pInputPin ? m_pInputPin->Receive(pSample) : VFW_E_NOT_CONNECTED;
 }
 
+template <class... Parameters>
+HRESULT CBaseOutputPin::CallPeer(HRESULT (STDMETHODCALLTYPE IPin::*method)(Parameters...),
+                                 std::type_identity_t<Parameters>... arguments) {
+    IPin* raw = nullptr;
+    const HRESULT hr = ConnectedTo(&raw);
+    if (FAILED(hr))
+        return hr;
+    const ComRef<IPin> peer(raw);
+    return (raw->*method)(arguments...);
+}
+
 HRESULT CBaseOutputPin::DeliverEndOfStream() {
-    return m_Connected ? m_Connected->EndOfStream() : VFW_E_NOT_CONNECTED;
+    return CallPeer(&IPin::EndOfStream);
 }
 
 HRESULT CBaseOutputPin::DeliverBeginFlush() {
-    return m_Connected ? m_Connected->BeginFlush() : VFW_E_NOT_CONNECTED;
+    return CallPeer(&IPin::BeginFlush);
 }
 
 HRESULT CBaseOutputPin::DeliverEndFlush() {
-    return m_Connected ? m_Connected->EndFlush() : VFW_E_NOT_CONNECTED;
+    return CallPeer(&IPin::EndFlush);
 }
 
 HRESULT CBaseOutputPin::DeliverNewSegment(REFERENCE_TIME tStart, REFERENCE_TIME tStop, double dRate) {
-    return m_Connected ? m_Connected->NewSegment(tStart, tStop, dRate) : VFW_E_NOT_CONNECTED;
+    return CallPeer(&IPin::NewSegment, tStart, tStop, dRate);
 }

@@ -3,6 +3,8 @@
 
 #include "baseclasses/BasePin.h"
 
+#include <type_traits>
+
 class CBaseOutputPin : public CBasePin {
   public:
     CBaseOutputPin(LPCTSTR pObjectName, CBaseFilter* pFilter, CCritSec* pLock, HRESULT* phr, LPCWSTR pName);
@@ -44,5 +46,9 @@ class CBaseOutputPin : public CBasePin {
     HRESULT ChooseAllocator(IMemInputPin* pPin, const IMemAllocator* unwanted, IMemAllocator** ppAlloc);
 
   private:
+    /// Calls `method` of the peer, which stays alive meanwhile; VFW_E_NOT_CONNECTED without one.
+    template <class... Parameters>
+    HRESULT CallPeer(HRESULT (STDMETHODCALLTYPE IPin::*method)(Parameters...),
+                     std::type_identity_t<Parameters>... arguments);
     HRESULT OfferAllocator(IMemInputPin* pPin, IMemAllocator* pAlloc);
 };

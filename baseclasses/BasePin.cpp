@@ -5,8 +5,6 @@
 #include "baseclasses/Enumerators.h"
 #include "baseclasses/WideString.h"
 
-#include <utility>
-
 namespace {
 
 /// Whether a failed attempt only says that one type or the other does not suit.
@@ -23,8 +21,8 @@ CBasePin::CBasePin(LPCTSTR pObjectName, CBaseFilter* pFilter, CCritSec* pLock, H
 }
 
 CBasePin::~CBasePin() {
-    if (m_Connected)
-        m_Connected->Release();
+    if (IPin* peer = m_Connected)
+        peer->Release();
 }
 
 STDMETHODIMP CBasePin::NonDelegatingQueryInterface(REFIID riid, void** ppv) {
@@ -49,7 +47,7 @@ STDMETHODIMP CBasePin::Connect(IPin* pReceivePin, const AM_MEDIA_TYPE* pmt) {
     CAutoLock lock(m_pLock);
     if (m_Connected)
         return VFW_E_ALREADY_CONNECTED;
-    if (!IsStopped())
+    if (!m_pFilter->IsAtRest())
         return VFW_E_NOT_STOPPED;
     CMediaType requested;
     const HRESULT hr = pmt ? requested.Set(*pmt) : S_OK;
@@ -62,7 +60,7 @@ STDMETHODIMP CBasePin::ReceiveConnection(IPin* pConnector, const AM_MEDIA_TYPE* 
     CAutoLock lock(m_pLock);
     if (m_Connected)
         return VFW_E_ALREADY_CONNECTED;
-    if (!IsStopped())
+    if (!m_pFilter->IsAtRest())
         return VFW_E_NOT_STOPPED;
     CMediaType offered;
     HRESULT hr = offered.Set(*pmt);
@@ -153,7 +151,7 @@ void CBasePin::SetConnected(IPin* pPin) {
         pPin->AddRef();
     {
         CAutoLock lock(&m_connectionLock);
-        std::swap(m_Connected, pPin);
+        pPin = m_Connected.exchange(pPin);
     }
     if (pPin)
         pPin->Release();
@@ -161,7 +159,7 @@ void CBasePin::SetConnected(IPin* pPin) {
 
 STDMETHODIMP CBasePin::Disconnect() {
     CAutoLock lock(m_pLock);
-    if (!IsStopped())
+    if (!m_pFilter->IsAtRest())
         return VFW_E_NOT_STOPPED;
     if (!m_Connected)
         return S_FALSE;
@@ -177,9 +175,9 @@ STDMETHODIMP CBasePin::ConnectedTo(IPin** pPin) {
         return E_POINTER;
     CAutoLock lock(&m_connectionLock);
     *pPin = m_Connected;
-    if (!m_Connected)
+    if (!*pPin)
         return VFW_E_NOT_CONNECTED;
-    m_Connected->AddRef();
+    (*pPin)->AddRef();
     return S_OK;
 }
 

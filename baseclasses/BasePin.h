@@ -11,7 +11,7 @@ class CBaseFilter;
 
 /// A pin shares the reference count of its filter and is deleted by it.
 ///
-/// Connections change only while the filter is stopped, under `m_pLock`. The current type may also change on
+/// Connections change only while the filter is at rest, under `m_pLock`. The current type may also change on
 /// the streaming thread: ConnectionMediaType and ConnectedTo are safe against that and take no other lock.
 class CBasePin : public CUnknown, public IPin, public IQualityControl {
   public:
@@ -79,7 +79,7 @@ class CBasePin : public CUnknown, public IPin, public IQualityControl {
     virtual HRESULT BreakConnect();
 
   protected:
-    IPin* m_Connected = nullptr;
+    std::atomic<IPin*> m_Connected = nullptr; ///< changes under m_connectionLock
     const PIN_DIRECTION m_dir;
     CCritSec* m_pLock;
     std::atomic<bool> m_bRunTimeError = false;
@@ -102,6 +102,6 @@ class CBasePin : public CUnknown, public IPin, public IQualityControl {
     void SetConnected(IPin* pPin);
 
     WCHAR m_name[MAX_PIN_NAME];
-    /// Guards m_Connected and m_mt. Nothing else is locked while it is held.
+    /// Guards m_mt, and m_Connected with its reference. Nothing else is locked while it is held.
     CCritSec m_connectionLock;
 };

@@ -25,7 +25,7 @@ std::wstring ClassKey(REFCLSID clsid) {
 }
 
 HRESULT ModulePath(std::wstring& path) {
-    // Room for the longest path that the system knows: a name that was cut would be registered for good.
+    // The longest path of the system: a truncated name would be registered.
     path.resize(UNICODE_STRING_MAX_CHARS);
     const DWORD length = GetModuleFileNameW(g_hInst, path.data(), static_cast<DWORD>(path.size()));
     if (length == 0 || length == path.size())

@@ -132,8 +132,8 @@ STDMETHODIMP CEnumMediaTypes::Skip(ULONG cMediaTypes) {
         return VFW_E_ENUM_OUT_OF_SYNC;
     if (cMediaTypes == 0)
         return S_OK;
-    const ULONG room = static_cast<ULONG>(std::numeric_limits<int>::max() - m_position);
-    m_position += static_cast<int>(cMediaTypes < room ? cMediaTypes : room);
+    const ULONG left = static_cast<ULONG>(std::numeric_limits<int>::max() - m_position);
+    m_position += static_cast<int>(cMediaTypes < left ? cMediaTypes : left);
     CMediaType last;
     return m_pPin->GetMediaType(m_position - 1, &last) == S_OK ? S_OK : S_FALSE;
 }

@@ -1,4 +1,4 @@
-// A media sample: a stretch of memory with times, flags and perhaps a new media type.
+// A media sample: a block of memory with times, flags and perhaps a new media type.
 #pragma once
 
 #include <dshow.h>

@@ -7,7 +7,7 @@ CTransInPlaceFilter::CTransInPlaceFilter(LPCTSTR pName, LPUNKNOWN pUnk, REFCLSID
     : CTransformFilter(pName, pUnk, clsid), m_bModifiesData(bModifiesData) {}
 
 CBasePin* CTransInPlaceFilter::GetPin(int n) {
-    CAutoLock lock(&m_csFilter);
+    CAutoLock lock(&m_infoLock);
     HRESULT hr = S_OK;
     if (!m_pInput)
         m_pInput = new (std::nothrow) CTransInPlaceInputPin(NAME("input"), this, &hr, L"Input");
@@ -28,7 +28,7 @@ HRESULT CTransInPlaceFilter::CompleteConnect(PIN_DIRECTION dir, IPin*) {
     if (!m_pInput->IsConnected() || !m_pOutput->IsConnected())
         return S_OK;
     const bool sameType = m_pInput->CurrentMediaType() == m_pOutput->CurrentMediaType();
-    if (!m_pGraph)
+    if (!Graph())
         return sameType ? S_OK : VFW_E_NOT_IN_GRAPH;
     if (dir == PINDIR_OUTPUT)
         return ReconnectPin(m_pInput, &m_pOutput->CurrentMediaType());
@@ -74,13 +74,14 @@ HRESULT CTransInPlaceFilter::Copy(IMediaSample* pSource, IMediaSample** ppCopy) 
     if (length > 0)
         std::memcpy(to, from, static_cast<std::size_t>(length));
 
+    // Also when there is none: downstream may have attached a type to its buffer.
     AM_MEDIA_TYPE* pmt = nullptr;
-    if (pSource->GetMediaType(&pmt) == S_OK) {
+    hr = pSource->GetMediaType(&pmt);
+    if (SUCCEEDED(hr))
         hr = pDest->SetMediaType(pmt);
-        DeleteMediaType(pmt);
-        if (FAILED(hr))
-            return hr;
-    }
+    DeleteMediaType(pmt);
+    if (FAILED(hr))
+        return hr;
     *ppCopy = dest.release();
     return S_OK;
 }

@@ -18,7 +18,7 @@ int CTransformFilter::GetPinCount() {
 }
 
 CBasePin* CTransformFilter::GetPin(int n) {
-    CAutoLock lock(&m_csFilter);
+    CAutoLock lock(&m_infoLock);
     HRESULT hr = S_OK;
     if (!m_pInput)
         m_pInput = new (std::nothrow) CTransformInputPin(NAME("input"), this, &hr, L"Input");
@@ -54,36 +54,29 @@ bool CTransformFilter::BothConnected() const {
 }
 
 STDMETHODIMP CTransformFilter::Stop() {
-    CAutoLock lock(&m_csFilter);
-    if (m_State == State_Stopped)
-        return S_OK;
-    if (!BothConnected()) {
+    {
+        // Who comes next finds the filter stopped, and whoever waits for a buffer with the receive lock held
+        // gives up.
+        CAutoLock lock(&m_csFilter);
+        if (m_State != State_Stopped && BothConnected()) {
+            m_State = State_Stopped;
+            m_pInput->Inactive();
+            m_pOutput->Inactive();
+        }
         m_State = State_Stopped;
         m_bEOSDelivered = false;
-        return S_OK;
     }
-
-    // Who comes next finds the filter stopped, and whoever waits for a buffer with the receive lock held
-    // gives up; only then can the receive lock be waited for.
-    m_State = State_Stopped;
-    m_pInput->Inactive();
-    m_pOutput->Inactive();
+    // Only then can the receive lock be waited for, and without the filter's: whoever holds it may be
+    // downstream, asking for that.
     CAutoLock receiving(&m_csReceive);
-    const HRESULT hr = StopStreaming();
-    m_bEOSDelivered = false;
-    return hr;
+    return S_OK;
 }
 
 STDMETHODIMP CTransformFilter::Pause() {
     CAutoLock lock(&m_csFilter);
     HRESULT hr = S_OK;
     if (BothConnected()) {
-        if (m_State == State_Stopped) {
-            CAutoLock receiving(&m_csReceive);
-            hr = StartStreaming();
-        }
-        if (SUCCEEDED(hr))
-            hr = CBaseFilter::Pause();
+        hr = CBaseFilter::Pause();
     } else if (m_State != State_Paused) {
         // Downstream would wait for data that can't come.
         const bool outputOnly = m_pOutput && m_pOutput->IsConnected();
@@ -156,14 +149,6 @@ HRESULT CTransformFilter::EndFlush() {
 
 HRESULT CTransformFilter::NewSegment(REFERENCE_TIME tStart, REFERENCE_TIME tStop, double dRate) {
     return m_pOutput->DeliverNewSegment(tStart, tStop, dRate);
-}
-
-HRESULT CTransformFilter::StartStreaming() {
-    return S_OK;
-}
-
-HRESULT CTransformFilter::StopStreaming() {
-    return S_OK;
 }
 
 HRESULT CTransformFilter::AlterQuality(Quality) {

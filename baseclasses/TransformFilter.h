@@ -4,9 +4,10 @@
 #include "baseclasses/BaseFilter.h"
 #include "baseclasses/TransformPins.h"
 
-/// Two locks: `m_csFilter` for states and connections, `m_csReceive` for the streaming thread. Where both are
-/// taken, m_csFilter comes first; the streaming thread never takes it. Stop first frees a streaming thread
-/// that waits for a buffer, and flushing does without the receive lock, so that neither waits for ever.
+/// Two locks: `m_csFilter` for states and connections, `m_csReceive` for the streaming thread. Within Receive
+/// a filter downstream may call anything, m_csFilter included, so nobody waits for m_csReceive while holding
+/// m_csFilter. Stop first frees a streaming thread that waits for a buffer, and flushing does without the
+/// receive lock, so that neither waits for ever.
 class CTransformFilter : public CBaseFilter {
   public:
     CTransformFilter(LPCTSTR pName, LPUNKNOWN pUnk, REFCLSID clsid);
@@ -20,9 +21,6 @@ class CTransformFilter : public CBaseFilter {
     /// The types that the output pin offers.
     virtual HRESULT GetMediaType(int iPosition, CMediaType* pMediaType) = 0;
 
-    /// Before the first and after the last sample of a streaming period, under m_csReceive.
-    virtual HRESULT StartStreaming();
-    virtual HRESULT StopStreaming();
     /// A quality message from downstream: S_FALSE passes it on upstream.
     virtual HRESULT AlterQuality(Quality q);
     virtual HRESULT SetMediaType(PIN_DIRECTION direction, const CMediaType* pmt);
@@ -43,8 +41,10 @@ class CTransformFilter : public CBaseFilter {
     /// "In" and "Out".
     STDMETHODIMP FindPin(LPCWSTR Id, IPin** ppPin) override;
 
+    /// Returns when no other thread is inside Receive or EndOfStream.
     STDMETHODIMP Stop() override;
     STDMETHODIMP Pause() override;
+    bool IsAtRest() const override { return IsStopped() && m_receiving == 0; }
 
   protected:
     friend class CTransformInputPin;
@@ -55,9 +55,27 @@ class CTransformFilter : public CBaseFilter {
     std::atomic<bool> m_bQualityChanged = false;
     CCritSec m_csFilter;
     CCritSec m_csReceive;
+    /// Calls that hold m_csReceive.
+    std::atomic<int> m_receiving = 0;
     /// Owned; deleted with the filter.
     CTransformInputPin* m_pInput = nullptr;
     CTransformOutputPin* m_pOutput = nullptr;
+
+    /// Holds the receive lock.
+    class Receiving {
+      public:
+        explicit Receiving(CTransformFilter* filter)
+            : m_lock(&filter->m_csReceive), m_count(filter->m_receiving) {
+            ++m_count;
+        }
+        ~Receiving() { --m_count; }
+        Receiving(const Receiving&) = delete;
+        Receiving& operator=(const Receiving&) = delete;
+
+      private:
+        CAutoLock m_lock;
+        std::atomic<int>& m_count;
+    };
 
     /// An output buffer with times and flags of `pSample`.
     HRESULT InitializeOutputSample(IMediaSample* pSample, IMediaSample** ppOutSample);

@@ -15,7 +15,7 @@ STDMETHODIMP CTransformInputPin::QueryId(LPWSTR* Id) {
 }
 
 STDMETHODIMP CTransformInputPin::EndOfStream() {
-    CAutoLock receiving(&m_pTransformFilter->m_csReceive);
+    const CTransformFilter::Receiving receiving(m_pTransformFilter);
     const HRESULT hr = CheckStreaming();
     return hr == S_OK ? m_pTransformFilter->EndOfStream() : hr;
 }
@@ -43,7 +43,7 @@ STDMETHODIMP CTransformInputPin::NewSegment(REFERENCE_TIME tStart, REFERENCE_TIM
 
 STDMETHODIMP CTransformInputPin::Receive(IMediaSample* pSample) {
     return scenedetect::Guarded([&]() -> HRESULT {
-        CAutoLock receiving(&m_pTransformFilter->m_csReceive);
+        const CTransformFilter::Receiving receiving(m_pTransformFilter);
         const HRESULT hr = CBaseInputPin::Receive(pSample);
         return hr == S_OK ? m_pTransformFilter->Receive(pSample) : hr;
     });

@@ -5,7 +5,7 @@
 
 /// The end of a connection on either side of the filter. It agrees to everything and drops what it gets.
 /// Lives on the stack, so that references to it are not counted.
-class Peer final : public IPin, public IMemInputPin {
+class Peer : public IPin, public IMemInputPin {
   public:
     explicit Peer(PIN_DIRECTION direction) : m_direction(direction) {}
 

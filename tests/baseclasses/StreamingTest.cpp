@@ -150,6 +150,34 @@ TEST(Streaming, ACopyIsExact) {
     EXPECT_EQ(chain.filter->Out().QueryAccept(&chain.filter->Out().CurrentMediaType()), S_OK);
 }
 
+// Buffers of this one bring along a type, as they do when downstream asks for another.
+class TypedAllocator : public CMemAllocator {
+  public:
+    using CMemAllocator::CMemAllocator;
+    STDMETHODIMP GetBuffer(IMediaSample** sample, REFERENCE_TIME* start, REFERENCE_TIME* stop,
+                           DWORD flags) override {
+        const HRESULT hr = CMemAllocator::GetBuffer(sample, start, stop, flags);
+        CMediaType mt = VideoType(MEDIASUBTYPE_UYVY);
+        return FAILED(hr) ? hr : (*sample)->SetMediaType(&mt);
+    }
+};
+
+TEST(Streaming, ACopyHasNoTypeUnlessTheSampleHasOne) {
+    Chain chain;
+    HRESULT hr = S_OK;
+    ASSERT_EQ(chain.sink->pin.NotifyAllocator(new TypedAllocator(NAME("typed"), nullptr, &hr), FALSE), S_OK);
+    chain.sink->pin.ownAllocatorOnly = true;
+    chain.Connect();
+    chain.Pause();
+    chain.sink->pin.onSample = [](IMediaSample* copy) {
+        AM_MEDIA_TYPE* type = nullptr;
+        EXPECT_EQ(copy->GetMediaType(&type), S_FALSE);
+        DeleteMediaType(type);
+    };
+    EXPECT_EQ(chain.Send(), S_OK);
+    EXPECT_EQ(chain.sink->pin.samples, 1);
+}
+
 TEST(Streaming, SamplesAreTakenOnlyInTheRightState) {
     Chain chain;
     ASSERT_EQ(chain.source->pin.Connect(&chain.filter->In(), nullptr), S_OK);
