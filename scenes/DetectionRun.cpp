@@ -21,7 +21,9 @@ void DetectionRun::EnableDetection(bool enable) {
         m_figures.Begin();
         m_nFrameCount.Start();
     } else {
-        // Deliberate: the count stays, so that the length of the finished run can still be asked for.
+        // Deliberate: the count stays, so that the length of the finished run can still be asked for; the
+        // file lists all scenes of the run, also those that were taken from the queue; its name is good for
+        // one attempt.
         m_nFrameCount.Stop();
         m_figures.End();
         if (!m_strSceneListFile.empty())
@@ -139,7 +141,8 @@ void DetectionRun::AddScene(const RunFrame& frame, const Dib& picture, SceneMome
     moment.timeOffset = m_rtTimeOffset;
     const std::int32_t position = ScenePosition(m_nMethod, moment);
 
-    // Made as a list of one, so that filing it under the lock can't fail half-way and holds nobody up.
+    // Made as a list of one before the lock is taken: adding it under the lock can't fail and takes little
+    // time.
     std::list<RealtimeScene> scene(1);
     scene.front().m_nPos = static_cast<std::uint32_t>(position);
     if (m_bKeepScenePictures)

@@ -24,8 +24,8 @@ namespace scenedetect {
 /// Host threads call the settings and the queue operations; the streaming thread calls those under
 /// "streaming thread". Settings are single words that take effect at the next sample. `m_csScenes` guards the
 /// two scene collections, the figures, the parameters, the file name and the switch. Detection can be
-/// switched off and on while a sample is in flight: what that sample still reports belongs to a run that is
-/// over, and is dropped.
+/// switched off and on while a sample is in flight: the scenes and figures that it still reports belong to a
+/// run that is over, and are dropped; it is counted unless another run has begun.
 class DetectionRun {
   public:
     /// `m_rtFirstStart` before the run's first sample.

@@ -1,4 +1,5 @@
-// Counts a run's frames so that a sample still in flight from an ended run cannot count into the next.
+// Counts a run's frames so that a sample still in flight when its run ends is counted there, and never in the
+// next.
 #pragma once
 
 #include <atomic>
@@ -13,14 +14,18 @@ struct RunFrame {
     std::int32_t number = 0;
 };
 
-/// One word holds the run's generation (odd while detection is on) and its frame count, so that the
-/// streaming thread sees both as one. Runs are started and ended by one thread at a time.
+/// One word holds the run's generation and its frame count, so that the streaming thread sees both as one. A
+/// run has an odd generation, and the even one after it once it has ended. Runs are started and ended by one
+/// thread at a time.
 class FrameCounter {
   public:
     /// Begins a run at frame 0.
-    void Start() { m_word = Word(NextRun(true), 0); }
+    void Start() { m_word = Word((Run() | 1) + 2, 0); }
     /// Ends the run; the count stays readable.
-    void Stop() { m_word = Word(NextRun(false), Count()); }
+    void Stop() {
+        if (IsRunning())
+            m_word += Word(1, 0); // a frame counted at this moment keeps its place
+    }
 
     [[nodiscard]] bool IsRunning() const { return Run() % 2 != 0; }
     [[nodiscard]] std::int32_t Count() const { return static_cast<std::int32_t>(m_word.load()); }
@@ -33,10 +38,14 @@ class FrameCounter {
     }
     [[nodiscard]] bool IsCurrent(const RunFrame& frame) const { return Run() == frame.run; }
 
-    /// Counts `frame`, unless its run is over.
+    /// Counts `frame`, also when its run has ended meanwhile, unless another one has begun.
     void Advance(const RunFrame& frame) {
-        auto expected = Word(frame.run, frame.number);
-        m_word.compare_exchange_strong(expected, Word(frame.run, frame.number + 1u));
+        const auto number = static_cast<std::uint32_t>(frame.number);
+        for (const std::uint32_t run : {frame.run, frame.run + 1}) {
+            auto expected = Word(run, number);
+            if (m_word.compare_exchange_strong(expected, Word(run, number + 1)))
+                return;
+        }
     }
 
   private:
@@ -45,7 +54,6 @@ class FrameCounter {
         return static_cast<std::uint64_t>(run) << 32 | count;
     }
     std::uint32_t Run() const { return RunOf(m_word); }
-    std::uint32_t NextRun(bool running) const { return (Run() | 1u) + (running ? 2u : 1u); }
 
     std::atomic<std::uint64_t> m_word = 0;
 };

@@ -27,7 +27,7 @@ void FiguresQueue::Close() {
 
 void FiguresQueue::Begin() {
     m_begin = m_end = 0;
-    m_heldBack = kLookAhead;
+    m_notFinal = kLookAhead;
 }
 
 KxFrameFigures* FiguresQueue::Before(std::size_t frames) {
@@ -35,7 +35,7 @@ KxFrameFigures* FiguresQueue::Before(std::size_t frames) {
 }
 
 void FiguresQueue::Add(std::int32_t position, const Judgement& judgement) {
-    if (m_end - m_begin == kRoom)
+    if (m_end - m_begin == kCapacity)
         ++m_begin;
     KxFrameFigures& current = At(m_end++);
     current.dwPosition = static_cast<ULONG>(position);
@@ -43,7 +43,7 @@ void FiguresQueue::Add(std::int32_t position, const Judgement& judgement) {
 }
 
 std::size_t FiguresQueue::Take(std::span<KxFrameFigures> target) {
-    const std::uint64_t final = m_end - std::min<std::uint64_t>(m_end, m_heldBack);
+    const std::uint64_t final = m_end - std::min<std::uint64_t>(m_end, m_notFinal);
     const std::size_t count =
         final > m_begin ? static_cast<std::size_t>(std::min<std::uint64_t>(final - m_begin, target.size()))
                         : 0;

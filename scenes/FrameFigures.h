@@ -16,21 +16,21 @@ namespace scenedetect {
 void NoteJudgement(const Judgement& judgement, KxFrameFigures& current, KxFrameFigures* before,
                    KxFrameFigures* twoBefore);
 
-/// The figures of a run's last frames, as many as it has room for: the oldest give way. Those of the latest
-/// two frames are not final before the run is over, and are held back until then. The caller locks.
+/// The figures of a run's last kCapacity frames. Those of the latest two frames are not final before the run
+/// has ended, and are not handed out until then. The caller locks.
 class FiguresQueue {
   public:
-    static constexpr std::size_t kRoom = 65536;
+    static constexpr std::size_t kCapacity = 65536;
     static constexpr std::size_t kLookAhead = 2;
 
-    /// Makes room; what is kept stays. Throws std::bad_alloc.
-    void Open() { m_ring.resize(kRoom); }
-    /// Drops everything and gives the room back.
+    /// Allocates; what is kept stays. Throws std::bad_alloc.
+    void Open() { m_ring.resize(kCapacity); }
+    /// Drops everything and frees the memory.
     void Close();
     /// A run begins: drops everything.
     void Begin();
-    /// The run is over: nothing is held back any longer.
-    void End() { m_heldBack = 0; }
+    /// The run has ended: all figures are final.
+    void End() { m_notFinal = 0; }
 
     /// The next frame that was compared, which is number `position` of the run. Only while open.
     void Add(std::int32_t position, const Judgement& judgement);
@@ -38,14 +38,14 @@ class FiguresQueue {
     std::size_t Take(std::span<KxFrameFigures> target);
 
   private:
-    KxFrameFigures& At(std::uint64_t index) { return m_ring[index % kRoom]; }
+    KxFrameFigures& At(std::uint64_t index) { return m_ring[index % kCapacity]; }
     KxFrameFigures* Before(std::size_t frames);
 
     std::vector<KxFrameFigures> m_ring;
-    // Counted on and on.
+    // Frames since Begin.
     std::uint64_t m_begin = 0;
     std::uint64_t m_end = 0;
-    std::size_t m_heldBack = kLookAhead;
+    std::size_t m_notFinal = kLookAhead;
 };
 
 } // namespace scenedetect

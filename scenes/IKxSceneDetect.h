@@ -12,19 +12,39 @@ inline constexpr CLSID CLSID_SceneDetectFilter = {
 inline constexpr CLSID CLSID_TamrakAuxiliaryFilters = {
     0x5F710207, 0xCF33, 0x40FA, {0xB8, 0x19, 0xE3, 0xAE, 0xE4, 0x7E, 0xD0, 0xB7}};
 
-// An interface and its identifier, IID_ and the interface's name.
-#define KX_INTERFACE(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)                                        \
-    struct name;                                                                                             \
-    inline constexpr IID IID_##name = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}};                         \
-    KX_BIND_INTERFACE_ID(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)
+/// The identifier that is written `text`: eight, four, four, four and twelve hexadecimal digits.
+constexpr IID KxIdentifier(const char (&text)[37]) {
+    std::uint8_t bytes[16] = {};
+    int digits = 0;
+    for (int i = 0; i < 36; ++i)
+        if (text[i] != '-') {
+            const int value = text[i] <= '9' ? text[i] - '0' : text[i] - 'A' + 10;
+            bytes[digits / 2] = static_cast<std::uint8_t>(bytes[digits / 2] * 16 + value);
+            ++digits;
+        }
+    IID id = {};
+    for (int i = 0; i < 4; ++i)
+        id.Data1 = id.Data1 << 8 | bytes[i];
+    id.Data2 = static_cast<std::uint16_t>(bytes[4] << 8 | bytes[5]);
+    id.Data3 = static_cast<std::uint16_t>(bytes[6] << 8 | bytes[7]);
+    for (int i = 0; i < 8; ++i)
+        id.Data4[i] = bytes[8 + i];
+    return id;
+}
 
-// clang-format off
-KX_INTERFACE(IKxSceneDetect, 0x7A5A6A86, 0x2706, 0x4160, 0xAA, 0xAD, 0x28, 0x93, 0x6E, 0x72, 0x49, 0xA9)
-KX_INTERFACE(IKxSceneDetect2, 0x908663DA, 0x46DC, 0x44EF, 0x9A, 0x05, 0xD3, 0xC4, 0xEB, 0x9B, 0x3C, 0x91)
-KX_INTERFACE(IKxSceneDetectEx, 0x6DECD64D, 0xB9AA, 0x45E3, 0x93, 0xD7, 0x53, 0x9C, 0xC0, 0xA5, 0x95, 0xA6)
-KX_INTERFACE(IKxSceneDetectTuning, 0x6769FA65, 0xC136, 0x45B3, 0xA6, 0x05, 0xAC, 0xFA, 0xC4, 0xB9, 0xD7, 0x85)
-// clang-format on
+// An interface and its identifier, IID_ and the interface's name; bound to it for __uuidof and IID_PPV_ARGS
+// where the compiler has these.
+#define KX_INTERFACE(name, text)                                                                             \
+    struct KX_INTERFACE_ID(text) name;                                                                       \
+    inline constexpr IID IID_##name = KxIdentifier(text);                                                    \
+    KX_BIND_INTERFACE_ID(name, IID_##name)
+
+KX_INTERFACE(IKxSceneDetect, "7A5A6A86-2706-4160-AAAD-28936E7249A9")
+KX_INTERFACE(IKxSceneDetect2, "908663DA-46DC-44EF-9A05-D3C4EB9B3C91")
+KX_INTERFACE(IKxSceneDetectEx, "6DECD64D-B9AA-45E3-93D7-539CC0A595A6")
+KX_INTERFACE(IKxSceneDetectTuning, "6769FA65-C136-45B3-A605-ACFAC4B9D785")
 #undef KX_INTERFACE
+#undef KX_INTERFACE_ID
 #undef KX_BIND_INTERFACE_ID
 
 /// How scenes are found; the numbers of SetDetectionMethod. Any other value is stored too and finds none.

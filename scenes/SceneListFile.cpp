@@ -14,7 +14,7 @@ namespace {
 // Indexed by the method numbers.
 constexpr const char* kMethodWords[] = {"Timestamp", "Video", "Interval", "Manual"};
 
-// One write per line: whoever reads along sees whole lines.
+// One write per line: a program that reads the file meanwhile sees whole lines.
 template <typename... Values>
 bool WriteLine(File& file, const char* format, Values... values) {
     char line[96];

@@ -11,4 +11,5 @@
 #include <uuids.h>
 #include <vfwmsgs.h>
 
-#define KX_BIND_INTERFACE_ID(...)
+#define KX_INTERFACE_ID(text)
+#define KX_BIND_INTERFACE_ID(name, id)

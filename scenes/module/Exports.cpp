@@ -1,4 +1,4 @@
-// The module's entry points for hosts; the linker script beside this file lets out these names and no other.
+// The module's entry points for hosts; the linker script in this folder exports these names and no others.
 #include "baseclasses/ClassFactory.h"
 
 STDAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 #include <mutex>
 #include <thread>
 
@@ -135,8 +136,9 @@ TEST(DetectionRun, StartsAreRelativeToTheRunsFirstSample) {
     EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 5000), 0);
 }
 
-// A sample in flight while the host switches off and on belongs to the run that is over.
-TEST(DetectionRun, ASampleOfAnEndedRunLeavesNoTrace) {
+// A sample in flight while the host switches off belongs to the run that is over: it is counted there, unless
+// the host has switched on again.
+TEST(DetectionRun, ASampleOfAnEndedRunAddsNothingButItself) {
     for (const bool restarted : {false, true}) {
         DetectionRun run;
         run.EnableDetection(true);
@@ -150,7 +152,7 @@ TEST(DetectionRun, ASampleOfAnEndedRunLeavesNoTrace) {
         run.AddScene(*inFlight, Dib(), {});
         EXPECT_TRUE(run.IsScenePending()) << "the new run's mark is eaten";
         run.EndFrame(*inFlight);
-        EXPECT_EQ(run.FrameCount(), restarted ? 0 : 1);
+        EXPECT_EQ(run.FrameCount(), restarted ? 0 : 2);
         EXPECT_EQ(run.SceneCount(), 0u);
         if (restarted) {
             run.MarkFrame(*inFlight);
@@ -181,22 +183,65 @@ TEST(DetectionRun, FiguresOfAnEndedRunLeaveNoTrace) {
     EXPECT_EQ(figures[0].nDifference, 9);
 }
 
-TEST(DetectionRun, HostAndStreamingThreadMeetWithoutLosingScenes) {
+TEST(FrameCounter, NoFrameIsLostWhenARunEnds) {
+    FrameCounter counter;
+    for (int round = 0; round < 500; ++round) {
+        std::atomic<std::int32_t> counted = 0;
+        counter.Start();
+        std::jthread streaming([&] {
+            for (; const auto frame = counter.Current(); ++counted)
+                counter.Advance(*frame);
+        });
+        while (counted < round % 50)
+            std::this_thread::yield();
+        counter.Stop();
+        streaming.join();
+        ASSERT_EQ(counter.Count(), counted);
+    }
+}
+
+// Run again and again while frames stream, with a scene each: a run's scenes begin at its first frame and
+// leave none out, and its figures and times are its own.
+TEST(DetectionRun, RestartsLeaveNothingOfTheRunBefore) {
     DetectionRun run;
     run.m_nMethod = KxMethodInterval;
-    run.EnableDetection(true);
-    constexpr std::uint32_t kFrames = 20000;
+    run.EnableFigures(true);
+    std::atomic<bool> done = false;
     std::jthread streaming([&] {
-        for (std::uint32_t i = 0; i < kFrames; ++i)
-            Stream(run, true);
+        for (LONGLONG start = 0; !done; start += kPal) {
+            const auto frame = run.BeginFrame();
+            if (!frame)
+                continue;
+            EXPECT_EQ(run.RelativeStart(*frame, start) == 0, frame->number == 0);
+            run.MarkFrame(*frame);
+            run.NoteFigures(*frame, {.difference = frame->number});
+            run.AddScene(*frame, Dib(), {});
+            run.EndFrame(*frame);
+        }
     });
-    std::uint32_t next = 0;
-    while (next < kFrames) {
-        const std::lock_guard<CriticalSection> lock(run.SceneLock());
-        for (const std::uint32_t position : Drain(run))
-            ASSERT_EQ(position, next++);
+    constexpr int kRestarts = 500;
+    for (int restart = 0; restart < kRestarts; ++restart) {
+        run.EnableDetection(true);
+        std::uint32_t next = 0;
+        while (next < static_cast<std::uint32_t>(restart % 20)) {
+            const std::lock_guard<CriticalSection> lock(run.SceneLock());
+            for (const std::uint32_t position : Drain(run))
+                ASSERT_EQ(position, next++);
+        }
+        if (restart % 3 == 0)
+            continue; // straight into the next run
+        run.EnableDetection(false);
+        EXPECT_EQ(run.SceneCount(), 0u);
+        KxFrameFigures figures[64];
+        std::uint32_t position = 0;
+        while (const std::size_t taken = run.TakeFigures(figures))
+            for (const KxFrameFigures& one : std::span(figures).first(taken)) {
+                ASSERT_EQ(one.dwPosition, position);
+                ASSERT_EQ(one.nDifference, static_cast<LONG>(position++));
+            }
+        EXPECT_GE(position, next);
     }
-    EXPECT_EQ(next, kFrames);
+    done = true;
 }
 
 } // namespace

@@ -1,0 +1,2 @@
+// What is needed of it is in windows.h.
+#pragma once
