@@ -29,6 +29,7 @@ STDMETHODIMP SceneDetectFilter::GetNextScene(BITMAPINFOHEADER** ppHeader, BYTE**
         if (m_run.IsSceneCheckedOut())
             (void)ReleaseScene();
         const RealtimeScene* scene = m_run.CheckOutScene();
+        // Deliberate: none is a success code; the position tells.
         if (!scene) {
             *pdwPos = kNoPosition;
             return VFW_S_NO_MORE_ITEMS;

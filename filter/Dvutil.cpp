@@ -71,6 +71,7 @@ bool Dvutil::GetRecordingTime(std::span<const std::uint8_t> frame, int& hours, i
     if (!pack)
         return false;
     DecodeTime(DataWord(*pack), hours, minutes, seconds, frames);
+    // Deliberate: nothing else is checked.
     constexpr int kNoFrames = 45; // all bits of the field set
     if (frames >= kNoFrames)
         frames = 0;

@@ -12,14 +12,15 @@ namespace scenedetect {
 
 namespace {
 
-constexpr DWORD kDvFourcc = MAKEFOURCC('d', 'v', 's', 'd'); // lower case only here
-constexpr int kDcImageMode = 2;                             // the smallest
-constexpr int kDcImageVariant = 1;                          // frames as they arrive from the stream
+// Deliberate: lower case only, although negotiation takes "DVSD", too.
+constexpr DWORD kDvFourcc = MAKEFOURCC('d', 'v', 's', 'd');
+constexpr int kDcImageMode = 2;    // the smallest
+constexpr int kDcImageVariant = 1; // frames as they arrive from the stream
 constexpr std::int64_t kFirst625LineHeight = 481;
 constexpr std::int32_t kGridBlock = 8;
 // No header means more than this; the grid of a picture that large would only eat memory.
 constexpr std::int64_t kMostPixels = std::int64_t{1} << 30;
-constexpr std::int32_t kReducedWidthLimit = 180;
+// Deliberate: later hours start no scene, but the next frame is compared with them.
 constexpr unsigned kLastRecordingHour = 24;
 
 // In 64 bits: the lowest height has no positive counterpart in 32.
@@ -53,12 +54,13 @@ HRESULT SceneDetectFilter::Transform(IMediaSample* sample) {
 }
 
 void SceneDetectFilter::WatchSample(IMediaSample& sample, const RunFrame& frame) {
-    REFERENCE_TIME start = 0;
+    // Deliberate: a sample without times starts at the previous one's relative start, made relative once
+    // more.
     REFERENCE_TIME stop = 0;
-    (void)sample.GetTime(&start, &stop);
+    (void)sample.GetTime(&m_rtStart, &stop);
     SceneMoment moment;
-    moment.duration = static_cast<LONGLONG>(static_cast<ULONGLONG>(stop) - static_cast<ULONGLONG>(start));
-    moment.start = m_run.RelativeStart(frame, start);
+    moment.duration = static_cast<LONGLONG>(static_cast<ULONGLONG>(stop) - static_cast<ULONGLONG>(m_rtStart));
+    moment.start = m_rtStart = m_run.RelativeStart(frame, m_rtStart);
 
     TakeOverMediaType(sample);
 
@@ -70,15 +72,16 @@ void SceneDetectFilter::WatchSample(IMediaSample& sample, const RunFrame& frame)
     else
         bits = &nothing;
     BITMAPINFOHEADER* header = GetBitmapHeader(m_mtCurrent);
+    // Deliberate: the type that is kept changes from sample to sample.
     if (header)
         header->biSizeImage = static_cast<DWORD>(length);
     const Dib dib(header, GetBitmapHeaderExtent(m_mtCurrent), bits, static_cast<std::size_t>(length));
     const Watched watched{frame, header, {bits, static_cast<std::size_t>(length)}, dib};
 
+    // Deliberate: settled here for the whole run, whatever type a later sample brings along.
     if (watched.IsFirst()) {
         m_bIsDV = header && header->biCompression == kDvFourcc;
-        for (; m_nReducedWidth > kReducedWidthLimit; m_nReducedHeight /= 2)
-            m_nReducedWidth /= 2;
+        m_reducedSize.Halve();
         m_run.MarkFrame(frame);
         m_detector.SetParameters(m_run.RunParameters());
         m_bHaveFirstTimecode = false;
@@ -97,7 +100,7 @@ void SceneDetectFilter::WatchSample(IMediaSample& sample, const RunFrame& frame)
 }
 
 void SceneDetectFilter::TakeOverMediaType(IMediaSample& sample) {
-    if (m_mtCurrent.majortype == GUID_NULL)
+    if (m_bNewStream.exchange(false))
         m_mtCurrent = m_pInput->CurrentMediaType();
     AM_MEDIA_TYPE* attached = nullptr;
     if (sample.GetMediaType(&attached) != S_OK || !attached)
@@ -132,7 +135,13 @@ void SceneDetectFilter::ReadTimecode(std::span<const std::uint8_t> data) {
 }
 
 bool SceneDetectFilter::IsSceneStart(const Watched& watched) {
-    switch (m_run.m_nMethod) {
+    const std::uint32_t method = m_run.m_nMethod;
+    if (method == KxMethodVideo && watched.IsFirst())
+        SettleGrid(watched);
+    // Without a header there is no telling what the frame holds.
+    if (!watched.header)
+        return false;
+    switch (method) {
     case KxMethodTimestamp:
         return m_bIsDV && IsRecordingTimeJump(watched);
     case KxMethodVideo:
@@ -162,10 +171,8 @@ bool SceneDetectFilter::IsRecordingTimeJump(const Watched& watched) {
 }
 
 bool SceneDetectFilter::IsPictureChange(const Watched& watched) {
-    if (watched.IsFirst())
-        SettleGrid(watched);
-    // Frames without a header or smaller than one block can't be watched; grids stay as the run began.
-    if (!watched.header || m_detector.GetSampleCount() == 0)
+    // Pictures smaller than one block can't be compared.
+    if (m_detector.GetSampleCount() == 0)
         return false;
     std::uint8_t* slot = m_detector.NextFrame();
     if (m_bIsDV)
@@ -195,17 +202,20 @@ void SceneDetectFilter::SettleGrid(const Watched& watched) {
 }
 
 void SceneDetectFilter::LoadDcImage(const Watched& watched, std::uint8_t* slot) {
-    const std::size_t room = static_cast<std::size_t>(m_detector.GetSampleCount());
+    const std::span<const std::uint8_t> before(m_detector.GetFrame(-1),
+                                               static_cast<std::size_t>(m_detector.GetSampleCount()));
     const auto image = watched.data.empty() ? nullptr
                                             : m_dvDecoder.Create(kDcImageMode, watched.Is625Lines(),
                                                                  kDcImageVariant, watched.data);
-    if (!image) {
-        // A damaged frame repeats the picture before it: the look-ahead stays in step and sees no change.
-        std::copy_n(m_detector.GetFrame(-1), room, slot);
-        return;
+    std::size_t size = 0;
+    if (image) {
+        size = std::min(before.size(),
+                        static_cast<std::size_t>(image->width) * static_cast<std::size_t>(image->height));
+        std::copy_n(image->pixels, size, slot);
     }
-    const std::size_t size = static_cast<std::size_t>(image->width) * static_cast<std::size_t>(image->height);
-    std::copy_n(image->pixels, std::min(size, room), slot);
+    // Deliberate: what the picture does not fill repeats the one before. The lower rows, when 525 lines
+    // follow 625 in a run, and all of a damaged frame then show no change.
+    std::ranges::copy(before.subspan(size), slot + size);
 }
 
 } // namespace scenedetect

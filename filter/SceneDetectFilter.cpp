@@ -150,7 +150,7 @@ STDMETHODIMP SceneDetectFilter::Pause() {
         const CAutoLock lock(&m_csFilter);
         if (m_State == State_Stopped) {
             m_run.m_nFrameOffset = 0;
-            m_mtCurrent.InitMediaType();
+            m_bNewStream = true;
         }
     }
     return CTransInPlaceFilter::Pause();

@@ -6,6 +6,7 @@
 #include "engine/Detector.h"
 #include "engine/DvDcImage.h"
 #include "filter/Dvutil.h"
+#include "filter/ReducedSize.h"
 #include "scenes/DetectionRun.h"
 #include "scenes/IKxSceneDetect.h"
 
@@ -95,16 +96,16 @@ class SceneDetectFilter final : public CTransInPlaceFilter,
     std::atomic<std::int32_t> m_nFirstTimecodeFrame = 0; ///< not corrected for drop-frame
     std::atomic<std::int32_t> m_nTimecodeOffset = 0;
     std::atomic<std::int32_t> m_nFramesPerSecond = 30;
+    std::atomic<bool> m_bNewStream = true; ///< the next sample's type is to be learnt from the input
 
     // Streaming thread only.
     bool m_bIsDV = false;
     bool m_bHaveFirstTimecode = false;
     std::int32_t m_nFirstTimecodeFrameDF = 0;
     std::int32_t m_nPrevRecordingFrame = 0;
-    // Deliberate: halved on first frames although nothing gives them a value; state for a later use.
-    std::int32_t m_nReducedWidth = 0;
-    std::int32_t m_nReducedHeight = 0;
-    CMediaType m_mtCurrent; ///< type of the frames being watched; emptied before each streaming period
+    ReducedSize m_reducedSize;
+    CMediaType m_mtCurrent;       ///< type of the frames being watched
+    REFERENCE_TIME m_rtStart = 0; ///< start of the latest sample, relative to its run's first
 };
 
 } // namespace scenedetect

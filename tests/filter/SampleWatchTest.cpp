@@ -1,4 +1,5 @@
 // Sample processing: each method's scenes, DV metadata on the way, and frames that can't be watched.
+#include "filter/ReducedSize.h"
 #include "tests/filter/DvMaking.h"
 #include "tests/filter/WatchedFilter.h"
 
@@ -124,6 +125,40 @@ TEST(SampleWatch, VideoOnDvComparesDcPictures) {
     }
 }
 
+// A change from 625 to 525 lines leaves three of eighteen rows unfilled, which repeat the frame before. The
+// other way round the first fifteen rows are taken.
+TEST(SampleWatch, AChangeOfLineSystemIsNoPictureChange) {
+    const struct {
+        const char* name;
+        bool beginsWith625;
+        int cut, change, back;
+    } cases[] = {
+        // Five frames earlier the rows held the dark picture: a false cut each time that slot comes round
+        // again.
+        {"the rows of before the cut", true, 8, 10, 20},
+        {"a cut far before", true, 8, 20, 30},
+        {"a cut after the change", true, 18, 10, 40},
+        {"from 525 lines", false, 8, 10, 20},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        WatchedFilter filter(KxMethodVideo, DvType(one.beginsWith625));
+        filter->EnableFrameFigures(TRUE);
+        filter->EnableDetection(TRUE);
+        for (int i = 0; i < 40; ++i) {
+            const bool is625 = (i < one.change || i >= one.back) == one.beginsWith625;
+            filter.SetType(DvType(is625));
+            filter.Send(DvFrame(is625).Luma(i < one.cut ? 160 : 250).Bytes()); // levels of 32 and 122
+        }
+        EXPECT_EQ(filter.Drain(), (Positions{0, static_cast<ULONG>(one.cut)}));
+        filter->EnableDetection(FALSE);
+        int changes = 0;
+        for (const std::string& row : filter.Figures())
+            changes += row.find(" 0 ") == std::string::npos;
+        EXPECT_EQ(changes, 2) << "the first frame and the cut, or a row that goes on changing";
+    }
+}
+
 TEST(SampleWatch, RecordingTimeJumpsOfMoreThanASecondStartScenes) {
     const struct {
         TimeOfDay time;
@@ -198,13 +233,9 @@ TEST(SampleWatch, OnlyLowerCaseDvsdMakesADvRun) {
 
 // What can't be watched still counts, and the first frame is a scene all the same.
 TEST(SampleWatch, UnwatchableFramesCount) {
-    CMediaType headerless = Yuy2();
-    headerless.SetFormatType(&FORMAT_None);
-    CMediaType shortBlock = Yuy2();
-    shortBlock.cbFormat = 60;
-    for (const CMediaType& type : {FourccType("YUY2", 7, 64, 16), FourccType("YUY2", 64, 7, 16), headerless,
-                                   shortBlock, FourccType("YUY2", -64, 48, 16), FourccType("YUY2", 0, 0, 16),
-                                   FourccType("YUY2", 0x7FFFFFFF, static_cast<LONG>(0x80000000), 16)}) {
+    for (const CMediaType& type :
+         {FourccType("YUY2", 7, 64, 16), FourccType("YUY2", 64, 7, 16), FourccType("YUY2", -64, 48, 16),
+          FourccType("YUY2", 0, 0, 16), FourccType("YUY2", 0x7FFFFFFF, static_cast<LONG>(0x80000000), 16)}) {
         WatchedFilter filter(KxMethodVideo, type);
         filter->EnableDetection(TRUE);
         for (int i = 0; i < 6; ++i) {
@@ -215,6 +246,35 @@ TEST(SampleWatch, UnwatchableFramesCount) {
         EXPECT_EQ(filter.Drain(), (Positions{0, 3}));
         EXPECT_EQ(filter.FrameCount(), 6u);
     }
+}
+
+// Without a header there is nothing to go by: marks, and that of the first frame, are all that is left.
+TEST(SampleWatch, TypesWithoutAHeaderSkipEveryMethod) {
+    CMediaType formatless = DvType();
+    formatless.SetFormatType(&FORMAT_None);
+    CMediaType shortBlock = DvType();
+    shortBlock.cbFormat = 48 + 39;
+    for (const std::uint32_t method : {KxMethodTimestamp, KxMethodVideo, KxMethodInterval, KxMethodManual})
+        for (const CMediaType& type : {formatless, shortBlock})
+            for (const bool fromTheStart : {true, false}) {
+                WatchedFilter filter(method, fromTheStart ? type : DvType());
+                filter->SetSceneInterval(1);
+                filter->EnableDetection(TRUE);
+                const auto send = [&](int frames) {
+                    for (int i = 0; i < frames; ++i)
+                        filter.Send(DvFrame()
+                                        .Luma(static_cast<std::uint8_t>(i * 90))
+                                        .RecordingTime({i, 0, 0, 0})
+                                        .Bytes());
+                };
+                send(1);
+                filter.SetType(type);
+                send(4);
+                filter->MarkScene();
+                send(4);
+                EXPECT_EQ(filter.Drain(), (Positions{0, method == KxMethodVideo ? 3u : 5u})) << method;
+                EXPECT_EQ(filter.FrameCount(), 9u);
+            }
 }
 
 TEST(SampleWatch, HeadersThatAnnounceMoreThanThereIsAreSafe) {
@@ -279,6 +339,37 @@ TEST(SampleWatch, PositionsOfSamplesWithoutStopTime) {
     EXPECT_EQ(counted.Drain(), (Positions{3, 10}));
 }
 
+// By hand: the start of a sample without times is the relative one of the sample before, made relative again.
+TEST(SampleWatch, PositionsOfSamplesWithoutTimes) {
+    constexpr REFERENCE_TIME kFirst = 4000000;
+    constexpr REFERENCE_TIME kNoTime = -1;
+    const struct {
+        REFERENCE_TIME start;
+        ULONG position;
+    } samples[] = {
+        {kFirst, 98}, // relative 0, plus 100 frames of offset
+        {kNoTime,
+         49}, // starts at 0 and stops at 0: counted, frame 1 plus an offset of 50; relative -10 frames
+        {kNoTime, 78},         // starts at -10 frames, stops at 0: timed, relative -20 frames
+        {kFirst + 400000, 99}, // relative 1 frame
+        {kNoTime, 52},         // starts at 1 frame, stops at 0: counted
+    };
+    WatchedFilter filter(KxMethodVideo, Yuy2());
+    filter->EnableDetection(TRUE);
+    filter.Ex().SetFrameOffset(50);
+    filter.Ex().SetTimeOffset(100 * 400000);
+    for (const auto& one : samples) {
+        LooseSample sample(Grey(kYuy2Bytes, 90));
+        REFERENCE_TIME start = one.start;
+        REFERENCE_TIME stop = start + 400000;
+        if (start != kNoTime)
+            sample.SetTime(&start, &stop);
+        filter->MarkScene();
+        filter.Send(sample);
+        EXPECT_EQ(filter.Drain(), Positions{one.position});
+    }
+}
+
 TEST(SampleWatch, AnAttachedTypeIsTakenOverWhenItDiffers) {
     WatchedFilter filter(KxMethodManual, DvType(true, 400000));
     filter->EnableDetection(TRUE);
@@ -296,6 +387,35 @@ TEST(SampleWatch, AnAttachedTypeIsTakenOverWhenItDiffers) {
     ULONG offset = 0;
     filter->GetCurrentTimecode(&offset);
     EXPECT_EQ(offset, 60u - 25u) << "the frame rate follows the type";
+}
+
+TEST(SampleWatch, Only2997CountsAs30FramesPerSecond) {
+    const struct {
+        REFERENCE_TIME frameDuration;
+        ULONG rate;
+    } cases[] = {{400000, 25}, {333665, 25}, {333666, 30}, {333667, 30}, {333668, 25}, {333333, 25}, {0, 25}};
+    for (const auto& one : cases) {
+        WatchedFilter filter(KxMethodManual, DvType(false, one.frameDuration));
+        filter->EnableDetection(TRUE);
+        filter.Send(DvFrame(false).Timecode({0, 0, 1, 0}).Bytes());
+        ULONG second = 0;
+        filter->GetStartTimecode(&second);
+        EXPECT_EQ(second, one.rate) << one.frameDuration;
+    }
+}
+
+TEST(SampleWatch, TheReducedSizeIsHalvedDownTo180) {
+    const struct {
+        ReducedSize given, halved;
+    } cases[] = {{{720, 576}, {180, 144}},
+                 {{360, 288}, {180, 144}},
+                 {{181, 100}, {90, 50}},
+                 {{180, 999}, {180, 999}},
+                 {{0, 0}, {0, 0}}};
+    for (auto one : cases) {
+        one.given.Halve();
+        EXPECT_EQ(one.given, one.halved);
+    }
 }
 
 TEST(SampleWatch, ARestartedRunStartsClean) {
