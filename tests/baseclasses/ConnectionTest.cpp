@@ -114,7 +114,7 @@ TEST(Pins, AreFoundAndDescribed) {
     EXPECT_EQ(info.pFilter, static_cast<IBaseFilter*>(chain.filter));
     EXPECT_EQ(info.dir, PINDIR_OUTPUT);
     EXPECT_EQ(std::wstring(info.achName), L"Output");
-    EXPECT_EQ(info.pFilter->Release(), 1u);
+    EXPECT_EQ(info.pFilter->Release(), 3u);
     IPin* none = chain.filter->GetPin(0);
     EXPECT_EQ(chain.filter->Out().ConnectedTo(&none), VFW_E_NOT_CONNECTED);
     EXPECT_EQ(none, nullptr);

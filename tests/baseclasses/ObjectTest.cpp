@@ -100,8 +100,8 @@ TEST(Interfaces, OneIdentityAndOneCountForFilterAndPins) {
     const auto fromSeeking = QueryFor<IUnknown>(seeking.get(), IID_IUnknown);
     EXPECT_EQ(fromPin, fromSeeking);
     EXPECT_NE(fromPin, QueryFor<IUnknown>(static_cast<IBaseFilter*>(chain.filter), IID_IUnknown));
-    EXPECT_EQ(chain.filter->AddRef(), 5u); // the chain's, three from above, this one
-    EXPECT_EQ(pin->Release(), 4u);
+    EXPECT_EQ(chain.filter->AddRef(), 7u); // three of the chain, three from above, this one
+    EXPECT_EQ(pin->Release(), 6u);
 }
 
 TEST(Factory, ChecksItsArguments) {

@@ -1,36 +1,32 @@
 #include "filter/Dvutil.h"
 
+#include "tests/DvFrame.h"
+
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <vector>
 
 namespace scenedetect {
 namespace {
 
-constexpr std::size_t kSequence = 12000;
+using testing_support::DvFrame;
+using testing_support::Pack;
 
 /// Where PC0 of a subcode or VAUX pack lies in its sequence.
-constexpr std::size_t Subcode(std::size_t slot) {
+constexpr int Subcode(int slot) {
     return 80 + slot / 6 * 80 + 3 + slot % 6 * 8 + 3;
 }
-constexpr std::size_t Vaux(std::size_t pack) {
+constexpr int Vaux(int pack) {
     return 240 + pack / 15 * 80 + 3 + pack % 15 * 5;
 }
 
-using PackBytes = std::array<std::uint8_t, 5>; // PC0 to PC4
-
-struct Frame : std::vector<std::uint8_t> {
-    explicit Frame(bool is625, std::size_t sequences = 12) : vector(sequences * kSequence, 0xFF) {
-        at(3) = is625 ? 0xFF : 0x7F;
-    }
-    Frame& Pack(std::size_t sequence, std::size_t offset, const PackBytes& bytes) {
-        std::ranges::copy(bytes, &at(sequence * kSequence + offset));
-        return *this;
-    }
-};
+/// A frame of twelve sequences with one pack, which may say that it has ten.
+DvFrame Frame(bool is625, int sequence, int offset, const Pack& pack) {
+    DvFrame frame;
+    frame.Bytes()[3] = is625 ? 0xFF : 0x7F;
+    return frame.Set({offset}, pack, sequence, sequence + 1);
+}
 
 struct Time {
     bool found;
@@ -38,20 +34,21 @@ struct Time {
     bool operator==(const Time&) const = default;
 };
 
-Time Timecode(std::span<const std::uint8_t> frame) {
+Time Timecode(DvFrame frame) {
     Time time{};
-    time.found = Dvutil().GetTimeCode(frame, time.hours, time.minutes, time.seconds, time.frames);
+    time.found = Dvutil().GetTimeCode(frame.Bytes(), time.hours, time.minutes, time.seconds, time.frames);
     return time;
 }
 
-Time RecordingTime(std::span<const std::uint8_t> frame) {
+Time RecordingTime(DvFrame frame) {
     Time time{};
-    time.found = Dvutil().GetRecordingTime(frame, time.hours, time.minutes, time.seconds, time.frames);
+    time.found =
+        Dvutil().GetRecordingTime(frame.Bytes(), time.hours, time.minutes, time.seconds, time.frames);
     return time;
 }
 
 TEST(Dvutil, TimecodeValues) {
-    for (const auto& [pack, time] : std::vector<std::pair<PackBytes, Time>>{
+    for (const auto& [pack, time] : std::vector<std::pair<Pack, Time>>{
              {{0x13, 0x29, 0x59, 0x59, 0x03}, {true, 3, 59, 59, 29}},
              {{0x13, 0x00, 0x00, 0x00, 0x04}, {false, 4, 0, 0, 0}},
              {{0x13, 0xC1, 0x82, 0x83, 0xC1}, {true, 1, 3, 2, 1}}, // flag bits do not count
@@ -59,20 +56,19 @@ TEST(Dvutil, TimecodeValues) {
              {{0x13, 0x31, 0x00, 0x00, 0x00}, {false, 0, 0, 0, 31}},
              {{0x13, 0x00, 0x61, 0x00, 0x00}, {false, 0, 0, 61, 0}},
              {{0x13, 0x00, 0x00, 0x61, 0x00}, {false, 0, 61, 0, 0}}})
-        EXPECT_EQ(Timecode(Frame(true).Pack(0, Subcode(0), pack)), time)
-            << int{pack[1]} << ' ' << int{pack[4]};
+        EXPECT_EQ(Timecode(Frame(true, 0, Subcode(0), pack)), time) << int{pack[1]} << ' ' << int{pack[4]};
 }
 
 TEST(Dvutil, TimecodeIsTheFirstInTheFrame) {
-    const PackBytes early{0x13, 0x01, 0, 0, 0};
-    const PackBytes late{0x13, 0x02, 0, 0, 0};
-    EXPECT_EQ(Timecode(Frame(true).Pack(2, Subcode(5), late).Pack(1, Subcode(11), early)).frames, 1);
-    EXPECT_EQ(Timecode(Frame(true).Pack(1, Subcode(7), late).Pack(1, Subcode(4), early)).frames, 1);
+    const Pack early{0x13, 0x01, 0, 0, 0};
+    const Pack late{0x13, 0x02, 0, 0, 0};
+    EXPECT_EQ(Timecode(Frame(true, 2, Subcode(5), late).Set({Subcode(11)}, early, 1, 2)).frames, 1);
+    EXPECT_EQ(Timecode(Frame(true, 1, Subcode(7), late).Set({Subcode(4)}, early, 1, 2)).frames, 1);
     // Neither VAUX nor the place after the last slot.
-    EXPECT_EQ(Timecode(Frame(true).Pack(0, Vaux(0), late).Pack(0, Subcode(5) + 8, late)), Time{false});
+    EXPECT_EQ(Timecode(Frame(true, 0, Vaux(0), late).Set({Subcode(5) + 8}, late, 0, 1)), Time{false});
     // Sequence 11 belongs to a frame of 625 lines only.
-    EXPECT_TRUE(Timecode(Frame(true).Pack(11, Subcode(11), early)).found);
-    EXPECT_FALSE(Timecode(Frame(false).Pack(11, Subcode(11), early)).found);
+    EXPECT_TRUE(Timecode(Frame(true, 11, Subcode(11), early)).found);
+    EXPECT_FALSE(Timecode(Frame(false, 11, Subcode(11), early)).found);
 }
 
 TEST(Dvutil, TimecodeWordAndFlag) {
@@ -80,24 +76,24 @@ TEST(Dvutil, TimecodeWordAndFlag) {
         const auto frames = static_cast<std::uint8_t>(0x55 | set << 7);
         std::uint32_t word = 0;
         bool flag = set == 0;
-        const Frame frame = Frame(false).Pack(0, Subcode(3), {0x13, frames, 0xD9, 0xD8, 0xC1});
-        ASSERT_TRUE(Dvutil().GetTimeCodeInBCD(frame, word, flag));
+        DvFrame frame = Frame(false, 0, Subcode(3), {0x13, frames, 0xD9, 0xD8, 0xC1});
+        ASSERT_TRUE(Dvutil().GetTimeCodeInBCD(frame.Bytes(), word, flag));
         EXPECT_EQ(word, 0x01585915u);
         EXPECT_EQ(flag, set == 1);
     }
 }
 
 TEST(Dvutil, RecordingTime) {
-    const PackBytes pack{0x63, 0x12, 0x34, 0x56, 0x23};
+    const Pack pack{0x63, 0x12, 0x34, 0x56, 0x23};
     const Time time{true, 23, 56, 34, 12};
-    EXPECT_EQ(RecordingTime(Frame(true).Pack(0, Vaux(0), pack)), time);
-    EXPECT_EQ(RecordingTime(Frame(false).Pack(9, Vaux(44), pack)), time);
-    EXPECT_EQ(RecordingTime(Frame(false).Pack(10, Vaux(0), pack)), Time{false});
-    EXPECT_EQ(RecordingTime(Frame(true).Pack(0, Vaux(44) + 5, pack)), Time{false});
+    EXPECT_EQ(RecordingTime(Frame(true, 0, Vaux(0), pack)), time);
+    EXPECT_EQ(RecordingTime(Frame(false, 9, Vaux(44), pack)), time);
+    EXPECT_EQ(RecordingTime(Frame(false, 10, Vaux(0), pack)), Time{false});
+    EXPECT_EQ(RecordingTime(Frame(true, 0, Vaux(44) + 5, pack)), Time{false});
     // 45 frames (3 and 15) mean none; nothing else is checked.
-    EXPECT_EQ(RecordingTime(Frame(true).Pack(0, Vaux(0), {0x63, 0xFF, 0x7F, 0x7F, 0x3F})),
+    EXPECT_EQ(RecordingTime(Frame(true, 0, Vaux(0), {0x63, 0xFF, 0x7F, 0x7F, 0x3F})),
               (Time{true, 45, 85, 85, 0}));
-    EXPECT_EQ(RecordingTime(Frame(true).Pack(0, Vaux(0), {0x63, 0x3E, 0, 0, 0})), (Time{true, 0, 0, 0, 44}));
+    EXPECT_EQ(RecordingTime(Frame(true, 0, Vaux(0), {0x63, 0x3E, 0, 0, 0})), (Time{true, 0, 0, 0, 44}));
 }
 
 TEST(Dvutil, ShortFramesFail) {
@@ -106,32 +102,27 @@ TEST(Dvutil, ShortFramesFail) {
                                               {false, 120000, true},
                                               {false, 119999, false},
                                               {false, 3, false}}) {
-        Frame frame(is625);
-        frame.Pack(0, Subcode(0), {0x13, 0, 0, 0, 0}).Pack(0, Vaux(0), {0x63, 0, 0, 0, 0});
-        frame.resize(static_cast<std::size_t>(bytes));
+        DvFrame frame(is625);
+        frame.SetTimecode({0x13}).SetTime({0x63}).Cut(static_cast<std::size_t>(bytes));
         EXPECT_EQ(Timecode(frame).found, found) << bytes;
         EXPECT_EQ(RecordingTime(frame).found, found) << bytes;
     }
 }
 
 TEST(Dvutil, DisplayAspect) {
-    const auto aspect = [](const Frame& frame) {
+    const auto aspect = [](DvFrame frame) {
         double ratio = 0;
-        return Dvutil().GetDisplayAspect(frame, ratio) ? ratio : -1;
+        return Dvutil().GetDisplayAspect(frame.Bytes(), ratio) ? ratio : -1;
     };
     for (const auto& [select, ratio] :
          {std::pair{0xF8, 4.0 / 3}, {1, 16.0 / 9}, {2, 16.0 / 9}, {6, 14.0 / 9}, {7, 16.0 / 9}})
         EXPECT_DOUBLE_EQ(
-            aspect(Frame(true, 1).Pack(0, Vaux(20), {0x61, 0, static_cast<std::uint8_t>(select), 0, 0})),
-            ratio);
-    Frame several(true); // the last of the first sequence counts
-    several.Pack(0, Vaux(1), {0x61, 0, 0, 0, 0})
-        .Pack(0, Vaux(44), {0x61, 0, 6, 0, 0})
-        .Pack(1, Vaux(0), {0x61, 0, 2, 0, 0});
+            aspect(Frame(true, 0, Vaux(20), {0x61, 0, static_cast<std::uint8_t>(select)}).Cut(12000)), ratio);
+    DvFrame several = Frame(true, 0, Vaux(1), {0x61}); // the last of the first sequence counts
+    several.Set({Vaux(44)}, {0x61, 0, 6}, 0, 1).Set({Vaux(0)}, {0x61, 0, 2}, 1);
     EXPECT_DOUBLE_EQ(aspect(several), 14.0 / 9);
-    several.resize(11999);
-    EXPECT_EQ(aspect(several), -1);
-    EXPECT_EQ(aspect(Frame(true).Pack(1, Vaux(0), {0x61, 0, 0, 0, 0})), -1);
+    EXPECT_EQ(aspect(several.Cut(11999)), -1);
+    EXPECT_EQ(aspect(Frame(true, 1, Vaux(0), {0x61})), -1);
 }
 
 } // namespace

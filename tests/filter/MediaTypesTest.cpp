@@ -1,6 +1,6 @@
 #include "filter/MediaTypes.h"
 
-#include "tests/filter/TypeMaking.h"
+#include "tests/TypeMaking.h"
 
 #include <gtest/gtest.h>
 #include <mmreg.h>

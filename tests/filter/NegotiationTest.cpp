@@ -1,6 +1,6 @@
 // Pins, media types and buffers: what the filter takes, offers and asks for.
-#include "tests/filter/Graph.h"
-#include "tests/filter/TypeMaking.h"
+#include "tests/TypeMaking.h"
+#include "tests/filter/FilterGraph.h"
 
 #include <gtest/gtest.h>
 
@@ -41,8 +41,8 @@ TEST(Negotiation, TypesByMethod) {
     for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
         const auto accepts = [&](ULONG method) {
-            graph.filter->SetDetectionMethod(method);
-            return graph.filter->CheckInputType(&one.type) == S_OK;
+            graph.made.SetDetectionMethod(method);
+            return graph.made.CheckInputType(&one.type) == S_OK;
         };
         EXPECT_EQ(accepts(KxMethodVideo), one.video);
         EXPECT_EQ(accepts(KxMethodTimestamp), one.timestamp);
@@ -56,13 +56,12 @@ TEST(Negotiation, VideoInfo2IsTakenWhileStreamingOnly) {
     const CMediaType changed = VideoType<VIDEOINFOHEADER2>(
         MEDIASUBTYPE_YUY2, FORMAT_VideoInfo2, PictureHeader(64, 48, 16, MAKEFOURCC('Y', 'U', 'Y', '2')));
     Graph graph;
-    ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
-    ASSERT_EQ(graph.ConnectOutput(), S_OK);
-    EXPECT_NE(graph.filter->GetPin(0)->QueryAccept(&changed), S_OK);
-    graph.Run();
-    EXPECT_EQ(graph.filter->GetPin(0)->QueryAccept(&changed), S_OK);
+    graph.Connect();
+    EXPECT_NE(graph.in->QueryAccept(&changed), S_OK);
+    graph.Pause();
+    EXPECT_EQ(graph.in->QueryAccept(&changed), S_OK);
     graph.Stop();
-    EXPECT_NE(graph.filter->GetPin(0)->QueryAccept(&changed), S_OK);
+    EXPECT_NE(graph.in->QueryAccept(&changed), S_OK);
 }
 
 TEST(Negotiation, PinsAreNamedAndFound) {
@@ -73,9 +72,9 @@ TEST(Negotiation, PinsAreNamedAndFound) {
         const wchar_t* id;
         PIN_DIRECTION direction;
     } cases[] = {{0, L"Input", L"In", PINDIR_INPUT}, {1, L"Output", L"Out", PINDIR_OUTPUT}};
-    ASSERT_EQ(graph.filter->GetPinCount(), 2);
+    ASSERT_EQ(graph.made.GetPinCount(), 2);
     for (const auto& one : cases) {
-        CBasePin* pin = graph.filter->GetPin(one.number);
+        CBasePin* pin = graph.made.GetPin(one.number);
         PIN_INFO info{};
         ASSERT_EQ(pin->QueryPinInfo(&info), S_OK);
         EXPECT_EQ(std::wstring(info.achName), one.name);
@@ -85,7 +84,7 @@ TEST(Negotiation, PinsAreNamedAndFound) {
         ASSERT_EQ(pin->QueryId(&id), S_OK);
         EXPECT_EQ(std::wstring(id), one.id);
         IPin* found = nullptr;
-        EXPECT_EQ(graph.filter->FindPin(id, &found), S_OK);
+        EXPECT_EQ(graph.made.FindPin(id, &found), S_OK);
         EXPECT_EQ(found, static_cast<IPin*>(pin));
         found->Release();
         CoTaskMemFree(id);
@@ -101,7 +100,7 @@ TEST(Negotiation, UnconnectedTheOutputOffersFiveSizes) {
     int position = 0;
     for (const auto& size : sizes) {
         CMediaType type;
-        ASSERT_EQ(graph.filter->GetMediaType(position++, &type), S_OK);
+        ASSERT_EQ(graph.made.GetMediaType(position++, &type), S_OK);
         EXPECT_TRUE(type.majortype == MEDIATYPE_Video && type.subtype == MEDIASUBTYPE_RGB24 &&
                     type.formattype == FORMAT_VideoInfo);
         const BITMAPINFOHEADER* header = GetBitmapHeader(static_cast<const AM_MEDIA_TYPE&>(type));
@@ -115,7 +114,7 @@ TEST(Negotiation, UnconnectedTheOutputOffersFiveSizes) {
         EXPECT_EQ(GetFrameDuration(type), 0);
     }
     CMediaType type;
-    EXPECT_EQ(graph.filter->GetMediaType(position, &type), VFW_S_NO_MORE_ITEMS);
+    EXPECT_EQ(graph.made.GetMediaType(position, &type), VFW_S_NO_MORE_ITEMS);
 }
 
 TEST(Negotiation, ConnectedTheOutputOffersTheInputsType) {
@@ -123,14 +122,14 @@ TEST(Negotiation, ConnectedTheOutputOffersTheInputsType) {
     const CMediaType yuy2 = Yuy2();
     ASSERT_EQ(graph.ConnectInput(yuy2), S_OK);
     CMediaType type;
-    EXPECT_EQ(graph.filter->GetMediaType(0, &type), S_OK);
+    EXPECT_EQ(graph.made.GetMediaType(0, &type), S_OK);
     EXPECT_TRUE(type == yuy2);
-    EXPECT_EQ(graph.filter->GetMediaType(1, &type), VFW_S_NO_MORE_ITEMS);
+    EXPECT_EQ(graph.made.GetMediaType(1, &type), VFW_S_NO_MORE_ITEMS);
 }
 
 TEST(Negotiation, TheMethodDecidesAtConnecting) {
     Graph graph;
-    graph.filter->SetDetectionMethod(KxMethodTimestamp);
+    graph.made.SetDetectionMethod(KxMethodTimestamp);
     EXPECT_TRUE(FAILED(graph.ConnectInput(Yuy2())));
     EXPECT_EQ(graph.ConnectInput(DvType()), S_OK);
 }
@@ -164,11 +163,11 @@ TEST(Negotiation, BuffersFollowTheInputsAllocator) {
     Allocator allocator;
     allocator.granted = {1, 1, 16, 0};
     ALLOCATOR_PROPERTIES request{0, 0, 16, 8};
-    EXPECT_EQ(graph.filter->DecideBufferSize(&allocator, &request), S_OK);
+    EXPECT_EQ(graph.made.DecideBufferSize(&allocator, &request), S_OK);
     EXPECT_EQ(allocator.asked.cBuffers, 1);
     EXPECT_EQ(allocator.asked.cbBuffer, 1);
 
-    graph.Source().properties = {4, 5000, 1, 0};
+    graph.source->pin.properties = {4, 5000, 1, 0};
     ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
     const struct {
         ALLOCATOR_PROPERTIES granted;
@@ -184,7 +183,7 @@ TEST(Negotiation, BuffersFollowTheInputsAllocator) {
         allocator.granted = one.granted;
         allocator.result = one.granting;
         request = {0, 0, 16, 8};
-        EXPECT_EQ(graph.filter->DecideBufferSize(&allocator, &request), one.result);
+        EXPECT_EQ(graph.made.DecideBufferSize(&allocator, &request), one.result);
         EXPECT_EQ(allocator.asked.cBuffers, 4);
         EXPECT_EQ(allocator.asked.cbBuffer, 5000);
         EXPECT_EQ(allocator.asked.cbAlign, 16) << "alignment and prefix are the caller's";

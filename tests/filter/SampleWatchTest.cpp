@@ -1,6 +1,6 @@
 // Sample processing: each method's scenes, DV metadata on the way, and frames that can't be watched.
 #include "filter/ReducedSize.h"
-#include "tests/filter/DvMaking.h"
+#include "tests/DvFrame.h"
 #include "tests/filter/WatchedFilter.h"
 
 #include <gtest/gtest.h>
@@ -115,7 +115,7 @@ TEST(SampleWatch, VideoOnDvComparesDcPictures) {
         WatchedFilter filter(KxMethodVideo, DvType(is625, is625 ? 400000 : kNtsc));
         const auto picture = [&](int i, bool bright) {
             DvFrame frame(is625);
-            frame.Luma(bright ? 250 : 180);
+            frame.SetLuma(bright ? 250 : 180);
             if (i == 9)
                 frame.Cut(50000); // damaged: repeats the picture before, and the count goes on
             return frame.Bytes();
@@ -148,7 +148,7 @@ TEST(SampleWatch, AChangeOfLineSystemIsNoPictureChange) {
         for (int i = 0; i < 40; ++i) {
             const bool is625 = (i < one.change || i >= one.back) == one.beginsWith625;
             filter.SetType(DvType(is625));
-            filter.Send(DvFrame(is625).Luma(i < one.cut ? 160 : 250).Bytes()); // levels of 32 and 122
+            filter.Send(DvFrame(is625).SetLuma(i < one.cut ? 160 : 250).Bytes()); // levels of 32 and 122
         }
         EXPECT_EQ(filter.Drain(), (Positions{0, static_cast<ULONG>(one.cut)}));
         filter->EnableDetection(FALSE);
@@ -177,7 +177,7 @@ TEST(SampleWatch, RecordingTimeJumpsOfMoreThanASecondStartScenes) {
     Positions expected;
     ULONG number = 0;
     for (const auto& one : frames) {
-        filter.Send(DvFrame().RecordingTime(one.time).Bytes());
+        filter.Send(DvFrame().SetTime(RecordingTimePack(one.time)).Bytes());
         if (one.scene)
             expected.push_back(number);
         ++number;
@@ -188,7 +188,7 @@ TEST(SampleWatch, RecordingTimeJumpsOfMoreThanASecondStartScenes) {
 TEST(SampleWatch, FramesWithoutRecordingTimeAreSteppedOver) {
     WatchedFilter filter(KxMethodTimestamp, DvType());
     filter->EnableDetection(TRUE);
-    const auto at = [](int seconds) { return DvFrame().RecordingTime({1, 0, seconds, 0}); };
+    const auto at = [](int seconds) { return DvFrame().SetTime(RecordingTimePack({1, 0, seconds, 0})); };
     filter.Send(at(0).Bytes());
     filter.Send(DvFrame().Bytes());          // no pack
     filter.Send(at(50).Cut(100000).Bytes()); // too short to be believed
@@ -206,19 +206,21 @@ TEST(SampleWatch, TimecodeIsReadFromDv) {
     ULONG first = 0;
     ULONG offset = 0;
     filter.Send(DvFrame(false).Bytes()); // none yet
-    filter.Send(DvFrame(false).Timecode({0, 0, 59, 29}).Bytes());
+    filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 0, 59, 29})).Bytes());
     filter->GetStartTimecode(&first);
     EXPECT_EQ(first, 1799u);
-    filter.Send(DvFrame(false).Timecode({0, 1, 0, 2}).Bytes()); // the next frame: ;00 and ;01 are dropped
+    filter.Send(DvFrame(false)
+                    .SetTimecode(TimecodePack({0, 1, 0, 2}))
+                    .Bytes()); // the next frame: ;00 and ;01 are dropped
     filter->GetCurrentTimecode(&offset);
     EXPECT_EQ(offset, 1u);
-    filter.Send(DvFrame(false).Timecode({4, 0, 0, 0}).Bytes()); // unusable: the offset stays
+    filter.Send(DvFrame(false).SetTimecode(TimecodePack({4, 0, 0, 0})).Bytes()); // unusable: the offset stays
     filter->GetCurrentTimecode(&offset);
     EXPECT_EQ(offset, 1u);
     filter->GetStartTimecode(&first);
     EXPECT_EQ(first, 1799u);
     filter->EnableTimecode(FALSE);
-    filter.Send(DvFrame(false).Timecode({0, 2, 0, 2}).Bytes());
+    filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 2, 0, 2})).Bytes());
     filter->GetCurrentTimecode(&offset);
     EXPECT_EQ(offset, 1u);
 }
@@ -226,8 +228,8 @@ TEST(SampleWatch, TimecodeIsReadFromDv) {
 TEST(SampleWatch, OnlyLowerCaseDvsdMakesADvRun) {
     WatchedFilter filter(KxMethodTimestamp, FourccType("DVSD", 720, 576, 24));
     filter->EnableDetection(TRUE);
-    filter.Send(DvFrame().RecordingTime({1, 0, 0, 0}).Bytes());
-    filter.Send(DvFrame().RecordingTime({9, 0, 0, 0}).Bytes());
+    filter.Send(DvFrame().SetTime(RecordingTimePack({1, 0, 0, 0})).Bytes());
+    filter.Send(DvFrame().SetTime(RecordingTimePack({9, 0, 0, 0})).Bytes());
     EXPECT_EQ(filter.Drain(), Positions{0});
 }
 
@@ -263,8 +265,8 @@ TEST(SampleWatch, TypesWithoutAHeaderSkipEveryMethod) {
                 const auto send = [&](int frames) {
                     for (int i = 0; i < frames; ++i)
                         filter.Send(DvFrame()
-                                        .Luma(static_cast<std::uint8_t>(i * 90))
-                                        .RecordingTime({i, 0, 0, 0})
+                                        .SetLuma(static_cast<std::uint8_t>(i * 90))
+                                        .SetTime(RecordingTimePack({i, 0, 0, 0}))
                                         .Bytes());
                 };
                 send(1);
@@ -295,10 +297,10 @@ TEST(SampleWatch, HeadersThatAnnounceMoreThanThereIsAreSafe) {
 TEST(SampleWatch, AMethodChangedInMidRunUsesTheGridThereIs) {
     WatchedFilter filter(KxMethodManual, DvType());
     filter->EnableDetection(TRUE);
-    filter.Send(DvFrame().Luma(180).Bytes());
+    filter.Send(DvFrame().SetLuma(180).Bytes());
     filter->SetDetectionMethod(KxMethodVideo); // grid not settled: 300 samples take part of 396
     for (int i = 1; i < 20; ++i)
-        filter.Send(DvFrame().Luma(i < 10 ? 180 : 250).Bytes());
+        filter.Send(DvFrame().SetLuma(i < 10 ? 180 : 250).Bytes());
     EXPECT_EQ(filter.Drain(), (Positions{0, 10}));
 }
 
@@ -374,14 +376,14 @@ TEST(SampleWatch, AnAttachedTypeIsTakenOverWhenItDiffers) {
     WatchedFilter filter(KxMethodManual, DvType(true, 400000));
     filter->EnableDetection(TRUE);
     filter->EnableTimecode(TRUE);
-    filter.Send(DvFrame(true).Timecode({0, 0, 1, 0}).Bytes());
+    filter.Send(DvFrame(true).SetTimecode(TimecodePack({0, 0, 1, 0})).Bytes());
     ULONG first = 0;
     filter->GetStartTimecode(&first);
     EXPECT_EQ(first, 25u);
     EXPECT_TRUE(filter->GetPin(0)->CurrentMediaType() == DvType(true, 400000));
 
     filter.SetType(DvType(false, kNtsc));
-    filter.Send(DvFrame(false).Timecode({0, 0, 2, 0}).Bytes());
+    filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 0, 2, 0})).Bytes());
     for (const int pin : {0, 1})
         EXPECT_TRUE(filter->GetPin(pin)->CurrentMediaType() == DvType(false, kNtsc));
     ULONG offset = 0;
@@ -397,7 +399,7 @@ TEST(SampleWatch, Only2997CountsAs30FramesPerSecond) {
     for (const auto& one : cases) {
         WatchedFilter filter(KxMethodManual, DvType(false, one.frameDuration));
         filter->EnableDetection(TRUE);
-        filter.Send(DvFrame(false).Timecode({0, 0, 1, 0}).Bytes());
+        filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 0, 1, 0})).Bytes());
         ULONG second = 0;
         filter->GetStartTimecode(&second);
         EXPECT_EQ(second, one.rate) << one.frameDuration;

@@ -3,8 +3,9 @@
 
 #include "baseclasses/ComRef.h"
 #include "baseclasses/MediaSample.h"
+#include "filter/MediaTypes.h"
 #include "filter/SceneDetectFilter.h"
-#include "tests/filter/TypeMaking.h"
+#include "tests/TypeMaking.h"
 
 #include <gtest/gtest.h>
 

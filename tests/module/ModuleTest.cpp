@@ -1,5 +1,5 @@
 // The module as a host meets it: loaded by name, asked for the filter, released and unloaded.
-#include "tests/module/FilterStream.h"
+#include "tests/SceneStream.h"
 #include "tests/module/LoadedModule.h"
 
 #include <future>
@@ -9,8 +9,8 @@
 namespace scenedetect {
 namespace {
 
-using testing_support::FilterStream;
 using testing_support::LoadedModule;
+using testing_support::SceneStream;
 
 class Module : public testing::Test, protected LoadedModule {
   protected:
@@ -110,7 +110,7 @@ TEST_F(Module, CanBeLoadedUsedAndUnloadedAgainAndAgain) {
     const std::shared_ptr<void> atTheEnd(nullptr, [&](void*) { allUnloaded.set_value(); });
     for (int i = 0; i < 20; ++i) {
         {
-            FilterStream stream(MakeFilter());
+            SceneStream stream(MakeFilter());
             stream.scenes->SetDetectionMethod(KxMethodVideo);
             stream.Connect();
             stream.Pause();

@@ -3,7 +3,7 @@
 
 #include "baseclasses/ComRef.h"
 #include "examples/Peer.h"
-#include "tests/filter/TypeMaking.h"
+#include "tests/TypeMaking.h"
 
 #include <atomic>
 #include <functional>

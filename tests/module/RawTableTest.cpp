@@ -1,6 +1,6 @@
 // A client that knows the interfaces by their tables only: slot numbers, argument sizes, calling convention.
+#include "tests/SceneStream.h"
 #include "tests/TempFolder.h"
-#include "tests/module/FilterStream.h"
 #include "tests/module/LoadedModule.h"
 
 #include <cstring>
@@ -45,7 +45,7 @@ class RawTable : public testing::Test {
     }
 
     LoadedModule m_module;
-    std::optional<FilterStream> m_stream;
+    std::optional<SceneStream> m_stream;
     void* scenes = nullptr;
     void* scenesEx = nullptr;
 };
@@ -114,9 +114,9 @@ TEST_F(RawTable, Offsets) {
     EXPECT_EQ(Drain(), 7u);
 
     Call(scenes, 3, std::int32_t{1});
-    const std::int64_t longTime = 20000 * FilterStream::kFrame; // more than 32 bits
+    const std::int64_t longTime = 20000 * SceneStream::kFrame; // more than 32 bits
     EXPECT_EQ(Call(scenesEx, 4, longTime), kOk) << "SetTimeOffset, for samples with times";
-    EXPECT_EQ(m_stream->Send(Picture(FilterStream::kPictureBytes), 0), S_OK);
+    EXPECT_EQ(m_stream->Send(Picture(kYuy2Bytes), 0), S_OK);
     EXPECT_EQ(Drain(), 19998u);
 }
 

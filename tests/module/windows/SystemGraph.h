@@ -1,13 +1,13 @@
 // The system's filter graph with the module's filter, a source and a sink in it.
 #pragma once
 
-#include "tests/module/FilterStream.h"
+#include "tests/SceneStream.h"
 
 namespace scenedetect::testing_support {
 
 class SystemGraph {
   public:
-    explicit SystemGraph(const FilterStream& stream) : m_stream(stream) {
+    explicit SystemGraph(const SceneStream& stream) : m_stream(stream) {
         void* made = nullptr;
         EXPECT_EQ(
             CoCreateInstance(CLSID_FilterGraph, nullptr, CLSCTX_INPROC_SERVER, IID_IFilterGraph2, &made),
@@ -48,7 +48,7 @@ class SystemGraph {
     ComRef<IMediaControl> control;
 
   private:
-    const FilterStream& m_stream;
+    const SceneStream& m_stream;
 };
 
 } // namespace scenedetect::testing_support

@@ -27,13 +27,13 @@ class InSystemGraph : public testing::Test {
     }
 
     LoadedModule m_module;
-    std::optional<FilterStream> m_stream;
+    std::optional<SceneStream> m_stream;
 };
 
 TEST_F(InSystemGraph, PicturesPassUntouched) {
     for (const bool readOnly : {false, true}) {
         SCOPED_TRACE(readOnly ? "copied from read-only buffers" : "in shared buffers");
-        FilterStream stream(m_module.MakeFilter());
+        SceneStream stream(m_module.MakeFilter());
         stream.source->pin.readOnly = readOnly;
         stream.scenes->SetDetectionMethod(KxMethodVideo);
         const SystemGraph graph(stream);
@@ -42,22 +42,22 @@ TEST_F(InSystemGraph, PicturesPassUntouched) {
         stream.scenes->EnableDetection(TRUE);
         graph.Change(State_Running);
 
-        Picture picture(FilterStream::kPictureBytes);
+        Picture picture(kYuy2Bytes);
         REFERENCE_TIME sent = 0;
         stream.sink->pin.onSample = [&](IMediaSample* sample) {
             EXPECT_EQ(sample == stream.lastSent, !readOnly);
             BYTE* data = nullptr;
             sample->GetPointer(&data);
-            ASSERT_EQ(sample->GetActualDataLength(), FilterStream::kPictureBytes);
+            ASSERT_EQ(sample->GetActualDataLength(), static_cast<LONG>(kYuy2Bytes));
             EXPECT_TRUE(std::equal(picture.begin(), picture.end(), data));
             REFERENCE_TIME start = 0;
             REFERENCE_TIME stop = 0;
             EXPECT_EQ(sample->GetTime(&start, &stop), S_OK);
             EXPECT_EQ(start, sent);
-            EXPECT_EQ(stop, sent + FilterStream::kFrame);
+            EXPECT_EQ(stop, sent + SceneStream::kFrame);
         };
         std::mt19937 random(1);
-        for (; sent < 10 * FilterStream::kFrame; sent += FilterStream::kFrame) {
+        for (; sent < 10 * SceneStream::kFrame; sent += SceneStream::kFrame) {
             std::generate(picture.begin(), picture.end(),
                           [&] { return static_cast<std::uint8_t>(random()); });
             EXPECT_EQ(stream.Send(picture, sent), S_OK);
@@ -72,7 +72,7 @@ TEST_F(InSystemGraph, PicturesPassUntouched) {
 TEST_F(InSystemGraph, StatesFollowInEveryOrder) {
     for (const bool connected : {false, true}) {
         SCOPED_TRACE(connected);
-        FilterStream stream(m_module.MakeFilter());
+        SceneStream stream(m_module.MakeFilter());
         const SystemGraph graph(stream);
         if (connected)
             graph.Connect();
@@ -93,7 +93,7 @@ TEST_F(InSystemGraph, StatesFollowInEveryOrder) {
 TEST_F(InSystemGraph, DownstreamsTypeAndAllocatorReachTheSource) {
     const CMediaType wide = FourccType("YUY2", 128, 48, 16);
     const CMediaType narrow = FourccType("YUY2", 64, 48, 16);
-    FilterStream& stream = *m_stream;
+    SceneStream& stream = *m_stream;
     stream.source->pin.types = {{wide, narrow}};
     stream.sink->pin.types = {{narrow}, [&](const CMediaType& mt) { return mt == narrow; }};
     const SystemGraph graph(stream);
@@ -115,7 +115,7 @@ TEST_F(InSystemGraph, DownstreamsTypeAndAllocatorReachTheSource) {
 }
 
 TEST_F(InSystemGraph, StoppingAndFlushingEndAStreamThatIsBlocked) {
-    FilterStream& stream = *m_stream;
+    SceneStream& stream = *m_stream;
     const SystemGraph graph(stream);
     graph.Connect();
     for (int n = 0; n < 200; ++n) {
@@ -167,7 +167,7 @@ TEST_F(InSystemGraph, LoadsAndUnloadsAgainAndAgain) {
         ASSERT_EQ(GetModuleHandleW(L"KxSceneDetect2.ax"), nullptr);
         ASSERT_NO_FATAL_FAILURE(m_module.Load());
         {
-            FilterStream stream(m_module.MakeFilter());
+            SceneStream stream(m_module.MakeFilter());
             const SystemGraph graph(stream);
             graph.Connect();
             graph.Change(State_Running);

@@ -1,10 +1,10 @@
-// Media types for the filter's tests, from a few words.
+// Media types for tests, from a few words.
 #pragma once
 
 #include "baseclasses/FourCCMap.h"
 #include "baseclasses/MediaType.h"
-#include "filter/MediaTypes.h"
 
+#include <dshow.h>
 #include <dvdmedia.h>
 
 #include <cstddef>
@@ -37,6 +37,11 @@ CMediaType VideoType(const GUID& subtype, const GUID& formatType, const BITMAPIN
     type.SetFormatType(&formatType);
     type.SetFormat(reinterpret_cast<BYTE*>(&format), sizeof format);
     return type;
+}
+
+/// A type of the subtype and nothing more; `width` tells types of one subtype apart.
+inline CMediaType VideoType(const GUID& subtype, LONG width = 320) {
+    return VideoType(subtype, FORMAT_VideoInfo, PictureHeader(width, 0, 0, 0));
 }
 
 inline CMediaType FourccType(const char (&letters)[5], LONG width, LONG height, WORD bits,
