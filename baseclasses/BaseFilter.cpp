@@ -163,10 +163,12 @@ STDMETHODIMP CBaseFilter::QueryFilterInfo(FILTER_INFO* pInfo) {
 
 STDMETHODIMP CBaseFilter::JoinFilterGraph(IFilterGraph* pGraph, LPCWSTR pName) {
     // A reference of the filter's to the graph that holds it would keep both alive for ever.
-    IMediaEventSink* sink = pGraph ? QueryFor<IMediaEventSink>(pGraph, IID_IMediaEventSink).get() : nullptr;
+    ComRef<IMediaEventSink> sink;
+    if (pGraph)
+        sink = QueryFor<IMediaEventSink>(pGraph, IID_IMediaEventSink);
     CAutoLock lock(&m_infoLock);
     m_pGraph = pGraph;
-    m_pSink = sink;
+    m_pSink = sink.get();
     CopyToNameField(m_name, MAX_FILTER_NAME, pName);
     return S_OK;
 }

@@ -170,7 +170,7 @@ struct IKxSceneDetectTuning : public IUnknown {
     /// All back to their defaults; the longest scene follows the process-wide length again. Always S_OK.
     STDMETHOD(ResetParameters)() = 0;
     /// Whether the figures of frames compared from now on are kept (off by default). Switching off drops
-    /// those that are queued. E_OUTOFMEMORY when there is no room for them.
+    /// those that are queued. E_OUTOFMEMORY when there is no memory for them.
     STDMETHOD(EnableFrameFigures)(BOOL bEnable) = 0;
     /// Hands out the oldest figures, at most `dwCount` (above 0), and says how many. They are in the order of
     /// the frames. A frame's figures are final, and handed out, once two more frames were compared; those of

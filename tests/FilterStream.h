@@ -44,7 +44,36 @@ class OnePinFilter : public CBaseFilter {
     CCritSec m_lock;
 };
 
-class SourcePin : public CBaseOutputPin, public IMediaSeeking {
+/// Can be sought in, and counts how often that is tried.
+class Seekable : public IMediaSeeking {
+  public:
+    STDMETHODIMP GetCapabilities(DWORD*) override { return Sought(); }
+    STDMETHODIMP CheckCapabilities(DWORD*) override { return Sought(); }
+    STDMETHODIMP IsFormatSupported(const GUID*) override { return Sought(); }
+    STDMETHODIMP QueryPreferredFormat(GUID*) override { return Sought(); }
+    STDMETHODIMP GetTimeFormat(GUID*) override { return Sought(); }
+    STDMETHODIMP IsUsingTimeFormat(const GUID*) override { return Sought(); }
+    STDMETHODIMP SetTimeFormat(const GUID*) override { return Sought(); }
+    STDMETHODIMP GetDuration(LONGLONG*) override { return Sought(); }
+    STDMETHODIMP GetStopPosition(LONGLONG*) override { return Sought(); }
+    STDMETHODIMP GetCurrentPosition(LONGLONG*) override { return Sought(); }
+    STDMETHODIMP ConvertTimeFormat(LONGLONG*, const GUID*, LONGLONG, const GUID*) override {
+        return Sought();
+    }
+    STDMETHODIMP SetPositions(LONGLONG*, DWORD, LONGLONG*, DWORD) override { return Sought(); }
+    STDMETHODIMP GetPositions(LONGLONG*, LONGLONG*) override { return Sought(); }
+    STDMETHODIMP GetAvailable(LONGLONG*, LONGLONG*) override { return Sought(); }
+    STDMETHODIMP SetRate(double) override { return Sought(); }
+    STDMETHODIMP GetRate(double*) override { return Sought(); }
+    STDMETHODIMP GetPreroll(LONGLONG*) override { return Sought(); }
+
+    std::atomic<int> sought = 0;
+
+  private:
+    HRESULT Sought() { return ++sought, S_OK; }
+};
+
+class SourcePin : public CBaseOutputPin, public Seekable {
   public:
     SourcePin(CBaseFilter* filter, CCritSec* lock)
         : CBaseOutputPin(NAME("pin"), filter, lock, nullptr, L"Source") {}
@@ -86,23 +115,6 @@ class SourcePin : public CBaseOutputPin, public IMediaSeeking {
         return S_FALSE;
     }
     STDMETHODIMP GetDuration(LONGLONG* duration) override { return *duration = 12345, S_OK; }
-    STDMETHODIMP GetCapabilities(DWORD*) override { return E_NOTIMPL; }
-    STDMETHODIMP CheckCapabilities(DWORD*) override { return E_NOTIMPL; }
-    STDMETHODIMP IsFormatSupported(const GUID*) override { return E_NOTIMPL; }
-    STDMETHODIMP QueryPreferredFormat(GUID*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTimeFormat(GUID*) override { return E_NOTIMPL; }
-    STDMETHODIMP IsUsingTimeFormat(const GUID*) override { return E_NOTIMPL; }
-    STDMETHODIMP SetTimeFormat(const GUID*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetStopPosition(LONGLONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetCurrentPosition(LONGLONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP ConvertTimeFormat(LONGLONG*, const GUID*, LONGLONG, const GUID*) override {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP GetPositions(LONGLONG*, LONGLONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetAvailable(LONGLONG*, LONGLONG*) override { return E_NOTIMPL; }
-    STDMETHODIMP SetRate(double) override { return E_NOTIMPL; }
-    STDMETHODIMP GetRate(double*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetPreroll(LONGLONG*) override { return E_NOTIMPL; }
 
     IMemAllocator* Allocator() const { return m_pAllocator; }
     IMemInputPin* Peer() const { return m_pInputPin; }

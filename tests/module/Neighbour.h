@@ -3,7 +3,7 @@
 
 #include "baseclasses/ComRef.h"
 #include "examples/Peer.h"
-#include "tests/TypeMaking.h"
+#include "tests/FilterStream.h"
 
 #include <atomic>
 #include <functional>
@@ -12,8 +12,8 @@
 
 namespace scenedetect::testing_support {
 
-/// Upstream: can be sought in, and counts how often that is tried.
-class SeekablePeer final : public Peer, public IMediaSeeking {
+/// Upstream.
+class SeekablePeer final : public Peer, public Seekable {
   public:
     SeekablePeer() : Peer(PINDIR_OUTPUT) {}
 
@@ -24,31 +24,6 @@ class SeekablePeer final : public Peer, public IMediaSeeking {
     }
     STDMETHODIMP_(ULONG) AddRef() override { return 2; }
     STDMETHODIMP_(ULONG) Release() override { return 1; }
-
-    STDMETHODIMP GetCapabilities(DWORD*) override { return Sought(); }
-    STDMETHODIMP CheckCapabilities(DWORD*) override { return Sought(); }
-    STDMETHODIMP IsFormatSupported(const GUID*) override { return Sought(); }
-    STDMETHODIMP QueryPreferredFormat(GUID*) override { return Sought(); }
-    STDMETHODIMP GetTimeFormat(GUID*) override { return Sought(); }
-    STDMETHODIMP IsUsingTimeFormat(const GUID*) override { return Sought(); }
-    STDMETHODIMP SetTimeFormat(const GUID*) override { return Sought(); }
-    STDMETHODIMP GetDuration(LONGLONG*) override { return Sought(); }
-    STDMETHODIMP GetStopPosition(LONGLONG*) override { return Sought(); }
-    STDMETHODIMP GetCurrentPosition(LONGLONG*) override { return Sought(); }
-    STDMETHODIMP ConvertTimeFormat(LONGLONG*, const GUID*, LONGLONG, const GUID*) override {
-        return Sought();
-    }
-    STDMETHODIMP SetPositions(LONGLONG*, DWORD, LONGLONG*, DWORD) override { return Sought(); }
-    STDMETHODIMP GetPositions(LONGLONG*, LONGLONG*) override { return Sought(); }
-    STDMETHODIMP GetAvailable(LONGLONG*, LONGLONG*) override { return Sought(); }
-    STDMETHODIMP SetRate(double) override { return Sought(); }
-    STDMETHODIMP GetRate(double*) override { return Sought(); }
-    STDMETHODIMP GetPreroll(LONGLONG*) override { return Sought(); }
-
-    std::atomic<int> sought = 0;
-
-  private:
-    HRESULT Sought() { return ++sought, S_OK; }
 };
 
 /// Downstream: does within Receive what the test says.
@@ -137,25 +112,16 @@ struct Neighbourhood {
     Clock clock;
 };
 
-/// Releases what a question was answered with.
-template <typename Interface>
-void Drop(Interface* answer) {
-    if (answer)
-        answer->Release();
-}
-
 inline std::vector<Question> Neighbourhood::Questions() {
     std::vector<Question> all;
     const auto add = [&](const std::string& name, std::function<void()> ask,
                          bool forStreamingThread = false) {
         all.push_back({name, std::move(ask), forStreamingThread});
     };
+    const auto release = [](auto*... objects) { ((objects ? objects->Release() : 0ul), ...); };
     IBaseFilter* f = filter.get();
     add("QueryInterface", [=] { EXPECT_TRUE(QueryFor<IPersist>(f, IID_IPersist)); });
-    add("GetClassID", [=] {
-        CLSID id;
-        EXPECT_EQ(f->GetClassID(&id), S_OK);
-    });
+    add("GetClassID", [=, id = CLSID()]() mutable { EXPECT_EQ(f->GetClassID(&id), S_OK); });
     add("Stop", [=] { EXPECT_EQ(f->Stop(), S_OK); });
     add("Pause", [=] { EXPECT_GE(f->Pause(), S_OK); });
     add("Run", [=] { EXPECT_GE(f->Run(0), S_OK); });
@@ -164,39 +130,30 @@ inline std::vector<Question> Neighbourhood::Questions() {
     add("GetSyncSource", [=] {
         IReferenceClock* found = nullptr;
         EXPECT_EQ(f->GetSyncSource(&found), S_OK);
-        Drop(found);
+        release(found);
     });
     add("EnumPins", [=] {
         IEnumPins* found = nullptr;
-        ASSERT_EQ(f->EnumPins(&found), S_OK);
+        IEnumPins* clone = nullptr;
         IPin* pins[2] = {};
-        EXPECT_EQ(found->Next(2, pins, nullptr), E_INVALIDARG);
         ULONG count = 0;
+        ASSERT_EQ(f->EnumPins(&found), S_OK);
         EXPECT_EQ(found->Next(2, pins, &count), S_OK);
-        Drop(pins[0]);
-        Drop(pins[1]);
         EXPECT_EQ(found->Skip(1), S_FALSE);
         EXPECT_EQ(found->Reset(), S_OK);
-        IEnumPins* clone = nullptr;
         EXPECT_EQ(found->Clone(&clone), S_OK);
-        Drop(clone);
-        Drop(found);
+        release(pins[0], pins[1], clone, found);
     });
     add("FindPin", [=] {
         IPin* found = nullptr;
         EXPECT_EQ(f->FindPin(L"Out", &found), S_OK);
-        Drop(found);
+        release(found);
     });
-    add("QueryFilterInfo", [=] {
-        FILTER_INFO info{};
-        EXPECT_EQ(f->QueryFilterInfo(&info), S_OK);
-        Drop(info.pGraph);
-    });
+    add("QueryFilterInfo",
+        [=, info = FILTER_INFO()]() mutable { EXPECT_EQ(f->QueryFilterInfo(&info), S_OK); });
     add("JoinFilterGraph", [=] { EXPECT_EQ(f->JoinFilterGraph(nullptr, L"filter"), S_OK); });
-    add("QueryVendorInfo", [=] {
-        LPWSTR text = nullptr;
-        EXPECT_EQ(f->QueryVendorInfo(&text), E_NOTIMPL);
-    });
+    add("QueryVendorInfo",
+        [=, text = LPWSTR()]() mutable { EXPECT_EQ(f->QueryVendorInfo(&text), E_NOTIMPL); });
 
     for (IPin* pin : {in.get(), out.get()}) {
         const std::string side = pin == in.get() ? "In." : "Out.";
@@ -209,7 +166,7 @@ inline std::vector<Question> Neighbourhood::Questions() {
         add(side + "ConnectedTo", [=] {
             IPin* peer = nullptr;
             EXPECT_EQ(pin->ConnectedTo(&peer), S_OK);
-            Drop(peer);
+            release(peer);
         });
         add(side + "ConnectionMediaType", [=, this] {
             CMediaType found;
@@ -219,12 +176,10 @@ inline std::vector<Question> Neighbourhood::Questions() {
         add(side + "QueryPinInfo", [=] {
             PIN_INFO info{};
             EXPECT_EQ(pin->QueryPinInfo(&info), S_OK);
-            Drop(info.pFilter);
+            release(info.pFilter);
         });
-        add(side + "QueryDirection", [=] {
-            PIN_DIRECTION direction;
-            EXPECT_EQ(pin->QueryDirection(&direction), S_OK);
-        });
+        add(side + "QueryDirection",
+            [=, d = PIN_DIRECTION()]() mutable { EXPECT_EQ(pin->QueryDirection(&d), S_OK); });
         add(side + "QueryId", [=] {
             LPWSTR id = nullptr;
             EXPECT_EQ(pin->QueryId(&id), S_OK);
@@ -233,22 +188,19 @@ inline std::vector<Question> Neighbourhood::Questions() {
         add(side + "QueryAccept", [=, this] { EXPECT_EQ(pin->QueryAccept(&type), S_OK); });
         add(side + "EnumMediaTypes", [=] {
             IEnumMediaTypes* found = nullptr;
+            IEnumMediaTypes* clone = nullptr;
+            AM_MEDIA_TYPE* next = nullptr;
             if (FAILED(pin->EnumMediaTypes(&found)))
                 return; // the input hands on the question, and this peer has no answer
-            AM_MEDIA_TYPE* next = nullptr;
             EXPECT_EQ(found->Next(1, &next, nullptr), S_OK);
-            DeleteMediaType(next);
-            found->Reset();
-            found->Skip(1);
-            IEnumMediaTypes* clone = nullptr;
+            EXPECT_EQ(found->Reset(), S_OK);
+            EXPECT_EQ(found->Skip(1), S_OK);
             EXPECT_EQ(found->Clone(&clone), S_OK);
-            Drop(clone);
-            Drop(found);
+            DeleteMediaType(next);
+            release(clone, found);
         });
-        add(side + "QueryInternalConnections", [=] {
-            ULONG count = 0;
-            EXPECT_EQ(pin->QueryInternalConnections(nullptr, &count), E_NOTIMPL);
-        });
+        add(side + "QueryInternalConnections",
+            [=, n = ULONG()]() mutable { EXPECT_EQ(pin->QueryInternalConnections(nullptr, &n), E_NOTIMPL); });
         add(side + "EndOfStream", [=] { pin->EndOfStream(); });
         add(side + "BeginFlush", [=] { pin->BeginFlush(); });
         add(side + "EndFlush", [=] { pin->EndFlush(); });
@@ -256,8 +208,7 @@ inline std::vector<Question> Neighbourhood::Questions() {
             side + "NewSegment", [=] { pin->NewSegment(0, 1, 1.0); }, true);
     }
     add("ReceiveCanBlock", [this] { EXPECT_EQ(input->ReceiveCanBlock(), S_FALSE); });
-    add("GetAllocatorRequirements", [this] {
-        ALLOCATOR_PROPERTIES wanted{};
+    add("GetAllocatorRequirements", [this, wanted = ALLOCATOR_PROPERTIES()]() mutable {
         EXPECT_EQ(input->GetAllocatorRequirements(&wanted), E_NOTIMPL);
     });
 
