@@ -2,7 +2,7 @@
 #include "filter/SceneDetectFilter.h"
 
 #include "filter/MediaTypes.h"
-#include "filter/TimecodeFrames.h"
+#include "support/TimecodeFrames.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // AVI files as they come: every frame that is handed out lies in the file, whatever that claims.
 #include "fuzz/Input.h"
-#include "hosts/shared/AviPictures.h"
-#include "hosts/shared/HostError.h"
+#include "reading/base/HostError.h"
+#include "reading/readers/AviPictures.h"
 #include "tests/MemoryInput.h"
 
 using namespace scenedetect;

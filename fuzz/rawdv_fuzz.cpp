@@ -1,10 +1,10 @@
 // Raw DV captures put together from whole frames, pieces, damage and foreign bytes.
 #include "engine/Dif.h"
 #include "fuzz/Input.h"
-#include "hosts/shared/Console.h"
-#include "hosts/shared/HostError.h"
-#include "hosts/shared/Picture.h"
-#include "hosts/shared/RawDvReader.h"
+#include "reading/base/Console.h"
+#include "reading/base/HostError.h"
+#include "reading/readers/Picture.h"
+#include "reading/readers/RawDvReader.h"
 #include "tests/DifMaking.h"
 #include "tests/MemoryInput.h"
 

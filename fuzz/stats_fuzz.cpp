@@ -1,9 +1,9 @@
 // Tables of figures: refused in one line, or read so that writing them again loses nothing.
 #include "fuzz/Input.h"
-#include "hosts/shared/HostError.h"
-#include "hosts/stats/DecideAgain.h"
-#include "hosts/stats/StatsReader.h"
-#include "hosts/stats/StatsWriter.h"
+#include "products/stats/DecideAgain.h"
+#include "products/stats/StatsReader.h"
+#include "products/stats/StatsWriter.h"
+#include "reading/base/HostError.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,7 +1,7 @@
 // Tape logs of frames with packs, block states and holes at random: rows in order, and whole text.
 #include "fuzz/Input.h"
-#include "hosts/tape/TapeLog.h"
-#include "tests/tape/TapeMaking.h"
+#include "products/tape/TapeLog.h"
+#include "tests/products/tape/TapeMaking.h"
 
 #include <nlohmann/json.hpp>
 

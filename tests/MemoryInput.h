@@ -1,7 +1,7 @@
 // A file that is a block of memory.
 #pragma once
 
-#include "hosts/shared/ByteInput.h"
+#include "reading/readers/ByteInput.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // What a call says when it fails.
 #pragma once
 
-#include "hosts/shared/HostError.h"
+#include "reading/base/HostError.h"
 
 #include <string>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "baseclasses/ComRef.h"
-#include "hosts/shared/DetectionCalls.h"
+#include "running/detection/DetectionCalls.h"
 
 #include <windows.h>
 

@@ -2,11 +2,11 @@
 
 #include "hosts/graph/Com.h"
 #include "hosts/graph/OpenSource.h"
-#include "hosts/shared/FirstError.h"
-#include "hosts/shared/HostError.h"
-#include "hosts/shared/MakeFilter.h"
-#include "hosts/shared/SceneListCheck.h"
-#include "hosts/shared/StandardStreams.h"
+#include "reading/base/FirstError.h"
+#include "reading/base/HostError.h"
+#include "reading/base/StandardStreams.h"
+#include "running/detection/MakeFilter.h"
+#include "running/detection/SceneListCheck.h"
 
 #include <string>
 #include <utility>
@@ -22,22 +22,21 @@ constexpr long kPollMilliseconds = 10;
 
 } // namespace
 
-GraphHost::GraphHost(const Options& options, const GraphOptions& own, std::atomic<bool>& stop,
-                     Console& console)
+GraphHost::GraphHost(const GraphOptions& options, std::atomic<bool>& stop, Console& console)
     : m_options(options),
       m_stop(stop),
       m_console(console),
-      m_module(own.modulePath),
+      m_module(options.modulePath),
       m_graph(Create<IGraphBuilder>(CLSID_FilterGraph, IID_IGraphBuilder, "the filter graph")),
       m_filter(m_module.MakeFilter()),
       m_scenes(As<IKxSceneDetect2>(m_filter.get(), IID_IKxSceneDetect2, "the scene detect filter")),
       m_scenesEx(As<IKxSceneDetectEx>(m_filter.get(), IID_IKxSceneDetectEx, "the scene detect filter")),
       m_renderer(Create<IBaseFilter>(kNullRenderer, IID_IBaseFilter, "the system's null renderer")),
-      m_marks(options.marks, options.methods.front()),
+      m_marks(options.detection.marks, options.detection.methods.front()),
       m_addedFilter(*m_graph, *m_filter, L"Scene detection"),
       m_addedRenderer(*m_graph, *m_renderer, L"End"),
-      m_source(OpenSource(*m_graph, options, own.source, stop, console)) {
-    ChooseDetection(*m_scenes, *m_scenesEx, options.methods.front(), options);
+      m_source(OpenSource(*m_graph, options, stop, console)) {
+    ChooseDetection(*m_scenes, *m_scenesEx, options.detection.methods.front(), options.detection);
     Connect();
     m_csv.emplace(m_source->Scale(), SceneCsv::Columns{}, "");
     // Without a clock samples go as fast as they can.
@@ -51,14 +50,14 @@ void GraphHost::Connect() {
         return m_graph->ConnectDirect(&output, FirstPin(next, PINDIR_INPUT).get(), nullptr);
     };
     ComRef<IPin> marked;
-    if (!m_options.marks.empty()) {
+    if (!m_options.detection.marks.empty()) {
         m_marker = MakeFilter<MarkFilter>(*m_scenes, m_marks);
         m_addedMarker.emplace(*m_graph, *m_marker, L"Marks");
         Require(connect(m_source->Output(), *m_marker), "the marking filter can't be connected");
         marked = FirstPin(*m_marker, PINDIR_OUTPUT);
     }
     if (FAILED(connect(marked ? *marked : m_source->Output(), *m_filter)))
-        throw HostError(RefusalText(m_options.methods.front(), m_options.inputs.front()));
+        throw HostError(RefusalText(m_options.detection.methods.front(), m_options.inputs.front()));
     Require(connect(*FirstPin(*m_filter, PINDIR_OUTPUT), *m_renderer),
             "the null renderer can't be connected");
 }
@@ -118,10 +117,10 @@ void GraphHost::ReportEnd(bool isInterrupted) {
     m_scenes->GetFrameCount(&frames);
     if (isInterrupted)
         m_console.Message("stopped after " + std::to_string(frames) + " frames");
-    const std::string unused = UnusedMarksText(m_marks, frames, m_options.methods.front());
+    const std::string unused = UnusedMarksText(m_marks, frames, m_options.detection.methods.front());
     if (!unused.empty())
         m_console.Warning(unused);
-    if (m_options.readTimecode)
+    if (m_options.detection.readTimecode)
         m_console.Answer(m_source->Timecode().Text(*m_scenes));
 }
 

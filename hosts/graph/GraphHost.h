@@ -1,14 +1,14 @@
 // A run in the system's graph, from the filter's making to its last scene.
 #pragma once
 
-#include "hosts/graph/GraphOptions.h"
+#include "hosts/cli/GraphOptions.h"
 #include "hosts/graph/GraphParts.h"
 #include "hosts/graph/GraphSource.h"
 #include "hosts/graph/MarkFilter.h"
 #include "hosts/graph/SceneDetectModule.h"
-#include "hosts/shared/Console.h"
-#include "hosts/shared/MarkSchedule.h"
-#include "hosts/shared/SceneCsv.h"
+#include "products/outputs/SceneCsv.h"
+#include "reading/base/Console.h"
+#include "running/detection/MarkSchedule.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <atomic>
@@ -22,7 +22,7 @@ namespace scenedetect {
 class GraphHost {
   public:
     /// Makes the filter, opens the input and builds the graph. HostError when any of this fails.
-    GraphHost(const Options& options, const GraphOptions& own, std::atomic<bool>& stop, Console& console);
+    GraphHost(const GraphOptions& options, std::atomic<bool>& stop, Console& console);
 
     /// Runs to the end of the input; prints scenes while it goes. HostError when reading or writing fails:
     /// what was found until then has been printed and written.
@@ -34,7 +34,7 @@ class GraphHost {
     void PrintScenes();
     void ReportEnd(bool isInterrupted);
 
-    const Options& m_options;
+    const GraphOptions& m_options;
     std::atomic<bool>& m_stop;
     Console& m_console;
 

@@ -1,7 +1,7 @@
 #include "hosts/graph/GraphParts.h"
 
 #include "baseclasses/MediaType.h"
-#include "hosts/shared/DetectionCalls.h"
+#include "running/detection/DetectionCalls.h"
 
 #include <functional>
 

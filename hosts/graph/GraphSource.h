@@ -1,9 +1,9 @@
 // What a graph begins with: filters that deliver the file's pictures.
 #pragma once
 
-#include "hosts/shared/SampleTable.h"
-#include "hosts/shared/TimeScale.h"
-#include "hosts/shared/TimecodeReport.h"
+#include "reading/timing/SampleTable.h"
+#include "reading/timing/TimeScale.h"
+#include "running/detection/TimecodeReport.h"
 
 #include <dshow.h>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "baseclasses/TransInPlaceFilter.h"
-#include "hosts/shared/MarkSchedule.h"
+#include "running/detection/MarkSchedule.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <cstdint>

@@ -2,11 +2,11 @@
 
 #include "hosts/graph/OwnSource.h"
 #include "hosts/graph/SystemSource.h"
-#include "hosts/shared/AviPictures.h"
-#include "hosts/shared/DvCheck.h"
-#include "hosts/shared/FileInput.h"
-#include "hosts/shared/HostError.h"
-#include "hosts/shared/RawDvReader.h"
+#include "reading/base/HostError.h"
+#include "reading/dv/DvCheck.h"
+#include "reading/readers/AviPictures.h"
+#include "reading/readers/FileInput.h"
+#include "reading/readers/RawDvReader.h"
 
 #include <string>
 #include <vector>
@@ -36,7 +36,7 @@ std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::st
 
 } // namespace
 
-std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const Options& options, SourceKind kind,
+std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const GraphOptions& options,
                                         const std::atomic<bool>& stop, Console& console) {
     const std::string& path = options.inputs.front();
     auto file = std::make_unique<FileInput>(path, stop);
@@ -46,9 +46,9 @@ std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const Options& opt
     const DamageLog damage(console, path);
 
     if (AviReader::IsAvi(start)) {
-        if (kind == SourceKind::System)
+        if (options.source == SourceKind::System)
             return std::make_unique<SystemSource>(graph, path);
-        if (kind == SourceKind::Automatic && IsForSystem(path, stop))
+        if (options.source == SourceKind::Automatic && IsForSystem(path, stop))
             if (auto source = TrySystemSource(graph, path))
                 return source;
         return std::make_unique<OwnSource>(graph, std::make_unique<AviPictures>(std::move(file), damage),
@@ -56,7 +56,7 @@ std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const Options& opt
     }
     if (!FindDvFrame(start, 0, kForeignBytes))
         throw HostError(path + ": neither an AVI file nor a DV stream");
-    if (kind == SourceKind::System)
+    if (options.source == SourceKind::System)
         throw HostError(path + ": --source system reads AVI files only");
     return std::make_unique<OwnSource>(graph, std::make_unique<RawDvReader>(std::move(file), damage), options,
                                        stop);

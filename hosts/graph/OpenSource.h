@@ -1,10 +1,9 @@
 // Chooses the source for a file.
 #pragma once
 
-#include "hosts/graph/GraphOptions.h"
+#include "hosts/cli/GraphOptions.h"
 #include "hosts/graph/GraphSource.h"
-#include "hosts/shared/CommonOptions.h"
-#include "hosts/shared/Console.h"
+#include "reading/base/Console.h"
 
 #include <atomic>
 #include <memory>
@@ -13,8 +12,7 @@ namespace scenedetect {
 
 /// HostError when the file can't be read, or is none that this host reads. `graph`, `options`, `stop` and
 /// `console` must outlive the source.
-[[nodiscard]] std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const Options& options,
-                                                      SourceKind kind, const std::atomic<bool>& stop,
-                                                      Console& console);
+[[nodiscard]] std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const GraphOptions& options,
+                                                      const std::atomic<bool>& stop, Console& console);
 
 } // namespace scenedetect

@@ -1,22 +1,22 @@
 #include "hosts/graph/OwnSource.h"
 
 #include "hosts/graph/Com.h"
-#include "hosts/shared/DetectionCalls.h"
-#include "hosts/shared/HostError.h"
-#include "hosts/shared/MakeFilter.h"
+#include "reading/base/HostError.h"
+#include "running/detection/DetectionCalls.h"
+#include "running/detection/MakeFilter.h"
 
 #include <utility>
 
 namespace scenedetect {
 
-OwnSource::OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader, const Options& options,
+OwnSource::OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader, const GraphOptions& options,
                      const std::atomic<bool>& stop)
     : m_reader(std::move(reader)),
       m_options(options),
       m_stop(stop),
       m_filter(MakeFilter<SourceFilter>(m_reader->Format())),
       m_added(graph, *m_filter, L"Pictures") {
-    RequireComparable(m_reader->Format(), m_options.methods.front(), m_options.inputs.front());
+    RequireComparable(m_reader->Format(), m_options.detection.methods.front(), m_options.inputs.front());
 }
 
 OwnSource::~OwnSource() {
@@ -59,7 +59,8 @@ void OwnSource::DeliverPictures() {
         const ComRef<PictureSample> sample = m_filter->TakeSample();
         if (!sample || !m_reader->Next(sample->picture))
             return; // the graph was stopped, or the file is at its end
-        RequireComparable(sample->picture.format, m_options.methods.front(), m_options.inputs.front());
+        RequireComparable(sample->picture.format, m_options.detection.methods.front(),
+                          m_options.inputs.front());
         m_table.Append(sample->picture.place);
         if (isFirst)
             m_timecode.Note(sample->picture);

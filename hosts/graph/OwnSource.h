@@ -2,11 +2,11 @@
 #pragma once
 
 #include "baseclasses/ComRef.h"
+#include "hosts/cli/GraphOptions.h"
 #include "hosts/graph/GraphParts.h"
 #include "hosts/graph/GraphSource.h"
-#include "hosts/shared/CommonOptions.h"
-#include "hosts/shared/PictureReader.h"
-#include "hosts/shared/SourceFilter.h"
+#include "reading/readers/PictureReader.h"
+#include "running/detection/SourceFilter.h"
 
 #include <atomic>
 #include <exception>
@@ -20,7 +20,7 @@ class OwnSource final : public GraphSource {
   public:
     /// `options` and `stop` must outlive the object; setting `stop` ends the stream at the next picture.
     /// HostError when the method would not find the changes of such pictures.
-    OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader, const Options& options,
+    OwnSource(IGraphBuilder& graph, std::unique_ptr<PictureReader> reader, const GraphOptions& options,
               const std::atomic<bool>& stop);
     ~OwnSource() override;
 
@@ -36,7 +36,7 @@ class OwnSource final : public GraphSource {
     void DeliverPictures();
 
     const std::unique_ptr<PictureReader> m_reader;
-    const Options& m_options;
+    const GraphOptions& m_options;
     const std::atomic<bool>& m_stop;
     const ComRef<SourceFilter> m_filter;
     const AddedFilter m_added;

@@ -1,10 +1,10 @@
 #include "hosts/graph/SceneDetectModule.h"
 
 #include "hosts/graph/Com.h"
-#include "hosts/shared/FilePath.h"
-#include "hosts/shared/HostError.h"
 #include "platform/SystemError.h"
 #include "platform/Text.h"
+#include "reading/base/FilePath.h"
+#include "reading/base/HostError.h"
 #include "scenes/IKxSceneDetect.h"
 
 namespace scenedetect {

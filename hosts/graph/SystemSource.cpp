@@ -3,7 +3,7 @@
 #include "baseclasses/MediaType.h"
 #include "filter/MediaTypes.h"
 #include "hosts/graph/Com.h"
-#include "hosts/shared/FilePath.h"
+#include "reading/base/FilePath.h"
 
 namespace scenedetect {
 

@@ -1,11 +1,11 @@
 // kxscenes-graph: an example of a host. From a video file to its scenes, in a DirectShow graph.
+#include "hosts/cli/GraphOptions.h"
 #include "hosts/graph/Com.h"
 #include "hosts/graph/GraphHost.h"
-#include "hosts/graph/GraphOptions.h"
-#include "hosts/shared/Console.h"
-#include "hosts/shared/HostError.h"
-#include "hosts/shared/StandardStreams.h"
 #include "platform/Text.h"
+#include "reading/base/Console.h"
+#include "reading/base/HostError.h"
+#include "reading/base/StandardStreams.h"
 
 #include <windows.h>
 
@@ -28,22 +28,21 @@ BOOL WINAPI StopRun(DWORD event) {
     return g_stop.exchange(true) ? FALSE : TRUE;
 }
 
-int PrintAndEnd(const CommandLine& commandLine) {
-    if (commandLine.exitCode == kExitSuccess)
-        WriteOutput(commandLine.text);
+int PrintAndEnd(const EarlyEnd& end) {
+    if (end.exitCode == kExitSuccess)
+        WriteOutput(end.text);
     else
-        std::fputs(commandLine.text.c_str(), stderr);
-    return commandLine.exitCode;
+        std::fputs(end.text.c_str(), stderr);
+    return end.exitCode;
 }
 
 int Run(int argc, const char* const* argv, Console& console) {
     try {
-        GraphOptions own;
-        const CommandLine commandLine = ParseCommandLine(argc, argv, own);
-        if (!commandLine.options)
-            return PrintAndEnd(commandLine);
+        GraphOptions options;
+        if (const auto end = ParseCommandLine(argc, argv, options))
+            return PrintAndEnd(*end);
         const ComLibrary com;
-        GraphHost(*commandLine.options, own, g_stop, console).Run();
+        GraphHost(options, g_stop, console).Run();
         return kExitSuccess;
     } catch (const std::exception& error) {
         console.Error(error.what());

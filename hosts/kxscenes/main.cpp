@@ -1,10 +1,10 @@
 // kxscenes: from a video file to its scenes.
-#include "hosts/files/UnfinishedFile.h"
-#include "hosts/kxscenes/Options.h"
-#include "hosts/kxscenes/RunAll.h"
-#include "hosts/kxscenes/SavedRun.h"
-#include "hosts/media/FfmpegLog.h"
-#include "hosts/shared/Console.h"
+#include "hosts/cli/KxOptions.h"
+#include "products/files/UnfinishedFile.h"
+#include "reading/base/Console.h"
+#include "reading/ffmpeg/FfmpegLog.h"
+#include "running/batch/RunAll.h"
+#include "running/batch/SavedRun.h"
 
 #include <atomic>
 #include <csignal>
@@ -53,22 +53,22 @@ bool HoldStandardStreams() {
     return isOutputOpen;
 }
 
-scenedetect::Verbosity VerbosityOf(const scenedetect::KxOptions& own) {
-    return own.isQuiet     ? scenedetect::Verbosity::Quiet
-           : own.isVerbose ? scenedetect::Verbosity::Verbose
-                           : scenedetect::Verbosity::Normal;
+scenedetect::Verbosity VerbosityOf(const scenedetect::KxOptions& options) {
+    return options.isQuiet     ? scenedetect::Verbosity::Quiet
+           : options.isVerbose ? scenedetect::Verbosity::Verbose
+                               : scenedetect::Verbosity::Normal;
 }
 
-int Run(const scenedetect::Options& options, const scenedetect::KxOptions& own,
-        scenedetect::Console& console) {
+int Run(const scenedetect::BatchSettings& batch, scenedetect::Console& console) {
     try {
-        if (!own.requests.savedStatsPath.empty()) {
-            scenedetect::DecideFromStats(options, own, console);
+        if (!batch.savedStatsPath.empty()) {
+            scenedetect::DecideFromStats(batch, console);
             return scenedetect::kExitSuccess;
         }
         scenedetect::OutputClaims claims;
-        const auto plans = scenedetect::MakePlans(options, own, claims);
-        return scenedetect::RunAll(plans, own.jobs, claims, g_stop, console);
+        const auto plans = scenedetect::MakePlans(batch, claims);
+        const bool isDone = scenedetect::RunAll(plans, batch.jobs, claims, g_stop, console);
+        return isDone ? scenedetect::kExitSuccess : scenedetect::kExitFailure;
     } catch (const std::exception& error) {
         console.Error(error.what());
     }
@@ -79,19 +79,18 @@ int Run(const scenedetect::Options& options, const scenedetect::KxOptions& own,
 
 int main(int argc, char** argv) {
     const bool isOutputOpen = HoldStandardStreams();
-    scenedetect::KxOptions own;
-    const scenedetect::CommandLine commandLine = scenedetect::ParseCommandLine(argc, argv, own);
-    if (!commandLine.options) {
-        std::FILE* target = commandLine.exitCode == scenedetect::kExitSuccess ? stdout : stderr;
-        const bool isPrinted = std::fputs(commandLine.text.c_str(), target) >= 0 && std::fflush(target) == 0;
-        return isPrinted ? commandLine.exitCode : scenedetect::kExitFailure;
+    scenedetect::KxOptions options;
+    if (const auto end = scenedetect::ParseCommandLine(argc, argv, options)) {
+        std::FILE* target = end->exitCode == scenedetect::kExitSuccess ? stdout : stderr;
+        const bool isPrinted = std::fputs(end->text.c_str(), target) >= 0 && std::fflush(target) == 0;
+        return isPrinted ? end->exitCode : scenedetect::kExitFailure;
     }
-    scenedetect::Console console("kxscenes", VerbosityOf(own));
+    scenedetect::Console console("kxscenes", VerbosityOf(options));
     if (!isOutputOpen) {
         console.Error("standard output is closed");
         return scenedetect::kExitFailure;
     }
     SetUpSignals();
     scenedetect::CaptureFfmpegLog();
-    return Run(*commandLine.options, own, console);
+    return Run(options.batch, console);
 }

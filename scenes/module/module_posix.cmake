@@ -1,5 +1,5 @@
 add_library(KxSceneDetect2 SHARED ClassTable.cpp Exports.cpp)
-target_link_libraries(KxSceneDetect2 PRIVATE filter)
+target_link_libraries(KxSceneDetect2 PRIVATE filter baseclasses)
 # The number of the binary interface (docs/hosting.md), which is not that of the release.
 set_target_properties(KxSceneDetect2 PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
 # For those who link the installed library.

@@ -1,10 +1,9 @@
 // Prints what is written about kxscenes' options, from the table that kxscenes itself uses:
 //   kxscenes-manual TEMPLATE VERSION MAN_PAGE COMPLETION
 // reads the first file and writes the last two.
-#include "hosts/kxscenes/Options.h"
-#include "hosts/kxscenes/manual/Completion.h"
-#include "hosts/kxscenes/manual/ManPage.h"
-#include "hosts/shared/OptionTable.h"
+#include "hosts/cli/Completion.h"
+#include "hosts/cli/KxOptions.h"
+#include "hosts/cli/ManPage.h"
 
 #include <cstdio>
 #include <exception>
@@ -18,15 +17,14 @@ int main(int argc, char** argv) {
         return kExitUsage;
     }
     try {
-        KxOptions own;
-        const HostProgram program = KxProgram(own);
-        const OptionTable table(program);
+        KxOptions options;
+        const HostProgram program = KxProgram(options);
         std::ifstream stream(argv[1]);
         const std::string page{std::istreambuf_iterator<char>(stream), {}};
         std::ofstream manual(argv[3]);
-        manual << FillManPage(page, table.app, argv[2]) << std::flush;
+        manual << FillManPage(page, program, argv[2]) << std::flush;
         std::ofstream completion(argv[4]);
-        completion << CompletionScript(table.app) << std::flush;
+        completion << CompletionScript(program) << std::flush;
         if (manual && completion)
             return kExitSuccess;
         std::fputs("kxscenes-manual: the files cannot be written\n", stderr);

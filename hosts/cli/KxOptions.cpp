@@ -1,0 +1,126 @@
+#include "hosts/cli/KxOptions.h"
+
+#include "hosts/cli/ConfigFile.h"
+#include "hosts/cli/OutputOptions.h"
+
+#include <CLI/CLI.hpp>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libswscale/swscale.h>
+}
+
+#include <algorithm>
+#include <memory>
+#include <thread>
+
+namespace scenedetect {
+namespace {
+
+constexpr const char* kDescription =
+    "Finds the scenes of video files: prints one CSV line a scene, and on request writes scene lists.";
+
+constexpr const char* kNotes = R"(
+Several methods find their scenes side by side in one pass over the file; the column "method" then
+says which found a scene ("timestamp+video": both). --mark goes to all of them.
+
+Input: any file that FFmpeg's libraries read, or "-" for the standard input, of which each scene is
+printed as soon as it can be knoptions. A folder stands for the video files in it and its folders. DV
+frames and the uncompressed frames of AVI files are examined as they are, everything else is
+decoded. A frame that is not whole is left out with a warning; of these each of the first ten gets
+a line.
+
+Output: a header line, then a line a scene: scene,frame,timecode,seconds. "scene" counts from 1,
+"frame" is the frame of the file, from 0. In files of constant rate frames that were dropped while
+recording count too; in files of variable rate frames are the pictures in their order, timecode and
+seconds the time stamps. Positions of --mark and of the scene list count the pictures that are
+there. Of several files the scenes are printed in the order of the files, each line beginning with
+the file's name (column "file").
+)";
+
+int CoreCount() {
+    return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+}
+
+std::string LibraryVersion(const char* name, unsigned version) {
+    return ' ' + std::string(name) + ' ' + std::to_string(AV_VERSION_MAJOR(version)) + '.' +
+           std::to_string(AV_VERSION_MINOR(version)) + '.' + std::to_string(AV_VERSION_MICRO(version));
+}
+
+// Of the libraries that are there when the program runs.
+std::string VersionNotes() {
+    return "FFmpeg's libraries:" + LibraryVersion("libavformat", avformat_version()) + ',' +
+           LibraryVersion("libavcodec", avcodec_version()) + ',' +
+           LibraryVersion("libavutil", avutil_version()) + ',' +
+           LibraryVersion("libswscale", swscale_version()) +
+           "\nMIT licence; that of these libraries: " + avformat_license();
+}
+
+std::string CheckFileName(const std::string& name) {
+    return name.empty() ? "a file name is empty" : "";
+}
+
+void AddRunOptions(CLI::App& app, KxOptions& options) {
+    app.add_option("--jobs", options.batch.jobs,
+                   "Files that are read at the same time; all cores unless told")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1024))
+        ->group("General");
+}
+
+void AddMessageOptions(CLI::App& app, KxOptions& options) {
+    CLI::Option* quiet =
+        app.add_flag("-q,--quiet", options.isQuiet, "Print errors, and no warning, summary or progress")
+            ->group("General");
+    app.add_flag("-v,--verbose", options.isVerbose, "Tell of each input how it is read, and how fast")
+        ->group("General")
+        ->excludes(quiet);
+}
+
+void AddConfigOptions(CLI::App& app, KxOptions& options) {
+    CLI::Option* config =
+        app.add_option("--config", options.configPath,
+                       "Read options from this file instead of kxscenes/kxscenes.conf in the user's "
+                       "configuration folder; lines such as method=video, without dashes")
+            ->type_name("FILE")
+            ->configurable(false)
+            ->check(CheckFileName)
+            ->group("General");
+    app.add_flag("--no-config", options.ignoresConfig, "Read no configuration file")
+        ->configurable(false)
+        ->excludes(config)
+        ->group("General");
+}
+
+} // namespace
+
+HostProgram KxProgram(KxOptions& options) {
+    BatchSettings& batch = options.batch;
+    batch.jobs = CoreCount();
+    const auto outputs = std::make_shared<OutputOptions>(batch);
+    HostProgram program{"kxscenes",
+                        kDescription,
+                        std::string(kNotes) + kOutputNotes,
+                        {batch.detection, batch.xmlPath, batch.inputs},
+                        true};
+    program.versionNotes = VersionNotes();
+    program.addOptions = [&options, outputs](CLI::App& app) {
+        outputs->AddTo(app);
+        AddRunOptions(app, options);
+        AddMessageOptions(app, options);
+        AddConfigOptions(app, options);
+    };
+    program.check = [outputs] { return outputs->Check(); };
+    program.readSettings = [&options] {
+        const std::string path = options.configPath.empty() ? UserConfigFile() : options.configPath;
+        return options.ignoresConfig || path.empty() ? std::vector<Setting>() : ReadConfigFile(path);
+    };
+    return program;
+}
+
+std::optional<EarlyEnd> ParseCommandLine(int argc, const char* const* argv, KxOptions& options) {
+    return ParseCommandLine(KxProgram(options), argc, argv);
+}
+
+} // namespace scenedetect

@@ -1,0 +1,238 @@
+#include "hosts/cli/OutputOptions.h"
+
+#include "hosts/cli/ParameterOptions.h"
+#include "products/cutting/Container.h"
+#include "products/outputs/OutputFormats.h"
+#include "products/tape/TapeLogText.h"
+#include "reading/base/HostError.h"
+#include "reading/dv/DvPacks.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <limits>
+
+namespace scenedetect {
+namespace {
+
+std::string FormatNames() {
+    std::string names;
+    for (const OutputFormat& format : OutputFormats())
+        names += (names.empty() ? "" : "|") + std::string(format.name);
+    return names;
+}
+
+std::string CheckPictureAt(const std::string& word) {
+    return ParsePictureAt(word) ? "" : "no such picture of a scene: " + word;
+}
+
+CLI::Option* AddPath(CLI::App& app, const char* name, std::string& path, const char* kind,
+                     const std::string& help, const char* group) {
+    return app.add_option(name, path, help)
+        ->type_name(kind)
+        ->group(group)
+        ->check([](const std::string& text) { return text.empty() ? "a file name is empty" : ""; });
+}
+
+CLI::Option* AddPatternPath(CLI::App& app, const char* name, std::string& path, const std::string& help,
+                            const char* group) {
+    return AddPath(app, name, path, "FILE", help, group)->check(NamePattern::ErrorIn);
+}
+
+} // namespace
+
+const char* const kOutputNotes = R"(
+Names: file names and --names may have fields in braces: {name} is the input's name without folder
+and suffix, {method} what found the scene; in names of clips and pictures also {scene} (from 1,
+four digits), {frame} (seven digits), and {timecode}, {date} and {time} as DV frames carry them.
+{{ and }} stand for single braces. No file is written twice in one run. "-" is the standard output,
+on which the scenes are not printed then.
+
+Clips of DV are the frames of the tape, byte for byte; other codecs are cut without encoding, from
+the nearest key frame on, which a line tells. A clip that is there already is kept unless --force.
+
+Times: frames (75), seconds (2.5s), HH:MM:SS.nnn, or timecode HH:MM:SS:FF (HH:MM:SS;FF with
+drop-frame) counted from the first frame.
+)";
+
+void OutputOptions::AddLists(CLI::App& app) {
+    constexpr const char* kGroup = "Output";
+    app.add_option("-o,--output", m_listPaths,
+                   "Write the scenes to this file, in the format that its suffix says; as often as wanted")
+        ->type_name("FILE")
+        ->group(kGroup)
+        ->allow_extra_args(false)
+        ->take_all()
+        ->check(NamePattern::ErrorIn);
+    app.add_option("--format", m_formatNames,
+                   "The format of the -o at the same place, whatever its suffix (one for all if given once)")
+        ->type_name(FormatNames())
+        ->group(kGroup)
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->take_all()
+        ->check([](const std::string& name) { return FormatByName(name) ? "" : UnknownFormatText(name); });
+    app.add_option("--min-scene", m_settings.outputs.shortestScene,
+                   "Merge scenes of fewer frames into the one before, in what -o and --report write")
+        ->type_name("N")
+        ->group(kGroup)
+        ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
+    AddPatternPath(app, "--report", m_settings.outputs.reportPath, "Write a report as one HTML page", kGroup);
+    AddPatternPath(app, "--tape-log", m_settings.outputs.tapeLogPath,
+                   "Write what a DV tape says of its recordings, and its faults (.csv or .json). Two-digit "
+                   "years from " +
+                       std::to_string(kFirstYearOf1900s) + " on are taken for 19yy",
+                   kGroup);
+}
+
+void OutputOptions::AddClips(CLI::App& app) {
+    constexpr const char* kGroup = "Clips and pictures";
+    ClipSettings& clips = m_settings.outputs.clips;
+    PictureSettings& pictures = m_settings.outputs.pictures;
+    AddPath(app, "--split", clips.folder, "DIR", "Cut the input into a file a scene, in this folder", kGroup);
+    app.add_option("--container", clips.container,
+                   "Container of the clips, with sound; raw DV, or that of the source, unless told")
+        ->type_name("avi|mov|mkv|mp4")
+        ->group(kGroup)
+        ->check(CLI::IsMember({"avi", "mov", "mkv", "mp4"}));
+    AddPath(app, "--pictures", pictures.folder, "DIR", "Write a picture of each scene to this folder",
+            kGroup);
+    m_choosesPictures = false;
+    const auto setMoments = [this, &pictures](const std::vector<std::string>& words) {
+        m_choosesPictures = true;
+        pictures.at.clear();
+        for (const std::string& word : words)
+            pictures.at.push_back(ParsePictureAt(word).value());
+    };
+    app.add_option_function<std::vector<std::string>>(
+           "--picture-at", setMoments,
+           "Which frame of a scene: its first, middle or last, or the N-th behind the first; several "
+           "make several pictures")
+        ->type_name("start|middle|end|N")
+        ->group(kGroup)
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->take_all()
+        ->check(CheckPictureAt);
+    app.add_option("--picture-width", pictures.width,
+                   "Width of the pictures; that of the frame on the screen unless told")
+        ->type_name("PIXELS")
+        ->group(kGroup)
+        ->check(CLI::Range(1, 16384));
+    const auto setFormat = [&pictures](const std::string& name) {
+        pictures.format = StillFormatOf(name).value();
+    };
+    app.add_option_function<std::string>("--picture-format", setFormat,
+                                         "Kind of the pictures; png unless told")
+        ->type_name("png|jpeg|bmp")
+        ->group(kGroup)
+        ->check([](const std::string& name) {
+            return StillFormatOf(name) ? "" : "no such picture format: " + name;
+        });
+    const auto setNames = [&clips, &pictures](const std::string& pattern) {
+        clips.names = pictures.names = NamePattern(pattern);
+    };
+    app.add_option_function<std::string>("--names", setNames,
+                                         "Names of clips and pictures; \"{name}-{scene}\" unless told")
+        ->type_name("PATTERN")
+        ->group(kGroup)
+        ->check(NamePattern::ErrorIn);
+    const auto setForce = [&clips, &pictures](std::int64_t /*count*/) {
+        clips.existing = pictures.existing = Existing::Replace;
+    };
+    app.add_flag_function("--force", setForce, "Overwrite clips and pictures that are there already")
+        ->group(kGroup);
+}
+
+void OutputOptions::AddRange(CLI::App& app) {
+    constexpr const char* kGroup = "Part of the input";
+    RangeChoice& range = m_settings.range;
+    const auto add = [&app](const char* name, std::optional<TimePoint>& point, const char* help) {
+        const auto set = [&point](const std::string& text) { point = ParseTimePoint(text); };
+        return app.add_option_function<std::string>(name, set, help)
+            ->type_name("TIME")
+            ->group(kGroup)
+            ->check(TimePointFault);
+    };
+    add("--start", range.start, "Leave out what is before; positions stay those of the file");
+    CLI::Option* end = add("--end", range.end, "Leave out this and what is behind it");
+    add("--duration", range.duration, "Leave out what is so long after the start, or later")->excludes(end);
+}
+
+void OutputOptions::AddTuning(CLI::App& app) {
+    constexpr const char* kGroup = "Tuning --method video";
+    AddParameterOptions(app, m_settings.detection.parameters);
+    AddPatternPath(app, "--stats", m_settings.outputs.statsPath, "Write the figures of each frame (CSV)",
+                   kGroup);
+    AddPath(app, "--from-stats", m_settings.savedStatsPath, "FILE",
+            "Find the scenes again from figures that --stats has written, in place of an input", kGroup);
+}
+
+std::string OutputOptions::MatchFormats() {
+    m_settings.outputs.lists.clear();
+    const std::size_t formats = m_formatNames.size();
+    if (formats > 1 && formats != m_listPaths.size())
+        return "give --format once, or once for each -o";
+    if (formats != 0 && m_listPaths.empty())
+        return "--format goes with -o FILE";
+    for (std::size_t i = 0; i < m_listPaths.size(); ++i) {
+        const std::string& path = m_listPaths[i];
+        const OutputFormat* format =
+            formats != 0 ? FormatByName(m_formatNames[formats > 1 ? i : 0]) : FormatBySuffix(path);
+        if (!format)
+            return UnknownSuffixText(path);
+        m_settings.outputs.lists.push_back({path, format});
+    }
+    return "";
+}
+
+// Options that want others, or a file that can be read twice.
+std::string OutputOptions::FindMissing() const {
+    const auto& [inputs, detection, xmlPath, range, outputs, savedStatsPath, jobs] = m_settings;
+    const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
+    const bool wantsVideo = !detection.parameters.IsEmpty() || !outputs.statsPath.empty();
+    if (const std::string wrong = xmlPath.empty() ? "" : NamePattern::ErrorIn(xmlPath); !wrong.empty())
+        return "--xml " + xmlPath + ": " + wrong;
+    if (!outputs.tapeLogPath.empty() && !TapeLogFormatOf(outputs.tapeLogPath))
+        return "--tape-log writes .csv and .json: " + outputs.tapeLogPath;
+    if (readsStream && !outputs.pictures.folder.empty())
+        return "--pictures reads its input twice, so it must be a file";
+    if (wantsVideo && !detection.Uses(KxMethodVideo))
+        return "--stats and the parameters go with --method video only";
+    if (!outputs.clips.container.empty() && outputs.clips.folder.empty())
+        return "--container goes with --split DIR";
+    if (m_choosesPictures && outputs.pictures.folder.empty())
+        return "--picture-at goes with --pictures DIR";
+    return "";
+}
+
+// Without the input only its scenes are known.
+std::string OutputOptions::FindBeyondStats() const {
+    const auto& [inputs, detection, xmlPath, range, outputs, savedStatsPath, jobs] = m_settings;
+    if (savedStatsPath.empty())
+        return inputs.empty() ? "INPUT is required" : "";
+    if (!inputs.empty())
+        return "--from-stats takes no input";
+    const bool wantsFrames = !outputs.clips.folder.empty() || !outputs.pictures.folder.empty() ||
+                             !outputs.tapeLogPath.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
+                             !detection.marks.empty() || detection.readTimecode ||
+                             detection.methods != std::vector{KxMethodVideo} || range.start || range.end ||
+                             range.duration;
+    return wantsFrames ? "--from-stats goes with -o, --report, --min-scene and the parameters only" : "";
+}
+
+void OutputOptions::AddTo(CLI::App& app) {
+    AddLists(app);
+    AddClips(app);
+    AddRange(app);
+    AddTuning(app);
+}
+
+std::string OutputOptions::Check() {
+    for (const std::string& wrong : {MatchFormats(), FindBeyondStats(), FindMissing()})
+        if (!wrong.empty())
+            return wrong;
+    return "";
+}
+
+} // namespace scenedetect

@@ -1,0 +1,60 @@
+// Cuts DV while it is read: the frames of each scene, byte for byte, into a file of its own.
+#pragma once
+
+#include "products/cutting/ClipSettings.h"
+#include "products/cutting/Container.h"
+#include "reading/readers/Picture.h"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace scenedetect {
+
+/// Holds the last samples until the scenes in them are known, so that their bytes go to the file without a
+/// copy. All members throw HostError when a clip can't be written; of that clip nothing remains then. One
+/// thread at a time.
+class ClipCutter {
+  public:
+    /// A scene lies at most so many samples before the one at which it is found.
+    static constexpr std::size_t kLookBack = 2;
+
+    /// `claims` must outlive the object.
+    ClipCutter(ClipSettings settings, OutputClaims& claims, ClipReport report);
+    ~ClipCutter();
+    ClipCutter(const ClipCutter&) = delete;
+    ClipCutter& operator=(const ClipCutter&) = delete;
+
+    /// A scene begins at this sample, counted from 0, which must be one of the last kLookBack that were added
+    /// or one still to come. Another at the same sample changes nothing. The frame among the names is filled
+    /// in.
+    void BeginScene(std::int64_t sample, const NameFields& names);
+    /// The picture of the next sample, a DV frame, whose bytes stay as long as it is shared; the scenes that were
+    /// found with it have been announced. At most kLookBack are held when this returns.
+    void Add(std::shared_ptr<const Picture> picture);
+    /// There are no more samples: the last clip is what was there.
+    void Finish();
+
+  private:
+    struct OpenClip;
+
+    void WriteOldest();
+    void BeginClip(const Picture& first, NameFields names);
+    void AppendFrame(const Picture& picture);
+    void FinishClip();
+
+    const ClipSettings m_settings;
+    const std::optional<Container> m_container; // none: raw
+    OutputClaims& m_claims;
+    const ClipReport m_report;
+
+    std::map<std::int64_t, NameFields> m_scenes; // that begin at samples held or to come
+    std::deque<std::shared_ptr<const Picture>> m_held;
+    std::int64_t m_oldest = 0; // number of the first sample held
+    std::unique_ptr<OpenClip> m_clip;
+};
+
+} // namespace scenedetect

@@ -1,0 +1,142 @@
+#include "products/cutting/ClipMuxer.h"
+
+#include "products/cutting/PacketSource.h"
+#include "reading/base/HostError.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <new>
+#include <string_view>
+
+namespace scenedetect {
+namespace {
+
+bool IsTagAllowed(const AVOutputFormat& format, const AVCodecParameters& codec) {
+    unsigned tag = 0;
+    return !format.codec_tag || av_codec_get_id(format.codec_tag, codec.codec_tag) == codec.codec_id ||
+           av_codec_get_tag2(format.codec_tag, codec.codec_id, &tag) == 0;
+}
+
+std::string Advice(const Container& container) {
+    return container.format->name == std::string_view("matroska") ? "" : "; --container mkv holds most";
+}
+
+bool NeedsShowTimes(const AVOutputFormat& format) {
+    return (format.flags & AVFMT_NOTIMESTAMPS) == 0 && format.name != std::string_view("avi");
+}
+
+} // namespace
+
+ClipMuxer::ClipMuxer(OutputFile& file, const Container& container, const PacketSource& source,
+                     const std::string& timecode)
+    : m_file(file), m_container(container) {
+    for (const AVStream* stream : source.Streams())
+        if (!CanHold(container, *stream->codecpar))
+            throw HostError(file.Path() + ": " + RefusalText(container, *stream->codecpar) +
+                            Advice(container));
+    if (avformat_alloc_output_context2(&m_context, container.format, nullptr, nullptr) < 0)
+        throw std::bad_alloc();
+    try {
+        for (const AVStream* stream : source.Streams())
+            AddStream(*stream, source.Rate());
+        av_dict_copy(&m_context->metadata, source.Context().metadata, 0);
+        // What is true of the source's file alone.
+        for (const char* key : {"encoder", "major_brand", "minor_version", "compatible_brands", "timecode"})
+            av_dict_set(&m_context->metadata, key, nullptr, 0);
+        if (!timecode.empty())
+            av_dict_set(&m_context->metadata, "timecode", timecode.c_str(), 0);
+        Require(avio_open(&m_context->pb, ("file:" + file.WritingPath()).c_str(), AVIO_FLAG_WRITE));
+        const int begun = avformat_write_header(m_context, nullptr);
+        if (begun < 0 && m_context->pb->error >= 0)
+            throw HostError(file.Path() + ": " + container.format->name + " refuses the streams (video: " +
+                            avcodec_get_name(source.Video().codecpar->codec_id) + ")" + Advice(container));
+        Require(begun);
+    } catch (...) {
+        avio_closep(&m_context->pb);
+        avformat_free_context(m_context);
+        throw;
+    }
+}
+
+ClipMuxer::~ClipMuxer() {
+    avio_closep(&m_context->pb);
+    avformat_free_context(m_context);
+}
+
+void ClipMuxer::AddStream(const AVStream& source, AVRational rate) {
+    AVStream* const stream = avformat_new_stream(m_context, nullptr);
+    if (!stream || avcodec_parameters_copy(stream->codecpar, source.codecpar) < 0 ||
+        av_dict_copy(&stream->metadata, source.metadata, 0) < 0)
+        throw std::bad_alloc();
+    av_dict_set(&stream->metadata, "timecode", nullptr, 0);
+    if (!IsTagAllowed(*m_container.format, *stream->codecpar))
+        stream->codecpar->codec_tag = 0;
+    // Rotation, for one.
+    for (int i = 0; i < source.nb_side_data; ++i) {
+        const AVPacketSideData& data = source.side_data[i];
+        if (std::uint8_t* copy = av_stream_new_side_data(stream, data.type, data.size))
+            std::memcpy(copy, data.data, data.size);
+    }
+    stream->disposition = source.disposition;
+    stream->sample_aspect_ratio = source.sample_aspect_ratio;
+    stream->time_base = source.time_base;
+    if (source.codecpar->codec_type == AVMEDIA_TYPE_VIDEO) {
+        stream->avg_frame_rate = source.avg_frame_rate;
+        stream->r_frame_rate = source.r_frame_rate;
+        if (m_container.format->name == std::string_view("avi"))
+            stream->time_base = av_inv_q(rate); // there frames are counted
+    }
+    m_tracks.push_back({source.time_base});
+}
+
+void ClipMuxer::Fail(int code) const {
+    constexpr int kMostErrno = 4095; // the libraries' own codes lie beyond
+    if (m_context->pb && m_context->pb->error < 0)
+        code = m_context->pb->error;
+    if (-code <= kMostErrno && code != AVERROR(EINVAL))
+        FailToWrite(m_file.Path(), -code);
+    std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
+    av_strerror(code, text.data(), text.size());
+    throw HostError(m_file.Path() + ": " + m_container.format->name + " refuses a packet of the source (" +
+                    text.data() + ")" + Advice(m_container));
+}
+
+void ClipMuxer::Require(int code) const {
+    if (code < 0)
+        Fail(code);
+}
+
+void ClipMuxer::Write(AVPacket& packet, int stream) {
+    const AVStream& target = *m_context->streams[stream];
+    // Some muxers would make something up.
+    if (packet.pts == AV_NOPTS_VALUE && NeedsShowTimes(*m_container.format))
+        throw HostError(m_file.Path() +
+                        ": the source does not tell when its reordered pictures show, which " +
+                        m_container.format->name + " needs; --container avi does without");
+    Track& track = m_tracks[static_cast<std::size_t>(stream)];
+    av_packet_rescale_ts(&packet, track.unit, target.time_base);
+    if (packet.dts != AV_NOPTS_VALUE && packet.dts <= track.lastDts) {
+        if (target.codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
+            return av_packet_unref(&packet);
+        packet.dts = track.lastDts + 1;
+        if (packet.pts != AV_NOPTS_VALUE)
+            packet.pts = std::max(packet.pts, packet.dts);
+    }
+    track.lastDts = std::max(track.lastDts, packet.dts);
+    packet.stream_index = stream;
+    packet.pos = -1;
+    Require(av_interleaved_write_frame(m_context, &packet));
+    Require(m_context->pb->error); // some muxers do not look
+}
+
+void ClipMuxer::Finish() {
+    Require(av_write_trailer(m_context));
+    avio_flush(m_context->pb);
+    Require(m_context->pb->error);
+    m_size = avio_size(m_context->pb);
+    if (const int closed = avio_closep(&m_context->pb); closed < 0)
+        FailToWrite(m_file.Path(), -closed);
+}
+
+} // namespace scenedetect

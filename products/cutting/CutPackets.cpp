@@ -1,0 +1,261 @@
+#include "products/cutting/CutPackets.h"
+
+#include "products/cutting/PacketClip.h"
+
+extern "C" {
+#include <libavutil/mathematics.h>
+#include <libavutil/timecode.h>
+}
+
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+AVRational RationalOf(Ratio ratio) {
+    return {ratio.num, ratio.den};
+}
+
+bool IsKey(const AVPacket& packet) {
+    return (packet.flags & AV_PKT_FLAG_KEY) != 0;
+}
+
+// The stamp of time 0, found by the packet of the first picture. Where containers do not tell where packets
+// lie, it is the first key frame's: pictures before that can't be decoded.
+std::int64_t FindOrigin(const PacketCut& cut, const std::atomic<bool>& stop) {
+    constexpr int kFarthest = 300; // further in the first picture is not
+    PacketSource source(cut.path, stop);
+    const auto packet = OwnFfmpeg(av_packet_alloc());
+    std::optional<std::int64_t> firstKey;
+    int seen = 0;
+    for (int stream = 0; seen < kFarthest && (stream = source.Read(*packet)) != -1;
+         av_packet_unref(packet.get())) {
+        const std::int64_t show = ShowTime(*packet);
+        if (stream != 0 || show == AV_NOPTS_VALUE)
+            continue;
+        ++seen;
+        if (cut.firstPicture.byteOffset >= 0 && packet->pos == cut.firstPicture.byteOffset)
+            return show -
+                   av_rescale_q(cut.firstPicture.time, RationalOf(cut.scale.unit), source.Video().time_base);
+        if (IsKey(*packet) && !firstKey)
+            firstKey = show;
+    }
+    return firstKey.value_or(0);
+}
+
+std::string EarlyText(std::int64_t frames, std::int64_t keyFrame) {
+    return "starts " + FramesText(frames) + " early, at " +
+           (keyFrame >= 0 ? "the key frame " + std::to_string(keyFrame) : "a key frame that the file hides");
+}
+
+// AVI has no times of showing: its sound goes with what the decoder is fed at the time, not with what comes
+// out.
+std::int64_t SoundLead(const PacketSource& source, const Container& container) {
+    return container.format->name == std::string_view("avi") ? DecodingDelay(source) : 0;
+}
+
+// An edit unit of MXF has a packet of every stream, and the libraries leave out the last pictures where sound
+// is missing.
+std::int64_t SoundTail(const PacketSource& source, const Container& container) {
+    return container.format->name == std::string_view("mxf") ? DecodingDelay(source) : 0;
+}
+
+class CutRun {
+  public:
+    CutRun(const ClipSettings& settings, const PacketCut& cut, OutputClaims& claims, const ClipReport& report,
+           const std::atomic<bool>& stop)
+        : m_settings(settings),
+          m_cut(cut),
+          m_claims(claims),
+          m_report(report),
+          m_origin(FindOrigin(cut, stop)),
+          m_source(cut.path, stop),
+          m_container(settings.container.empty() ? ContainerLike(cut.path, m_source.Streams())
+                                                 : ContainerNamed(settings.container)),
+          m_tolerance(av_rescale_q(1, av_inv_q(m_source.Rate()), m_source.Video().time_base) / 4),
+          m_soundLead(SoundLead(m_source, m_container)),
+          m_soundTail(SoundTail(m_source, m_container)),
+          m_stop(stop) {}
+
+    void Run() {
+        while (m_next < m_cut.scenes.size() || !m_open.empty()) {
+            auto packet = OwnFfmpeg(av_packet_alloc());
+            const int stream = m_source.Read(*packet);
+            if (stream == -1)
+                break;
+            Take({std::move(packet), stream});
+        }
+        if (m_stop)
+            return;
+        while (m_next < m_cut.scenes.size())
+            OpenNext();
+        for (const auto& clip : m_open)
+            m_report(clip->Finish());
+    }
+
+  private:
+    struct Held {
+        FfmpegPtr<AVPacket> packet;
+        int stream;
+
+        [[nodiscard]] bool IsVideo() const { return stream == 0; }
+        [[nodiscard]] bool IsKeyFrame() const { return IsVideo() && IsKey(*packet); }
+    };
+
+    // From here on pictures belong to the scene: times of the first pass are rounded to frames.
+    [[nodiscard]] std::int64_t Begin(std::size_t scene) const {
+        return StampOf(m_cut.scenes[scene].place.time) - m_tolerance;
+    }
+    [[nodiscard]] std::int64_t End(std::size_t scene) const {
+        if (scene + 1 < m_cut.scenes.size())
+            return StampOf(m_cut.scenes[scene + 1].place.time);
+        return m_cut.end ? StampOf(*m_cut.end) : INT64_MAX;
+    }
+    [[nodiscard]] std::int64_t StampOf(std::int64_t time) const {
+        return m_origin + av_rescale_q(time, RationalOf(m_cut.scale.unit), m_source.Video().time_base);
+    }
+
+    void Take(Held held) {
+        if (held.IsVideo()) {
+            m_hasKey = m_hasKey || held.IsKeyFrame();
+            if (!m_hasKey)
+                return; // can't be decoded
+            m_now = std::max(m_now, held.packet->dts);
+        }
+        // From the time on at which a decoder gets later packets, no key frame before the scene can come.
+        while (m_next < m_cut.scenes.size() && m_now > Begin(m_next) + 2 * m_tolerance)
+            OpenNext();
+        for (const auto& clip : m_open)
+            clip->Offer(*held.packet, held.stream);
+        if (m_next < m_cut.scenes.size()) {
+            const bool isKeyFrame = held.IsKeyFrame();
+            m_window.push_back(std::move(held));
+            if (isKeyFrame)
+                TrimWindow();
+        }
+        FinishComplete();
+    }
+
+    // So that it begins with the key frame of the next scene, as far as that is known, and the sound from
+    // there on.
+    void TrimWindow() {
+        const std::int64_t latest = Begin(m_next) + 2 * m_tolerance;
+        const auto last = std::find_if(m_window.rbegin(), m_window.rend(), [&](const Held& held) {
+            return held.IsKeyFrame() && ShowTime(*held.packet) <= latest;
+        });
+        if (last == m_window.rend())
+            return;
+        const auto key = std::prev(last.base());
+        const AVRational unit = m_source.Video().time_base;
+        const std::int64_t begin = ShowTime(*key->packet) - m_soundLead;
+        const auto isOver = [&](const Held& held) {
+            if (held.IsVideo())
+                return true;
+            const AVRational soundUnit = m_source.Streams()[static_cast<std::size_t>(held.stream)]->time_base;
+            return av_compare_ts(ShowTime(*held.packet) + held.packet->duration, soundUnit, begin, unit) <= 0;
+        };
+        m_window.erase(std::remove_if(m_window.begin(), key, isOver), key);
+    }
+
+    // Called when all packets are there that show before the scene.
+    void OpenNext() {
+        const std::size_t scene = m_next++;
+        const auto key = std::ranges::find_if(m_window, &Held::IsVideo);
+        if (key == m_window.end())
+            return; // the file is shorter than it was
+        const std::int64_t begin = Begin(scene);
+        // A first picture that shows before its key frame was decoded without that.
+        const std::int64_t keyShow = ShowTime(*key->packet);
+        ClipSpan span{keyShow <= begin + 2 * m_tolerance ? keyShow : begin, End(scene), m_tolerance};
+        span.zero = span.begin - m_soundLead;
+        if (span.end != INT64_MAX)
+            span.soundEnd = span.end + m_soundTail;
+
+        const PacketCut::Scene& cut = m_cut.scenes[scene];
+        WrittenClip clip;
+        clip.firstFrame = cut.place.frame;
+        clip.framesEarly = std::ranges::count_if(m_window, [&](const Held& held) {
+            const std::int64_t show = ShowTime(*held.packet);
+            return held.IsVideo() && show >= span.begin && show < begin;
+        });
+        const std::int64_t keyFrame = FrameAt(span.begin, clip);
+        if (clip.framesEarly != 0)
+            clip.note = EarlyText(clip.framesEarly, keyFrame);
+        clip.path = ClaimClipPath(m_settings, cut.names, m_container.suffix, m_claims);
+        m_open.push_back(std::make_unique<PacketClip>(clip, m_settings.existing, m_container, m_source, span,
+                                                      TimecodeAt(keyFrame)));
+        for (const Held& held : m_window)
+            m_open.back()->Offer(*held.packet, held.stream);
+        if (m_next == m_cut.scenes.size())
+            m_window.clear();
+        else
+            TrimWindow();
+    }
+
+    // Where frames that are missing count, the time tells how many they are; else each picture is one.
+    [[nodiscard]] std::int64_t FrameAt(std::int64_t stamp, const WrittenClip& clip) const {
+        const Ratio frame = m_cut.scale.rate.Inverse();
+        const FilePlace& place = m_cut.scenes[m_next - 1].place;
+        if (Rescale(place.frame, frame, m_cut.scale.unit) != place.time)
+            return clip.firstFrame - clip.framesEarly;
+        return av_rescale_q(stamp - m_origin, m_source.Video().time_base, RationalOf(frame));
+    }
+
+    [[nodiscard]] std::string TimecodeAt(std::int64_t frame) const {
+        AVTimecode timecode;
+        const std::string first = m_source.Timecode();
+        if (first.empty() ||
+            av_timecode_init_from_string(&timecode, m_source.Rate(), first.c_str(), nullptr) < 0)
+            return "";
+        std::array<char, AV_TIMECODE_STR_SIZE> text{};
+        return av_timecode_make_string(&timecode, text.data(), static_cast<int>(frame));
+    }
+
+    void FinishComplete() {
+        std::erase_if(m_open, [&](const std::unique_ptr<PacketClip>& clip) {
+            if (!clip->IsComplete(m_now))
+                return false;
+            m_report(clip->Finish());
+            return true;
+        });
+    }
+
+    const ClipSettings& m_settings;
+    const PacketCut& m_cut;
+    OutputClaims& m_claims;
+    const ClipReport& m_report;
+    const std::int64_t m_origin;
+    PacketSource m_source;
+    const Container m_container;
+    const std::int64_t m_tolerance; // by which stamps may be off their frame
+    const std::int64_t m_soundLead;
+    const std::int64_t m_soundTail;
+    const std::atomic<bool>& m_stop;
+
+    std::size_t m_next = 0;         // the next scene to be opened
+    std::deque<Held> m_window;      // what its clip may need
+    std::int64_t m_now = INT64_MIN; // the latest decoding time
+    bool m_hasKey = false;
+    // Two at a time and more: sound comes later than its pictures.
+    std::vector<std::unique_ptr<PacketClip>> m_open;
+};
+
+} // namespace
+
+void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims, const ClipReport& report,
+                const std::atomic<bool>& stop) {
+    std::ranges::stable_sort(cut.scenes, {}, [](const PacketCut::Scene& scene) { return scene.place.frame; });
+    const auto isDouble = [](const PacketCut::Scene& one, const PacketCut::Scene& next) {
+        return one.place.frame == next.place.frame;
+    };
+    cut.scenes.erase(std::unique(cut.scenes.begin(), cut.scenes.end(), isDouble), cut.scenes.end());
+    if (!cut.scenes.empty())
+        CutRun(settings, cut, claims, report, stop).Run();
+}
+
+} // namespace scenedetect

@@ -1,0 +1,39 @@
+// Cuts a file of any kind without encoding: a second pass over its packets, once its scenes are known.
+#pragma once
+
+#include "products/cutting/ClipSettings.h"
+#include "reading/timing/SampleTable.h"
+#include "reading/timing/TimeScale.h"
+
+#include <atomic>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+
+/// What is to be cut, in places and times of the first pass.
+struct PacketCut {
+    struct Scene {
+        FilePlace place; ///< of its first picture
+        NameFields names;
+    };
+    std::string path; ///< a regular file
+    TimeScale scale;
+    FilePlace firstPicture; ///< the first of the file, by which the times are tied to the file's stamps
+    std::vector<Scene> scenes;
+    std::optional<std::int64_t> end; ///< time of the first picture after the last scene; none: the file's end
+};
+
+/// Each clip begins at the nearest key frame at or before its scene (its note says by how much), and ends
+/// with the last packet that shows before the next scene; sound is cut to the same span and stays in step.
+/// The scenes may come in any order; of several at one place the first counts. Without a container named the
+/// clips are as the source is, or Matroska where that can't be written. Memory holds a group of pictures.
+///
+/// HostError when reading or writing fails: clips reported before stay, of the others nothing does, as when
+/// `stop` is set. The stop ends the pass at the next packet.
+void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims, const ClipReport& report,
+                const std::atomic<bool>& stop);
+
+} // namespace scenedetect

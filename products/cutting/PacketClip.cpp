@@ -1,0 +1,102 @@
+#include "products/cutting/PacketClip.h"
+
+#include "products/cutting/PcmPacket.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+// No writer puts sound further behind its pictures; a stream may also have ended.
+constexpr std::int64_t kSoundDelaySeconds = 10;
+
+FfmpegPtr<AVPacket> Share(const AVPacket& packet) {
+    return OwnFfmpeg(av_packet_clone(&packet));
+}
+
+} // namespace
+
+PacketClip::PacketClip(const WrittenClip& clip, Existing existing, const Container& container,
+                       const PacketSource& source, const ClipSpan& span, const std::string& timecode)
+    : m_clip(clip),
+      m_source(source),
+      m_span(span),
+      m_delay(DecodingDelay(source)),
+      m_file(clip.path, existing),
+      m_muxer(m_file, container, source, timecode),
+      m_hasPassed(source.Streams().size(), false) {}
+
+void PacketClip::Offer(const AVPacket& packet, int stream) {
+    if (stream == 0)
+        return OfferVideo(packet);
+    const AVStream& sound = *m_source.Streams()[static_cast<std::size_t>(stream)];
+    const AVRational videoUnit = m_source.Video().time_base;
+    const std::int64_t begin = av_rescale_q(m_span.zero, videoUnit, sound.time_base);
+    const std::int64_t end =
+        m_span.soundEnd == INT64_MAX ? INT64_MAX : av_rescale_q(m_span.soundEnd, videoUnit, sound.time_base);
+    if (ShowTime(packet) >= end)
+        m_hasPassed[static_cast<std::size_t>(stream)] = true;
+    auto piece = Share(packet);
+    if (CutSound(*piece, sound, begin, end))
+        Write(std::move(piece), stream);
+}
+
+void PacketClip::OfferVideo(const AVPacket& packet) {
+    const std::int64_t show = ShowTime(packet);
+    // Pictures that follow the key frame but show before it need what the clip does not have. Their places in
+    // the order of decoding must not stay empty, since some containers know no other order.
+    if (show < m_span.begin) {
+        if (m_clip.frames == 0 && m_held.size() == 1)
+            m_held.front()->dts = packet.dts;
+        return;
+    }
+    const bool isKeyFrame = m_clip.frames == 0 && m_held.empty();
+    m_held.push_back(Share(packet));
+    // At the earliest: rather one picture too many than one too few.
+    const std::int64_t earliest = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts - m_delay;
+    if (!isKeyFrame && m_span.IsBefore(earliest))
+        WriteHeld();
+}
+
+void PacketClip::WriteHeld() {
+    for (auto& each : std::exchange(m_held, {})) {
+        ++m_clip.frames;
+        m_clip.framesLate += m_span.IsBefore(ShowTime(*each)) ? 0 : 1;
+        Write(std::move(each), 0);
+    }
+}
+
+void PacketClip::Write(FfmpegPtr<AVPacket> packet, int stream) {
+    const AVRational unit = m_source.Streams()[static_cast<std::size_t>(stream)]->time_base;
+    const std::int64_t zero = av_rescale_q(m_span.zero, m_source.Video().time_base, unit);
+    for (std::int64_t* stamp : {&packet->dts, &packet->pts})
+        if (*stamp != AV_NOPTS_VALUE)
+            *stamp -= zero;
+    packet->flags &= ~AV_PKT_FLAG_DISCARD; // of the source's edit list
+    m_muxer.Write(*packet, stream);
+}
+
+bool PacketClip::IsComplete(std::int64_t now) const {
+    if (m_span.IsBefore(now - m_delay))
+        return false;
+    const std::int64_t delay = av_rescale_q(kSoundDelaySeconds, {1, 1}, m_source.Video().time_base);
+    return now - m_span.end > delay ||
+           std::all_of(m_hasPassed.begin() + 1, m_hasPassed.end(), std::identity());
+}
+
+WrittenClip PacketClip::Finish() {
+    if (m_clip.frames == 0 && !m_held.empty()) {
+        m_held.resize(1); // the key frame alone
+        WriteHeld();
+    }
+    m_muxer.Finish();
+    m_file.Commit();
+    m_clip.bytes = m_muxer.Size();
+    if (m_clip.framesLate != 0)
+        m_clip.note += (m_clip.note.empty() ? "ends " : "; ends ") + FramesText(m_clip.framesLate) + " late";
+    return m_clip;
+}
+
+} // namespace scenedetect

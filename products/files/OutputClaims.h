@@ -1,0 +1,31 @@
+// The names that a run writes to, so that it never overwrites what it wrote itself, nor what it reads.
+#pragma once
+
+#include "products/files/OutputTarget.h"
+
+#include <mutex>
+#include <set>
+#include <string>
+#include <sys/types.h>
+#include <utility>
+
+namespace scenedetect {
+
+/// One for all inputs of a run. Any thread.
+class OutputClaims {
+  public:
+    /// An input of the run: no output may replace it, under whatever name it is known.
+    void AddInput(const std::string& path);
+    /// HostError when this run has claimed the file before, or reads it. Pipes and devices may be claimed
+    /// again and again.
+    void Claim(const std::string& path);
+    /// Claims a file in this folder, which is made if it is not there, and returns its path.
+    [[nodiscard]] std::string ClaimIn(const std::string& folder, const std::string& name);
+
+  private:
+    std::mutex m_mutex;
+    std::set<std::pair<dev_t, ino_t>> m_inputs;
+    std::set<std::string> m_outputs;
+};
+
+} // namespace scenedetect

@@ -1,0 +1,69 @@
+#include "products/outputs/NameText.h"
+#include "products/outputs/SceneTable.h"
+#include "products/outputs/SceneWriters.h"
+#include "reading/timing/ClockText.h"
+
+#include <pugixml.hpp>
+
+#include <sstream>
+#include <string_view>
+
+namespace scenedetect {
+namespace {
+
+// Characters that mean something in FFmpeg's metadata files get a backslash.
+std::string Escaped(const std::string& text) {
+    std::string escaped;
+    for (const char character : text) {
+        if (std::string_view("=;#\\").find(character) != std::string_view::npos)
+            escaped += '\\';
+        escaped += character;
+    }
+    return escaped;
+}
+
+std::string ChapterTitle(std::size_t index) {
+    return "Scene " + std::to_string(index + 1);
+}
+
+void AppendText(pugi::xml_node parent, const char* name, const std::string& text) {
+    parent.append_child(name).text().set(text.c_str());
+}
+
+} // namespace
+
+std::string MetadataChapters(const SceneTable& table) {
+    const Ratio unit = table.scale.unit;
+    const std::string head =
+        "[CHAPTER]\nTIMEBASE=" + std::to_string(unit.num) + '/' + std::to_string(unit.den) + "\nSTART=";
+    std::string text = ";FFMETADATA1\ntitle=" + Escaped(PlainName(table.name)) + '\n';
+    for (std::size_t i = 0; i < table.scenes.size(); ++i) {
+        const SceneSpan& scene = table.scenes[i];
+        text += head + std::to_string(scene.start.time) + "\nEND=" + std::to_string(scene.end.time) +
+                "\ntitle=" + ChapterTitle(i) + '\n';
+    }
+    return text;
+}
+
+std::string MatroskaChapters(const SceneTable& table) {
+    constexpr int kNanoseconds = 9;
+    pugi::xml_document document;
+    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
+    declaration.append_attribute("version") = "1.0";
+    declaration.append_attribute("encoding") = "UTF-8";
+    pugi::xml_node edition = document.append_child("Chapters").append_child("EditionEntry");
+    for (std::size_t i = 0; i < table.scenes.size(); ++i) {
+        const SceneSpan& scene = table.scenes[i];
+        pugi::xml_node chapter = edition.append_child("ChapterAtom");
+        AppendText(chapter, "ChapterTimeStart", ClockText(scene.start.time, table.scale, kNanoseconds));
+        AppendText(chapter, "ChapterTimeEnd", ClockText(scene.end.time, table.scale, kNanoseconds));
+        pugi::xml_node display = chapter.append_child("ChapterDisplay");
+        AppendText(display, "ChapterString", ChapterTitle(i));
+        AppendText(display, "ChapterLanguage", "eng");
+    }
+    std::ostringstream text;
+    document.save(text, "  ");
+    return text.str();
+}
+
+} // namespace scenedetect

@@ -1,0 +1,31 @@
+#include "products/outputs/SceneTable.h"
+#include "products/outputs/SceneWriters.h"
+#include "reading/timing/ClockText.h"
+
+namespace scenedetect {
+namespace {
+
+constexpr const char* kHeader = "Scene Number,Start Frame,Start Timecode,Start Time (seconds),"
+                                "End Frame,End Timecode,End Time (seconds),"
+                                "Length (frames),Length (timecode),Length (seconds)\r\n";
+
+// Three columns: a count of frames, and a time in both forms.
+std::string Columns(std::int64_t frames, std::int64_t time, const TimeScale& scale) {
+    return ',' + std::to_string(frames) + ',' + ClockText(time, scale, 3) + ',' + SecondsText(time, scale);
+}
+
+} // namespace
+
+std::string SceneSheet(const SceneTable& table) {
+    std::string text = kHeader;
+    std::int64_t number = 0;
+    for (const SceneSpan& scene : table.scenes) {
+        // The last frame of a scene counted from 1 is the one behind it counted from 0.
+        text += std::to_string(++number) + Columns(scene.start.frame + 1, scene.start.time, table.scale) +
+                Columns(scene.end.frame, scene.end.time, table.scale) +
+                Columns(scene.FrameCount(), scene.end.time - scene.start.time, table.scale) + "\r\n";
+    }
+    return text;
+}
+
+} // namespace scenedetect

@@ -1,0 +1,60 @@
+#include "products/outputs/SceneTable.h"
+
+#include "products/outputs/NameText.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace scenedetect {
+
+bool HasConstantRate(const SceneTable& table) {
+    const auto isInStep = [&table](const FilePlace& place) {
+        return EditFrame(place, table.scale) == place.frame;
+    };
+    return std::all_of(table.scenes.begin(), table.scenes.end(), [&isInStep](const SceneSpan& scene) {
+        return isInStep(scene.start) && isInStep(scene.end);
+    });
+}
+
+std::int64_t EditFrame(const FilePlace& place, const TimeScale& scale) {
+    return Rescale(place.time, scale.unit, scale.rate.Inverse());
+}
+
+std::int64_t EditFrameCount(const SceneTable& table) {
+    const std::int64_t last = table.scenes.empty() ? 0 : EditFrame(table.scenes.back().end, table.scale);
+    return HasConstantRate(table) ? std::max(last, table.frameCount) : last;
+}
+
+FrameNumbering SourceNumbering(const SceneTable& table) {
+    FrameNumbering numbering = NumberingOf(table.scale.rate);
+    if (table.startTimecode && !table.startTimecode->isDropFrame)
+        numbering.dropped = 0;
+    return numbering;
+}
+
+std::int64_t SourceStart(const SceneTable& table) {
+    if (!table.startTimecode)
+        return 0;
+    return Rescale(table.startTimecode->frame, {1, table.startTimecode->framesPerSecond},
+                   {1, SourceNumbering(table).framesPerSecond});
+}
+
+std::vector<EditSpan> EditSpans(const SceneTable& table) {
+    const std::int64_t sourceStart = SourceStart(table);
+    std::vector<EditSpan> spans;
+    for (std::size_t i = 0; i < table.scenes.size(); ++i) {
+        const std::int64_t start = EditFrame(table.scenes[i].start, table.scale);
+        const std::int64_t frames = EditFrame(table.scenes[i].end, table.scale) - start;
+        if (frames != 0)
+            spans.push_back({i, sourceStart + start, frames});
+    }
+    return spans;
+}
+
+std::string ClipName(const SceneTable& table, std::size_t index) {
+    char number[32];
+    std::snprintf(number, sizeof number, " %03zu", index + 1);
+    return PlainName(table.name) + number;
+}
+
+} // namespace scenedetect

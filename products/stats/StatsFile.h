@@ -1,0 +1,71 @@
+// A run's figures as a CSV table: what stands in it, for its writer and its reader.
+#pragma once
+
+#include "engine/DetectionParameters.h"
+#include "reading/timing/SampleTable.h"
+#include "reading/timing/TimeScale.h"
+#include "scenes/IKxSceneDetect.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace scenedetect {
+
+// One row a frame, in the order of the samples, all numbers whole:
+//   frame        number in the file, from 0
+//   difference, level  as they were measured
+//   filled       what the difference was taken for; empty where it was taken as it is
+//   dark, cut    1 or 0
+//   sample       number in the run, from 0 without a gap
+//   time         since the first frame, in units of unit-num/unit-den seconds
+//   byte         of the frame's data in the file; empty when the container does not tell
+//   setting, value  about the whole run, one a row from the first on; where there are more settings than
+//   frames the
+//                last rows have nothing else
+// The first setting is the format's number. Fractions are two settings each, since spreadsheet programs take
+// 25/1 for a day.
+inline constexpr std::string_view kStatsHeader =
+    "frame,difference,level,filled,dark,cut,sample,time,byte,setting,value";
+inline constexpr std::string_view kStatsFormatSetting = "format";
+inline constexpr std::string_view kStatsFormat = "1";
+
+/// What a host notes about the run for itself; any text.
+struct StatsNote {
+    std::string name; ///< none of the settings' names
+    std::string value;
+
+    friend bool operator==(const StatsNote&, const StatsNote&) = default;
+};
+
+/// What is the same for all frames of a run.
+struct StatsSettings {
+    TimeScale scale;
+    DetectionParameters parameters; ///< that the run was judged by
+    std::vector<StatsNote> notes;
+};
+
+struct StatsRow {
+    FilePlace place;
+    KxFrameFigures figures; ///< the position is the row's number
+};
+
+/// A whole table.
+struct Stats {
+    std::string path; ///< for messages
+    StatsSettings settings;
+    std::vector<StatsRow> rows;
+};
+
+/// A whole number, as all settings are: its name, where it stands, and its range.
+struct StatsNumber {
+    std::string_view name;
+    std::int32_t* value;
+    std::int32_t least;
+    std::int32_t most;
+};
+
+/// The numbers among the settings, in the order in which they are written.
+[[nodiscard]] std::vector<StatsNumber> NumbersOf(StatsSettings& settings);
+
+} // namespace scenedetect

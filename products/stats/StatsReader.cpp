@@ -1,0 +1,177 @@
+#include "products/stats/StatsReader.h"
+
+#include "reading/base/CsvRecords.h"
+#include "reading/base/HostError.h"
+#include "reading/readers/FileInput.h"
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <system_error>
+#include <vector>
+
+namespace scenedetect {
+namespace {
+
+enum Column { kFrame, kDifference, kLevel, kFilled, kDark, kCut, kSample, kTime, kByte, kSetting, kValue };
+constexpr std::size_t kColumns = kValue + 1;
+constexpr const char* kNames[kColumns] = {"frame",  "difference", "level", "filled",  "dark", "cut",
+                                          "sample", "time",       "byte",  "setting", "value"};
+constexpr std::int64_t kMostInFigures = 255;
+// So that one more can be asked for.
+constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() - 1;
+
+/// A field in quotes, short and on one line whatever stands in it.
+std::string Quoted(std::string_view field) {
+    constexpr std::size_t kMostShown = 40;
+    std::string text(field.substr(0, kMostShown));
+    std::ranges::replace_if(
+        text, [](unsigned char letter) { return letter < ' ' || letter == 0x7F; }, '?');
+    return '"' + text + (field.size() > kMostShown ? "...\"" : "\"");
+}
+
+std::int64_t ParseNumber(const char* name, const std::string& text, std::int64_t least, std::int64_t most) {
+    std::int64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || number < least || number > most)
+        throw HostError(std::string(name) + " is " + Quoted(text) + " where " +
+                        (most == kMost
+                             ? "a whole number from " + std::to_string(least) + " on"
+                             : "a whole number of " + std::to_string(least) + " to " + std::to_string(most)) +
+                        " should be");
+    return number;
+}
+
+class Parser {
+  public:
+    explicit Parser(Stats& stats) : m_stats(stats), m_numbers(NumbersOf(stats.settings)) {}
+
+    void Take(const std::vector<std::string>& fields) {
+        if (fields.size() != kColumns)
+            throw HostError(std::to_string(fields.size()) + " fields where " + std::to_string(kColumns) +
+                            " should be: the file is damaged or cut short");
+        const bool hasFrame = std::any_of(fields.begin(), fields.begin() + kSetting,
+                                          [](const std::string& field) { return !field.empty(); });
+        if (hasFrame)
+            TakeFrame(fields);
+        m_isBehindFrames = !hasFrame;
+        if (!fields[kSetting].empty())
+            TakeSetting(fields[kSetting], fields[kValue]);
+        else if (!hasFrame || !fields[kValue].empty())
+            throw HostError("a setting without a name");
+    }
+
+    /// What has no line of its own.
+    void Finish() const {
+        Require(kStatsFormatSetting);
+        for (const StatsNumber& number : m_numbers)
+            Require(number.name);
+    }
+
+  private:
+    void TakeFrame(const std::vector<std::string>& fields) {
+        const auto number = [&](Column column, std::int64_t least, std::int64_t most) {
+            return ParseNumber(kNames[column], fields[column], least, most);
+        };
+        const auto figure = [&](Column column) {
+            return static_cast<LONG>(number(column, 0, kMostInFigures));
+        };
+        if (m_isBehindFrames)
+            throw HostError("a frame behind the last one: the file is damaged");
+        std::vector<StatsRow>& rows = m_stats.rows;
+        const auto sample = static_cast<std::int64_t>(rows.size());
+        if (number(kSample, 0, std::numeric_limits<std::int32_t>::max()) != sample)
+            throw HostError("sample is " + fields[kSample] + " where " + std::to_string(sample) +
+                            " should be: rows are missing or in another order");
+        StatsRow row;
+        row.place.frame = number(kFrame, rows.empty() ? 0 : rows.back().place.frame + 1, kMost);
+        row.place.time = number(kTime, rows.empty() ? 0 : rows.back().place.time, kMost);
+        row.place.byteOffset = fields[kByte].empty() ? -1 : number(kByte, 0, kMost);
+        row.figures = {.dwPosition = static_cast<ULONG>(sample),
+                       .nDifference = figure(kDifference),
+                       .nLevel = figure(kLevel),
+                       .nFilled = 0,
+                       .dwFlags = 0};
+        const bool isFilled = !fields[kFilled].empty();
+        row.figures.nFilled = isFilled ? figure(kFilled) : row.figures.nDifference;
+        row.figures.dwFlags = (isFilled ? KxFrameFilled : 0u) | (number(kDark, 0, 1) ? KxFrameDark : 0u) |
+                              (number(kCut, 0, 1) ? KxFrameCut : 0u);
+        rows.push_back(row);
+    }
+
+    void TakeSetting(const std::string& name, const std::string& value) {
+        if (name == kStatsFormatSetting && value != kStatsFormat)
+            throw HostError("the table's format is " + Quoted(value) + ", and only " +
+                            std::string(kStatsFormat) + " is known: another version wrote it");
+        if (IsGiven(name))
+            throw HostError("the setting " + Quoted(name) + " stands there twice");
+        m_given.push_back(name);
+        if (name == kStatsFormatSetting)
+            return;
+        const auto known = std::ranges::find(m_numbers, name, &StatsNumber::name);
+        if (known != m_numbers.end())
+            *known->value =
+                static_cast<std::int32_t>(ParseNumber(name.c_str(), value, known->least, known->most));
+        else
+            m_stats.settings.notes.push_back({name, value});
+    }
+
+    bool IsGiven(std::string_view name) const { return std::ranges::find(m_given, name) != m_given.end(); }
+
+    void Require(std::string_view name) const {
+        if (!IsGiven(name))
+            throw HostError("the setting \"" + std::string(name) +
+                            "\" is missing: the file is damaged or cut short");
+    }
+
+    Stats& m_stats;
+    const std::vector<StatsNumber> m_numbers;
+    std::vector<std::string> m_given; // names of settings
+    bool m_isBehindFrames = false;
+};
+
+} // namespace
+
+Stats ParseStats(std::string_view text, const std::string& path) {
+    Stats stats;
+    stats.path = path;
+    Parser parser(stats);
+    CsvRecords records(text);
+    std::vector<std::string> fields;
+    try {
+        if (!records.Next(fields) || !std::ranges::equal(fields, kNames))
+            throw HostError("no statistics of kxscenes: the line " + std::string(kStatsHeader) +
+                            " should be here");
+        while (records.Next(fields))
+            parser.Take(fields);
+    } catch (const HostError& error) {
+        throw HostError(path + ", line " + std::to_string(std::max<std::int64_t>(records.Line(), 1)) + ": " +
+                        error.what());
+    }
+    try {
+        parser.Finish();
+    } catch (const HostError& error) {
+        throw HostError(path + ": " + error.what());
+    }
+    return stats;
+}
+
+Stats ReadStats(const std::string& path) {
+    const std::atomic<bool> never = false;
+    FileInput file(path, never);
+    std::string text;
+    constexpr std::size_t kPiece = std::size_t{1} << 20;
+    for (std::size_t got = kPiece; got == kPiece;) {
+        const std::size_t size = text.size();
+        text.resize(size + kPiece);
+        got = file.Read({reinterpret_cast<std::uint8_t*>(text.data()) + size, kPiece});
+        text.resize(size + got);
+    }
+    return ParseStats(text, path);
+}
+
+} // namespace scenedetect

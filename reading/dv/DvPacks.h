@@ -1,0 +1,67 @@
+// What the packs of DV frames say: timecode, date and time of the recording, aspect, the recorder's marks.
+#pragma once
+
+#include "reading/dv/DvFrame.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace scenedetect {
+
+struct DvTimecode {
+    int hours = 0;
+    int minutes = 0;
+    int seconds = 0;
+    int frames = 0;
+    bool isDropFrame = false;
+
+    friend bool operator==(const DvTimecode&, const DvTimecode&) = default;
+};
+
+/// Frames that a second of timecode counts.
+[[nodiscard]] constexpr int DvTimecodeRate(DvSystem system) {
+    return system == DvSystem::Lines625 ? 25 : 30;
+}
+
+/// The real frames from 00:00:00:00 on.
+[[nodiscard]] std::int64_t FrameCountOf(const DvTimecode& timecode, DvSystem system);
+
+/// How the picture is to be shown (docs/dv.md has the codes).
+enum class DvAspect {
+    Full4By3,
+    Full14By9,
+    Full16By9,
+    Letterbox14By9, ///< and other letterboxes: within 4:3
+    Letterbox16By9,
+    LetterboxWider,
+};
+
+/// Two-digit years from this on are of the 20th century.
+inline constexpr int kFirstYearOf1900s = 75;
+
+// Of one pack, whose header is not looked at; nothing for what is no such value.
+[[nodiscard]] std::optional<DvTimecode> TimecodeOf(DifPack pack, DvSystem system);
+[[nodiscard]] std::optional<std::chrono::year_month_day> DateOf(DifPack pack);
+[[nodiscard]] std::optional<std::chrono::seconds> TimeOf(DifPack pack); ///< of the day
+[[nodiscard]] std::optional<DvAspect> AspectOf(DifPack pack);
+
+/// What one frame says, each where it has a sound pack of the kind.
+struct DvPacks {
+    std::optional<DvTimecode> timecode;
+    std::optional<std::chrono::year_month_day> date;
+    std::optional<std::chrono::seconds> time;
+    std::optional<DvAspect> aspect;
+    bool isRecordingStart = false;
+    bool isRecordingEnd = false;
+
+    friend bool operator==(const DvPacks&, const DvPacks&) = default;
+};
+
+/// Every sequence repeats the packs; what most of the sound ones of a kind say is taken, so that a damaged
+/// sequence, or one left over from another recording, changes nothing. `frame` is whole; of a shorter one
+/// nothing is read.
+[[nodiscard]] DvPacks ReadDvPacks(std::span<const std::uint8_t> frame, DvSystem system);
+
+} // namespace scenedetect

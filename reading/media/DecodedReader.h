@@ -1,0 +1,46 @@
+// Decodes a stream and lays its pictures out as YUY2.
+#pragma once
+
+#include "reading/ffmpeg/FfmpegPointers.h"
+#include "reading/media/FrameClock.h"
+#include "reading/media/LumaLayout.h"
+#include "reading/media/MediaInput.h"
+#include "reading/readers/DamageLog.h"
+#include "reading/readers/PictureReader.h"
+
+#include <memory>
+
+namespace scenedetect {
+
+/// The decoder works on `threads` threads (0: one a core); laying out happens on the caller's thread.
+class DecodedReader final : public PictureReader {
+  public:
+    /// `first` is the stream's first packet, which is taken over. HostError when nothing can be decoded.
+    DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first, const DamageLog& damage, int threads);
+
+    [[nodiscard]] const PictureFormat& Format() const override { return m_format; }
+    [[nodiscard]] TimeScale Scale() const override { return m_clock.Scale(); }
+    [[nodiscard]] MediaFacts Facts() const override { return m_input->Facts(); }
+    [[nodiscard]] std::string Description() const override;
+    [[nodiscard]] bool Next(Picture& picture) override;
+
+  private:
+    [[nodiscard]] bool Decode();
+    void FeedDecoder();
+    void ReportDamage();
+
+    const std::unique_ptr<MediaInput> m_input;
+    FrameClock m_clock;
+    DamageLog m_damage;
+    const FfmpegPtr<AVPacket> m_packet = OwnFfmpeg(av_packet_alloc());
+    bool m_isPacketPending = true; // m_packet is still to be decoded
+    bool m_isDraining = false;
+    const FfmpegPtr<AVCodecContext> m_decoder;
+    const FfmpegPtr<AVFrame> m_frame = OwnFfmpeg(av_frame_alloc());
+    bool m_isFramePending = false; // m_frame is still to be handed out
+    std::int64_t m_lastFrame = 0;
+    std::unique_ptr<LumaLayout> m_layout;
+    PictureFormat m_format;
+};
+
+} // namespace scenedetect

@@ -1,0 +1,126 @@
+#include "reading/media/OpenPictures.h"
+
+#include "reading/base/HostError.h"
+#include "reading/dv/DvCheck.h"
+#include "reading/ffmpeg/FfmpegPointers.h"
+#include "reading/media/DecodedReader.h"
+#include "reading/media/MediaInput.h"
+#include "reading/media/PacketFormat.h"
+#include "reading/media/PacketReader.h"
+#include "reading/media/StreamInput.h"
+#include "reading/readers/DamageLog.h"
+#include "reading/readers/PictureReader.h"
+#include "reading/readers/RawDvReader.h"
+
+#include <algorithm>
+#include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace scenedetect {
+
+namespace {
+
+// Foreign bytes in front of a DV stream are stepped over, up to as many as two frames have.
+constexpr std::size_t kForeignBytes = 2 * kDifFrameBytes625;
+
+// What lies at the beginning of the stream, which is rewound: enough to judge a frame by and no more, since a
+// stream may be live.
+std::vector<std::uint8_t> Begin(StreamInput& stream, std::size_t bytes) {
+    std::vector<std::uint8_t> start(bytes);
+    start.resize(stream.Read(start));
+    stream.Rewind();
+    return start;
+}
+
+bool IsDv50(std::span<const std::uint8_t> data) {
+    const DvSystem system = VoteDvSystem(data).value_or(DvSystem::Lines525);
+    return ProfileOfDvFrame(data.first(std::min(data.size(), DvFrameBytes(system))), system) ==
+           DvProfile::Dv50;
+}
+
+// Whether it is of another kind beyond doubt, so that DV frames in it are not to be read past its index.
+bool IsContainer(std::vector<std::uint8_t> start) {
+    const auto bytes = static_cast<int>(start.size());
+    start.resize(start.size() + AVPROBE_PADDING_SIZE);
+    const AVProbeData data{"", start.data(), bytes, nullptr};
+    int score = 0;
+    const AVInputFormat* format = av_probe_input_format3(&data, 1, &score);
+    return format && score > AVPROBE_SCORE_EXTENSION && format->name != std::string_view("dv");
+}
+
+std::unique_ptr<MediaInput> OpenMedia(const std::string& path, std::shared_ptr<StreamInput> stream,
+                                      const std::atomic<bool>& stop) {
+    const bool isNamedFile = stream->IsFile() && stream->Path() == path;
+    auto input = isNamedFile ? std::make_unique<MediaInput>(path, stop)
+                             : std::make_unique<MediaInput>(std::move(stream), stop);
+    if (!input->IsRawDv())
+        input->FindVideo();
+    return input;
+}
+
+std::unique_ptr<PictureReader> OpenPackets(std::unique_ptr<MediaInput> input, const DamageLog& damage,
+                                           int decoderThreads) {
+    const auto first = OwnFfmpeg(av_packet_alloc());
+    if (!input->ReadPacket(*first))
+        throw HostError(input->Path() + ": no picture can be read");
+
+    const AVCodecParameters& stream = *input->Video().codecpar;
+    FrameClock::Setup setup = input->ClockSetup();
+    if (input->IsAvi())
+        setup.origin = 0; // an index counts the frames that were dropped at the beginning, too
+    if (stream.codec_id == AV_CODEC_ID_DVVIDEO) {
+        const std::span<const std::uint8_t> frame(first->data, static_cast<std::size_t>(first->size));
+        const auto system = IdentifyDvFrame(frame);
+        if (system) {
+            const Ratio rate = SettleDvRate(RatioOf(setup.rate), *system);
+            setup.rate = {rate.num, rate.den};
+            setup.constantRate = true;
+            return std::make_unique<PacketReader>(std::move(input), *first, DvPictureFormat(frame, *system),
+                                                  setup, damage);
+        }
+    }
+    if (const auto format = UncompressedFormat(stream, RatioOf(setup.rate)); format && input->IsAvi())
+        return std::make_unique<PacketReader>(std::move(input), *first, *format, setup, damage);
+    return std::make_unique<DecodedReader>(std::move(input), *first, damage, decoderThreads);
+}
+
+} // namespace
+
+std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Reading& reading,
+                                            const DamageLog::Listener& listener) {
+    const std::atomic<bool>& stop = reading.stop;
+    auto stream = std::make_shared<StreamInput>(path, stop);
+    const DamageLog damage(reading.console, stream->Path(), listener);
+    const auto readRaw = [&] {
+        stream->Rewind();
+        stream->Settle();
+        return std::make_unique<RawDvReader>(stream, damage, reading.threads != 1);
+    };
+    // No container begins as a DV frame does.
+    const auto start = Begin(*stream, kDifFrameBytes625);
+    if (start.empty() && !stop)
+        throw HostError(stream->Path() + ": is empty");
+    const bool isDv = IsDvFrameStart(start);
+    if (isDv && !IsDv50(start))
+        return readRaw();
+    std::unique_ptr<MediaInput> input;
+    try {
+        input = OpenMedia(path, stream, stop);
+    } catch (const HostError&) {
+        stream->Rewind();
+        const auto more = Begin(*stream, kForeignBytes + kDifFrameBytes625);
+        if (isDv || stop || IsContainer(more) || !FindDvFrame(more, 0, kForeignBytes))
+            throw;
+        return readRaw();
+    }
+    if (input->IsRawDv() && !isDv)
+        return readRaw();
+    if (input->IsRawDv())
+        input->FindVideo();
+    stream->Settle();
+    return OpenPackets(std::move(input), damage, reading.threads);
+}
+
+} // namespace scenedetect

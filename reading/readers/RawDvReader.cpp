@@ -1,0 +1,209 @@
+#include "reading/readers/RawDvReader.h"
+
+#include "reading/base/HostError.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+constexpr std::int64_t FramesPerSecond(DvSystem system) {
+    return system == DvSystem::Lines625 ? 25 : 30;
+}
+
+} // namespace
+
+RawDvReader::RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage, bool hasThread)
+    : m_input(std::move(input)), m_window(*m_input, hasThread), m_damage(damage) {
+    if (!ReadFrame(m_first))
+        throw HostError(m_input->Path() + (m_input->IsStopped() ? ": stopped before the first picture"
+                                                                : ": no picture can be read"));
+    m_isFirstPending = true;
+    m_rate = DvRate(m_system);
+    m_facts = FactsOfDv(m_first.Bytes(), m_system);
+    m_facts.isRawDv = true;
+    m_damage.Begin();
+}
+
+TimeScale RawDvReader::Scale() const {
+    return {{1, kDvTicksPerSecond}, m_rate};
+}
+
+bool RawDvReader::Next(Picture& picture) {
+    picture.Clear();
+    if (std::exchange(m_isFirstPending, false)) {
+        const PictureFormat format = m_first.format;
+        picture = std::exchange(m_first, Picture{});
+        m_first.format = format;
+        return true;
+    }
+    if (ReadFrame(picture))
+        return true;
+    m_damage.Summarize();
+    return false;
+}
+
+std::span<std::uint8_t> RawDvReader::Have(std::size_t bytes) {
+    return m_window.Have(bytes, DvFrameBytes(m_system));
+}
+
+bool RawDvReader::ReadFrame(Picture& picture) {
+    for (;;) {
+        // No more than is needed is waited for: a stream may be live.
+        auto data = Have(DvFrameBytes(m_system));
+        const DvSystem system = VoteDvSystem(data).value_or(m_system);
+        const std::size_t frameBytes = DvFrameBytes(system);
+        data = Have(frameBytes);
+        if (m_input->IsStopped())
+            return false;
+        DvCheck check = CheckDvFrame(data, system);
+        if (data.size() < frameBytes) {
+            ReportEnd(data.size(), check.blocks >= kLeastDvBlocks && check.IsPlausible());
+            return false;
+        }
+        bool isWhole = check.IsPlausible();
+        if (isWhole && check.lastGood != check.blocks - 1)
+            isWhole = !IsDvFrameTorn(Have(2 * kDifFrameBytes625), check);
+        if (m_input->IsStopped())
+            return false;
+        if (isWhole) {
+            HandOut(picture, check);
+            return true;
+        }
+        if (m_holeBytes == 0 && FindEarlyFrame())
+            continue;
+        // Foreign bytes may come before the first frame, but so may one of which bytes are missing.
+        if (!m_hasFrames) {
+            m_system = system;
+            m_hasFrames = m_holeBytes == 0 && check.firstDamaged >= kLeastDvBlocks;
+        }
+        if (!FindNextFrame())
+            return false;
+    }
+}
+
+// Bytes that were lost from the last block of the frame before, behind its ID, leave that frame as good as
+// whole, but the next begins inside that block.
+bool RawDvReader::FindEarlyFrame() {
+    constexpr std::size_t kBack = kDifBlockBytes - kDifIdBytes;
+    static_assert(kBack <= ReadWindow::kBackBytes);
+    if (m_window.Offset() < m_earliest + static_cast<std::int64_t>(kBack))
+        return false;
+    m_window.GoBack(kBack);
+    const auto found = FindDvFrame(Have(kBack + kDifFrameBytes625), 0, kBack);
+    m_window.Drop(found.value_or(kBack));
+    if (!found)
+        return false;
+    m_damage.Report({m_frame - 1, m_window.Offset() - static_cast<std::int64_t>(kDifIdBytes + *found),
+                     kDifBlockBytes, IrregularityKind::DamagedBlocks, 0});
+    m_earliest = m_window.Offset() + 1;
+    return true;
+}
+
+// Moves the window to where the next frame begins; the bytes between make the hole.
+bool RawDvReader::FindNextFrame() {
+    // A frame in its place is taken even if its first header is damaged.
+    const auto pitch = static_cast<std::int64_t>(DvFrameBytes(m_system));
+    for (std::size_t from = 1;; from = 0) {
+        const auto data = Have(2 * kDifFrameBytes625);
+        if (m_input->IsStopped())
+            return false;
+        const bool isEnd = data.size() < 2 * kDifFrameBytes625;
+        // Behind this there is too little to judge a frame by.
+        const std::size_t end = isEnd ? data.size() : data.size() - kDifFrameBytes625;
+        const auto inPlace = static_cast<std::size_t>(pitch - m_holeBytes % pitch);
+        auto found = FindDvFrame(data, from, std::min(end, inPlace));
+        if (!found && inPlace < end) {
+            const auto rest = data.subspan(inPlace);
+            const DvSystem system = VoteDvSystem(rest).value_or(m_system);
+            if (rest.size() >= DvFrameBytes(system) && CheckDvFrame(rest, system).IsPlausible())
+                found = inPlace;
+        }
+        const std::size_t step = found.value_or(std::min(end, inPlace));
+        m_window.Drop(step);
+        m_holeBytes += static_cast<std::int64_t>(step);
+        if (found)
+            return true;
+        if (isEnd && step == end) {
+            ReportEnd(0, false);
+            return false;
+        }
+    }
+}
+
+// What is left at the end of the file: the beginning of a frame, or bytes that continue a hole.
+void RawDvReader::ReportEnd(std::size_t bytes, bool isFrame) {
+    const auto rest = static_cast<std::int64_t>(bytes);
+    if (!isFrame) {
+        m_window.Drop(bytes);
+        m_holeBytes += rest;
+    }
+    if (m_holeBytes != 0)
+        CloseHole({});
+    if (isFrame)
+        m_damage.Report({m_frame, m_window.Offset(), rest, IrregularityKind::CutEnd, 1});
+}
+
+// `time` is that of the frame behind the hole.
+void RawDvReader::CloseHole(const TapeTime& time) {
+    const std::int64_t hole = std::exchange(m_holeBytes, 0);
+    const std::int64_t offset = m_window.Offset() - hole;
+    const auto frameBytes = static_cast<std::int64_t>(DvFrameBytes(m_system));
+    // What precedes the first frame is none of the file's.
+    std::int64_t lost = m_hasFrames ? (hole + frameBytes / 2) / frameBytes : 0;
+    if (const auto apart = FramesApart(m_time, time)) {
+        const std::int64_t byTime = *apart - 1;
+        const std::int64_t least = hole / frameBytes;
+        if (byTime != lost && byTime >= least && byTime <= least + FramesPerSecond(m_system) &&
+            IsNextFrameAfter(time))
+            lost = byTime;
+    }
+    const std::int64_t missing = lost * frameBytes - hole;
+    if (hole == 0 && lost != 0)
+        m_damage.Report({m_frame, offset, 0, IrregularityKind::MissingFrames, lost});
+    else if (hole != 0 && lost == 0)
+        m_damage.Report({m_frame, offset, hole, IrregularityKind::ForeignBytes, 0});
+    else if (missing > 0)
+        m_damage.Report({m_frame, offset, missing, IrregularityKind::MissingBytes, lost});
+    else if (hole != 0)
+        m_damage.Report({m_frame, offset, hole, IrregularityKind::Unreadable, lost});
+    CountFrames(lost);
+}
+
+// One misread timecode is no hole: the frame after it must go on from it.
+bool RawDvReader::IsNextFrameAfter(const TapeTime& time) {
+    const std::size_t frameBytes = DvFrameBytes(time.system);
+    const auto data = Have(2 * frameBytes);
+    if (data.size() < 2 * frameBytes)
+        return false;
+    return FramesApart(time, TapeTimeOf(data.subspan(frameBytes, frameBytes), time.system)) == 1;
+}
+
+void RawDvReader::CountFrames(std::int64_t frames) {
+    m_frame += frames;
+    m_frameTime += frames * DvFrameTicks(m_system);
+}
+
+void RawDvReader::HandOut(Picture& picture, const DvCheck& check) {
+    const std::size_t frameBytes = DvFrameBytes(check.system);
+    const TapeTime time = TapeTimeOf(Have(frameBytes).first(frameBytes), check.system);
+    CloseHole(time);
+    m_time = time;
+    m_hasFrames = true;
+    m_system = check.system;
+
+    const std::int64_t offset = m_window.Offset();
+    if (const int damaged = check.blocks - check.goodBlocks; damaged != 0)
+        m_damage.Report({m_frame, offset + check.firstDamaged * std::int64_t{kDifBlockBytes},
+                         damaged * std::int64_t{kDifBlockBytes}, IrregularityKind::DamagedBlocks, 0});
+    picture.Hold(Have(frameBytes).first(frameBytes), m_window.Share());
+    picture.place = {m_frame, m_frameTime, offset};
+    picture.format = DvPictureFormat(picture.Bytes(), check.system);
+    m_window.Drop(frameBytes);
+    m_earliest = offset + 1;
+    CountFrames(1);
+    SetFraction(m_input->Fraction());
+}
+
+} // namespace scenedetect

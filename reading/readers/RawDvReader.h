@@ -1,0 +1,61 @@
+// Reads raw DV streams, frame by frame, whatever line system each frame is, and through damage.
+#pragma once
+
+#include "reading/dv/DvCheck.h"
+#include "reading/dv/TapeTime.h"
+#include "reading/readers/ByteInput.h"
+#include "reading/readers/DamageLog.h"
+#include "reading/readers/PictureReader.h"
+#include "reading/readers/ReadWindow.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace scenedetect {
+
+/// Joined captures of both line systems are one stream. Whole frames are handed out where they were read to,
+/// with whatever blocks of theirs are damaged; frames of which bytes are missing are not. Positions count the
+/// frames of the file, those that a hole has swallowed too. docs/dv.md has the rules.
+class RawDvReader final : public PictureReader {
+  public:
+    /// Reads up to the first whole frame, with a thread for long files if it may. HostError when there is
+    /// none.
+    RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage, bool hasThread = false);
+
+    [[nodiscard]] const PictureFormat& Format() const override { return m_first.format; }
+    [[nodiscard]] TimeScale Scale() const override;
+    [[nodiscard]] MediaFacts Facts() const override { return m_facts; }
+    [[nodiscard]] std::string Description() const override { return "raw DV stream"; }
+    [[nodiscard]] bool Next(Picture& picture) override;
+
+  private:
+    [[nodiscard]] bool ReadFrame(Picture& picture);
+    [[nodiscard]] std::span<std::uint8_t> Have(std::size_t bytes);
+    [[nodiscard]] bool FindEarlyFrame();
+    [[nodiscard]] bool FindNextFrame();
+    void ReportEnd(std::size_t bytes, bool isFrame);
+    void CloseHole(const TapeTime& time);
+    [[nodiscard]] bool IsNextFrameAfter(const TapeTime& time);
+    void CountFrames(std::int64_t frames);
+    void HandOut(Picture& picture, const DvCheck& check);
+
+    const std::shared_ptr<ByteInput> m_input;
+    ReadWindow m_window;
+    DamageLog m_damage;
+    Picture m_first; // read ahead; its format stays here
+    bool m_isFirstPending = false;
+    Ratio m_rate;
+    MediaFacts m_facts;
+
+    DvSystem m_system = DvSystem::Lines525; // of the frame before
+    TapeTime m_time;                        // of the frame before
+    std::int64_t m_frame = 0;               // number of the next
+    std::int64_t m_frameTime = 0;
+    bool m_hasFrames = false;     // some frame was there already, if only a damaged one
+    std::int64_t m_earliest = 0;  // offset at which a frame may begin at all
+    std::int64_t m_holeBytes = 0; // between the frame before and the window
+};
+
+} // namespace scenedetect

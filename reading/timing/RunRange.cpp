@@ -1,0 +1,30 @@
+#include "reading/timing/RunRange.h"
+
+namespace scenedetect {
+
+RunRange::RunRange(const RangeChoice& choice, const TimeScale& scale)
+    : m_scale(scale), m_duration(choice.duration) {
+    if (choice.start)
+        m_start = Resolve(*choice.start, scale);
+    if (choice.end)
+        m_end = Resolve(*choice.end, scale);
+    // Now rather than at its first frame.
+    if (m_duration)
+        (void)Resolve(*m_duration, scale);
+}
+
+bool RunRange::HasBegun(const FilePlace& place) {
+    if (m_hasBegun || (m_start && !m_start->IsReachedBy(place)))
+        return m_hasBegun;
+    m_hasBegun = true;
+    if (m_duration)
+        m_end = Resolve(*m_duration, m_scale, place);
+    return true;
+}
+
+bool RunRange::IsOver(const FilePlace& place) {
+    m_hasEnded = m_end && m_end->IsReachedBy(place);
+    return m_hasEnded;
+}
+
+} // namespace scenedetect

@@ -1,0 +1,215 @@
+#include "running/batch/RunAll.h"
+
+#include "running/batch/Progress.h"
+#include "running/listeners/Listeners.h"
+#include "running/listeners/OrderedOutput.h"
+#include "running/listeners/RunReport.h"
+#include "running/listeners/ScenePrinter.h"
+#include "running/run/SceneRun.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <filesystem>
+#include <mutex>
+#include <thread>
+
+namespace scenedetect {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kProgressInterval = 250ms;
+
+SceneCsv::Columns ColumnsFor(const std::vector<RunPlan>& plans) {
+    return {plans.size() > 1, plans.front().run.detection.methods.size() > 1};
+}
+
+class Jobs {
+  public:
+    Jobs(const std::vector<RunPlan>& plans, int jobs, OutputClaims& claims, std::atomic<bool>& stop,
+         Console& console)
+        : m_plans(plans),
+          m_claims(claims),
+          m_workers(std::min<std::size_t>(static_cast<std::size_t>(jobs), plans.size())),
+          m_stop(stop),
+          m_console(console),
+          m_columns(ColumnsFor(plans)),
+          m_output(console, SceneCsv::Header(m_columns), plans.size()),
+          m_progress(plans.size()) {}
+
+    bool Run();
+
+  private:
+    struct Total {
+        std::size_t done = 0;
+        std::size_t failed = 0;
+        std::int64_t scenes = 0;
+        std::vector<std::string> failures; // inputs
+    };
+
+    void Work();
+    void RunOne(std::size_t index);
+    void Tell(const std::string& input, const std::string& error);
+    void ShowProgress();
+    [[nodiscard]] std::int64_t FrameCount() const;
+    void Summarize();
+
+    const std::vector<RunPlan>& m_plans;
+    OutputClaims& m_claims;
+    const std::size_t m_workers;
+    std::atomic<bool>& m_stop;
+    Console& m_console;
+    const SceneCsv::Columns m_columns;
+    OrderedOutput m_output;
+    std::deque<RunProgress> m_progress;
+    const Clock::time_point m_begin = Clock::now();
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    // Guarded by the mutex.
+    std::size_t m_next = 0;
+    std::size_t m_working = 0;
+    Total m_total;
+};
+
+bool Jobs::Run() {
+    m_working = m_workers;
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < m_workers; ++i)
+        threads.emplace_back([this] { Work(); });
+    {
+        std::unique_lock lock(m_mutex);
+        while (!m_changed.wait_for(lock, kProgressInterval, [this] { return m_working == 0; })) {
+            lock.unlock();
+            ShowProgress();
+            lock.lock();
+        }
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    m_console.ClearProgress();
+    if (m_plans.size() > 1)
+        Summarize();
+    return m_total.failed == 0;
+}
+
+void Jobs::Work() {
+    std::unique_lock lock(m_mutex);
+    while (m_next < m_plans.size() && !m_stop) {
+        const std::size_t index = m_next++;
+        lock.unlock();
+        RunOne(index);
+        lock.lock();
+    }
+    --m_working;
+    m_changed.notify_one();
+}
+
+void Jobs::RunOne(std::size_t index) {
+    const RunPlan& plan = m_plans[index];
+    // Alone, a reader knows best how many threads serve it.
+    const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+    const Reading reading{m_stop, m_console,
+                          m_workers == 1 ? 0 : std::max(1, cores / static_cast<int>(m_workers))};
+    std::int64_t scenes = 0;
+    std::string error;
+    try {
+        SceneRun::Listeners listeners =
+            MakeListeners(plan.run, plan.outputs, m_claims, m_console, m_progress[index]);
+        if (!plan.outputs.WritesToStandardOutput())
+            listeners.push_back(std::make_unique<ScenePrinter>(m_output, index, m_columns));
+        if (m_console.IsVerbose())
+            listeners.push_back(std::make_unique<RunReport>(m_console, plan.run.detection.MethodWords(", ")));
+        SceneRun run(plan.run, reading, m_progress[index], std::move(listeners));
+        FirstError first;
+        first.Attempt([&run] { run.Run(); });
+        scenes = run.SceneCount();
+        first.Rethrow();
+        m_output.Close(index);
+    } catch (const std::exception& thrown) { // also when memory ran out
+        error = thrown.what();
+        m_output.Abandon(index);
+    }
+    m_progress[index].fraction = 1;
+    const std::lock_guard lock(m_mutex);
+    m_total.scenes += scenes;
+    if (error.empty()) {
+        ++m_total.done;
+        return;
+    }
+    ++m_total.failed;
+    m_total.failures.push_back(plan.run.input);
+    // What prints nothing any more need not go on, and one line about it is enough.
+    if (!m_output.HasFailed() || !m_stop.exchange(true))
+        Tell(plan.run.input, error);
+}
+
+void Jobs::Tell(const std::string& input, const std::string& error) {
+    const bool isTold = m_plans.size() == 1 || m_output.HasFailed() || error.find(input) != std::string::npos;
+    m_console.Error(isTold ? error : input + ": " + error);
+}
+
+std::int64_t Jobs::FrameCount() const {
+    std::int64_t frames = 0;
+    for (const RunProgress& each : m_progress)
+        frames += each.frames.load(std::memory_order_relaxed);
+    return frames;
+}
+
+void Jobs::ShowProgress() {
+    if (!m_console.ShowsProgress())
+        return;
+    // Each file counts by its size, where that is known.
+    double done = 0;
+    double all = 0;
+    std::string files;
+    if (const char* products = m_progress[0].products; products && m_plans.size() == 1) {
+        m_console.ShowProgress(
+            ProductsText(FrameCount(), m_progress[0].made, m_progress[0].wanted, products));
+        return;
+    }
+    if (m_plans.size() == 1) {
+        done = m_progress[0].fraction;
+        all = 1;
+    } else {
+        for (std::size_t i = 0; i < m_plans.size(); ++i) {
+            std::error_code none;
+            const auto bytes = std::filesystem::file_size(m_plans[i].run.input, none);
+            const double size = none ? 0 : static_cast<double>(bytes);
+            done += size * std::max(0.0, m_progress[i].fraction.load(std::memory_order_relaxed));
+            all += size;
+        }
+        const std::lock_guard lock(m_mutex);
+        files =
+            std::to_string(m_total.done + m_total.failed) + '/' + std::to_string(m_plans.size()) + " files  ";
+    }
+    m_console.ShowProgress(files +
+                           ProgressText(FrameCount(), all > 0 ? done / all : -1, Clock::now() - m_begin));
+}
+
+void Jobs::Summarize() {
+    char seconds[32];
+    std::snprintf(seconds, sizeof seconds, "%.1f s",
+                  std::chrono::duration<double>(Clock::now() - m_begin).count());
+    const std::size_t notBegun = m_plans.size() - m_total.done - m_total.failed;
+    m_console.Message(std::to_string(m_plans.size()) + " files: " + std::to_string(m_total.done) + " done, " +
+                      std::to_string(m_total.failed) + " failed" +
+                      (notBegun != 0 ? ", " + std::to_string(notBegun) + " not begun" : "") + "; " +
+                      std::to_string(m_total.scenes) + " scenes in " + std::to_string(FrameCount()) +
+                      " frames, " + seconds);
+    for (const std::string& input : m_total.failures)
+        m_console.Message("failed: " + input);
+}
+
+} // namespace
+
+bool RunAll(const std::vector<RunPlan>& plans, int jobs, OutputClaims& claims, std::atomic<bool>& stop,
+            Console& console) {
+    return Jobs(plans, jobs, claims, stop, console).Run();
+}
+
+} // namespace scenedetect

@@ -1,0 +1,66 @@
+#include "running/batch/RunPlan.h"
+
+#include "products/files/OutputFile.h"
+#include "running/batch/Inputs.h"
+
+namespace scenedetect {
+namespace {
+
+// The paths of one input's outputs, each claimed, and written to in principle: better to fail now than after
+// hours.
+class Paths {
+  public:
+    Paths(const std::string& input, OutputClaims& claims) : m_name(NameOfInput(input)), m_claims(claims) {}
+
+    [[nodiscard]] std::string Settle(const std::string& pattern, const std::string& method) const {
+        std::string path = Claim(pattern, method);
+        if (!path.empty())
+            RequireWritable(path, Existing::Replace);
+        return path;
+    }
+    // The filter writes it itself, with checks of its own.
+    [[nodiscard]] std::string Claim(const std::string& pattern, const std::string& method) const {
+        if (pattern.empty())
+            return "";
+        NameFields fields;
+        fields.name = m_name;
+        fields.method = method;
+        std::string path = NamePattern(pattern).Expand(fields);
+        m_claims.Claim(path);
+        return path;
+    }
+
+  private:
+    const std::string m_name;
+    OutputClaims& m_claims;
+};
+
+} // namespace
+
+std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& claims) {
+    const std::vector<std::string> inputs = ExpandInputs(settings.inputs);
+    for (const std::string& input : inputs)
+        claims.AddInput(input);
+    for (const std::string& folder : {settings.outputs.clips.folder, settings.outputs.pictures.folder})
+        if (!folder.empty())
+            RequireWritableFolder(folder);
+    std::vector<RunPlan> plans;
+    for (const std::string& input : inputs) {
+        const Paths paths(input, claims);
+        RunPlan& plan =
+            plans.emplace_back(RunPlan{{input, settings.detection, {}, settings.range}, settings.outputs});
+        plan.run.isOneOfMany = inputs.size() > 1;
+        for (const KxDetectionMethod method : settings.detection.methods)
+            plan.run.xmlPaths.push_back(paths.Claim(settings.xmlPath, MethodWord(method)));
+        const std::string methods = settings.detection.MethodWords("+");
+        OutputSettings& outputs = plan.outputs;
+        for (OutputSettings::List& list : outputs.lists)
+            list.path = paths.Settle(list.path, methods);
+        for (std::string* path : {&outputs.reportPath, &outputs.tapeLogPath, &outputs.statsPath})
+            *path = paths.Settle(*path, methods);
+        plan.run.wantsFigures = !outputs.statsPath.empty() || !outputs.reportPath.empty();
+    }
+    return plans;
+}
+
+} // namespace scenedetect

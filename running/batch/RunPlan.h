@@ -1,0 +1,34 @@
+// What a command asks of all its inputs, and what follows for each of them.
+#pragma once
+
+#include "products/files/OutputClaims.h"
+#include "running/listeners/OutputSettings.h"
+#include "running/run/RunSettings.h"
+
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+
+/// Checked for sense.
+struct BatchSettings {
+    std::vector<std::string> inputs;
+    DetectionSettings detection;
+    std::string xmlPath; ///< pattern of the scene-list files; empty: none
+    RangeChoice range;
+    OutputSettings outputs;     ///< paths are patterns
+    std::string savedStatsPath; ///< figures to decide from, in place of an input; empty: none
+    int jobs = 1;               ///< inputs that are read at the same time
+};
+
+/// One input with its outputs, whose paths are settled.
+struct RunPlan {
+    RunSettings run;
+    OutputSettings outputs;
+};
+
+/// One plan an input, folders being what is in them. HostError when two outputs would be the same file, when
+/// one would overwrite an input or cannot be written, when a folder cannot be read.
+[[nodiscard]] std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& claims);
+
+} // namespace scenedetect

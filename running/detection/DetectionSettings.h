@@ -1,0 +1,42 @@
+// How the scenes of a run are found: methods, marks, and the parameters of the picture comparison.
+#pragma once
+
+#include "engine/DetectionParameters.h"
+#include "scenes/IKxSceneDetect.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+
+/// The word that users have for a method: "timestamp", "video", "interval" or "manual".
+[[nodiscard]] std::string MethodWord(KxDetectionMethod method);
+[[nodiscard]] std::optional<KxDetectionMethod> MethodOf(const std::string& word);
+
+/// The parameters that were given, each within its range, in the order of KxDetectionParameter.
+struct ParameterChoice {
+    std::array<std::optional<std::int32_t>, kDetectionParameters.size()> values{};
+
+    /// `base` with the given values in place of its own.
+    [[nodiscard]] DetectionParameters On(DetectionParameters base) const;
+    [[nodiscard]] bool IsEmpty() const { return *this == ParameterChoice{}; }
+    friend bool operator==(const ParameterChoice&, const ParameterChoice&) = default;
+};
+
+/// Already checked for sense.
+struct DetectionSettings {
+    std::vector<KxDetectionMethod> methods; ///< one or more, each once, in the order they were given
+    std::uint32_t interval = 0;       ///< frames per scene; above 0 exactly when the interval is a method
+    std::vector<std::uint32_t> marks; ///< positions of manual scenes: ascending, without duplicates
+    bool readTimecode = false;
+    ParameterChoice parameters; ///< of the video method
+
+    [[nodiscard]] bool Uses(KxDetectionMethod method) const;
+    /// The words of the methods with `separator` between them.
+    [[nodiscard]] std::string MethodWords(const char* separator) const;
+};
+
+} // namespace scenedetect

@@ -1,0 +1,69 @@
+#include "running/listeners/ClipMaker.h"
+
+#include "reading/base/HostError.h"
+
+#include "running/listeners/SceneNames.h"
+#include <memory>
+
+namespace scenedetect {
+namespace {
+
+// Holds the sample as long as its picture is shared.
+std::shared_ptr<const Picture> Share(PictureSample& sample) {
+    sample.AddRef();
+    return {&sample.picture, [held = &sample](const Picture*) { held->Release(); }};
+}
+
+} // namespace
+
+void ClipMaker::Begin(const RunFacts& facts) {
+    m_facts = facts;
+    const bool isDv = facts.format.fourcc == kDvFourcc;
+    // A container's own sound lies beside its frames, so that its packets are what is to be cut.
+    if (isDv && (facts.media.isRawDv || m_settings.container.empty()))
+        m_cutter.emplace(m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); });
+    else if (facts.input == "-")
+        throw HostError(
+            "standard input: only DV can be cut as it comes; for --split of other video, or into a "
+            "container, give a file");
+    m_cut.path = facts.input;
+    m_cut.scale = facts.scale;
+    m_cut.firstPicture = facts.firstPlace;
+}
+
+void ClipMaker::Scene(const FoundScene& scene) {
+    if (m_cutter)
+        m_cutter->BeginScene(scene.sample, NamesOf(scene, m_facts));
+    else
+        m_cut.scenes.push_back({scene.place, NamesOf(scene, m_facts)});
+}
+
+void ClipMaker::Passed(PictureSample& sample, std::int64_t /*index*/) {
+    if (m_cutter)
+        m_cutter->Add(Share(sample));
+}
+
+void ClipMaker::End(const RunEnd& end) {
+    if (m_cutter)
+        return m_cutter->Finish();
+    if (end.isBeforeFileEnd)
+        m_cut.end = end.place.time;
+    // A run that was stopped still gets the clips of what it found; to stop that, too, is what a second
+    // signal is for.
+    static const std::atomic<bool> neverStop = false;
+    m_progress.wanted = std::ssize(m_cut.scenes);
+    m_progress.made = 0;
+    m_progress.products = "clips";
+    const auto tell = [this](const WrittenClip& clip) {
+        ++m_progress.made;
+        Tell(clip);
+    };
+    CutPackets(m_settings, m_cut, m_claims, tell, neverStop);
+}
+
+void ClipMaker::Tell(const WrittenClip& clip) {
+    if (!clip.note.empty())
+        m_console.Message(clip.path + ": " + clip.note);
+}
+
+} // namespace scenedetect

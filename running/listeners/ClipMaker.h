@@ -1,0 +1,37 @@
+// Cuts an input into a clip a scene: DV frames while they pass, everything else when the scenes are known.
+#pragma once
+
+#include "products/cutting/ClipCutter.h"
+#include "products/cutting/CutPackets.h"
+#include "reading/base/Console.h"
+#include "running/run/RunListener.h"
+#include "running/run/RunProgress.h"
+
+#include <optional>
+
+namespace scenedetect {
+
+class ClipMaker final : public RunListener {
+  public:
+    /// All references must outlive the object.
+    ClipMaker(ClipSettings settings, OutputClaims& claims, Console& console, RunProgress& progress)
+        : m_settings(std::move(settings)), m_claims(claims), m_console(console), m_progress(progress) {}
+
+    void Begin(const RunFacts& facts) override;
+    void Scene(const FoundScene& scene) override;
+    void Passed(PictureSample& sample, std::int64_t index) override;
+    void End(const RunEnd& end) override;
+
+  private:
+    void Tell(const WrittenClip& clip);
+
+    const ClipSettings m_settings;
+    OutputClaims& m_claims;
+    Console& m_console;
+    RunProgress& m_progress;
+    RunFacts m_facts;
+    std::optional<ClipCutter> m_cutter; // of DV frames; else:
+    PacketCut m_cut;
+};
+
+} // namespace scenedetect

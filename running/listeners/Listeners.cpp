@@ -1,0 +1,78 @@
+#include "running/listeners/Listeners.h"
+
+#include "running/listeners/ClipMaker.h"
+#include "running/listeners/PictureTaker.h"
+#include "running/listeners/ReportWriter.h"
+#include "running/listeners/SceneTabler.h"
+#include "running/listeners/StatsLogger.h"
+#include "running/listeners/TapeLogger.h"
+
+#include <optional>
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+// The settings of a run, for people.
+std::vector<std::pair<std::string, std::string>>
+SettingsOf(const RunSettings& run, const OutputSettings& outputs, const DetectionParameters& parameters) {
+    std::vector<std::pair<std::string, std::string>> settings = {
+        {"input", run.input}, {"methods", run.detection.MethodWords(", ")}};
+    const auto addNumber = [&settings](const char* name, std::int64_t value) {
+        if (value != 0)
+            settings.emplace_back(name, std::to_string(value));
+    };
+    const auto addPoint = [&settings](const char* name, const std::optional<TimePoint>& point) {
+        if (point)
+            settings.emplace_back(name, point->text);
+    };
+    addNumber("interval", run.detection.interval);
+    addPoint("start", run.range.start);
+    addPoint("end", run.range.end);
+    addPoint("duration", run.range.duration);
+    addNumber("min-scene", outputs.shortestScene);
+    if (run.detection.Uses(KxMethodVideo))
+        for (const ParameterFacts& facts : kDetectionParameters)
+            settings.emplace_back(facts.name, std::to_string(facts.Of(parameters)));
+    settings.emplace_back("made by", std::string("kxscenes ") + HOSTS_VERSION);
+    return settings;
+}
+
+} // namespace
+
+std::vector<std::unique_ptr<RunListener>> MakeTableListeners(const RunSettings& run,
+                                                             const OutputSettings& outputs,
+                                                             const DetectionParameters& parameters,
+                                                             bool canReadAgain) {
+    std::vector<std::unique_ptr<RunListener>> listeners;
+    std::vector<TableUse> uses;
+    for (const OutputSettings::List& list : outputs.lists)
+        uses.push_back(WriteTableTo(list.path, *list.format));
+    if (!outputs.reportPath.empty()) {
+        const auto timeline = std::make_shared<Timeline>();
+        listeners.push_back(std::make_unique<TimelineKeeper>(timeline));
+        uses.push_back(WriteReport(
+            {outputs.reportPath, parameters, SettingsOf(run, outputs, parameters), canReadAgain}, timeline));
+    }
+    if (!uses.empty())
+        listeners.push_back(std::make_unique<SceneTabler>(outputs.shortestScene, std::move(uses)));
+    return listeners;
+}
+
+std::vector<std::unique_ptr<RunListener>> MakeListeners(const RunSettings& run, const OutputSettings& outputs,
+                                                        OutputClaims& claims, Console& console,
+                                                        RunProgress& progress) {
+    const DetectionParameters parameters = run.detection.parameters.On({});
+    auto listeners = MakeTableListeners(run, outputs, parameters, run.input != "-");
+    if (!outputs.tapeLogPath.empty())
+        listeners.push_back(std::make_unique<TapeLogger>(outputs.tapeLogPath));
+    if (!outputs.statsPath.empty())
+        listeners.push_back(std::make_unique<StatsLogger>(outputs.statsPath, parameters));
+    if (!outputs.clips.folder.empty())
+        listeners.push_back(std::make_unique<ClipMaker>(outputs.clips, claims, console, progress));
+    if (!outputs.pictures.folder.empty())
+        listeners.push_back(std::make_unique<PictureTaker>(outputs.pictures, claims, console, progress));
+    return listeners;
+}
+
+} // namespace scenedetect

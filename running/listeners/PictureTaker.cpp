@@ -1,0 +1,54 @@
+#include "running/listeners/PictureTaker.h"
+
+#include "products/files/OutputFile.h"
+#include "products/stills/FrameFetcher.h"
+#include "running/listeners/SceneNames.h"
+
+#include <algorithm>
+
+namespace scenedetect {
+
+void PictureTaker::Scene(const FoundScene& scene) {
+    m_scenes.push_back({scene.sample, NamesOf(scene, m_facts)});
+}
+
+void PictureTaker::Passed(PictureSample& sample, std::int64_t /*index*/) {
+    m_places.Append(sample.picture.place);
+}
+
+std::string PictureTaker::ClaimPath(const NameFields& fields, const PictureAt& at) {
+    const std::string word = m_settings.at.size() > 1 ? '-' + at.word : "";
+    return m_claims.ClaimIn(m_settings.folder,
+                            m_settings.names.Expand(fields, word + SuffixOf(m_settings.format)));
+}
+
+void PictureTaker::End(const RunEnd& end) {
+    if (m_scenes.empty())
+        return;
+    const auto fetcher = FrameFetcher::Open(m_facts.input, m_facts.media.isRawDv);
+    m_progress.wanted = std::ssize(m_scenes) * std::ssize(m_settings.at);
+    m_progress.made = 0;
+    m_progress.products = "pictures";
+    for (std::size_t i = 0; i < m_scenes.size(); ++i) {
+        const std::int64_t next = i + 1 < m_scenes.size() ? m_scenes[i + 1].sample : end.samples;
+        for (const PictureAt& at : m_settings.at) {
+            // Two scenes at one place have the same picture.
+            const std::int64_t last = std::max(next, m_scenes[i].sample + 1);
+            const FilePlace place = m_places.Find(at.Of(m_scenes[i].sample, last)).value();
+            if (const AVFrame* frame = fetcher->Fetch(place))
+                Write(*frame, fetcher->QuarterTurns(), ClaimPath(m_scenes[i].names, at));
+            else
+                m_console.Message(m_facts.input + ": no picture of frame " + std::to_string(place.frame) +
+                                  ": it cannot be decoded");
+            ++m_progress.made;
+        }
+    }
+}
+
+void PictureTaker::Write(const AVFrame& frame, int quarters, const std::string& path) {
+    OutputFile file(path, m_settings.existing);
+    file.Write(EncodeStill(frame, {m_settings.width, quarters}, m_settings.format));
+    file.Commit();
+}
+
+} // namespace scenedetect

@@ -1,0 +1,48 @@
+// Writes pictures of each scene when the run is over.
+#pragma once
+
+#include "products/files/NamePattern.h"
+#include "products/files/OutputClaims.h"
+#include "products/stills/PictureSettings.h"
+#include "reading/base/Console.h"
+#include "running/run/RunListener.h"
+#include "running/run/RunProgress.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+
+/// Reads the file again, so it must be one. What can't be decoded costs its picture only, with a warning.
+class PictureTaker final : public RunListener {
+  public:
+    /// All must outlive the object.
+    PictureTaker(const PictureSettings& settings, OutputClaims& claims, Console& console,
+                 RunProgress& progress)
+        : m_settings(settings), m_claims(claims), m_console(console), m_progress(progress) {}
+
+    void Begin(const RunFacts& facts) override { m_facts = facts; }
+    void Scene(const FoundScene& scene) override;
+    void Passed(PictureSample& sample, std::int64_t index) override;
+    void End(const RunEnd& end) override;
+
+  private:
+    [[nodiscard]] std::string ClaimPath(const NameFields& fields, const PictureAt& at);
+    void Write(const AVFrame& frame, int quarters, const std::string& path);
+
+    struct Begun {
+        std::int64_t sample;
+        NameFields names;
+    };
+
+    const PictureSettings& m_settings;
+    OutputClaims& m_claims;
+    Console& m_console;
+    RunProgress& m_progress;
+    RunFacts m_facts;
+    SampleTable m_places; // all of them
+    std::vector<Begun> m_scenes;
+};
+
+} // namespace scenedetect

@@ -1,0 +1,13 @@
+// What the fields of file names stand for at a scene.
+#pragma once
+
+#include "products/files/NamePattern.h"
+#include "running/run/RunListener.h"
+
+namespace scenedetect {
+
+/// Timecode, date and time are those of the tape, from the scene's first frame; without DV timecode it is the
+/// position's, the other two are empty.
+[[nodiscard]] NameFields NamesOf(const FoundScene& scene, const RunFacts& facts);
+
+} // namespace scenedetect

@@ -1,0 +1,24 @@
+#include "running/listeners/TapeLogger.h"
+
+#include "reading/base/HostError.h"
+
+namespace scenedetect {
+
+void TapeLogger::Begin(const RunFacts& facts) {
+    if (facts.format.fourcc != kDvFourcc)
+        throw HostError(facts.input + ": --tape-log needs DV video of 25 Mbit/s");
+    m_file.emplace(m_path, Existing::Replace);
+    m_log.emplace(TapeLogFormatOf(m_path).value(), facts.input,
+                  [this](std::string_view text) { m_file->Write(text); });
+}
+
+void TapeLogger::Passed(PictureSample& sample, std::int64_t /*index*/) {
+    m_log->Note(sample.picture);
+}
+
+void TapeLogger::End(const RunEnd& /*end*/) {
+    m_log->Finish();
+    m_file->Commit();
+}
+
+} // namespace scenedetect

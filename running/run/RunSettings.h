@@ -1,0 +1,21 @@
+// The run of one input: what is read, and how scenes are found in it.
+#pragma once
+
+#include "reading/timing/RunRange.h"
+#include "running/detection/DetectionSettings.h"
+
+#include <string>
+#include <vector>
+
+namespace scenedetect {
+
+struct RunSettings {
+    std::string input; ///< a path, or "-" for the standard input
+    DetectionSettings detection;
+    std::vector<std::string> xmlPaths; ///< for each method its scene-list file; empty: none
+    RangeChoice range;
+    bool wantsFigures = false; ///< of the picture comparison, for listeners
+    bool isOneOfMany = false;  ///< its messages begin with its name
+};
+
+} // namespace scenedetect

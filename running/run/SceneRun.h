@@ -1,0 +1,76 @@
+// A run from the opened file to the last scene: picture by picture through the graph.
+#pragma once
+
+#include "reading/base/Console.h"
+#include "reading/base/FirstError.h"
+#include "reading/media/OpenPictures.h"
+#include "reading/timing/SampleTable.h"
+#include "running/detection/MarkSchedule.h"
+#include "running/detection/TimecodeReport.h"
+#include "running/run/FilterGraph.h"
+#include "running/run/RunListener.h"
+#include "running/run/RunProgress.h"
+#include "running/run/RunSettings.h"
+#include "running/run/SceneMerge.h"
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace scenedetect {
+
+/// All on one thread. `settings`, `reading` and `progress` must outlive the object.
+class SceneRun {
+  public:
+    using Listeners = std::vector<std::unique_ptr<RunListener>>;
+
+    /// Opens the input and sets the graph up. HostError when either fails.
+    SceneRun(const RunSettings& settings, const Reading& reading, RunProgress& progress, Listeners listeners);
+
+    /// Runs to the end of the input. HostError when reading or writing fails: what was found until then has
+    /// been told to the listeners that can still take it.
+    void Run();
+    [[nodiscard]] std::int64_t SceneCount() const { return m_sceneCount; }
+
+  private:
+    struct Detection {
+        MarkSchedule marks;
+        std::vector<std::int32_t> positions; // of its scenes in the file
+    };
+
+    void SetUpFilters();
+    void Begin(const FilePlace& first);
+    [[nodiscard]] bool ReadPicture(Picture& picture);
+    void FeedGraph();
+    void DrainScenes(std::int64_t settledBefore);
+    void DrainFigures();
+    void FinishSceneLists();
+    void WarnAboutMarks();
+    [[nodiscard]] std::string Named(const std::string& text) const;
+    template <typename Call>
+    void Tell(Call call);
+
+    const RunSettings& m_settings;
+    const Reading& m_reading;
+    RunProgress& m_progress;
+    Listeners m_listeners;                      // one that failed is no more there
+    std::vector<Irregularity> m_irregularities; // that nobody was told of yet
+    const std::unique_ptr<PictureReader> m_reader;
+    FilterGraph m_graph;
+    std::vector<Detection> m_detections; // as the graph's filters
+    SceneMerge m_merge;
+    TimecodeReport m_timecode;
+    std::optional<std::size_t> m_measuring; // the filter whose figures are wanted
+    bool m_hasBegun = false;
+    SampleTable m_measured; // places that figures are still to come for
+    RunRange m_range;
+    std::int64_t m_skipped = 0; // before the range
+    std::int64_t m_samples = 0; // that have passed the filters
+    FilePlace m_end;            // behind the last of them
+    std::int64_t m_sceneCount = 0;
+    std::deque<ComRef<PictureSample>> m_recent; // up to the last, as far as a scene may begin there
+};
+
+} // namespace scenedetect

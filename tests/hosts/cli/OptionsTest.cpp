@@ -1,0 +1,80 @@
+#include "hosts/cli/KxOptions.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace scenedetect {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::optional<EarlyEnd> Parse(std::vector<const char*> arguments, KxOptions& options) {
+    arguments.insert(arguments.begin(), "kxscenes");
+    return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(), options);
+}
+
+TEST(Options, DefaultsToThePictureMethod) {
+    KxOptions options;
+    ASSERT_FALSE(Parse({"tape.dv"}, options));
+    EXPECT_THAT(options.batch.detection.methods, ElementsAre(KxMethodVideo));
+    EXPECT_THAT(options.batch.inputs, ElementsAre("tape.dv"));
+    EXPECT_TRUE(options.batch.detection.marks.empty());
+    EXPECT_TRUE(options.batch.xmlPath.empty());
+    EXPECT_FALSE(options.batch.detection.readTimecode);
+}
+
+TEST(Options, ReadsAll) {
+    KxOptions options;
+    ASSERT_FALSE(Parse({"--method", "interval", "--interval", "250", "--mark", "30,7", "--timecode", "--xml",
+                        "list.xml", "--mark", "7", "--method", "video,interval", "--", "-", "-tape.dv"},
+                       options));
+    const DetectionSettings& detection = options.batch.detection;
+    EXPECT_THAT(detection.methods, ElementsAre(KxMethodInterval, KxMethodVideo));
+    EXPECT_EQ(detection.interval, 250u);
+    EXPECT_THAT(detection.marks, ElementsAre(7, 30));
+    EXPECT_TRUE(detection.readTimecode);
+    EXPECT_EQ(options.batch.xmlPath, "list.xml");
+    EXPECT_THAT(options.batch.inputs, ElementsAre("-", "-tape.dv"));
+}
+
+TEST(Options, WrongOnesGetOneLine) {
+    const std::vector<std::vector<const char*>> wrong = {
+        {},
+        {""},
+        {"--jobs", "0", "a"},
+        {"a", ""},
+        {"--method", "guess", "a"},
+        {"--method", "interval", "a"},
+        {"--method", "interval", "--interval", "0", "a"},
+        {"--method", "interval", "--interval", "2147483648", "a"},
+        {"--interval", "5", "a"},
+        {"--mark", "-1", "a"},
+        {"--mark", "1,x", "a"},
+        {"--mark", "4294967296", "a"},
+        {"--xml", "", "a"},
+        {"--xml"},
+        {"--speed", "a"},
+    };
+    for (const auto& arguments : wrong) {
+        KxOptions options;
+        const auto end = Parse(arguments, options);
+        ASSERT_TRUE(end);
+        EXPECT_EQ(end->exitCode, 2);
+        EXPECT_EQ(end->text.find('\n'), end->text.size() - 1) << end->text;
+        EXPECT_THAT(end->text, HasSubstr("kxscenes: error: "));
+    }
+}
+
+TEST(Options, HelpAndVersionAreNoErrors) {
+    for (const char* option : {"--help", "-h", "--version"}) {
+        KxOptions options;
+        const auto end = Parse({option}, options);
+        ASSERT_TRUE(end);
+        EXPECT_EQ(end->exitCode, 0);
+        EXPECT_THAT(end->text, HasSubstr("kxscenes"));
+    }
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,221 @@
+// Inputs that are broken, or are no videos: one clear line, and never a crash.
+#include "engine/Dif.h"
+#include "tests/kxscenes/HostProcess.h"
+#include "tests/kxscenes/Material.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <random>
+#include <tuple>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST(NoVideo, GivesOneLine) {
+    const TempFolder folder;
+    WriteBytes(folder / "empty.dv", "");
+    WriteBytes(folder / "text.txt", "Nothing to see here.\nReally.\n");
+    WriteBytes(folder / "text.dv", "Nothing to see here.\n");
+    RunFfmpeg({"-f", "lavfi", "-i", "sine=d=1", (folder / "sound.wav").string()});
+    MakeClip(DvClip("pal-dv"), folder / "tape.dv");
+    const std::string tape = ReadWhole(folder / "tape.dv");
+    WriteBytes(folder / "short.dv", tape.substr(0, 3000));
+    Remux(folder / "tape.dv", folder / "tape.mov");
+    const std::string mov = ReadWhole(folder / "tape.mov");
+    WriteBytes(folder / "headless.mov", mov.substr(0, mov.size() / 2));
+    std::filesystem::create_directory(folder / "folder.dv");
+
+    for (const char* name : {"empty.dv", "text.txt", "text.dv", "sound.wav", "short.dv", "headless.mov",
+                             "folder.dv", "missing.dv"}) {
+        const ProcessResult result = RunHost({folder / name});
+        EXPECT_EQ(result.exitCode, 1) << name;
+        EXPECT_EQ(result.out, "") << name;
+        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(": " + (folder / name).string() + ": ")));
+    }
+    EXPECT_THAT(RunHost({folder / "sound.wav"}).err, HasSubstr("no video stream"));
+    EXPECT_THAT(RunHost({folder / "text.txt"}).err,
+                testing::AnyOf(HasSubstr("no video stream"), HasSubstr("Invalid data")));
+    EXPECT_THAT(RunHost({folder / "missing.dv"}).err, HasSubstr("No such file"));
+}
+
+// --- raw DV: what is wrong with it costs no cut, and is told once ---
+
+struct TapeDamage {
+    const char* name;
+    // Of a tape whose frames have `size` bytes; bytes at the end are foreign ones to be inserted.
+    std::function<void(std::string& tape, std::size_t size)> apply;
+    std::function<std::string(std::size_t size)> told;
+};
+
+std::string LeftOut(std::size_t frame, std::size_t size, const std::string& why) {
+    return "frame " + std::to_string(frame) + " at byte " + std::to_string(frame * size) +
+           " is left out: " + why;
+}
+
+const TapeDamage kTapeDamages[] = {
+    {"Zeroed", [](std::string& tape, std::size_t size) { tape.replace(25 * size, size, size, '\0'); },
+     [](std::size_t size) { return LeftOut(25, size, "no DV in " + std::to_string(size) + " bytes"); }},
+    {"AllOnes", [](std::string& tape, std::size_t size) { tape.replace(25 * size, size, size, '\xFF'); },
+     [](std::size_t size) { return LeftOut(25, size, "no DV in " + std::to_string(size) + " bytes"); }},
+    {"Lost80Bytes", [](std::string& tape, std::size_t size) { tape.erase(25 * size + 50'000, 80); },
+     [](std::size_t size) { return LeftOut(25, size, "80 bytes of it are missing"); }},
+    {"Lost12000Bytes", [](std::string& tape, std::size_t size) { tape.erase(25 * size + 50'000, 12'000); },
+     [](std::size_t size) { return LeftOut(25, size, "12000 bytes of it are missing"); }},
+    {"LostFrame", [](std::string& tape, std::size_t size) { tape.erase(25 * size, size); },
+     [](std::size_t size) {
+         return "frame 25 is missing at byte " + std::to_string(25 * size) + ", as the timecode tells";
+     }},
+    {"GarbageInFront", [](std::string& tape, std::size_t) { tape.insert(0, std::string(4000, '\x55')); },
+     [](std::size_t) { return "4000 bytes at byte 0 are no DV, before frame 0"; }},
+    {"CutShort", [](std::string& tape, std::size_t size) { tape.resize(59 * size + 99'999); },
+     [](std::size_t size) {
+         return "ends at byte " + std::to_string(59 * size) + " inside frame 59, which is left out";
+     }},
+    {"TwoBlocks", [](std::string& tape, std::size_t size) { tape.replace(25 * size, 160, 160, '\0'); },
+     [](std::size_t size) {
+         return "frame 25 has 2 damaged blocks, the first at byte " + std::to_string(25 * size);
+     }},
+    {"OneBitOfTheLineSystem",
+     [](std::string& tape, std::size_t size) { tape[25 * size + 3] ^= static_cast<char>(0x80); },
+     [](std::size_t size) {
+         return "frame 25 has 1 damaged block, the first at byte " + std::to_string(25 * size);
+     }},
+};
+
+class DamagedTape : public testing::TestWithParam<std::tuple<TapeDamage, const char*>> {};
+
+INSTANTIATE_TEST_SUITE_P(Cases, DamagedTape,
+                         testing::Combine(testing::ValuesIn(kTapeDamages),
+                                          testing::Values("pal-dv", "ntsc-dv")),
+                         [](const auto& each) {
+                             return std::string(std::get<0>(each.param).name) + "_" +
+                                    std::string(std::get<1>(each.param)).substr(0, 3);
+                         });
+
+TEST_P(DamagedTape, KeepsItsCuts) {
+    const auto& [damage, target] = GetParam();
+    const TempFolder folder;
+    const auto file = folder / "tape.dv";
+    MakeClip(DvClip(target), file);
+    std::string tape = ReadWhole(file);
+    const std::size_t size = tape.size() / 60;
+    damage.apply(tape, size);
+    WriteBytes(file, tape);
+    const ProcessResult result = RunHost({file});
+    EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
+    EXPECT_THAT(Lines(result.err),
+                ElementsAre("kxscenes: warning: " + file.string() + ": " + damage.told(size)));
+    EXPECT_EQ(result.exitCode, 0);
+}
+
+TEST(RuinedTape, HasTenLinesAndACount) {
+    const TempFolder folder;
+    const auto file = folder / "tape.dv";
+    MakeClip(DvClip("pal-dv"), file);
+    std::string tape = ReadWhole(file);
+    for (std::size_t frame = 2; frame < 60; frame += 4)
+        tape.replace(frame * kDifFrameBytes625 + 8000, 800, 800, '\0');
+    WriteBytes(file, tape);
+    const ProcessResult result = RunHost({file});
+    EXPECT_THAT(Frames(result), ElementsAre(0, 20, 33, 47));
+    const std::vector<std::string> lines = Lines(result.err);
+    ASSERT_EQ(lines.size(), 11u);
+    EXPECT_THAT(lines[9], HasSubstr("frame 38 has 10 damaged blocks"));
+    EXPECT_THAT(lines[10], HasSubstr("15 irregularities in all, of which the first 10 were told"));
+}
+
+TEST(Dv411Of625, IsRefusedByTheMethodThatWouldMixPlaces) {
+    const TempFolder folder;
+    Clip clip = DvClip("pal-dv");
+    clip.encoding = {"-c:v", "dvvideo", "-pix_fmt", "yuv411p", "-f", "rawvideo"};
+    MakeClip(clip, folder / "tape.dv");
+    clip.encoding.resize(4);
+    MakeClip(clip, folder / "tape.mov");
+    for (const char* name : {"tape.dv", "tape.mov"}) {
+        const ProcessResult refused = RunHost({folder / name});
+        EXPECT_EQ(refused.exitCode, 1);
+        EXPECT_EQ(refused.out, "");
+        EXPECT_THAT(Lines(refused.err), ElementsAre(HasSubstr("can't compare 4:1:1 DV of 625 lines")));
+        EXPECT_THAT(Frames(RunHost({"--method", "interval", "--interval", "30", folder / name})),
+                    ElementsAre(0, 30));
+        EXPECT_THAT(Frames(RunHost({"--method", "timestamp", folder / name})), ElementsAre(0));
+    }
+}
+
+TEST(Dv50, IsDecodedFromRawStreamsToo) {
+    const TempFolder folder;
+    Clip clip = DvClip("pal-dv");
+    clip.encoding = {"-c:v", "dvvideo", "-pix_fmt", "yuv422p", "-f", "rawvideo"};
+    MakeClip(clip, folder / "tape.dv");
+    EXPECT_THAT(Frames(RunHost({folder / "tape.dv"})), ElementsAre(0, 20, 33, 47));
+}
+
+TEST(DamagedContainer, ABrokenDvFrameIsLeftOutAndCounted) {
+    const TempFolder folder;
+    MakeClip(DvClip("ntsc-dv"), folder / "tape.dv");
+    const std::string frame = ReadWhole(folder / "tape.dv").substr(14 * kDifFrameBytes525, kDifFrameBytes525);
+    Remux(folder / "tape.dv", folder / "tape.avi");
+    std::string avi = ReadWhole(folder / "tape.avi");
+    // All its sequences now claim 625 lines, which its size contradicts.
+    const std::size_t at = avi.find(frame);
+    ASSERT_NE(at, std::string::npos);
+    for (std::size_t sequence = 0; sequence < 10; ++sequence)
+        avi[at + sequence * kDifSequenceBytes + 3] = static_cast<char>(0xBF);
+    WriteBytes(folder / "tape.avi", avi);
+
+    const ProcessResult result = RunHost({"--method", "interval", "--interval", "10", folder / "tape.avi"});
+    EXPECT_THAT(Frames(result), ElementsAre(0, 10, 21, 31, 41, 51));
+    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("frame 14 is damaged and left out")));
+    EXPECT_EQ(result.exitCode, 0);
+}
+
+TEST(DamagedContainer, BreakingOffIsTold) {
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "tape.dv");
+    for (const char* name : {"tape.mkv", "tape.avi"}) {
+        Remux(folder / "tape.dv", folder / name);
+        const std::string whole = ReadWhole(folder / name);
+        WriteBytes(folder / name, whole.substr(0, whole.size() / 2));
+        const ProcessResult result = RunHost({folder / name});
+        EXPECT_THAT(Frames(result), ElementsAre(0, 20)) << name;
+        EXPECT_THAT(result.err, HasSubstr(": " + (folder / name).string() + ": ")) << name;
+        EXPECT_EQ(result.exitCode, 0) << name;
+    }
+}
+
+TEST(BitFlips, NeverCrash) {
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "clip.dv");
+    Remux(folder / "clip.dv", folder / "clip.avi");
+    Remux(folder / "clip.dv", folder / "clip.mkv");
+    Clip h264;
+    h264.encoding = {"-c:v", "libx264", "-preset", "veryfast", "-movflags", "faststart"};
+    MakeClip(h264, folder / "clip.mp4");
+    std::mt19937 random(7);
+    for (const char* name : {"clip.dv", "clip.avi", "clip.mkv", "clip.mp4"}) {
+        const std::string whole = ReadWhole(folder / name);
+        for (int round = 0; round < 4; ++round) {
+            std::string bytes = whole;
+            for (int flip = 0; flip < 40; ++flip) {
+                // Half of them where the headers are.
+                const std::size_t range =
+                    flip % 2 == 0 ? bytes.size() : std::min<std::size_t>(bytes.size(), 6000);
+                bytes[random() % range] ^= static_cast<char>(1 << random() % 8);
+            }
+            const auto file = folder / ("flipped-" + std::string(name));
+            WriteBytes(file, bytes);
+            const ProcessResult result = RunHost({file});
+            EXPECT_TRUE(result.exitCode == 0 || result.exitCode == 1)
+                << name << ' ' << result.exitCode << result.err;
+            EXPECT_EQ(result.exitCode == 1, Rows(result).empty()) << name << ' ' << result.err;
+        }
+    }
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,265 @@
+// Real material through the whole program: every container and format gives exactly its scenes.
+#include "reading/base/Console.h"
+#include "reading/media/OpenPictures.h"
+#include "tests/kxscenes/HostProcess.h"
+#include "tests/kxscenes/Material.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const std::vector<std::int64_t> kCutsAndStart = {0, 20, 33, 47};
+
+// --- DV: two line systems, four containers ---
+
+class DvContainers : public testing::TestWithParam<std::tuple<const char*, const char*>> {};
+
+TEST_P(DvContainers, SameScenesInAll) {
+    const auto& [target, extension] = GetParam();
+    const TempFolder folder;
+    const auto tape = folder / "tape.dv";
+    MakeClip(DvClip(target), tape);
+    auto input = tape;
+    if (extension != std::string("dv"))
+        Remux(tape, input = folder / ("tape." + std::string(extension)));
+
+    const ProcessResult video = RunHost({input});
+    EXPECT_EQ(video.exitCode, 0);
+    EXPECT_EQ(video.err, "");
+    const bool isPal = target == std::string("pal-dv");
+    EXPECT_THAT(Rows(video), ElementsAre(isPal ? "1,0,00:00:00:00,0.000" : "1,0,00:00:00;00,0.000",
+                                         isPal ? "2,20,00:00:00:20,0.800" : "2,20,00:00:00;20,0.667",
+                                         isPal ? "3,33,00:00:01:08,1.320" : "3,33,00:00:01;03,1.101",
+                                         isPal ? "4,47,00:00:01:22,1.880" : "4,47,00:00:01;17,1.568"));
+    // DV goes undecoded: only then is there a recording time to look at.
+    EXPECT_EQ(Frames(RunHost({"--method", "timestamp", input})), std::vector<std::int64_t>{0});
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DvContainers,
+                         testing::Combine(testing::Values("pal-dv", "ntsc-dv"),
+                                          testing::Values("dv", "avi", "mov", "mkv")),
+                         [](const auto& each) {
+                             return std::string(std::get<0>(each.param), 3) + "_" + std::get<1>(each.param);
+                         });
+
+// --- uncompressed AVI ---
+
+struct Uncompressed {
+    const char* name;
+    const char* pixelFormat;
+    const char* tag; // none: RGB
+    std::string fourcc;
+};
+const Uncompressed kUncompressed[] = {
+    {"YUY2", "yuyv422", "YUY2", "YUY2"},
+    {"UYVY", "uyvy422", "UYVY", "UYVY"},
+    {"I420", "yuv420p", "I420", "I420"},
+    {"IYUV", "yuv420p", "IYUV", "I420"},
+    {"YV12", "yuv420p", "YV12", "YV12"},
+    {"RGB24_TopDown", "bgr24", nullptr, std::string(4, '\0')},
+    {"RGB24_BottomUp", "bgr24", nullptr, std::string(4, '\0')},
+};
+
+class UncompressedAvi : public testing::TestWithParam<std::tuple<Uncompressed, const char*>> {};
+
+// The sign of the height is where the stream's bitmap header says which row comes first.
+void FlipHeaderHeight(const std::filesystem::path& file) {
+    std::string bytes = ReadWhole(file);
+    const std::size_t height = bytes.find("strf") + 16;
+    std::int32_t value = 0;
+    std::memcpy(&value, &bytes[height], 4);
+    value = -value;
+    std::memcpy(&bytes[height], &value, 4);
+    WriteBytes(file, bytes);
+}
+
+TEST_P(UncompressedAvi, GivesItsCuts) {
+    const auto& [format, size] = GetParam();
+    const TempFolder folder;
+    const auto file = folder / "clip.avi";
+    Clip clip;
+    clip.size = size;
+    clip.encoding = {"-c:v", "rawvideo", "-pix_fmt", format.pixelFormat};
+    if (format.tag)
+        clip.encoding.insert(clip.encoding.end(), {"-vtag", format.tag});
+    MakeClip(clip, file);
+    const bool isBottomUp = format.name == std::string("RGB24_BottomUp");
+    if (isBottomUp)
+        FlipHeaderHeight(file);
+
+    Console console("kxscenes");
+    const std::atomic<bool> stop = false;
+    const PictureFormat read = OpenPictures(file, {stop, console}, {})->Format();
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(&read.fourcc), 4), format.fourcc);
+    EXPECT_EQ(std::to_string(read.width) + 'x' + std::to_string(std::abs(read.height)), size);
+    EXPECT_EQ(read.height < 0, format.name == std::string("RGB24_TopDown"));
+    EXPECT_EQ(read.imageBytes,
+              static_cast<std::uint32_t>(read.width * std::abs(read.height) * read.bitCount / 8));
+    EXPECT_EQ(read.frameDuration, 400'000);
+
+    const ProcessResult result = RunHost({file});
+    EXPECT_EQ(Frames(result), kCutsAndStart);
+    EXPECT_EQ(result.err, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, UncompressedAvi,
+                         testing::Combine(testing::ValuesIn(kUncompressed),
+                                          testing::Values("320x240", "720x480", "720x576")),
+                         [](const auto& each) {
+                             return std::get<0>(each.param).name + std::string("_") + std::get<1>(each.param);
+                         });
+
+// --- everything else is decoded ---
+
+struct Decoded {
+    const char* name;
+    const char* extension;
+    std::vector<std::string> encoding;
+    const char* size = "320x240";
+};
+
+class DecodedFiles : public testing::TestWithParam<Decoded> {};
+
+TEST_P(DecodedFiles, GiveTheirCuts) {
+    const TempFolder folder;
+    const auto file = folder / ("clip." + std::string(GetParam().extension));
+    Clip clip;
+    clip.size = GetParam().size;
+    clip.encoding = GetParam().encoding;
+    MakeClip(clip, file);
+    const ProcessResult result = RunHost({file});
+    EXPECT_EQ(Frames(result), kCutsAndStart);
+    EXPECT_EQ(result.err, "");
+}
+
+const Decoded kDecoded[] = {
+    {"H264", "mp4", {"-c:v", "libx264", "-preset", "veryfast", "-pix_fmt", "yuv420p"}},
+    {"H264WithBFramesInTs",
+     "ts",
+     {"-c:v", "libx264", "-preset", "veryfast", "-bf", "3", "-pix_fmt", "yuv420p"}},
+    {"Mpeg2", "mpg", {"-c:v", "mpeg2video", "-q:v", "3"}},
+    {"MotionJpeg", "avi", {"-c:v", "mjpeg", "-q:v", "3", "-pix_fmt", "yuvj420p"}},
+    {"TenBits", "mkv", {"-c:v", "ffv1", "-pix_fmt", "yuv422p10le"}},
+    {"Rgb", "mkv", {"-c:v", "ffv1", "-pix_fmt", "bgr0"}},
+    {"OddSize", "mkv", {"-c:v", "ffv1", "-pix_fmt", "yuv444p"}, "325x243"},
+    {"RawInMov", "mov", {"-c:v", "rawvideo", "-pix_fmt", "yuyv422"}},
+    {"HevcOfTenBits",
+     "mkv",
+     {"-c:v", "libx265", "-preset", "ultrafast", "-x265-params", "log-level=none", "-pix_fmt",
+      "yuv420p10le"}},
+    {"Vp9", "webm", {"-c:v", "libvpx-vp9", "-deadline", "realtime", "-cpu-used", "8", "-b:v", "2M"}},
+    {"Av1", "mkv", {"-c:v", "libsvtav1", "-preset", "12"}},
+    {"ProRes", "mov", {"-c:v", "prores_ks", "-pix_fmt", "yuv422p10le"}},
+    {"DnxHr", "mxf", {"-c:v", "dnxhd", "-profile:v", "dnxhr_sq", "-pix_fmt", "yuv422p"}},
+    {"InterlacedVob", "vob", {"-target", "pal-dvd", "-flags", "+ilme+ildct"}, "720x576"},
+    {"Dv50", "mov", {"-s", "720x576", "-c:v", "dvvideo", "-pix_fmt", "yuv422p"}, "720x576"},
+};
+INSTANTIATE_TEST_SUITE_P(Cases, DecodedFiles, testing::ValuesIn(kDecoded),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+// --- the other methods ---
+
+class TimestampMethod : public testing::TestWithParam<const char*> {};
+
+TEST_P(TimestampMethod, FindsJumpsOfMoreThanASecond) {
+    const TempFolder folder;
+    // 30 frames each: a second or a little more. The clock goes back a little, ahead a minute, back
+    // hours.
+    const char* const recorded[] = {"2004-07-17T10:30:00", "2004-07-17T10:30:01", "2004-07-17T10:31:05",
+                                    "2004-07-17T09:00:00"};
+    std::string tape;
+    for (const char* time : recorded) {
+        Clip clip = DvClip(GetParam(), time);
+        clip.cuts = {};
+        clip.frames = 30;
+        MakeClip(clip, folder / "part.dv");
+        tape += ReadWhole(folder / "part.dv");
+    }
+    WriteBytes(folder / "tape.dv", tape);
+    const ProcessResult result = RunHost({"--method", "timestamp", folder / "tape.dv"});
+    EXPECT_EQ(Frames(result), (std::vector<std::int64_t>{0, 60, 90}));
+    EXPECT_EQ(result.exitCode, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Systems, TimestampMethod, testing::Values("pal-dv", "ntsc-dv"),
+                         [](const auto& each) { return std::string(each.param, 3); });
+
+TEST_F(OneClip, TimestampMethodNeedsDv) {
+    const ProcessResult result = RunHost({"--method", "timestamp", m_file});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err,
+              "kxscenes: error: " + m_file.string() + ": --method timestamp needs DV video of 25 Mbit/s\n");
+}
+
+TEST_F(OneClip, IntervalMethod) {
+    EXPECT_THAT(Frames(RunHost({"--method", "interval", "--interval", "25", m_file})),
+                ElementsAre(0, 25, 50));
+    EXPECT_THAT(Frames(RunHost({"--method", "interval", "--interval", "100", m_file})), ElementsAre(0));
+}
+
+TEST_F(OneClip, MarksGiveScenesWithEveryMethod) {
+    const std::string marks = "40,0,7,40,1";
+    EXPECT_THAT(Frames(RunHost({"--method", "manual", "--mark", marks, m_file})), ElementsAre(0, 1, 7, 40));
+    EXPECT_THAT(Frames(RunHost({"--method", "interval", "--interval", "40", "--mark", marks, m_file})),
+                ElementsAre(0, 1, 7, 40));
+    // At a cut the mark adds nothing.
+    EXPECT_THAT(Frames(RunHost({"--mark", marks + ",20,57", m_file})),
+                ElementsAre(0, 1, 7, 20, 33, 40, 47, 57));
+}
+
+TEST_F(OneClip, MarksBeyondTheEndAreTold) {
+    const ProcessResult manual = RunHost({"--method", "manual", "--mark", "59,60,99", m_file});
+    EXPECT_THAT(Frames(manual), ElementsAre(0, 59));
+    EXPECT_THAT(manual.err, HasSubstr("no scene for --mark 60,99: the run ended after 60 frames"));
+    EXPECT_EQ(manual.exitCode, 0);
+    const ProcessResult video = RunHost({"--mark", "58", m_file});
+    EXPECT_THAT(Frames(video), ElementsAre(0, 20, 33, 47));
+    EXPECT_THAT(video.err, HasSubstr("no scene for --mark 58: the run ended after 60 frames"));
+}
+
+TEST(Timecode, ReportsWhereItStarts) {
+    const struct {
+        const char* target;
+        const char* timecode;
+        const char* report;
+    } cases[] = {
+        {"pal-dv", "01:02:03:04", "kxscenes: start timecode 01:02:03:04\n"},
+        {"pal-dv", "00:00:00:00", "kxscenes: start timecode 00:00:00:00\n"},
+        {"ntsc-dv", "00:10:00;05", "kxscenes: start timecode 00:10:00;05\n"},
+        {"pal-dv", "10:00:00:00",
+         "kxscenes: no start timecode: the tape's starts at 10:00:00:00, and the filter makes none of four "
+         "hours "
+         "or more\n"},
+    };
+    for (const auto& each : cases) {
+        const TempFolder folder;
+        Clip clip = DvClip(each.target, "2004-07-17T10:30:00", each.timecode);
+        clip.cuts = {};
+        clip.frames = 3;
+        MakeClip(clip, folder / "tape.dv");
+        EXPECT_EQ(RunHost({"--timecode", folder / "tape.dv"}).err, each.report);
+        EXPECT_EQ(RunHost({folder / "tape.dv"}).err, "");
+    }
+}
+
+TEST_F(OneClip, TimecodeNeedsDv) {
+    EXPECT_EQ(RunHost({"--timecode", m_file}).err, "kxscenes: no DV timecode: the video is not DV\n");
+}
+
+TEST(DemoTape, HasTheScenesItPromises) {
+    const TempFolder folder;
+    const auto tape = folder / "demo.dv";
+    ASSERT_EQ(Process({MAKE_DEMO_TAPE, tape}).Wait().exitCode, 0);
+    EXPECT_THAT(Frames(RunHost({tape})), ElementsAre(0, 60, 130, 175));
+    EXPECT_THAT(Frames(RunHost({"--method", "timestamp", tape})), ElementsAre(0, 130));
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,121 @@
+// Several methods in one pass, and several inputs in one run.
+#include "tests/kxscenes/HostProcess.h"
+#include "tests/kxscenes/Material.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+// Two captures of 60 frames, an hour apart, each with its picture cuts.
+void MakeTape(const std::filesystem::path& target) {
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "a.dv");
+    MakeClip(DvClip("pal-dv", "2004-07-17T11:30:00"), folder / "b.dv");
+    WriteBytes(target, ReadWhole(folder / "a.dv") + ReadWhole(folder / "b.dv"));
+}
+
+TEST(SeveralMethods, EachSceneNamesThoseThatFoundIt) {
+    const TempFolder folder;
+    MakeTape(folder / "tape.dv");
+    const ProcessResult result =
+        RunHost({"--method", "timestamp", "--method", "video,interval", "--interval", "47", "--mark", "5",
+                 "--xml", folder / "{name}-{method}.xml", folder / "tape.dv"});
+    EXPECT_EQ(result.err, "");
+    // The joint at 60 is a jump of the clock; whether it is a picture cut, too, "video" alone tells.
+    std::vector<std::string> expected = {"scene,frame,timecode,seconds,method"};
+    const auto video = Frames(RunHost({"--mark", "5", folder / "tape.dv"}));
+    int number = 0;
+    for (int frame = 0; frame < 120; ++frame) {
+        std::string methods;
+        if (frame == 0 || frame == 60 || frame == 5)
+            methods += "timestamp+";
+        if (std::find(video.begin(), video.end(), frame) != video.end())
+            methods += "video+";
+        if (frame % 47 == 0 || frame == 5)
+            methods += "interval+";
+        if (methods.empty())
+            continue;
+        methods.pop_back();
+        char line[100];
+        std::snprintf(line, sizeof line, "%d,%d,00:00:%02d:%02d,%d.%03d,%s", ++number, frame, frame / 25,
+                      frame % 25, frame / 25, frame % 25 * 40, methods.c_str());
+        expected.emplace_back(line);
+    }
+    EXPECT_EQ(Lines(result.out), expected);
+    EXPECT_THAT(video, testing::IsSupersetOf({0, 5, 20, 33, 47, 80, 93, 107}));
+    EXPECT_THAT(ReadWhole(folder / "tape-timestamp.xml"), HasSubstr("count=\"3\" method=\"Timestamp\""));
+    EXPECT_THAT(ReadWhole(folder / "tape-interval.xml"), HasSubstr("count=\"4\" method=\"Interval\""));
+    EXPECT_THAT(ReadWhole(folder / "tape-video.xml"), HasSubstr("method=\"Video\""));
+}
+
+TEST(SeveralMethods, OneThatRefusesTheVideoIsNamed) {
+    const TempFolder folder;
+    Clip clip;
+    clip.encoding = {"-c:v", "mpeg2video"};
+    MakeClip(clip, folder / "clip.mpg");
+    const ProcessResult result = RunHost({"--method", "video,timestamp", folder / "clip.mpg"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("--method timestamp needs DV")));
+}
+
+TEST(ManyInputs, PrintInOrderAndFailAlone) {
+    const TempFolder folder;
+    const auto tapes = folder / "tapes";
+    std::filesystem::create_directories(tapes / "inner");
+    MakeClip(DvClip("pal-dv"), tapes / "b,1.dv");
+    MakeClip(DvClip("ntsc-dv"), tapes / "inner/c.DV");
+    WriteBytes(tapes / "notes.txt", "no video");
+    WriteBytes(tapes / ".part.dv", "of another program");
+    WriteBytes(folder / "bad.avi", "RIFF and nothing behind");
+
+    std::string expected = "file,scene,frame,timecode,seconds\n";
+    for (const auto& [field, path] : {std::pair{'"' + (tapes / "b,1.dv").string() + '"', tapes / "b,1.dv"},
+                                      std::pair{(tapes / "inner/c.DV").string(), tapes / "inner/c.DV"}})
+        for (const std::string& row : Rows(RunHost({path})))
+            expected += field + ',' + row + '\n';
+    for (const char* jobs : {"1", "3"}) {
+        const ProcessResult result = RunHost({"--jobs", jobs, folder / "bad.avi", tapes});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_EQ(result.out, expected);
+        EXPECT_THAT(Lines(result.err),
+                    AllOf(testing::SizeIs(3),
+                          Contains(HasSubstr("3 files: 2 done, 1 failed; 8 scenes in 120 frames")),
+                          Contains(EndsWith("failed: " + (folder / "bad.avi").string()))));
+    }
+    EXPECT_EQ(RunHost({tapes}).exitCode, 0);
+}
+
+TEST(ManyInputs, NoOutputIsWrittenTwice) {
+    const TempFolder folder;
+    MakeTape(folder / "tape.dv");
+    std::filesystem::create_directories(folder / "empty");
+    const std::string tape = folder / "tape.dv";
+    const std::string list = folder / "list.xml";
+    const struct {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* message;
+    } cases[] = {{{"--xml", list, "--method", "video,timestamp", tape}, 1, "would be written twice"},
+                 {{"--xml", list, tape, tape}, 1, "would be written twice"},
+                 {{folder / "empty"}, 1, "no video file"}};
+    for (const auto& each : cases) {
+        const ProcessResult result = RunHost(each.arguments);
+        EXPECT_EQ(result.exitCode, each.exitCode);
+        EXPECT_EQ(result.out, "");
+        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(each.message)));
+    }
+    EXPECT_FALSE(std::filesystem::exists(list));
+}
+
+} // namespace
+} // namespace scenedetect

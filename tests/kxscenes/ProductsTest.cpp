@@ -1,0 +1,271 @@
+// What kxscenes makes of scenes besides printing them: clips, pictures, report, figures, parts of a file.
+#include "tests/kxscenes/HostProcess.h"
+#include "tests/kxscenes/Material.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <thread>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+class Tape : public testing::Test {
+  protected:
+    void SetUp() override { MakeClip(DvClip("pal-dv", "2004-07-17T10:30:00", "01:02:03:04"), m_tape); }
+
+    TempFolder m_folder;
+    std::filesystem::path m_tape = m_folder / "tape.dv";
+};
+
+TEST_F(Tape, ClipsOfAllMethodsGiveTheTapeAgain) {
+    const auto clips = m_folder / "new/clips";
+    const std::vector<std::string> split = {"--method",   "interval,video",
+                                            "--interval", "33",
+                                            "--split",    clips,
+                                            "--names",    "{name}-{scene} {date} {time} {timecode} {method}",
+                                            m_tape};
+    EXPECT_EQ(RunHost(split).err, "");
+    EXPECT_THAT(NamesIn(clips), ElementsAre("tape-0001 2004-07-17 10-30-00 01-02-03-04 interval+video.dv",
+                                            "tape-0002 2004-07-17 10-30-00 01-02-03-24 video.dv",
+                                            "tape-0003 2004-07-17 10-30-01 01-02-04-12 interval+video.dv",
+                                            "tape-0004 2004-07-17 10-30-01 01-02-05-01 video.dv"));
+    std::string joined;
+    for (const std::string& name : NamesIn(clips))
+        joined += ReadWhole(clips / name);
+    EXPECT_EQ(joined, ReadWhole(m_tape));
+
+    // A second run keeps what is there, unless it is told to overwrite.
+    WriteBytes(clips / NamesIn(clips)[0], "mine");
+    const ProcessResult again = RunHost(split);
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_THAT(Lines(again.err), ElementsAre(HasSubstr("--force")));
+    EXPECT_EQ(ReadWhole(clips / NamesIn(clips)[0]), "mine");
+    auto forced = split;
+    forced.emplace_back("--force");
+    EXPECT_EQ(RunHost(forced).exitCode, 0);
+    EXPECT_EQ(ReadWhole(clips / NamesIn(clips)[0]).size(), 20u * 144'000);
+}
+
+TEST_F(Tape, ClipsThatWouldHaveOneNameAreNotMade) {
+    const ProcessResult result =
+        RunHost({"--split", m_folder / "clips", "--names", "{name}", "--force", m_tape});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("would be written twice by this run")));
+    EXPECT_EQ(ReadWhole(m_folder / "clips/tape.dv").size(), 20u * 144'000);
+}
+
+TEST_F(Tape, AnotherOutputFailsAloneAndTheRestIsWhole) {
+    const ProcessResult result = RunHost(
+        {"-o", "/dev/full", "--format", "json", "-o", m_folder / "list.csv", "--format", "csv", m_tape});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(Lines(result.err), ElementsAre(AllOf(HasSubstr("/dev/full"), HasSubstr("No space"))));
+    EXPECT_THAT(Lines(ReadWhole(m_folder / "list.csv")), testing::SizeIs(5));
+    EXPECT_THAT(NamesIn(m_folder / ""), ElementsAre("list.csv", "tape.dv"));
+}
+
+TEST_F(Tape, ListsOnStandardOutputComeAlone) {
+    const ProcessResult result = RunHost({"-o", "-", "--format", "json", "--min-scene", "14", m_tape});
+    const auto list = nlohmann::json::parse(result.out);
+    std::vector<int> starts;
+    for (const auto& scene : list.at("scenes"))
+        starts.push_back(scene.at("start").at("frame"));
+    // Those from 20 to 33 and from 47 to 60 have 13 frames.
+    EXPECT_THAT(starts, ElementsAre(0, 33));
+}
+
+TEST_F(Tape, LogAndReport) {
+    WriteBytes(m_folder / "long.dv", ReadWhole(m_tape) + ReadWhole(m_tape));
+    EXPECT_EQ(RunHost({"--tape-log", m_folder / "{name}.json", "--report", m_folder / "r.html", "--method",
+                       "timestamp", m_folder / "long.dv"})
+                  .err,
+              "");
+    const auto log = nlohmann::json::parse(ReadWhole(m_folder / "long.json"));
+    EXPECT_THAT(log.dump(), HasSubstr("recording break"));
+    const std::string page = ReadWhole(m_folder / "r.html");
+    EXPECT_THAT(page, AllOf(HasSubstr("<h1>long</h1>"), HasSubstr("data:image/jpeg;base64,"),
+                            HasSubstr("<svg"), Not(HasSubstr("http"))));
+    EXPECT_EQ(RunHost({"--tape-log", m_folder / "log.csv", m_folder / "r.html"}).exitCode, 1);
+}
+
+TEST_F(Tape, SavedFiguresDecideAsTheTapeWould) {
+    const auto figures = m_folder / "figures.csv";
+    RunHost({"--stats", figures, m_tape});
+    for (const std::vector<std::string>& turned :
+         {std::vector<std::string>{}, {"--cut-threshold", "60"}, {"--longest-scene", "7", "--votes", "4"}}) {
+        std::vector<std::string> fromTape = turned;
+        std::vector<std::string> fromFigures = turned;
+        fromTape.push_back(m_tape);
+        fromFigures.insert(fromFigures.end(), {"--from-stats", figures});
+        const ProcessResult expected = RunHost(fromTape);
+        EXPECT_EQ(RunHost(fromFigures).out, expected.out);
+        EXPECT_EQ(expected.exitCode, 0);
+    }
+    EXPECT_THAT(Frames(RunHost({"--from-stats", figures, "--longest-scene", "10"})),
+                testing::SizeIs(testing::Gt(4u)));
+    EXPECT_THAT(RunHost({"--from-stats", figures, "--clamp", "9"}).err, HasSubstr("clamp"));
+}
+
+// Positions are those of the file, wherever a run begins and ends.
+TEST_F(Tape, PartsOfAFile) {
+    const struct {
+        std::vector<std::string> range;
+        std::vector<std::int64_t> frames;
+    } cases[] = {{{"--start", "10"}, {10, 20, 33, 47}},
+                 {{"--start", "0.4s", "--end", "00:00:01.600"}, {10, 20, 33}},
+                 {{"--start", "00:00:00:21", "--duration", "20"}, {21, 33}},
+                 {{"--end", "20"}, {0}}};
+    for (const auto& each : cases) {
+        std::vector<std::string> arguments = each.range;
+        arguments.insert(arguments.end(), {"--xml", m_folder / "list.xml", m_tape});
+        EXPECT_EQ(Frames(RunHost(arguments)), each.frames) << each.range[1];
+        std::string list;
+        for (const std::int64_t frame : each.frames)
+            list += "<Scene pos=\"" + std::to_string(frame) + "\"/>\r\n";
+        EXPECT_THAT(ReadWhole(m_folder / "list.xml"), HasSubstr(">\r\n" + list + "</SceneList>"));
+    }
+    for (const std::vector<std::string>& wrong : {std::vector<std::string>{"--start", "60"},
+                                                  {"--start", "9", "--end", "9"},
+                                                  {"--start", "00:00:00:25"}}) {
+        std::vector<std::string> arguments = wrong;
+        arguments.push_back(m_tape);
+        const ProcessResult result = RunHost(arguments);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_THAT(Lines(result.err), testing::SizeIs(1)) << result.err;
+    }
+}
+
+// The mean of the squared differences of a picture and a frame of a film, as the ffmpeg program shows both.
+double Distance(const std::filesystem::path& picture, const std::filesystem::path& film, int frame) {
+    const std::string shown = "[1]select=eq(n\\," + std::to_string(frame) +
+                              "),scale=iw*sar:ih:flags=bicubic+accurate_rnd+full_chroma_int,format=rgb24,"
+                              "setpts=0[b];[0]format=rgb24[a];[a][b]psnr=f=-";
+    const ProcessResult result = Process({"sh", "-c",
+                                          "ffmpeg -v error -i \"$0\" -i \"$1\" -lavfi \"$2\" -frames:v 1 "
+                                          "-f null - | sed 's/.*mse_avg:\\([0-9.]*\\).*/\\1/'",
+                                          picture, film, shown})
+                                     .Wait();
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    return std::stod(result.out);
+}
+
+class Pictures : public testing::TestWithParam<std::vector<std::string>> {};
+
+// Every frame of this material differs from its neighbours, so that a frame too early or late would be seen.
+TEST_P(Pictures, AreThoseOfTheirFrames) {
+    const TempFolder folder;
+    const auto file = folder / GetParam()[0];
+    std::vector<std::string> make = {
+        "-f", "lavfi", "-i",
+        "testsrc2=s=352x288:r=25:d=1.2[a];mandelbrot=s=352x288:r=25,trim=duration=1[b];"
+        "[a][b]concat",
+        "-y"};
+    make.insert(make.end(), GetParam().begin() + 1, GetParam().end());
+    make.push_back(file);
+    RunFfmpeg(make);
+    const ProcessResult run =
+        RunHost({"--pictures", folder / "pictures", "--picture-at", "start,middle,end,3", file});
+    ASSERT_EQ(Frames(run), (std::vector<std::int64_t>{0, 30})) << run.err;
+    const struct {
+        const char* name;
+        int frame;
+    } cases[] = {
+        {"-0001-middle", 15}, {"-0001-end", 29}, {"-0002-start", 30}, {"-0002-3", 33}, {"-0002-end", 54}};
+    for (const auto& each : cases) {
+        const auto picture = folder / "pictures" / (file.stem().string() + each.name + ".png");
+        const auto reference = [&](int frame) { return Distance(picture, file, frame); };
+        const double own = reference(each.frame);
+        EXPECT_LT(own, 2) << each.name;
+        EXPECT_LT(own * 2, reference(each.frame == 54 ? 53 : each.frame + 1)) << each.name;
+        EXPECT_LT(own * 2, reference(each.frame - 1)) << each.name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, Pictures,
+    testing::Values(std::vector<std::string>{"raw.dv", "-target", "pal-dv"},
+                    std::vector<std::string>{"dv.mov", "-c:v", "dvvideo", "-s", "720x576", "-pix_fmt",
+                                             "yuv420p"},
+                    std::vector<std::string>{"h264.mp4", "-c:v", "libx264", "-bf", "3", "-g", "12"},
+                    std::vector<std::string>{"mpeg2.ts", "-c:v", "mpeg2video", "-bf", "2", "-q:v", "3"},
+                    // Stamps are missing: of the last picture, of all.
+                    std::vector<std::string>{"mpeg2.mpg", "-c:v", "mpeg2video", "-bf", "2", "-q:v", "3"},
+                    std::vector<std::string>{"bare.h264", "-c:v", "libx264", "-bf", "3", "-g", "12"},
+                    std::vector<std::string>{"mjpeg.avi", "-c:v", "mjpeg", "-q:v", "2"}),
+    [](const auto& each) {
+        std::string name = each.param[0];
+        std::ranges::replace(name, '.', '_');
+        return name;
+    });
+
+// Where recordings were joined, every stamp may come twice.
+TEST(JoinedStreams, PicturesAreThoseOfTheirPart) {
+    const TempFolder folder;
+    std::string joined;
+    for (const std::string seed : {"1", "2"}) {
+        const auto part = folder / (seed + ".ts");
+        RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=352x288:r=25:d=2,hue=h=90*" + seed, "-c:v", "mpeg2video",
+                   "-q:v", "3", part});
+        joined += ReadWhole(part);
+    }
+    WriteBytes(folder / "joined.ts", joined);
+    RunHost(
+        {"--method", "manual", "--mark", "12,62", "--pictures", folder / "pictures", folder / "joined.ts"});
+    for (const auto& [scene, own, other] : {std::array{"2", "1", "2"}, {"3", "2", "1"}}) {
+        const auto picture = folder / "pictures" / ("joined-000" + std::string(scene) + ".png");
+        const auto frame = [&](const char* part) {
+            return Distance(picture, folder / (std::string(part) + ".ts"), 12);
+        };
+        EXPECT_LT(frame(own) * 4, frame(other)) << scene;
+    }
+}
+
+TEST(LostInput, CostsTheReportItsPicturesOnly) {
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "tape.dv");
+    const std::filesystem::path pipe = folder / "list.csv";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    // The list comes first: while nobody reads it the run waits with all scenes found.
+    Process run({KXSCENES_PROGRAM, "-o", pipe, "--report", folder / "r.html", folder / "tape.dv"});
+    while (run.OutputSoFar().find("\n4,") == std::string::npos)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    std::filesystem::remove(folder / "tape.dv");
+    std::ifstream list(pipe);
+    const std::string text{std::istreambuf_iterator<char>(list), {}};
+    const ProcessResult result = run.Wait();
+    EXPECT_THAT(Lines(text), testing::SizeIs(5));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("tape.dv")));
+    EXPECT_THAT(ReadWhole(folder / "r.html"), AllOf(HasSubstr("<svg"), Not(HasSubstr("<img"))));
+}
+
+TEST(HostileNames, GiveOneLineEach) {
+    const TempFolder folder;
+    WriteBytes(folder / "a\nb\x1b[31m.mp4", "");
+    const ProcessResult result = RunHost({folder / "a\nb\x1b[31m.mp4"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err, "kxscenes: error: " + (folder / "a?b?[31m.mp4: is empty\n").string());
+}
+
+} // namespace
+} // namespace scenedetect

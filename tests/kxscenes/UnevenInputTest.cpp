@@ -1,0 +1,89 @@
+// Files whose frames are not one after another: dropped frames, variable rate, a change of line system.
+#include "tests/kxscenes/HostProcess.h"
+#include "tests/kxscenes/Material.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST(DroppedFrames, LeaveAGapInAvi) {
+    const TempFolder folder;
+    // Frames 5, 6 and 40 are missing; an AVI file keeps their places.
+    for (const char* codec : {"rawvideo", "dvvideo"}) {
+        const auto file = folder / (std::string(codec) + ".avi");
+        Clip clip = DvClip("pal-dv");
+        clip.encoding = {"-vf",      "select=not(between(n\\,5\\,6)+eq(n\\,40))",
+                         "-vsync",   "passthrough",
+                         "-c:v",     codec,
+                         "-pix_fmt", codec == std::string("rawvideo") ? "yuyv422" : "yuv420p"};
+        MakeClip(clip, file);
+        const ProcessResult result = RunHost({"--xml", folder / "list.xml", file});
+        EXPECT_THAT(Rows(result), ElementsAre("1,0,00:00:00:00,0.000", "2,20,00:00:00:20,0.800",
+                                              "3,33,00:00:01:08,1.320", "4,47,00:00:01:22,1.880"));
+        // The filter counts the samples that there were.
+        EXPECT_THAT(Lines(ReadWhole(folder / "list.xml")),
+                    ElementsAre("<SceneList count=\"4\" method=\"Video\">\r", "<Scene pos=\"0\"/>\r",
+                                "<Scene pos=\"18\"/>\r", "<Scene pos=\"31\"/>\r", "<Scene pos=\"44\"/>\r",
+                                "</SceneList>\r"));
+    }
+}
+
+TEST(VariableRate, FramesAreOrdinalsAndTimesAreStamps) {
+    const TempFolder folder;
+    // 40 ms a frame up to frame 30, 100 ms from there: frame 33 shows at 1.2 + 0.3 s, frame 47 at 2.9 s.
+    Clip clip;
+    clip.encoding = {"-vf",
+                     "setpts='if(lt(N,30),N/25,1.2+(N-30)/10)/TB'",
+                     "-vsync",
+                     "vfr",
+                     "-enc_time_base",
+                     "1/1000",
+                     "-c:v",
+                     "libx264",
+                     "-preset",
+                     "veryfast",
+                     "-video_track_timescale",
+                     "90000"};
+    MakeClip(clip, folder / "clip.mp4");
+    clip.encoding.resize(clip.encoding.size() - 2);
+    MakeClip(clip, folder / "clip.mkv");
+    // Without a usual rate anywhere in it the library takes the stamps' unit for one.
+    clip.encoding[1] = "setpts='(if(lt(N,30),N/25,1.2+(N-30)/10)+if(eq(N,0)+eq(N,20)+eq(N,33)+eq(N,47),0,"
+                       "0.007*mod(N,3)))/TB'";
+    MakeClip(clip, folder / "rateless.mkv");
+    for (const char* name : {"clip.mp4", "clip.mkv", "rateless.mkv"}) {
+        const ProcessResult result = RunHost({folder / name});
+        EXPECT_EQ(Frames(result), (std::vector<std::int64_t>{0, 20, 33, 47})) << name;
+        std::vector<std::string> seconds;
+        for (const std::string& row : Rows(result))
+            seconds.push_back(row.substr(row.rfind(',') + 1));
+        EXPECT_THAT(seconds, ElementsAre("0.000", "0.800", "1.500", "2.900")) << name;
+    }
+}
+
+TEST(JoinedLineSystems, PositionsGoOnCounting) {
+    const TempFolder folder;
+    MakeClip(DvClip("pal-dv"), folder / "pal.dv");
+    MakeClip(DvClip("ntsc-dv"), folder / "ntsc.dv");
+    const auto tape = folder / "tape.dv";
+    WriteBytes(tape, ReadWhole(folder / "pal.dv") + ReadWhole(folder / "ntsc.dv"));
+
+    const ProcessResult interval = RunHost({"--method", "interval", "--interval", "30", tape});
+    // 60 frames of 1/25 s, then frames of 1001/30000 s.
+    EXPECT_THAT(Rows(interval), ElementsAre("1,0,00:00:00:00,0.000", "2,30,00:00:01:05,1.200",
+                                            "3,60,00:00:02:10,2.400", "4,90,00:00:03:10,3.401"));
+    EXPECT_EQ(interval.err, "");
+    // Under "video" positions come from sample times. 60 begins with another brightness than 59 had.
+    const ProcessResult video = RunHost({"--xml", folder / "list.xml", tape});
+    EXPECT_EQ(Frames(video), (std::vector<std::int64_t>{0, 20, 33, 47, 60, 80, 93, 107}));
+    EXPECT_THAT(ReadWhole(folder / "list.xml"), HasSubstr("<Scene pos=\"93\"/>\r\n<Scene pos=\"107\"/>\r\n"));
+}
+
+} // namespace
+} // namespace scenedetect

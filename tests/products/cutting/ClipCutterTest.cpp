@@ -1,0 +1,164 @@
+#include "tests/products/cutting/CutMaterial.h"
+
+#include <csignal>
+#include <sys/resource.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+// 12 frames with sound, of which no two are equal.
+void MakeTape(const std::filesystem::path& target, const std::string& system = "pal-dv") {
+    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=720x576:r=25,noise=alls=20:allf=t", "-f", "lavfi", "-i",
+               "anoisesrc=r=48000:seed=7", "-t", "1", "-target", system, "-timecode", "10:00:00:00",
+               target.string()});
+    std::filesystem::resize_file(target, 12 * (system == "pal-dv" ? 144000 : 120000));
+}
+
+std::string Joined(const std::vector<WrittenClip>& clips) {
+    std::string bytes;
+    for (const WrittenClip& clip : clips)
+        bytes += ReadWhole(clip.path);
+    return bytes;
+}
+
+class ClipCutterTest : public testing::Test {
+  protected:
+    std::vector<WrittenClip> Cut(const std::filesystem::path& file, const std::string& container = "") {
+        return CutWhileReading(file, {0, 5, 5, 6}, Into(m_clips, container), m_claims);
+    }
+
+    TempFolder m_folder;
+    const std::filesystem::path m_tape = m_folder / "tape.dv";
+    const std::filesystem::path m_clips = m_folder / "clips" / "of tape";
+    OutputClaims m_claims;
+};
+
+TEST_F(ClipCutterTest, ClipsJoinedAreTheTape) {
+    for (const std::string system : {"pal-dv", "ntsc-dv"}) {
+        SCOPED_TRACE(system);
+        MakeTape(m_tape, system);
+        const std::vector<WrittenClip> clips =
+            CutWhileReading(m_tape, {0, 5, 5, 6}, Into(m_folder / system), m_claims);
+        std::vector<std::int64_t> frames;
+        for (const WrittenClip& clip : clips)
+            frames.push_back(clip.frames);
+        EXPECT_THAT(frames, ElementsAre(5, 1, 6));
+        EXPECT_EQ(clips[1].firstFrame, 5);
+        EXPECT_TRUE(Joined(clips) == ReadWhole(m_tape));
+        EXPECT_THAT(FilesIn(m_folder / system), ElementsAre("0001.dv", "0002.dv", "0004.dv"));
+    }
+}
+
+TEST_F(ClipCutterTest, FramesOfContainersAreTheirPackets) {
+    MakeTape(m_tape);
+    for (const std::string suffix : {".avi", ".mov", ".mkv"}) {
+        SCOPED_TRACE(suffix);
+        const std::filesystem::path file = m_folder / ("tape" + suffix);
+        RunFfmpeg({"-i", m_tape.string(), "-c", "copy", file.string()});
+        const std::filesystem::path raw = m_folder / "raw";
+        RunFfmpeg({"-i", file.string(), "-map", "0:v", "-c", "copy", "-f", "rawvideo", raw.string()});
+        EXPECT_TRUE(Joined(CutWhileReading(file, {0, 5, 6}, Into(m_folder / suffix), m_claims)) ==
+                    ReadWhole(raw));
+    }
+}
+
+// A frame of which bytes are missing is in no clip, and all others are.
+TEST_F(ClipCutterTest, DamageIsLeftOut) {
+    MakeTape(m_tape);
+    std::string bytes = ReadWhole(m_tape);
+    constexpr std::size_t kFrame = 144000;
+    WriteBytes(m_tape, bytes.substr(0, 8 * kFrame + 4000) + bytes.substr(8 * kFrame + 16000));
+    EXPECT_TRUE(Joined(Cut(m_tape)) == bytes.erase(8 * kFrame, kFrame));
+}
+
+TEST_F(ClipCutterTest, ContainersHoldPicturesAndSound) {
+    MakeTape(m_tape);
+    const std::vector<std::string> pictures = PictureHashes(m_tape);
+    const std::string sound = Samples(m_tape);
+    for (const std::string container : {"avi", "mov", "mkv"}) {
+        SCOPED_TRACE(container);
+        std::vector<std::string> clipPictures;
+        std::string clipSound;
+        for (const WrittenClip& clip : Cut(m_tape, container)) {
+            EXPECT_TRUE(clip.path.ends_with("." + container));
+            EXPECT_EQ(clip.note, "");
+            for (const std::string& picture : PictureHashes(clip.path))
+                clipPictures.push_back(picture);
+            clipSound += Samples(clip.path);
+        }
+        EXPECT_EQ(clipPictures, pictures);
+        EXPECT_TRUE(clipSound == sound);
+    }
+    // The fifth frame's own.
+    EXPECT_THAT(OutputOf({"ffprobe", "-v", "error", "-show_entries", "stream_tags=timecode",
+                          (m_clips / "0002.mov").string()}),
+                HasSubstr("timecode=10:00:00:05"));
+}
+
+TEST_F(ClipCutterTest, AFrameWithoutItsHeaderGoesIntoAContainer) {
+    MakeTape(m_tape);
+    const std::vector<std::string> pictures = PictureHashes(m_tape);
+    std::string bytes = ReadWhole(m_tape);
+    WriteBytes(m_tape, bytes.replace(8 * 144000, 80, 80, '\0'));
+    const std::vector<WrittenClip> clips = Cut(m_tape, "mov");
+    EXPECT_EQ(clips.at(2).note, "the headers of 1 frame are mended");
+    EXPECT_EQ(PictureHashes(clips.at(2).path), std::vector(pictures.begin() + 6, pictures.end()));
+}
+
+TEST_F(ClipCutterTest, RefusalsLeaveNothing) {
+    MakeTape(m_tape);
+    EXPECT_THAT(MessageOf([&] { Cut(m_tape, "mp4"); }),
+                testing::AllOf(HasSubstr("0001.mp4"), HasSubstr("mp4 cannot hold dvvideo")));
+    EXPECT_THAT(FilesIn(m_clips), IsEmpty());
+
+    WriteBytes(m_clips / "0002.dv", "mine");
+    EXPECT_THAT(MessageOf([&] { Cut(m_tape); }), HasSubstr("0002.dv: exists already; --force overwrites it"));
+    EXPECT_EQ(ReadWhole(m_clips / "0002.dv"), "mine");
+    EXPECT_THAT(FilesIn(m_clips), ElementsAre("0001.dv", "0002.dv"));
+
+    // Allowed to overwrite, but not what this run wrote itself.
+    ClipSettings settings = Into(m_clips);
+    settings.existing = Existing::Replace;
+    EXPECT_THAT(MessageOf([&] {
+                    CutWhileReading(m_tape, {0, 5}, settings, m_claims);
+                }),
+                HasSubstr("0001.dv: would be written twice by this run"));
+    OutputClaims another;
+    EXPECT_TRUE(Joined(CutWhileReading(m_tape, {0, 5}, settings, another)) == ReadWhole(m_tape));
+    // And never what it reads.
+    another.AddInput(m_tape.native());
+    settings.folder = m_folder / "";
+    settings.names = NamePattern("tape");
+    EXPECT_THAT(MessageOf([&] { CutWhileReading(m_tape, {0}, settings, another); }),
+                HasSubstr("tape.dv: is an input of this run"));
+}
+
+TEST_F(ClipCutterTest, AFullDiskLeavesWholeClipsOnly) {
+    MakeTape(m_tape);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, SIG_IGN);
+    for (const std::string container : {"", "mov"}) {
+        SCOPED_TRACE(container);
+        std::filesystem::remove_all(m_clips);
+        // More than the clip of five frames needs, in a container too; too little for that of six.
+        const rlimit limit{800000, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        OutputClaims claims;
+        const std::string message = MessageOf([&] {
+            CutWhileReading(m_tape, {0, 5, 6}, Into(m_clips, container), claims);
+        });
+        setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_THAT(message, HasSubstr("cannot be written: File too large"));
+        const std::string suffix = container.empty() ? ".dv" : ".mov";
+        EXPECT_THAT(FilesIn(m_clips), ElementsAre("0001" + suffix, "0002" + suffix));
+    }
+}
+
+} // namespace
+} // namespace scenedetect

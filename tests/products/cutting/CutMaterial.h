@@ -1,0 +1,155 @@
+// Cuts files as a run does, scenes given, and reads the clips with ffmpeg.
+#pragma once
+
+#include "products/cutting/ClipCutter.h"
+#include "products/cutting/CutPackets.h"
+#include "reading/base/HostError.h"
+#include "reading/ffmpeg/FfmpegLog.h"
+#include "reading/media/OpenPictures.h"
+#include "tests/MessageOf.h"
+#include "tests/kxscenes/HostProcess.h"
+#include "tests/kxscenes/Material.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace scenedetect::testing_support {
+inline const std::atomic<bool> kGoOn = false;
+
+inline NameFields SceneName(std::size_t index) {
+    NameFields names;
+    names.scene = static_cast<std::int64_t>(index) + 1;
+    return names;
+}
+
+struct PacketPlace {
+    double seconds;
+    bool isVideo;
+};
+
+/// Into `folder`, by scene: "0001.dv"; the container's name or none.
+inline ClipSettings Into(const std::filesystem::path& folder, const std::string& container = "") {
+    return {folder.native(), NamePattern("{scene}"), Existing::Keep, container};
+}
+
+/// Cuts DV while it is read: a clip from each of these pictures on. The pictures are as few as a graph has
+/// beside one that a filter may keep, and scenes are told as late as can be.
+inline std::vector<WrittenClip> CutWhileReading(const std::filesystem::path& file,
+                                                const std::vector<std::int64_t>& scenes,
+                                                const ClipSettings& settings, OutputClaims& claims) {
+    CaptureFfmpegLog();
+    Console console("test");
+    const auto reader = OpenPictures(file.native(), {kGoOn, console}, {});
+    std::vector<Picture> pool(ClipCutter::kLookBack + 1);
+    std::vector<Picture*> free;
+    for (Picture& each : pool)
+        free.push_back(&each);
+
+    std::vector<WrittenClip> clips;
+    ClipCutter cutter(settings, claims, [&](const WrittenClip& clip) { clips.push_back(clip); });
+    std::size_t told = 0;
+    for (std::int64_t number = 0;; ++number) {
+        if (free.empty())
+            throw std::logic_error("too many pictures are held");
+        const std::shared_ptr<Picture> picture(free.back(), [&free](Picture* each) { free.push_back(each); });
+        free.pop_back();
+        if (!reader->Next(*picture))
+            break;
+        for (; told < scenes.size() && scenes[told] + 2 <= number; ++told)
+            cutter.BeginScene(scenes[told], SceneName(told));
+        cutter.Add(picture);
+    }
+    for (; told < scenes.size(); ++told)
+        cutter.BeginScene(scenes[told], SceneName(told));
+    cutter.Finish();
+    return clips;
+}
+
+/// Cuts a file by its packets, after all of its pictures were read.
+inline std::vector<WrittenClip> CutAfterReading(const std::filesystem::path& file,
+                                                const std::vector<std::int64_t>& scenes,
+                                                const ClipSettings& settings) {
+    CaptureFfmpegLog();
+    PacketCut cut;
+    cut.path = file.native();
+    {
+        Console console("test");
+        const auto reader = OpenPictures(file.native(), {kGoOn, console}, {});
+        Picture picture;
+        for (std::int64_t number = 0; reader->Next(picture); ++number) {
+            if (number == 0)
+                cut.firstPicture = picture.place;
+            if (std::ranges::find(scenes, number) != scenes.end())
+                cut.scenes.push_back({picture.place, SceneName(cut.scenes.size())});
+        }
+        cut.scale = reader->Scale();
+    }
+    std::vector<WrittenClip> clips;
+    OutputClaims claims;
+    CutPackets(
+        settings, cut, claims, [&](const WrittenClip& clip) { clips.push_back(clip); }, kGoOn);
+    return clips;
+}
+
+/// What the program prints.
+inline std::string OutputOf(const std::vector<std::string>& arguments) {
+    const ProcessResult result = Process(arguments).Wait();
+    EXPECT_EQ(result.exitCode, 0) << arguments[0] << ": " << result.err;
+    return result.out;
+}
+
+/// A hash a picture, in order of showing.
+inline std::vector<std::string> PictureHashes(const std::filesystem::path& file) {
+    std::vector<std::string> hashes;
+    for (const std::string& line : Lines(OutputOf({"ffmpeg", "-v", "error", "-i", file.string(), "-map",
+                                                   "0:v", "-vsync", "passthrough", "-f", "framemd5", "-"})))
+        if (!line.starts_with('#'))
+            hashes.push_back(line.substr(line.rfind(' ') + 1));
+    return hashes;
+}
+
+/// The sound as 16-bit samples.
+inline std::string Samples(const std::filesystem::path& file) {
+    return OutputOf({"ffmpeg", "-v", "error", "-i", file.string(), "-map", "0:a", "-f", "s16le", "-"});
+}
+
+/// All packets by a hash of their bytes.
+inline std::map<std::string, PacketPlace> Packets(const std::filesystem::path& file) {
+    std::map<std::string, PacketPlace> packets;
+    std::string table =
+        OutputOf({"ffprobe", "-v", "error", "-show_data_hash", "md5", "-show_entries",
+                  "packet=codec_type,pts_time,dts_time,data_hash", "-of", "csv=p=0", file.string()});
+    // Packets with side data have two lines.
+    for (std::size_t at = 0; (at = table.find(",\n,", at)) != std::string::npos;)
+        table.erase(at, 2);
+    for (const std::string& line : Lines(table)) {
+        std::istringstream row(line);
+        std::string type, show, decode, hash;
+        std::getline(row, type, ',');
+        std::getline(row, show, ',');
+        std::getline(row, decode, ',');
+        std::getline(row, hash, ',');
+        packets[hash] = {std::stod(show == "N/A" ? decode : show), type == "video"};
+    }
+    return packets;
+}
+
+/// Names of all files there, hidden ones too.
+inline std::vector<std::string> FilesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    std::ranges::sort(names);
+    return names;
+}
+
+} // namespace scenedetect::testing_support

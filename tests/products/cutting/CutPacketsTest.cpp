@@ -1,0 +1,168 @@
+#include "tests/products/cutting/CutMaterial.h"
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr int kFrames = 100;
+
+// Moving pictures with noise, so that no two are equal, and sound of which no two packets are.
+void MakeFilm(const std::filesystem::path& target, const std::vector<std::string>& encoding) {
+    std::vector<std::string> arguments = {
+        "-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=4,noise=alls=20:allf=t",
+        "-f", "lavfi", "-i", "anoisesrc=r=48000:d=4:seed=7"};
+    arguments.insert(arguments.end(), encoding.begin(), encoding.end());
+    arguments.push_back(target.string());
+    RunFfmpeg(arguments);
+}
+
+struct Kind {
+    const char* name;
+    const char* file;
+    std::vector<std::string> encoding;
+    std::vector<std::int64_t> starts; // of the clips, where scenes begin at 0, 30, 31 and 70
+};
+
+std::vector<std::string> Words(const std::string& text) {
+    std::istringstream words(text);
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
+const auto kH264 = Words("-c:v libx264 -g 24 -keyint_min 24 -sc_threshold 0 -bf 3 -b_strategy 0 -c:a aac");
+const auto kMpeg2 = Words("-c:v mpeg2video -g 12 -bf 2 -sc_threshold 1000000000 -b:v 8M -c:a mp2");
+const auto kMpeg4 = Words("-c:v mpeg4 -g 12 -bf 2 -sc_threshold 1000000000 -b:v 4M -c:a mp3");
+const auto kMjpeg = Words("-c:v mjpeg -c:a pcm_s16le");
+
+std::vector<std::string> With(std::vector<std::string> list, const std::vector<std::string>& more) {
+    list.insert(list.end(), more.begin(), more.end());
+    return list;
+}
+
+const Kind kKinds[] = {
+    {"H264InMp4", "film.mp4", kH264, {0, 24, 24, 48}},
+    {"H264InMov", "film.mov", kH264, {0, 24, 24, 48}},
+    {"H264InMatroska", "film.mkv", kH264, {0, 24, 24, 48}},
+    {"H264InTransportStream", "film.ts", kH264, {0, 24, 24, 48}},
+    {"H264OfOpenGroups", "film.mkv", With(kH264, {"-x264-params", "open-gop=1"}), {0, 24, 24, 48}},
+    {"Mpeg2", "film.mpg", kMpeg2, {0, 24, 24, 60}},
+    {"Mpeg2InTransportStream", "film.ts", kMpeg2, {0, 24, 24, 60}},
+    {"Mpeg2InMxf", "film.mxf", With(kMpeg2, {"-c:a", "pcm_s16le"}), {0, 24, 24, 60}},
+    {"Mpeg4InAvi", "film.avi", kMpeg4, {0, 24, 24, 60}},
+    {"MjpegInAvi", "film.avi", kMjpeg, {0, 30, 31, 70}},
+    {"MjpegInMov", "film.mov", kMjpeg, {0, 30, 31, 70}},
+};
+
+class CutPacketsTest : public testing::TestWithParam<Kind> {
+  protected:
+    static constexpr std::int64_t kScenes[] = {0, 30, 31, 70, kFrames};
+    TempFolder m_folder;
+    std::filesystem::path m_film;
+};
+
+// All packets, known by their bytes, are moved by the same time, and the sound lasts as long as the pictures.
+void ExpectInStep(const std::filesystem::path& film, const std::string& clip, double length) {
+    constexpr double kPacket = 0.045; // of the sound, at most, and the rounding of stamps
+    constexpr double kRounding = 0.003;
+    const bool isAvi = film.extension() == ".avi"; // begins sound with the first picture, come what may
+    const auto source = Packets(film);
+    std::vector<double> shifts, sounds, pictures;
+    for (const auto& [hash, place] : Packets(clip)) {
+        (place.isVideo ? pictures : sounds).push_back(place.seconds);
+        const bool isMoved = isAvi && place.isVideo && place.seconds == 0; // to where its follower was
+        if (const auto same = source.find(hash); same != source.end() && !isMoved)
+            shifts.push_back(same->second.seconds - place.seconds);
+    }
+    EXPECT_NEAR(std::ranges::min(shifts), std::ranges::max(shifts), isAvi ? kPacket : kRounding);
+    EXPECT_NEAR(std::ranges::min(sounds), std::ranges::min(pictures), kPacket);
+    EXPECT_NEAR(std::ranges::max(sounds), std::ranges::min(pictures) + length, kPacket);
+}
+
+TEST_P(CutPacketsTest, PicturesAndSoundAreThoseOfTheSourceFromTheKeyFrameOn) {
+    m_film = m_folder / GetParam().file;
+    MakeFilm(m_film, GetParam().encoding);
+    const std::vector<std::string> source = PictureHashes(m_film);
+    const auto clips = CutAfterReading(m_film, {0, 30, 31, 70}, Into(m_folder / "clips"));
+    ASSERT_THAT(clips, SizeIs(4));
+    for (std::size_t i = 0; i < clips.size(); ++i) {
+        SCOPED_TRACE(clips[i].path);
+        const std::int64_t start = GetParam().starts[i];
+        EXPECT_EQ(clips[i].firstFrame, kScenes[i]);
+        EXPECT_EQ(clips[i].framesEarly, kScenes[i] - start);
+        EXPECT_EQ(clips[i].bytes, static_cast<std::int64_t>(std::filesystem::file_size(clips[i].path)));
+        std::vector<std::string> pictures = PictureHashes(clips[i].path);
+        const std::vector<std::string> expected(source.begin() + start, source.begin() + kScenes[i + 1]);
+        // After the end there may be pictures that an earlier one was made from.
+        EXPECT_LE(pictures.size(), expected.size() + 2);
+        pictures.resize(expected.size());
+        EXPECT_EQ(pictures, expected);
+        if (m_film.extension() != ".mxf") // of which the library knows places, not times
+            ExpectInStep(m_film, clips[i].path, static_cast<double>(expected.size()) * 0.04);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, CutPacketsTest, testing::ValuesIn(kKinds),
+                         [](const auto& kind) { return std::string(kind.param.name); });
+
+class CutFilmTest : public testing::Test {
+  protected:
+    TempFolder m_folder;
+    const std::filesystem::path m_clips = m_folder / "clips";
+};
+
+TEST_F(CutFilmTest, TellsWhereClipsBeginAndKeepsWhatIsKnownOfTheSource) {
+    MakeFilm(m_folder / "a.mov", With(kH264, {"-timecode", "10:00:00:00", "-metadata", "title=Holiday"}));
+    RunFfmpeg({"-i", m_folder / "a.mov", "-c", "copy", "-metadata:s:v", "rotate=90", m_folder / "film.mov"});
+    const auto clips = CutAfterReading(m_folder / "film.mov", {0, 30, 31}, Into(m_clips));
+    EXPECT_EQ(clips.at(0).note, "ends 2 frames late");
+    EXPECT_EQ(clips.at(1).note, "starts 6 frames early, at the key frame 24; ends 1 frame late");
+    const std::string told =
+        OutputOf({"ffprobe", "-v", "error", "-show_format", "-show_streams", clips.at(1).path});
+    for (const char* const line :
+         {"timecode=10:00:00:24", "title=Holiday", "rotation=90", "start_time=0.000000"})
+        EXPECT_THAT(told, HasSubstr(line));
+}
+
+TEST_F(CutFilmTest, SoundWithoutCompressionIsCutToTheSample) {
+    const std::filesystem::path film = m_folder / "film.mov";
+    MakeFilm(film, kMjpeg);
+    std::string sound;
+    for (const WrittenClip& clip : CutAfterReading(film, {0, 30, 31, 70}, Into(m_clips, "mkv")))
+        sound += Samples(clip.path);
+    EXPECT_TRUE(sound == Samples(film));
+}
+
+// Its time stamps begin anew in the middle.
+TEST_F(CutFilmTest, JoinedStreamsAreOne) {
+    const std::filesystem::path film = m_folder / "film.ts";
+    MakeFilm(film, kH264);
+    const std::string part = ReadWhole(film);
+    const std::vector<std::string> pictures = PictureHashes(film);
+    WriteBytes(film, part + part);
+    const auto clips = CutAfterReading(film, {0, 90, 100, 148}, Into(m_clips));
+    EXPECT_EQ(clips.at(1).framesEarly, 18); // from 72
+    EXPECT_EQ(PictureHashes(clips.at(1).path), std::vector(pictures.begin() + 72, pictures.end()));
+    EXPECT_EQ(clips.at(3).framesEarly, 0);
+    EXPECT_EQ(PictureHashes(clips.at(3).path), std::vector(pictures.begin() + 48, pictures.end()));
+}
+
+TEST_F(CutFilmTest, RefusalsAreClearAndLeaveNothing) {
+    const std::filesystem::path film = m_folder / "film.avi";
+    MakeFilm(film, With(kH264, {"-c:a", "pcm_s16le"}));
+    const std::pair<const char*, const char*> cases[] = {
+        {"mp4", "0001.mp4: mp4 cannot hold pcm_s16le; --container mkv holds most"},
+        {"mkv", "0001.mkv: the source does not tell when its reordered pictures show, which matroska needs"}};
+    for (const auto& [container, message] : cases) {
+        EXPECT_THAT(MessageOf([&] {
+                        CutAfterReading(film, {0, 30}, Into(m_clips, container));
+                    }),
+                    HasSubstr(message));
+        EXPECT_THAT(FilesIn(m_clips), IsEmpty());
+    }
+}
+
+} // namespace
+} // namespace scenedetect

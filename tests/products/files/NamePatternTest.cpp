@@ -1,0 +1,94 @@
+#include "products/files/NamePattern.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace scenedetect {
+namespace {
+
+using testing::HasSubstr;
+
+const NameFields kFull{"Holiday 1", 7, "timestamp+video", 1234, "10:00:00;02", "2004-07-17", "10:30:05"};
+
+struct NameCase {
+    const char* name;
+    std::string pattern;
+    NameFields fields;
+    std::string suffix;
+    std::string expected;
+};
+
+// 250 bytes of two-byte characters.
+std::string Long() {
+    std::string text;
+    for (int i = 0; i < 125; ++i)
+        text += "\xC3\xA9";
+    return text;
+}
+
+NameFields Named(const std::string& name) {
+    NameFields fields;
+    fields.name = name;
+    return fields;
+}
+
+const NameCase kNames[] = {
+    {"Plain", "list.xml", kFull, "", "list.xml"},
+    {"AllFields", "{name}_{scene}_{method}_{frame}_{timecode}_{date}_{time}", kFull, ".dv",
+     "Holiday 1_0007_timestamp+video_0001234_10-00-00-02_2004-07-17_10-30-05.dv"},
+    {"WhatTheTapeLacks", "{date} {time} {timecode}", NameFields{}, "", "undated untimed no-timecode"},
+    {"Braces", "{{{scene}}}", kFull, "", "{0007}"},
+    {"LongNumbers", "{scene}-{frame}", {"", 12345, "", 123456789, "", "", ""}, "", "12345-123456789"},
+    {"FoldersOfThePattern", "../lists/{name}.xml", kFull, "", "../lists/Holiday 1.xml"},
+    {"NoFoldersInValues", "{name}/{method}", {"a/b\\c", 1, "../x", 0, "", "", ""}, "", "a-b-c/..-x"},
+    {"NotTheFolderAbove", "{name}/x", Named(".."), "", "__/x"},
+    {"NotTheFolderItself", "{name}", Named("."), "", "_"},
+    {"NoName", "{name}", Named("  "), ".dv", "unnamed.dv"},
+    {"BytesThatAreNoText", "{name}", Named("\xFF\xE9*\xA0"), ".dv", "\xFF\xE9_\xA0.dv"},
+    // 255 bytes less 8 leave 247, an odd number, for characters of two.
+    {"TooLongForTheName", "{name}-{scene}.dv", Named(Long()), "", Long().substr(0, 246) + "-0000.dv"},
+    {"TooLongTwice", "{name}{name}", Named(Long()), ".dv",
+     Long().substr(0, 126) + Long().substr(0, 126) + ".dv"},
+    {"TooLongWithoutName", std::string(300, 'x') + ".xml", kFull, "", std::string(251, 'x') + ".xml"},
+};
+
+class NameTest : public testing::TestWithParam<NameCase> {};
+
+TEST_P(NameTest, Expands) {
+    EXPECT_EQ(NamePattern(GetParam().pattern).Expand(GetParam().fields, GetParam().suffix),
+              GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, NameTest, testing::ValuesIn(kNames),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST(NamePatternTest, WrongPatternsAreTold) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"{nme}", "{nme} is none of the fields {name}, {scene}"},
+        {"{}", "{} is none of the fields"},
+        {"{name", "{ without its }"},
+        {"{na{scene}", "{ without its }"},
+        {"name}", "} without its {"},
+        {"", "a file's name is missing"},
+        {"clips/", "a file's name is missing"},
+    };
+    for (const auto& [pattern, error] : cases) {
+        EXPECT_THAT(NamePattern::ErrorIn(pattern), HasSubstr(error)) << pattern;
+        EXPECT_THROW(NamePattern{pattern}, std::invalid_argument) << pattern;
+    }
+    EXPECT_EQ(NamePattern::ErrorIn("{name}-{{x}}"), "");
+}
+
+TEST(NamePatternTest, KnowsItsFields) {
+    const NamePattern pattern("{name}/{{scene}}-method-{date}");
+    EXPECT_TRUE(pattern.Has("name"));
+    EXPECT_TRUE(pattern.Has("date"));
+    EXPECT_FALSE(pattern.Has("scene"));
+    EXPECT_FALSE(pattern.Has("method"));
+}
+
+} // namespace
+} // namespace scenedetect

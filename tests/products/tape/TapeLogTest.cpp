@@ -1,0 +1,358 @@
+// Which rows tapes give: recordings, breaks, jumps, marks, and what is missing or damaged.
+#include "products/tape/TapeLog.h"
+#include "reading/readers/RawDvReader.h"
+#include "tests/MemoryInput.h"
+#include "tests/TempFolder.h"
+#include "tests/products/tape/TapeMaking.h"
+
+#include <cstdlib>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using Kind = IrregularityKind;
+
+constexpr int kNoon = 43200;
+constexpr int kTenOClock = 36000;
+
+// "frame event size frames" of each row; the size only where there is one.
+std::string Summary(const std::string& csv) {
+    std::string rows;
+    std::istringstream text(csv);
+    std::string line;
+    std::getline(text, line);
+    while (std::getline(text, line)) {
+        std::vector<std::string> fields;
+        std::istringstream row(line);
+        for (std::string field; std::getline(row, field, ',');)
+            fields.push_back(field);
+        rows += (rows.empty() ? "" : ", ") + fields[0] + ' ' + fields[7] + ' ' +
+                (fields[8].empty() ? "" : fields[8] + ' ') + fields[10];
+    }
+    return rows;
+}
+
+// A tape on which recorder and clock run as they are told to, frame by frame: from the 31st of December 2003,
+// 12:00:00, and 10:00:00:00 on.
+class Tape {
+  public:
+    explicit Tape(bool is625) { ChangeTo(is625); }
+
+    TapeFrame& Frame() { return m_frame; }
+    void ChangeTo(bool is625) {
+        m_frame = TapeFrame(is625);
+        m_frame.SetMarks(0xCF);
+        SetDate(31, 12, 3);
+    }
+    void SetDate(std::uint8_t day, std::uint8_t month, std::uint8_t year) {
+        m_frame.SetDate({0x62, 0xFF, Bcd(day), Bcd(month), Bcd(year)});
+    }
+    /// `speed` of its seconds go by in one.
+    void SetClock(double seconds, double speed = 1) {
+        m_clock = seconds;
+        m_speed = speed;
+    }
+    void StopClock() {
+        m_clock = -1;
+        m_frame.SetTime({0x63, 0xFF, 0xFF, 0xFF, 0xFF});
+    }
+    /// Counts on from here. No drop-frame numbers are left out by themselves.
+    void SetTimecode(std::int64_t frames, bool isDropFrame = false) {
+        m_timecode = frames;
+        m_isDropFrame = isDropFrame;
+    }
+    void Run(int frames) {
+        for (int i = 0; i < frames; ++i)
+            NoteFrame();
+    }
+    void RunMarked(int marks, int frames) {
+        m_frame.SetMarks(static_cast<std::uint8_t>(marks));
+        Run(frames);
+    }
+    void RunShown(int pc2, int frames) {
+        m_frame.SetSourceControl({0x61, 0x3F, static_cast<std::uint8_t>(pc2), 0xFC, 0xFF});
+        Run(frames);
+    }
+    void RunDamaged(int status, bool isDamaged, int frames) {
+        m_frame.SetStatus(3, 77, status);
+        m_frame.Bytes()[2 * 12'000 + 100 * 80] = isDamaged ? 0 : 0x9F;
+        Run(frames);
+    }
+    void Lose(Kind kind, std::int64_t frames, std::int64_t bytes) {
+        m_log.Note(Irregularity{m_place.frame, m_place.byteOffset, bytes, kind, frames});
+        m_place.frame += frames;
+        m_clock += static_cast<double>(frames) / 25;
+        m_timecode += frames;
+    }
+    std::string Rows() {
+        m_log.Finish();
+        return Summary(m_text);
+    }
+    [[nodiscard]] const std::string& Text() const { return m_text; }
+
+  private:
+    void NoteFrame() {
+        const int rate = m_frame.Is625() ? 25 : 30;
+        if (m_clock >= 0) {
+            m_frame.SetTime(TimePack(static_cast<std::int64_t>(m_clock + 1e-6)));
+            m_clock += m_speed * (m_frame.Is625() ? 0.04 : 1.001 / 30);
+        }
+        m_frame.SetTimecode(TimePack(m_timecode / rate, static_cast<int>(m_timecode % rate), m_isDropFrame));
+        ++m_timecode;
+        Picture picture;
+        picture.Hold(m_frame.Bytes(), BytesOwner(nullptr, [](void*) {}));
+        picture.place = m_place;
+        m_log.Note(picture);
+        ++m_place.frame;
+        m_place.byteOffset += static_cast<std::int64_t>(m_frame.Bytes().size());
+    }
+
+    TapeFrame m_frame{true};
+    FilePlace m_place;
+    double m_clock = kNoon;
+    double m_speed = 1;
+    std::int64_t m_timecode = kTenOClock * 25;
+    bool m_isDropFrame = false;
+    std::string m_text;
+    TapeLog m_log{TapeLogFormat::Csv, "tape", [this](std::string_view text) { m_text += text; }};
+};
+
+TEST(TapeLog, RecordingBreaks) {
+    const struct {
+        double before; ///< the clock, after three seconds of which the recording stops
+        double behind;
+        std::string size;
+    } cases[] = {{kNoon, kNoon + 3, ""},
+                 {kNoon, kNoon + 4, "1"},
+                 {kNoon, kNoon, "-3"},
+                 {kNoon + .4, kNoon + 3.5, ""},
+                 {kNoon + .4, kNoon + 5.4, "2"},
+                 {kNoon, 40000, "-3203"},
+                 {86397, 86400, ""} /* midnight */,
+                 {86397, 86410, "10"},
+                 {86397, 3 * 86400, "172800"}};
+    for (const auto& each : cases) {
+        Tape tape(true);
+        tape.SetClock(each.before);
+        tape.Run(75);
+        if (const auto days = static_cast<std::uint8_t>(each.behind / 86400); days > 0)
+            tape.SetDate(days, 1, 4);
+        tape.SetClock(each.behind);
+        tape.Run(75);
+        EXPECT_EQ(tape.Rows(), each.size.empty() ? "0 recording 150"
+                                                 : "0 recording 75, 75 recording break " + each.size +
+                                                       " 1, 75 recording 75")
+            << each.behind;
+    }
+}
+
+struct Case {
+    std::string name;
+    bool is625;
+    std::function<void(Tape&)> film;
+    std::string rows;
+};
+class Tapes : public testing::TestWithParam<Case> {};
+
+TEST_P(Tapes, GiveTheirRows) {
+    Tape tape(GetParam().is625);
+    GetParam().film(tape);
+    EXPECT_EQ(tape.Rows(), GetParam().rows);
+}
+
+const Case kCases[] = {
+    {"Nothing", true, [](Tape&) {}, ""},
+    {"SlowAndFastClock", true,
+     [](Tape& tape) {
+         tape.SetClock(kNoon + .3, 1.002); // in four minutes half a second
+         tape.Run(6000);
+         tape.SetClock(kNoon + 240.8, .998);
+         tape.Run(6000);
+     },
+     "0 recording 12000"},
+    {"UnevenClock", false,
+     [](Tape& tape) {
+         for (int i = 0; i < 40; ++i) {
+             tape.SetClock(kNoon + i * 1.001, 0);
+             tape.Run(i % 2 == 0 ? 25 : 35);
+         }
+     },
+     "0 recording 1200"},
+    {"MidnightWithoutDates", true,
+     [](Tape& tape) {
+         tape.Frame().SetDate({0x62, 0xFF, 0xFF, 0xFF, 0xFF});
+         tape.SetClock(86399);
+         tape.Run(50);
+     },
+     "0 recording 50, 0 no recording date 50"},
+    {"FramesWithoutTime", true,
+     [](Tape& tape) {
+         tape.Run(60);
+         for (const double behind : {kNoon + 4.4, 50000.}) { // as if the clock had run on; and not
+             tape.StopClock();
+             tape.Run(50);
+             tape.SetClock(behind);
+             tape.Run(60);
+         }
+     },
+     "0 recording 220, 60 no recording time 50, 170 no recording time 50, 220 recording break 6791 1, "
+     "220 recording 60"},
+    {"DropFrameMinutes", false,
+     [](Tape& tape) {
+         for (const int minute : {600, 601}) { // the tenth leaves nothing out, the next does
+             tape.SetTimecode(minute * 1800 + (minute == 600 ? 0 : 2), true);
+             tape.Run(1800 - (minute == 600 ? 0 : 2));
+         }
+     },
+     "0 recording 3598"},
+    {"TimecodeOfMidnight", true,
+     [](Tape& tape) {
+         tape.StopClock();
+         tape.SetTimecode(24 * 3600 * 25 - 10);
+         tape.Run(10);
+         tape.SetTimecode(0);
+         tape.Run(10);
+     },
+     "0 recording 20, 0 no recording time 20"},
+    {"TimecodeJumpWhileTheClockGoesOn", true,
+     [](Tape& tape) {
+         tape.Run(50);
+         tape.SetTimecode(kTenOClock * 25 + 57);
+         tape.Run(50);
+     },
+     "0 recording 100, 50 timecode jump 7 1"},
+    {"TimecodeJumpsAreAllThatTells", false,
+     [](Tape& tape) {
+         tape.StopClock();
+         for (const int from : {1790, 3602, 0}) { // up to 1,800; 1,802 numbers later are 1,798 frames
+             tape.SetTimecode(from, true);
+             tape.Run(10);
+         }
+     },
+     "0 recording 10, 0 no recording time 10, 10 timecode jump 1798 1, 10 recording 10, "
+     "10 no recording time 10, 20 timecode jump -3608 1, 20 recording 10, 20 no recording time 10"},
+    {"OneFrameAstray", true,
+     [](Tape& tape) {
+         tape.Run(30);
+         tape.SetClock(70000);
+         tape.SetTimecode(5);
+         tape.Run(1);
+         tape.SetClock(kNoon + 1.24);
+         tape.SetTimecode(kTenOClock * 25 + 31);
+         tape.Run(30);
+     },
+     "0 recording 61, 30 stray timecode 1, 30 stray recording time 1"},
+    {"AllStands", true,
+     [](Tape& tape) {
+         tape.SetClock(5, 0); // which tells nothing; the timecode falls behind by one with each frame
+         for (int i = 0; i < 100; ++i) {
+             tape.SetTimecode(7);
+             tape.Run(1);
+         }
+     },
+     "0 recording 100, 1 timecode jump -99 99"},
+    {"RecorderMarks", true,
+     [](Tape& tape) {
+         tape.RunMarked(0x4F, 10);
+         tape.RunMarked(0xCF, 40);
+         tape.RunMarked(0x8F, 2);
+         tape.RunMarked(0x4F, 1); // the clock goes on, as when the recorder paused for a moment only
+         tape.RunMarked(0xCF, 40);
+     },
+     "0 recorder start 10, 0 recording 52, 50 recorder stop 2, 52 recorder start 1, 52 recording 41"},
+    {"AspectAndLineSystem", true,
+     [](Tape& tape) {
+         tape.RunShown(0xC8, 20);
+         tape.RunShown(0xFF, 5); // unknown is no change
+         tape.RunShown(0xC8, 5);
+         tape.RunShown(0xCF, 20);
+         tape.ChangeTo(false);
+         tape.Run(20);
+     },
+     "0 recording 50, 30 aspect change 1, 50 line system change 1, 50 recording 20"},
+    {"DamageIsMerged", true,
+     [](Tape& tape) {
+         for (int i = 0; i < 10; ++i) {
+             tape.RunDamaged(10, true, 1);
+             tape.RunDamaged(0, false, 9);
+         }
+         tape.Run(25);
+         tape.RunDamaged(15, true, 2);
+         tape.RunDamaged(0, false, 2);
+     },
+     "0 recording 129, 0 concealed blocks 10 10, 0 damaged blocks 10 10, 125 concealed blocks 2 2, "
+     "125 damaged blocks 2 2"},
+    {"HolesBelongToWhatTheyAreIn", true,
+     [](Tape& tape) {
+         tape.Lose(Kind::ForeignBytes, 0, 100);
+         tape.Run(50);
+         tape.Lose(Kind::MissingFrames, 10, 0);
+         tape.Run(10);
+         tape.Lose(Kind::DamagedBlocks, 0, 80); // the frame to come has none
+         tape.Lose(Kind::MissingBytes, 2, 500);
+         tape.SetClock(60000);
+         tape.Run(10);
+         tape.Lose(Kind::CutEnd, 1, 999);
+     },
+     "0 foreign bytes 100 0, 0 recording 72, 50 missing frames 10, 70 missing bytes 500 2, "
+     "72 recording break 16797 1, 72 recording 10, 82 cut end 999 1"},
+};
+INSTANTIATE_TEST_SUITE_P(Cases, Tapes, testing::ValuesIn(kCases),
+                         [](const auto& each) { return each.param.name; });
+
+TEST(TapeLog, MemoryIsBounded) {
+    Tape tape(true);
+    for (int i = 0; i < 4100; ++i)
+        tape.RunShown(i % 2 == 0 ? 0xC8 : 0xCA, 2);
+    EXPECT_FALSE(tape.Text().empty());
+    EXPECT_THAT(tape.Rows(), testing::HasSubstr("recording continued"));
+}
+
+TEST(TapeLog, JoinedCapturesOfFfmpegWithTwoFramesTorn) {
+    const TempFolder folder;
+    std::vector<std::uint8_t> tape;
+    const auto append = [&](const std::string& target, const std::string& recorded,
+                            const std::string& timecode) {
+        const std::string path = (folder / "part.dv").string();
+        ASSERT_EQ(
+            std::system(
+                ("ffmpeg -v error -nostdin -y -f lavfi -i testsrc2=r=60:d=4 -an -frames:v 60 -target " +
+                 target + " -metadata creation_time=" + recorded + " -timecode '" + timecode + "' " + path)
+                    .c_str()),
+            0);
+        const std::string part = ReadWhole(path);
+        tape.insert(tape.end(), part.begin(), part.end());
+    };
+    append("pal-dv", "2003-12-31T23:59:58", "10:00:00:00"); // until 00:00:00.4
+    append("pal-dv", "2004-01-01T00:00:10", "10:00:02:10"); // until 00:00:12.4
+    append("pal-dv", "2003-06-01T12:00:00", "10:00:04:20"); // 213.5 days back
+    append("ntsc-dv", "2003-06-01T12:00:02", "00:00:59;00");
+    // From a last block, behind its ID: the reader sees it after the frame; and from a frame.
+    tape.erase(tape.begin() + 101 * 144'000 - 30, tape.begin() + 101 * 144'000 - 10);
+    tape.erase(tape.begin() + 70 * 144'000 + 5000, tape.begin() + 70 * 144'000 + 5080);
+
+    std::string csv;
+    TapeLog log(TapeLogFormat::Csv, "tape", [&csv](std::string_view text) { csv += text; });
+    Console console("test");
+    RawDvReader reader(std::make_unique<MemoryInput>(tape),
+                       DamageLog(console, "tape", [&log](const Irregularity& each) { log.Note(each); }));
+    for (Picture picture; reader.Next(picture);)
+        log.Note(picture);
+    log.Finish();
+    EXPECT_EQ(Summary(csv), "0 recording 60, 60 recording break 10 1, 60 recording 60, 70 missing bytes 80 "
+                            "1, 100 damaged blocks 1 1, "
+                            "120 recording break -18446412 1, 120 recording 60, 180 line system change 1, "
+                            "180 recording 60");
+    EXPECT_THAT(csv, testing::HasSubstr(
+                         "60,8640000,10:00:02:10,2004-01-01,00:00:10,4:3,625,recording,,,60,119,2.400,\r\n"));
+    EXPECT_THAT(csv,
+                testing::HasSubstr(",00:00:59;00,2003-06-01,12:00:02,4:3,525,recording,,,60,239,2.002,\r\n"));
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,46 @@
+// Which line system a frame is of, judged by its headers.
+#include "reading/dv/DvCheck.h"
+#include "tests/DifMaking.h"
+
+#include <gtest/gtest.h>
+
+namespace scenedetect {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+class LineSystem : public testing::TestWithParam<bool> {
+  protected:
+    LineSystem() { testing_support::AppendDifFrame(m_frame, GetParam(), 0); }
+    void DamageHeaders(int headers, std::size_t byte, std::uint8_t bits) {
+        for (int i = 0; i < headers; ++i)
+            m_frame[static_cast<std::size_t>(i) * 12'000 + byte] ^= bits;
+    }
+    const DvSystem m_system = GetParam() ? DvSystem::Lines625 : DvSystem::Lines525;
+    Bytes m_frame;
+};
+INSTANTIATE_TEST_SUITE_P(Systems, LineSystem, testing::Bool(),
+                         [](const auto& each) { return each.param ? "Lines625" : "Lines525"; });
+
+TEST_P(LineSystem, MostHeadersDecide) {
+    EXPECT_EQ(IdentifyDvFrame(m_frame), m_system);
+    DamageHeaders(4, 3, 0x80);
+    EXPECT_EQ(IdentifyDvFrame(m_frame), m_system);
+    DamageHeaders(GetParam() ? 12 : 10, 3, 0x80); // all but those four are wrong now
+    EXPECT_NE(VoteDvSystem(m_frame), m_system);
+    EXPECT_EQ(IdentifyDvFrame(m_frame), std::nullopt) << "not of its size";
+}
+
+TEST_P(LineSystem, HeadersThatAreNoneHaveNoVote) {
+    DamageHeaders(9, 3, 0x80);
+    DamageHeaders(9, 0, 0x80);
+    EXPECT_EQ(IdentifyDvFrame(m_frame), m_system);
+    EXPECT_EQ(IdentifyDvFrame(Bytes(m_frame.size())), std::nullopt);
+    EXPECT_EQ(IdentifyDvFrame({}), std::nullopt);
+    m_frame.push_back(0);
+    EXPECT_EQ(VoteDvSystem(m_frame), m_system);
+    EXPECT_EQ(IdentifyDvFrame(m_frame), std::nullopt);
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,125 @@
+// What is read from one frame: packs through damage, and the status of its video blocks.
+#include "reading/dv/DvPacks.h"
+#include "products/tape/BlockStatus.h"
+#include "tests/products/tape/TapeMaking.h"
+
+#include <gtest/gtest.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using namespace std::chrono_literals;
+
+constexpr Pack kNothing = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+
+class FramePacks : public testing::TestWithParam<bool> {
+  protected:
+    [[nodiscard]] DvPacks Read() {
+        return ReadDvPacks(m_frame.Bytes(), GetParam() ? DvSystem::Lines625 : DvSystem::Lines525);
+    }
+    TapeFrame m_frame{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Systems, FramePacks, testing::Bool(),
+                         [](const auto& each) { return each.param ? "Lines625" : "Lines525"; });
+
+TEST_P(FramePacks, AllAreRead) {
+    EXPECT_EQ(Read(), DvPacks());
+    m_frame.SetTimecode({0x13, 0xC0 | 0x24, 0x80 | 0x59, 0x80 | 0x58, 0xC0 | 0x23}); // flags all over
+    m_frame.SetDate({0x62, 0xFF, 0xC0 | 0x29, 0xE0 | 0x02, 0x04});
+    m_frame.SetTime({0x63, 0xFF, 0x80 | 0x07, 0x80 | 0x06, 0xC0 | 0x05});
+    m_frame.SetSourceControl({0x61, 0x3F, 0xC8 | 2, 0xFC, 0xFF});
+    m_frame.SetMarks(0x4F);
+    const DvPacks packs = Read();
+    EXPECT_EQ(packs.timecode, (DvTimecode{23, 58, 59, 24, true}));
+    EXPECT_EQ(packs.date, std::chrono::February / 29 / 2004);
+    EXPECT_EQ(packs.time, 5h + 6min + 7s);
+    EXPECT_EQ(packs.aspect, DvAspect::Full16By9);
+    EXPECT_TRUE(packs.isRecordingStart && !packs.isRecordingEnd);
+    m_frame.SetMarks(0x8F);
+    EXPECT_TRUE(!Read().isRecordingStart && Read().isRecordingEnd);
+    m_frame.Bytes().pop_back();
+    EXPECT_EQ(Read(), DvPacks()) << "a frame cut short";
+}
+
+TEST_P(FramePacks, UnsoundOnesAreNone) {
+    const Pack timecodes[] = {{0x13, 0x30, 0, 0, 0}, {0x13, 0x0A, 0, 0, 0}, {0x13, 0, 0x60, 0, 0},
+                              {0x13, 0, 0, 0x60, 0}, {0x13, 0, 0, 0, 0x24}, {0x13, 0xFF, 0xFF, 0xFF, 0xFF}};
+    for (const Pack& pack : timecodes) {
+        m_frame.SetTimecode(pack);
+        EXPECT_FALSE(Read().timecode);
+    }
+    const Pack dates[] = {{0x62, 0xFF, 0x30, 0x02, 0x04}, {0x62, 0xFF, 0x29, 0x02, 0x03},
+                          {0x62, 0xFF, 0x00, 0x01, 0x03}, {0x62, 0xFF, 0x01, 0x00, 0x03},
+                          {0x62, 0xFF, 0x01, 0x13, 0x03}, {0x62, 0xFF, 0x01, 0x01, 0xA3}};
+    for (const Pack& pack : dates) {
+        m_frame.SetDate(pack);
+        EXPECT_FALSE(Read().date);
+    }
+    m_frame.SetTimecode({0x13, 0x29, 0, 0, 0});
+    EXPECT_EQ(Read().timecode.has_value(), !GetParam()) << "frame 29 is one of 525 lines only";
+}
+
+TEST_P(FramePacks, TheCenturyTurnsAt75) {
+    for (const auto& [digits, year] : {std::pair(0x74, 2074), {0x75, 1975}, {0x99, 1999}, {0x00, 2000}}) {
+        m_frame.SetDate({0x62, 0xFF, 1, 1, static_cast<std::uint8_t>(digits)});
+        EXPECT_EQ(Read().date->year(), std::chrono::year(year));
+    }
+}
+
+TEST_P(FramePacks, MostSequencesDecide) {
+    m_frame.SetTime(TimePack(3600));
+    m_frame.Set({248}, TimePack(7200), 0, 3);              // left over from another recording
+    m_frame.Set({248}, {0x63, 0xFF, 0x7A, 0x7A, 0x3A}, 8); // damaged
+    EXPECT_EQ(Read().time, 1h);
+    m_frame.SetTime(kNothing);
+    m_frame.Set({248}, TimePack(7200), 9, 10);
+    EXPECT_EQ(Read().time, 2h) << "one that is left";
+}
+
+TEST_P(FramePacks, TheFirstAudioChannelMarks) {
+    const int half = m_frame.Sequences() / 2;
+    m_frame.SetMarks(0xCF);
+    m_frame.Set({483}, {0x51, 0x3F, 0x4F, 0xA0, 0xFF}, half);
+    EXPECT_FALSE(Read().isRecordingStart) << "sound dubbed on the second";
+    m_frame.Set({483}, kNothing, 0, half);
+    EXPECT_TRUE(Read().isRecordingStart);
+}
+
+TEST_P(FramePacks, Aspects) {
+    // PC2 and PC3 as ffmpeg writes them (4:3, and 16:9 of SMPTE 314M and IEC 61834), then by BCSYS.
+    const struct {
+        std::uint8_t pc2, pc3;
+        std::optional<DvAspect> aspect;
+    } cases[] = {{0xC8, 0xFC, DvAspect::Full4By3},       {0xCA, 0xFC, DvAspect::Full16By9},
+                 {0xCF, 0xFC, DvAspect::Full16By9},      {0xC9, 0xFC, DvAspect::Letterbox16By9},
+                 {0xC9, 0xFD, DvAspect::Letterbox14By9}, {0xCB, 0xFD, DvAspect::Letterbox16By9},
+                 {0xCE, 0xFD, DvAspect::Full14By9},      {0xFF, 0xFF, std::nullopt}};
+    for (const auto& each : cases) {
+        m_frame.SetSourceControl({0x61, 0x3F, each.pc2, each.pc3, 0xFF});
+        EXPECT_EQ(Read().aspect, each.aspect) << int{each.pc2} << ' ' << int{each.pc3};
+    }
+}
+
+TEST_P(FramePacks, NoVideoBlockIsMissed) {
+    for (int sequence = 0; sequence < m_frame.Sequences(); ++sequence)
+        for (int i = 0; i < 135; ++i) {
+            m_frame.SetStatus(sequence, i, 10);
+            EXPECT_EQ(ReadBlockStatus(m_frame.Bytes()), BlockStatus{.fromPrevious = 1});
+            m_frame.SetStatus(sequence, i, 0);
+        }
+}
+
+TEST_P(FramePacks, StatusValues) {
+    for (int status = 0; status < 16; ++status)
+        m_frame.SetStatus(status % 10, 8 * status, status);
+    EXPECT_EQ(ReadBlockStatus(m_frame.Bytes()), (BlockStatus{2, 2, 2, 2, 7}));
+    // Neither a block that is not there nor a sound one's samples are counted.
+    auto& bytes = m_frame.Bytes();
+    std::fill_n(bytes.begin() + 2 * 12'000, 12'000, std::uint8_t{0xFF}); // with 2 and 12
+    bytes[6 * 80 + 3] = 0xF0;
+    EXPECT_EQ(ReadBlockStatus(bytes), (BlockStatus{1, 1, 2, 2, 7}));
+}
+
+} // namespace
+} // namespace scenedetect

@@ -1,0 +1,132 @@
+#include "reading/media/LumaLayout.h"
+#include "reading/media/LumaRows.h"
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+}
+
+#include <algorithm>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace scenedetect {
+namespace {
+
+constexpr std::uint8_t kGuard = 0xA5;
+
+TEST(LumaRows, EveryWidthIsExactAndStaysInside) {
+    std::mt19937 random(1);
+    for (std::size_t width = 0; width <= 70; ++width) {
+        std::vector<std::uint8_t> source(2 * width);
+        for (std::uint8_t& byte : source)
+            byte = static_cast<std::uint8_t>(random());
+        for (const int shift : {-1, 0, 2, 8}) { // -1: bytes, else words
+            std::vector<std::uint8_t> yuy2(2 * width + 1, kGuard);
+            if (shift < 0)
+                LumaBytesToYuy2(source.data(), yuy2.data(), width);
+            else
+                LumaWordsToYuy2(source.data(), shift, yuy2.data(), width);
+            for (std::size_t x = 0; x < width; ++x) {
+                const unsigned word = source[2 * x] | source[2 * x + 1] << 8;
+                ASSERT_EQ(yuy2[2 * x], shift < 0 ? source[x] : (word >> shift & 0xFF))
+                    << width << ' ' << shift;
+                ASSERT_EQ(yuy2[2 * x + 1], 0x80);
+            }
+            ASSERT_EQ(yuy2.back(), kGuard);
+        }
+    }
+}
+
+struct FrameDeleter {
+    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+};
+using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
+
+std::uint8_t LumaAt(int x, int y) {
+    return static_cast<std::uint8_t>(16 + (x * 7 + y * 13) % 200);
+}
+
+// A picture whose first component is LumaAt, shifted up to the format's depth; RGB has it in all three.
+FramePtr MakeFrame(AVPixelFormat format, int width, int height) {
+    FramePtr frame(av_frame_alloc());
+    frame->format = format;
+    frame->width = width;
+    frame->height = height;
+    EXPECT_EQ(av_frame_get_buffer(frame.get(), 0), 0);
+    for (const AVBufferRef* buffer : frame->buf) // lines are written by "or"
+        if (buffer)
+            std::memset(buffer->data, 0, buffer->size);
+    const AVPixFmtDescriptor* desc = av_pix_fmt_desc_get(format);
+    const bool isRgb = (desc->flags & AV_PIX_FMT_FLAG_RGB) != 0;
+    std::vector<std::uint16_t> line(static_cast<std::size_t>(width));
+    for (int y = 0; y < height; ++y)
+        for (int c = 0; c < (isRgb ? 3 : 1); ++c) {
+            for (int x = 0; x < width; ++x)
+                line[static_cast<std::size_t>(x)] =
+                    static_cast<std::uint16_t>(LumaAt(x, y) << (desc->comp[c].depth - 8));
+            av_write_image_line(line.data(), frame->data, frame->linesize, desc, 0, y, c, width);
+        }
+    return frame;
+}
+
+class LumaLayoutFormats : public testing::TestWithParam<AVPixelFormat> {};
+
+TEST_P(LumaLayoutFormats, TakesLumaOverBitForBit) {
+    const FramePtr frame = MakeFrame(GetParam(), 46, 10);
+    LumaLayout layout(*frame);
+    ASSERT_EQ(layout.Width(), 40);
+    ASSERT_EQ(layout.Height(), 10);
+    std::vector<std::uint8_t> yuy2(layout.Bytes() + 1, kGuard);
+    ASSERT_TRUE(layout.LayOut(*frame, yuy2.data()));
+    for (int y = 0; y < 10; ++y)
+        for (int x = 0; x < 40; ++x)
+            ASSERT_EQ(yuy2[static_cast<std::size_t>(2 * (y * 40 + x))], LumaAt(x, y)) << x << ' ' << y;
+    EXPECT_EQ(yuy2.back(), kGuard);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, LumaLayoutFormats,
+                         testing::Values(AV_PIX_FMT_YUV420P, AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUV444P,
+                                         AV_PIX_FMT_YUVA420P, AV_PIX_FMT_NV12, AV_PIX_FMT_GRAY8,
+                                         AV_PIX_FMT_YA8, AV_PIX_FMT_YUYV422, AV_PIX_FMT_UYVY422,
+                                         AV_PIX_FMT_YUV420P10LE, AV_PIX_FMT_YUV422P12LE, AV_PIX_FMT_P010LE,
+                                         AV_PIX_FMT_GRAY16LE),
+                         [](const auto& each) { return std::string(av_get_pix_fmt_name(each.param)); });
+
+TEST(LumaLayout, ConvertsRgb) {
+    const FramePtr frame = MakeFrame(AV_PIX_FMT_BGR24, 46, 10);
+    LumaLayout layout(*frame);
+    std::vector<std::uint8_t> yuy2(layout.Bytes() + 64);
+    ASSERT_TRUE(layout.LayOut(*frame, yuy2.data()));
+    for (int y = 0; y < 10; ++y)
+        for (int x = 0; x < 40; ++x)
+            ASSERT_NEAR(yuy2[static_cast<std::size_t>(2 * (y * 40 + x))], 16 + LumaAt(x, y) * 219 / 255, 2);
+}
+
+TEST(LumaLayout, OtherSizesAreScaledToTheFirst) {
+    const FramePtr first = MakeFrame(AV_PIX_FMT_YUV420P, 64, 32);
+    LumaLayout layout(*first);
+    const FramePtr larger = MakeFrame(AV_PIX_FMT_YUV420P, 128, 64);
+    for (int y = 0; y < 64; ++y)
+        std::fill_n(larger->data[0] + y * larger->linesize[0], 128, std::uint8_t{99});
+    std::vector<std::uint8_t> yuy2(layout.Bytes() + 64, kGuard);
+    ASSERT_TRUE(layout.LayOut(*larger, yuy2.data()));
+    for (std::size_t i = 0; i < layout.Bytes(); i += 2)
+        ASSERT_NEAR(yuy2[i], 99, 1);
+}
+
+TEST(LumaLayout, TinyPicturesKeepTheirColumns) {
+    for (const auto& [width, expected] :
+         {std::pair(1, 2), std::pair(4, 4), std::pair(7, 6), std::pair(9, 8)}) {
+        const FramePtr frame = MakeFrame(AV_PIX_FMT_YUV420P, width, 4);
+        LumaLayout layout(*frame);
+        EXPECT_EQ(layout.Width(), expected) << width;
+        std::vector<std::uint8_t> yuy2(layout.Bytes() + 64);
+        EXPECT_TRUE(layout.LayOut(*frame, yuy2.data()));
+    }
+}
+
+} // namespace
+} // namespace scenedetect

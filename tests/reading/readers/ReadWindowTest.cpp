@@ -1,0 +1,137 @@
+// The window over a file against the file, with and without a second thread.
+#include "reading/readers/ReadWindow.h"
+#include "reading/base/HostError.h"
+
+#include <algorithm>
+#include <deque>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace scenedetect {
+namespace {
+
+constexpr std::int64_t kFileBytes = 20'000'000;
+
+std::uint8_t ByteAt(std::int64_t offset) {
+    return static_cast<std::uint8_t>(static_cast<std::uint64_t>(offset) * 2'654'435'761u >> 24);
+}
+
+// Tells kFileBytes, and has more or fewer, or fails behind them, if asked to.
+class File final : public ByteInput {
+  public:
+    [[nodiscard]] const std::string& Path() const override { return m_path; }
+    [[nodiscard]] std::int64_t Size() const override { return kFileBytes; }
+    [[nodiscard]] std::int64_t Position() const override { return m_position; }
+    [[nodiscard]] bool IsStopped() const override { return false; }
+    [[nodiscard]] std::size_t Read(std::span<std::uint8_t> target) override {
+        const std::size_t bytes = ReadAt(target, m_position);
+        m_position += static_cast<std::int64_t>(bytes);
+        return bytes;
+    }
+    [[nodiscard]] bool HasReadAt() const override { return true; }
+    [[nodiscard]] std::size_t ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const override {
+        const std::int64_t left = std::clamp<std::int64_t>(has - offset, 0, std::ssize(target));
+        if (fails && left < std::ssize(target))
+            throw HostError("broken");
+        for (std::int64_t i = 0; i < left; ++i)
+            target[static_cast<std::size_t>(i)] = ByteAt(offset + i);
+        return static_cast<std::size_t>(left);
+    }
+    void Skip(std::int64_t bytes) override { m_position += bytes; }
+
+    std::int64_t has = kFileBytes;
+    bool fails = false;
+
+  private:
+    const std::string m_path = "file";
+    std::int64_t m_position = 0;
+};
+
+bool IsOfFile(std::span<const std::uint8_t> bytes, std::int64_t offset) {
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [&](std::uint8_t byte) { return byte == ByteAt(offset++); });
+}
+
+/// Bytes that are held for a while behind the window.
+struct Held {
+    std::span<const std::uint8_t> bytes;
+    std::int64_t offset;
+    BytesOwner owner;
+};
+
+// To the end in steps that are mostly frames; returns where that was.
+std::int64_t ReadThrough(ReadWindow& window, unsigned seed) {
+    std::mt19937 random(seed);
+    const auto upTo = [&random](std::size_t most) { return random() % (most + 1); };
+    std::deque<Held> held;
+    for (;;) {
+        const std::size_t unit = window.Offset() % 5'000'000 < 2'500'000 ? 144'000 : 120'000;
+        const std::size_t wanted = upTo(3) != 0 ? unit : 1 + upTo(ReadWindow::kMostBytes - 1);
+        const auto bytes = window.Have(wanted, unit);
+        if (bytes.size() < wanted) {
+            EXPECT_TRUE(IsOfFile(bytes, window.Offset())) << window.Offset();
+            return window.Offset() + std::ssize(bytes);
+        }
+        held.push_back({bytes.first(wanted), window.Offset(), window.Share()});
+        window.Drop(wanted);
+        if (upTo(4) == 0)
+            window.GoBack(upTo(ReadWindow::kBackBytes));
+        if (held.size() > 5) {
+            EXPECT_TRUE(IsOfFile(held.front().bytes, held.front().offset)) << held.front().offset;
+            held.pop_front();
+        }
+    }
+}
+
+class ReadWindows : public testing::TestWithParam<bool> {};
+INSTANTIATE_TEST_SUITE_P(Threads, ReadWindows, testing::Bool(),
+                         [](const auto& each) { return each.param ? "Two" : "One"; });
+
+TEST_P(ReadWindows, ShowTheWholeFile) {
+    for (unsigned seed = 0; seed < 5; ++seed) {
+        File file;
+        ReadWindow window(file, GetParam());
+        EXPECT_EQ(ReadThrough(window, seed), kFileBytes) << seed;
+    }
+}
+
+TEST_P(ReadWindows, EndWhereTheFileDoesByNow) {
+    for (const std::int64_t has : {0, 576'000, 12'345'678, 21'000'000}) {
+        File file;
+        file.has = has;
+        ReadWindow window(file, GetParam());
+        EXPECT_EQ(ReadThrough(window, 1), has);
+    }
+}
+
+TEST_P(ReadWindows, GiveWhatComesBeforeAnError) {
+    File file;
+    file.has = 10'000'000;
+    file.fails = true;
+    ReadWindow window(file, GetParam());
+    EXPECT_THROW(ReadThrough(window, 1), HostError);
+    EXPECT_GT(window.Offset(), 8'500'000);
+}
+
+TEST_P(ReadWindows, KeepWholeUnitsInPlace) {
+    File file;
+    ReadWindow window(file, GetParam());
+    int moved = 0;
+    for (int i = 0; i < 138; ++i) {
+        const auto* const bytes = window.Have(144'000, 144'000).data();
+        moved += reinterpret_cast<std::uintptr_t>(bytes) % 64 != 0;
+        window.Drop(144'000);
+    }
+    EXPECT_LE(moved, GetParam() ? 5 : 0); // pieces begun before the first frame was known
+}
+
+TEST_P(ReadWindows, MayEndAtAnyTime) {
+    File file;
+    for (unsigned i = 0; i < 20; ++i) {
+        ReadWindow window(file, GetParam());
+        EXPECT_TRUE(i % 2 == 0 || !window.Have(1, 144'000).empty());
+    }
+}
+
+} // namespace
+} // namespace scenedetect
