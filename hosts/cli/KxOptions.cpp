@@ -26,7 +26,7 @@ Several methods find their scenes side by side in one pass over the file; the co
 says which found a scene ("timestamp+video": both). --mark goes to all of them.
 
 Input: any file that FFmpeg's libraries read, or "-" for the standard input, of which each scene is
-printed as soon as it can be knoptions. A folder stands for the video files in it and its folders. DV
+printed as soon as it can be known. A folder stands for the video files in it and its folders. DV
 frames and the uncompressed frames of AVI files are examined as they are, everything else is
 decoded. A frame that is not whole is left out with a warning; of these each of the first ten gets
 a line.
