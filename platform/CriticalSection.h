@@ -18,8 +18,10 @@ class CriticalSection {
     void unlock() noexcept;
 
   private:
-    // Room for the system's own object, so that its header stays out of this one.
-    alignas(std::max_align_t) std::byte m_storage[64];
+    // Room for the system's own object, so that its header stays out of this one. The alignment is a number:
+    // that of std::max_align_t depends, on 32 bits, on the headers that were included before.
+    static constexpr std::size_t kAlignment = 16;
+    alignas(kAlignment) std::byte m_storage[64];
 };
 
 } // namespace scenedetect

@@ -21,7 +21,7 @@ void RaiseIf(int error) {
 } // namespace
 
 CriticalSection::CriticalSection() {
-    static_assert(sizeof(pthread_mutex_t) <= sizeof(m_storage));
+    static_assert(sizeof(pthread_mutex_t) <= sizeof(m_storage) && alignof(pthread_mutex_t) <= kAlignment);
     pthread_mutexattr_t attributes;
     RaiseIf(pthread_mutexattr_init(&attributes));
     pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);

@@ -16,7 +16,7 @@ CRITICAL_SECTION* SectionIn(std::byte* storage) {
 } // namespace
 
 CriticalSection::CriticalSection() {
-    static_assert(sizeof(CRITICAL_SECTION) <= sizeof(m_storage));
+    static_assert(sizeof(CRITICAL_SECTION) <= sizeof(m_storage) && alignof(CRITICAL_SECTION) <= kAlignment);
     if (!InitializeCriticalSectionAndSpinCount(new (m_storage) CRITICAL_SECTION, 0))
         throw HResultError(HRESULT_FROM_WIN32(GetLastError()));
 }
