@@ -87,6 +87,18 @@ bool ForgetAllocation(void* address, Storage kind) {
     return true;
 }
 
+// The list's reference to the object, taken out of the list; none when it is not there.
+RefPtr<RefObject> TakeOrphan(const RefObject* object) {
+    Shared& shared = TheShared();
+    const std::lock_guard lock(shared.lock);
+    const auto found = std::ranges::find(shared.orphans, object, &RefPtr<RefObject>::get);
+    if (found == shared.orphans.end())
+        return {};
+    RefPtr<RefObject> orphan = std::move(*found);
+    shared.orphans.erase(found);
+    return orphan;
+}
+
 Object* CreateRefObject() {
     return new RefObject;
 }
@@ -97,7 +109,7 @@ const RuntimeClassRegistration g_registration(RefObject::kRuntimeClass);
 
 const RuntimeClass RefObject::kRuntimeClass = {"RefObject", sizeof(RefObject), 1 | kVersionableSchema,
                                                CreateRefObject, &Object::kRuntimeClass};
-static_assert(sizeof(RefObject) == 16);
+static_assert(sizeof(RefObject) == sizeof(void*) + 8);
 
 // Inlined, the pair of allocations would look mismatched to GCC.
 [[gnu::noinline]] void* RefObject::operator new(std::size_t bytes) {
@@ -145,6 +157,9 @@ RefObject::~RefObject() {
         --m_count;
     if (m_count != 0)
         DebugPrint(L"RefObject: destroying object with %d references\n", m_count.load());
+    // An orphan that does not end by its last reference: by `delete`, or by what a constructor throws.
+    if ((m_flags & kOrphan) != 0)
+        static_cast<void>(TakeOrphan(this).Detach());
     ForgetAllocation(this, Storage::Placed);
 }
 
@@ -179,11 +194,8 @@ void RefObject::LeaveOrphans() {
     if ((m_flags.fetch_and(static_cast<std::uint8_t>(~kOrphan)) & kOrphan) == 0)
         return;
     const RefPtr<RefObject> held(this);
-    const auto found = std::find(shared.orphans.begin(), shared.orphans.end(), held);
-    if (found == shared.orphans.end())
+    if (!TakeOrphan(this))
         DebugPrint(L"Object missing from orphan list\n");
-    else
-        shared.orphans.erase(found);
 }
 
 void RefObject::DeleteOrphans() {
@@ -194,7 +206,7 @@ void RefObject::DeleteOrphans() {
         DebugPrint(L"Deleting orphan %s\n", L"RefObject *");
         orphan->m_flags &= static_cast<std::uint8_t>(~kOrphan);
     }
-    // Their destructors may bring new ones.
+    // Their destructors may add new ones.
     const auto orphans = std::exchange(shared.orphans, {});
 }
 

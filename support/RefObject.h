@@ -22,13 +22,13 @@ class RefObject : public Object {
     [[nodiscard]] const RuntimeClass& GetRuntimeClass() const override { return kRuntimeClass; }
 
     RefObject();
-    /// A copy counts for itself: no reference, no orphan. Deliberate: it is not taken for a heap object
-    /// either, and its address stays noted, so that destroying it tells of -1 references.
+    /// A copy starts without references and is not among the orphans. Deliberate: it is not known as a heap
+    /// object either, and its address stays noted, so that its destruction logs -1 references.
     RefObject(const RefObject& other);
     RefObject& operator=(const RefObject&) = delete;
     ~RefObject() override;
 
-    /// A copy on the heap, in nobody's hands: not even an orphan.
+    /// A copy on the heap, without an owner: not even the list of orphans holds it.
     [[nodiscard]] virtual RefObject* Clone() const { return new RefObject(*this); }
 
     /// Takes a reference; the first one takes an orphan out of the list. The new count.
@@ -75,6 +75,8 @@ class RefPtr {
     }
 
     [[nodiscard]] T* get() const { return m_object; }
+    /// Holds none from now on and leaves the reference to the caller.
+    [[nodiscard]] T* Detach() { return std::exchange(m_object, nullptr); }
     T* operator->() const { return m_object; }
     T& operator*() const { return *m_object; }
     explicit operator bool() const { return m_object != nullptr; }

@@ -67,6 +67,25 @@ TEST(RefObjects, OrphansWaitInTheList) {
     EXPECT_EQ(living, 0);
 }
 
+TEST(RefObjects, OrphansThatEndByOtherMeansLeaveTheList) {
+    struct Failing final : RefObject {
+        Failing() { throw 1; }
+    };
+    const LogRecorder log;
+    int living = 0;
+    alignas(Watched) std::byte room[sizeof(Watched)];
+    new Watched(living);
+    delete new Watched(living);
+    (new (room) Watched(living))->~Watched();
+    EXPECT_THROW(new Failing, int);
+    EXPECT_EQ(living, 1);
+    constexpr const wchar_t* kReferenced = L"700/1 RefObject: destroying object with 1 references\n";
+    EXPECT_THAT(log.lines, ElementsAre(kReferenced, kReferenced, kReferenced));
+    RefObject::DeleteOrphans();
+    EXPECT_EQ(living, 0);
+    EXPECT_EQ(log.lines.size(), 4u) << "the first one alone was left";
+}
+
 TEST(RefObjects, OthersHoldAReferenceForTheirStorage) {
     const LogRecorder log;
     int living = 0;
@@ -127,7 +146,7 @@ TEST(RefObjects, CopiesCountForThemselves) {
         EXPECT_EQ(copy->Release(), 1);
         EXPECT_THAT(log.lines, ElementsAre(kCopied));
     }
-    // A storm of them: far more addresses stay noted than there is room for.
+    // Many of them: far more addresses than there is room to note.
     std::vector<RefPtr<RefObject>> copies;
     for (int i = 0; i < 5000; ++i)
         copies.emplace_back(original->Clone());
