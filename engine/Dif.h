@@ -32,31 +32,51 @@ struct DifBlockId {
     friend constexpr bool operator==(const DifBlockId&, const DifBlockId&) = default;
 };
 
-/// Behind header, subcode and VAUX blocks a sequence has groups of one audio and fifteen video blocks.
+/// A sequence is a header block, two subcode and three VAUX blocks, then groups of one audio and fifteen
+/// video blocks.
+inline constexpr int kDifFirstSubcodeBlock = 1;
+inline constexpr int kDifFirstVauxBlock = 3;
 inline constexpr int kDifFirstGroupBlock = 6;
 inline constexpr int kDifGroups = 9;
 inline constexpr int kDifVideoBlocksPerGroup = 15;
 inline constexpr int kDifGroupBlocks = kDifVideoBlocksPerGroup + 1;
 
-/// The number, in its sequence, of the `index`-th video block of a group.
+/// Where block `number` of `section` lies among the blocks of its sequence.
+constexpr int DifBlockInSequence(DifSection section, int number) {
+    switch (section) {
+    case DifSection::Header:
+        return number;
+    case DifSection::Subcode:
+        return kDifFirstSubcodeBlock + number;
+    case DifSection::Vaux:
+        return kDifFirstVauxBlock + number;
+    case DifSection::Audio:
+        return kDifFirstGroupBlock + number * kDifGroupBlocks;
+    case DifSection::Video:
+        break;
+    }
+    return kDifFirstGroupBlock + number / kDifVideoBlocksPerGroup * kDifGroupBlocks + 1 +
+           number % kDifVideoBlocksPerGroup;
+}
+
+/// Where the `index`-th video block of a group lies among the blocks of its sequence.
 constexpr int DifVideoBlock(int group, int index) {
-    return kDifFirstGroupBlock + group * kDifGroupBlocks + 1 + index;
+    return DifBlockInSequence(DifSection::Video, group * kDifVideoBlocksPerGroup + index);
 }
 
 /// Of a video block: its upper half is STA, which tells whether the player could read the block.
 inline constexpr std::size_t kDifStatusByte = 3;
 
-/// The ID of the `block`-th block of a frame: in each sequence a header, two subcode and three VAUX blocks,
-/// then the groups.
+/// The ID of the `block`-th block of a frame.
 constexpr DifBlockId DifBlockIdAt(int block) {
     const int sequence = block / kDifSequenceBlocks;
     const int inSequence = block % kDifSequenceBlocks;
-    if (inSequence == 0)
-        return {DifSection::Header, sequence, 0};
-    if (inSequence < 3)
-        return {DifSection::Subcode, sequence, inSequence - 1};
+    if (inSequence < kDifFirstSubcodeBlock)
+        return {DifSection::Header, sequence, inSequence};
+    if (inSequence < kDifFirstVauxBlock)
+        return {DifSection::Subcode, sequence, inSequence - kDifFirstSubcodeBlock};
     if (inSequence < kDifFirstGroupBlock)
-        return {DifSection::Vaux, sequence, inSequence - 3};
+        return {DifSection::Vaux, sequence, inSequence - kDifFirstVauxBlock};
     const int group = (inSequence - kDifFirstGroupBlock) / kDifGroupBlocks;
     const int inGroup = (inSequence - kDifFirstGroupBlock) % kDifGroupBlocks;
     if (inGroup == 0)
@@ -104,9 +124,9 @@ struct DifPackArea {
 };
 
 /// Subcode sync blocks: six to a block, each with a 3-byte ID before its pack.
-inline constexpr DifPackArea kSubcodePacks{1, 2, 6, kDifIdBytes + 3, 8};
+inline constexpr DifPackArea kSubcodePacks{kDifFirstSubcodeBlock, 2, 6, kDifIdBytes + 3, 8};
 /// Video auxiliary data: fifteen packs to a block.
-inline constexpr DifPackArea kVauxPacks{3, 3, 15, kDifIdBytes, 5};
+inline constexpr DifPackArea kVauxPacks{kDifFirstVauxBlock, 3, 15, kDifIdBytes, 5};
 /// Audio auxiliary data: one pack before the samples of each audio block.
 inline constexpr DifPackArea kAauxPacks{kDifFirstGroupBlock, kDifGroups, 1, kDifIdBytes, 5, kDifGroupBlocks};
 

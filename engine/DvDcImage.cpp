@@ -10,7 +10,6 @@ namespace scenedetect {
 namespace {
 
 constexpr int kSuperblockColumns = 5;
-constexpr int kSegmentBlocks = 15; ///< video blocks after each audio block
 
 /// A macroblock of a superblock row.
 struct Pick {
@@ -58,23 +57,28 @@ struct LineSystem {
 constexpr LineSystem k525{kDifSequences525, 60, 23, 6, {0, 4, 8, 2, 6}, Pick525, {0, 3000}};
 constexpr LineSystem k625{kDifSequences625, 36, 45, 3, {0, 6, 10, 4, 8}, Pick625, {1380, 4380}};
 
-/// Video blocks are dealt to the superblock columns in turn, from the middle outwards.
+/// Five video blocks in a row belong to the five superblock columns: which of the five is a column's.
 constexpr int kSegmentPosition[kSuperblockColumns] = {3, 1, 0, 2, 4};
 
-/// Blocks in a sequence, and before its first audio block, by variant.
-constexpr int kSequenceBlocks[2] = {kDifSequenceBlocks - 1, kDifSequenceBlocks};
-constexpr int kFirstVideoBlock[2] = {6, 7};
+/// Variant 0 leaves the header block of each sequence out.
+constexpr int BlocksLeftOut(int variant) {
+    return 1 - variant;
+}
+
+constexpr int SequenceBlocks(int variant) {
+    return kDifSequenceBlocks - BlocksLeftOut(variant);
+}
 
 std::size_t NeededBytes(const LineSystem& system, int variant) {
-    return static_cast<std::size_t>(system.sequences * kSequenceBlocks[variant]) * kDifBlockBytes;
+    return static_cast<std::size_t>(system.sequences * SequenceBlocks(variant)) * kDifBlockBytes;
 }
 
 std::uint32_t BlockOffset(const LineSystem& system, int variant, int row, int column) {
     const Pick pick = system.pick(row, column);
     const int sequence = (row / system.superblockRows + system.firstSequence[pick.column]) % system.sequences;
-    const int position = kSuperblockColumns * pick.number + kSegmentPosition[pick.column];
-    const int block = sequence * kSequenceBlocks[variant] + kFirstVideoBlock[variant] + position +
-                      position / kSegmentBlocks;
+    const int videoBlock = kSuperblockColumns * pick.number + kSegmentPosition[pick.column];
+    const int block = sequence * SequenceBlocks(variant) + DifBlockInSequence(DifSection::Video, videoBlock) -
+                      BlocksLeftOut(variant);
     return static_cast<std::uint32_t>(block) * static_cast<std::uint32_t>(kDifBlockBytes);
 }
 
@@ -83,6 +87,8 @@ std::uint32_t BlockOffset(const LineSystem& system, int variant, int row, int co
 unsigned MacroblockLevel(std::span<const std::uint8_t> frame, std::uint32_t offset) {
     constexpr std::size_t kDcOffsets[] = {4, 18, 32, 46};
     unsigned sum = 0;
+    // Deliberate: with the sign bit turned round, a byte of 128 is the lowest level and one of 127 the
+    // highest.
     for (const std::size_t dc : kDcOffsets)
         sum += (frame[offset + dc] - 128u) & 0xFF;
     return sum;
