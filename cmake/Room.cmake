@@ -1,3 +1,10 @@
+# The processors for which rooms have SIMD kernels: the name of the folder beside the references, or empty. 32-bit x86
+# is not among them, since its compilers take no SSE2 for granted.
+set(SIMD_FAMILY "")
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|amd64")
+  set(SIMD_FAMILY x86)
+endif()
+
 # One call per room: a static, position-independent library that others link by its name.
 #   add_room(NAME sources... [DEPENDS targets...])
 function(add_room name)

@@ -40,6 +40,11 @@ std::int64_t BitsSize(const BITMAPINFOHEADER& header) {
     return header.biSizeImage != 0 ? std::int64_t{header.biSizeImage} : RowBytes(header) * RowCount(header);
 }
 
+std::optional<std::size_t> StoredSize(const BITMAPINFOHEADER& header) {
+    const std::int64_t size = HeaderSize(header) + BitsSize(header);
+    return size <= kMostBlockBytes ? std::optional(static_cast<std::size_t>(size)) : std::nullopt;
+}
+
 BITMAPINFOHEADER HeaderOf(const BITMAP& bitmap) {
     BITMAPINFOHEADER header{};
     header.biSize = sizeof header;

@@ -5,7 +5,9 @@
 
 #include <wingdi.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace scenedetect {
 
@@ -28,6 +30,9 @@ inline constexpr std::int64_t kMostBlockBytes = INT32_MAX;
 
 /// Bytes of pixel data: `biSizeImage`, or rows times row bytes when that is 0.
 [[nodiscard]] std::int64_t BitsSize(const BITMAPINFOHEADER& header);
+
+/// Bytes of the header block and the pixel data together; nothing when no bitmap has that many.
+[[nodiscard]] std::optional<std::size_t> StoredSize(const BITMAPINFOHEADER& header);
 
 /// The header under which the content of a device's bitmap is asked for: uncompressed, several planes taken
 /// for one of as many times the bits.

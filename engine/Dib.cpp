@@ -6,15 +6,16 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace scenedetect {
 namespace {
 
-constexpr std::size_t kHeaderBytes = sizeof(BITMAPINFOHEADER);
+constexpr std::int64_t kHeaderBytes = sizeof(BITMAPINFOHEADER);
 
 /// Header blocks hold a whole header, even if it calls itself shorter.
-std::size_t HeaderBlockBytes(std::int64_t announced) {
-    return std::max(static_cast<std::size_t>(announced), kHeaderBytes);
+std::int64_t HeaderBlockBytes(std::int64_t announced) {
+    return std::max(announced, kHeaderBytes);
 }
 
 void CopyExisting(void* target, const void* source, std::size_t wanted, std::size_t existing) {
@@ -47,32 +48,37 @@ bool Dib::CreateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerByt
     if (header == nullptr || headerBytes < kHeaderBytes)
         return false;
     Release();
-    const std::size_t blockBytes = HeaderBlockBytes(header->biSize);
-    AdoptInfo(AllocateBlock(static_cast<std::int64_t>(blockBytes)), blockBytes);
+    AllocateInfo(header->biSize);
     if (info == nullptr)
         return false;
-    CopyExisting(info, header, blockBytes, headerBytes);
+    CopyExisting(info, header, infoExtent, headerBytes);
     info->biClrUsed = 0;
     info->biClrImportant = 0;
-    AdoptBits(AllocateBlock(info->biSizeImage), info->biSizeImage);
+    AllocateBits(info->biSizeImage);
     return bits != nullptr;
 }
 
-void Dib::AdoptInfo(void* block, std::size_t bytes) {
+void Dib::OwnInfo(void* block, std::int64_t bytes) {
     info = static_cast<BITMAPINFOHEADER*>(block);
-    infoExtent = block != nullptr ? bytes : 0;
-    ownsInfo = block != nullptr;
+    infoExtent = block != nullptr ? static_cast<std::size_t>(bytes) : 0;
+    ownsInfo = true;
 }
 
-void Dib::AdoptBits(void* block, std::size_t bytes) {
-    bits = static_cast<std::uint8_t*>(block);
-    bitsExtent = block != nullptr ? bytes : 0;
-    ownsBits = block != nullptr;
+void Dib::AllocateInfo(std::int64_t announced) {
+    const std::int64_t bytes = HeaderBlockBytes(announced);
+    OwnInfo(AllocateBlock(bytes), bytes);
 }
 
-// A block with the header block at its start and the pixels behind it.
-void Dib::AdoptWhole(std::uint8_t* block, std::int64_t headerSize, std::int64_t bitsSize) {
-    AdoptInfo(block, static_cast<std::size_t>(headerSize));
+void Dib::AllocateBits(std::int64_t bytes) {
+    bits = static_cast<std::uint8_t*>(AllocateBlock(bytes));
+    bitsExtent = bits != nullptr ? static_cast<std::size_t>(bytes) : 0;
+    ownsBits = true;
+}
+
+// A block with the header block at its start and the pixels after it. Those of a header that calls itself
+// shorter than it is begin within it.
+void Dib::OwnWhole(std::uint8_t* block, std::int64_t headerSize, std::int64_t bitsSize) {
+    OwnInfo(block, HeaderBlockBytes(headerSize));
     bits = block + headerSize;
     bitsExtent = static_cast<std::size_t>(bitsSize);
 }
@@ -86,28 +92,28 @@ bool Dib::Attach(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::u
 
 void Dib::Borrow(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
                  std::size_t pixelBytes) {
+    bits = pixels;
+    bitsExtent = pixels != nullptr ? pixelBytes : 0;
     if (header == nullptr || headerBytes < kHeaderBytes)
         return;
     info = const_cast<BITMAPINFOHEADER*>(header);
     infoExtent = headerBytes;
-    bits = pixels;
-    bitsExtent = pixels != nullptr ? pixelBytes : 0;
-    const auto headerSize = static_cast<std::size_t>(GetHeaderSize());
-    if (pixels == nullptr && headerSize <= headerBytes) {
-        bits = reinterpret_cast<std::uint8_t*>(info) + headerSize;
-        bitsExtent = headerBytes - headerSize;
+    const std::int64_t rest = static_cast<std::int64_t>(headerBytes) - GetHeaderSize();
+    if (pixels == nullptr && rest >= 0) {
+        bits = reinterpret_cast<std::uint8_t*>(info) + GetHeaderSize();
+        bitsExtent = static_cast<std::size_t>(rest);
     }
 }
 
 bool Dib::Create(std::int32_t width, std::int32_t height, std::int32_t bitCount, bool usePaletteIndices) {
-    constexpr std::int64_t kMostPixels = std::int64_t{1} << 40;
+    constexpr std::int64_t kMostPixels = 8 * kMostBlockBytes; // at one bit each
     Release();
     const std::int64_t pixels = std::int64_t{width} * height;
     if (width < 0 || height < 0 || pixels > kMostPixels || bitCount < 0 ||
         bitCount > std::numeric_limits<WORD>::max())
         return false;
     const std::int64_t imageBytes = pixels * bitCount / 8;
-    if (imageBytes > std::numeric_limits<std::int32_t>::max())
+    if (imageBytes > kMostBlockBytes)
         return false;
 
     BITMAPINFOHEADER header{};
@@ -117,13 +123,14 @@ bool Dib::Create(std::int32_t width, std::int32_t height, std::int32_t bitCount,
     header.biPlanes = 1;
     header.biBitCount = static_cast<WORD>(bitCount);
     header.biCompression = BI_RGB;
+    // Deliberate: without row padding, though rows are addressed with it.
     header.biSizeImage = static_cast<DWORD>(imageBytes);
     const std::int64_t headerSize = HeaderSize(header);
     const std::int64_t bitsSize = BitsSize(header);
     auto* block = static_cast<std::uint8_t*>(AllocateBlock(headerSize + bitsSize));
     if (block == nullptr)
         return false;
-    AdoptWhole(block, headerSize, bitsSize);
+    OwnWhole(block, headerSize, bitsSize);
     *info = header;
 
     if (bitCount < 9 && usePaletteIndices) {
@@ -168,26 +175,30 @@ void Dib::Forget() {
     gdiHandle = nullptr;
 }
 
+// Fills an empty `copy` with blocks of these sizes; false when there is nothing to copy or memory runs out.
+bool Dib::CopyBlocks(std::int64_t headerBytes, std::int64_t pixelBytes, Dib& copy) const {
+    if (info == nullptr)
+        return false;
+    copy.AllocateInfo(headerBytes);
+    copy.AllocateBits(pixelBytes);
+    if (!copy.IsValid())
+        return false;
+    CopyExisting(copy.info, info, copy.infoExtent, infoExtent);
+    CopyExisting(copy.bits, bits, copy.bitsExtent, bitsExtent);
+    return true;
+}
+
 bool Dib::CopyTo(Dib& target) const {
     Dib copy;
-    if (info != nullptr) {
-        const std::size_t headerBytes = HeaderBlockBytes(GetHeaderSize());
-        const std::int64_t bitsSize = GetBitsSize();
-        copy.AdoptInfo(AllocateBlock(static_cast<std::int64_t>(headerBytes)), headerBytes);
-        copy.AdoptBits(AllocateBlock(bitsSize), static_cast<std::size_t>(bitsSize));
-    }
-    const bool complete = copy.IsValid();
-    if (complete) {
-        CopyExisting(copy.info, info, copy.infoExtent, infoExtent);
-        CopyExisting(copy.bits, bits, copy.bitsExtent, bitsExtent);
-        copy.paletteIndices = paletteIndices;
-    } else {
-        copy.Release();
-    }
+    if (!CopyBlocks(GetHeaderSize(), GetBitsSize(), copy))
+        return false;
     // Deliberate: what the target held is overwritten, not freed.
-    target.Forget();
-    target.TakeFrom(copy);
-    return complete;
+    target.info = std::exchange(copy.info, nullptr);
+    target.infoExtent = copy.infoExtent;
+    target.bits = std::exchange(copy.bits, nullptr);
+    target.bitsExtent = copy.bitsExtent;
+    target.ownsInfo = target.ownsBits = true;
+    return true;
 }
 
 std::unique_ptr<Dib> Dib::DuplicateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerBytes,

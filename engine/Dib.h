@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace scenedetect {
@@ -34,14 +35,15 @@ class Dib {
 
     virtual ~Dib();
     /// `LoadFromArchive` when the archive is loading; else writes the header block and the pixels in the
-    /// sizes that the header announces. ArchiveException when the system refuses.
+    /// sizes that the header announces. ArchiveException when the system refuses, or when together they
+    /// exceed what loading takes.
     virtual void Serialize(Archive& archive);
     /// A picture of its own with the first `biSize` bytes of `header` (of which `headerBytes` exist),
     /// without its colour counts, and with `biSizeImage` bytes of pixels to be filled. False for a null
     /// header or when memory runs out.
     virtual bool CreateFromHeader(const BITMAPINFOHEADER* header, std::size_t headerBytes);
     /// Borrows a header block of `headerBytes` (the header and what follows it) and `pixelBytes` of pixels,
-    /// which follow the header block when `pixels` is null. A block of less than 40 bytes is no header.
+    /// which follow the header block when `pixels` is null. A block of less than 40 bytes is not a header.
     /// True when there is a header.
     virtual bool Attach(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
                         std::size_t pixelBytes);
@@ -52,18 +54,19 @@ class Dib {
                         bool usePaletteIndices);
     /// Reads a bitmap file's 14-byte file header; true when it is one.
     virtual bool LoadHeader(File& file);
-    /// Moves `file` from the start of a bitmap to the byte after it.
+    /// Moves `file` from the start of a bitmap to the byte after it, which lies within its 54 bytes of
+    /// headers when those announce less. False when they can't be read or the system refuses.
     virtual bool SkipInFile(File& file);
-    /// Writes a bitmap file's content; false when there is no picture, when it exceeds the 32-bit sizes of
-    /// the format or when the system refuses.
+    /// Writes a bitmap file's content; false when there is no picture, when it exceeds what loading takes, or
+    /// when the system refuses.
     virtual bool WriteToFile(File& file);
     /// Writes a bitmap file.
     virtual bool WriteToPath(const std::wstring& path);
     /// A picture of its own with the content of a device's bitmap that is selected into no device context.
     /// False when there is no such bitmap (as where there is no such device) or memory runs out.
     virtual bool CreateFromBitmap(HBITMAP bitmap, HDC dc);
-    /// A bitmap of the device with this content, for the caller to delete; null when the device refuses, and
-    /// for a picture of which not everything exists.
+    /// A bitmap of the device with this content, for the caller to delete; null when there is no picture,
+    /// when memory runs out and when the device refuses.
     [[nodiscard]] virtual HBITMAP CreateDDB(HDC dc) const;
     /// Fills the first `count` colours from `first` towards `last` (0x00BBGGRR) and the others with a light
     /// grey.
@@ -99,10 +102,13 @@ class Dib {
     /// Whole bytes per pixel, 1 to 4. An unusual bit count is logged and counts as 1.
     [[nodiscard]] int PixelSize() const;
 
-    /// Entry `index` of the colour table; black beyond its end.
+    /// Entry `index` of the colour table, announced or not; bytes that do not exist are 0.
     [[nodiscard]] RGBQUAD GetColour(std::uint32_t index) const;
-    /// The `index`-th of the three bit-field masks (0 to 2).
+    /// The `index`-th of the three bit-field masks (0 to 2), likewise.
     [[nodiscard]] DWORD GetMask(int index) const;
+    /// Bytes from the start of the pixel data to row `y`, counted from the top of the picture. Needs a
+    /// header.
+    [[nodiscard]] std::int64_t RowOffset(std::int64_t y) const;
     /// Where pixel (`x`, `y`) of the picture lies, `y` counted from the top. Null, and logged, when the
     /// picture has no such pixel or its bytes do not all exist.
     [[nodiscard]] std::uint8_t* PixelAddress(std::int32_t x, std::int32_t y);
@@ -113,8 +119,8 @@ class Dib {
     void SetPixel(std::int32_t x, std::int32_t y, std::uint32_t value);
 
     /// Gives `target` blocks of its own with the header block and the pixels, both in the sizes that the
-    /// header announces. False, and `target` empty, when there is nothing to copy or memory runs out.
-    /// `target` should be empty before: what it owned is not freed.
+    /// header announces; nothing else of it changes. False, and `target` as it was, when there is nothing to
+    /// copy or memory runs out. `target` should be empty before: what it owned is not freed.
     [[nodiscard]] bool CopyTo(Dib& target) const;
     /// A new Dib made with `CreateFromHeader` and filled with `biSizeImage` bytes of `pixels`; null when
     /// memory runs out.
@@ -124,24 +130,30 @@ class Dib {
                                                                   std::size_t pixelBytes);
     /// Whether every colour is the grey of its own index.
     [[nodiscard]] bool HasGreyPalette() const;
-    /// Reads a header, the rest of its block and the pixels as `Serialize` or a bitmap file's writer left
-    /// them, into a block of its own. ArchiveException (badIndex) when the archive ends too early or the
-    /// header is of a kind whose colours or masks lie elsewhere; std::bad_alloc when memory runs out. The
-    /// object is empty then. Takes no more memory than twice the bytes that are really there.
+    /// Reads a header of 40 bytes, the rest of its block and the pixels as `Serialize` or a bitmap file's
+    /// writer left them, into a block of its own. ArchiveException (badIndex) when the archive ends too
+    /// early; std::bad_alloc when memory runs out. The object is empty then. Takes no more memory than twice
+    /// the bytes that are really there.
     void LoadFromArchive(Archive& archive);
     /// In pictures of at least 240 rows, repeats the rows of one field (0: even, 1: odd) over the other's.
     void DoubleField(std::int32_t field);
 
   private:
     [[nodiscard]] std::uint32_t ExistingColours() const;
-    [[nodiscard]] std::int64_t RowOffset(std::int64_t y) const;
-    [[nodiscard]] std::optional<std::int64_t> PixelOffset(std::int32_t x, std::int32_t y) const;
+    struct PixelPlace {
+        std::int64_t offset;
+        int size;
+    };
+    [[nodiscard]] std::optional<PixelPlace> FindPixel(std::int32_t x, std::int32_t y) const;
+    [[nodiscard]] std::span<std::uint8_t> ExistingRow(std::int64_t y) const;
     void CopyRow(std::int64_t from, std::int64_t to);
     void Borrow(const BITMAPINFOHEADER* header, std::size_t headerBytes, std::uint8_t* pixels,
                 std::size_t pixelBytes);
-    void AdoptInfo(void* block, std::size_t bytes);
-    void AdoptBits(void* block, std::size_t bytes);
-    void AdoptWhole(std::uint8_t* block, std::int64_t headerSize, std::int64_t bitsSize);
+    void OwnInfo(void* block, std::int64_t bytes);
+    void AllocateInfo(std::int64_t announced);
+    void AllocateBits(std::int64_t bytes);
+    void OwnWhole(std::uint8_t* block, std::int64_t headerSize, std::int64_t bitsSize);
+    [[nodiscard]] bool CopyBlocks(std::int64_t headerBytes, std::int64_t pixelBytes, Dib& copy) const;
     /// Zeroed memory from the general heap; null when there is none, or for a size that only a broken header
     /// asks for.
     [[nodiscard]] static void* AllocateBlock(std::int64_t bytes);

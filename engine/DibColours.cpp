@@ -10,6 +10,17 @@ namespace {
 // Deliberate: the table begins here even when the header calls itself longer.
 constexpr std::size_t kTableOffset = sizeof(BITMAPINFOHEADER);
 
+/// A colour or a mask. Deliberate: it counts as far as there are bytes, whatever number the header announces.
+template <typename Entry>
+Entry ReadEntry(const BITMAPINFOHEADER* info, std::size_t infoExtent, std::uint32_t index) {
+    Entry entry{};
+    const std::uint64_t offset = kTableOffset + std::uint64_t{index} * sizeof entry;
+    if (info != nullptr && offset < infoExtent)
+        std::memcpy(&entry, reinterpret_cast<const std::uint8_t*>(info) + offset,
+                    std::min<std::size_t>(sizeof entry, infoExtent - static_cast<std::size_t>(offset)));
+    return entry;
+}
+
 } // namespace
 
 RGBQUAD* Dib::GetColourTable() const {
@@ -25,20 +36,12 @@ std::uint32_t Dib::ExistingColours() const {
 }
 
 RGBQUAD Dib::GetColour(std::uint32_t index) const {
-    RGBQUAD colour{};
-    const std::uint64_t offset = kTableOffset + std::uint64_t{index} * sizeof colour;
-    if (index < GetColourCount() && offset < infoExtent)
-        std::memcpy(&colour, reinterpret_cast<const std::uint8_t*>(info) + offset,
-                    std::min<std::size_t>(sizeof colour, infoExtent - offset));
-    return colour;
+    return ReadEntry<RGBQUAD>(info, infoExtent, index);
 }
 
 DWORD Dib::GetMask(int index) const {
-    DWORD mask = 0;
-    const std::size_t offset = kTableOffset + static_cast<std::size_t>(index) * sizeof mask;
-    if (info != nullptr && index >= 0 && index < 3 && offset + sizeof mask <= infoExtent)
-        std::memcpy(&mask, reinterpret_cast<const std::uint8_t*>(info) + offset, sizeof mask);
-    return mask;
+    const bool isMask = index >= 0 && index < 3;
+    return isMask ? ReadEntry<DWORD>(info, infoExtent, static_cast<std::uint32_t>(index)) : 0;
 }
 
 void Dib::SetColourRamp(std::int32_t count, COLORREF first, COLORREF last) {

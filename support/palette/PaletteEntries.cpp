@@ -1,8 +1,6 @@
 #include "support/palette/PaletteEntries.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 
 namespace scenedetect {
 namespace {
@@ -17,16 +15,12 @@ PALETTEENTRY Grey(std::uint32_t level) {
 } // namespace
 
 PaletteEntries EntriesOf(const Dib& dib) {
-    // The table is read to its 256th entry even where the picture has fewer colours, as far as there are
-    // bytes.
-    constexpr std::size_t kTableOffset = sizeof(BITMAPINFOHEADER);
-    std::array<RGBQUAD, kMostEntries> table{};
-    if (dib.GetInfoExtent() > kTableOffset)
-        std::memcpy(table.data(), dib.GetColourTable(),
-                    std::min(sizeof table, dib.GetInfoExtent() - kTableOffset));
+    // Deliberate: all that a palette can have, however few colours the picture announces.
     PaletteEntries entries;
-    for (const RGBQUAD& colour : table)
+    for (std::uint32_t i = 0; i < kMostEntries; ++i) {
+        const RGBQUAD colour = dib.GetColour(i);
         entries.push_back({colour.rgbRed, colour.rgbGreen, colour.rgbBlue, 0});
+    }
     return entries;
 }
 

@@ -15,7 +15,7 @@ using PaletteEntries = std::vector<PALETTEENTRY>;
 /// bytes end.
 [[nodiscard]] PaletteEntries EntriesOf(const Dib& dib);
 
-/// `count` greys from 0 upwards that are not to be collapsed; a count of 0 means 256. None for a count that
+/// `count` greys from 0 upwards that are not to be collapsed; a count of 0 means 256. Empty for a count that
 /// no palette can have.
 [[nodiscard]] PaletteEntries GreyRampEntries(std::int32_t count);
 
@@ -28,7 +28,7 @@ using PaletteEntries = std::vector<PALETTEENTRY>;
 void MarkMiddleEntries(std::span<PALETTEENTRY> entries, std::int32_t staticColours);
 
 /// Marks likewise, and makes the marked entries a scale of greys in steps of 255 / min(entries that are not
-/// static, `maxGreys`). Deliberate: with fewer greys than entries the scale runs past 255 and begins anew.
+/// static, `maxGreys`). Deliberate: with fewer greys than entries the scale passes 255 and wraps to 0.
 /// False, and nothing done, when that divisor is not positive.
 [[nodiscard]] bool FillGreyScale(std::span<PALETTEENTRY> entries, std::int32_t staticColours,
                                  std::int32_t maxGreys);

@@ -95,7 +95,7 @@ std::string Reduce(Picture& picture, int greenBits) {
     return words;
 }
 
-class ForeignBitmap : public testing::Test {
+class BitmapExchange : public testing::Test {
   protected:
     void Make(const Picture& truth, const std::string& command) {
         std::ofstream(m_folder / "truth.ppm", std::ios::binary) << truth.Ppm();
@@ -122,7 +122,7 @@ class ForeignBitmap : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(ForeignBitmap, IsLoadedAndSkipped) {
+TEST_F(BitmapExchange, IsLoadedAndSkipped) {
     struct Case {
         const char* name;
         int bitCount; // 5 and 6: 16, of which that many are green's
@@ -164,21 +164,28 @@ TEST_F(ForeignBitmap, IsLoadedAndSkipped) {
     }
 }
 
-TEST_F(ForeignBitmap, OfAKindThatIsNotReadIsRefused) {
-    const Picture truth = MakePicture(37, 5, 8);
-    // Colours behind a longer header, masks in one, an older kind of header, and masks that are not there.
-    for (const char* command :
-         {IMAGEMAGICK " truth.ppm -type palette BMP:file.bmp",
-          IMAGEMAGICK " truth.ppm -alpha set BMP:file.bmp", IMAGEMAGICK " truth.ppm BMP2:file.bmp",
-          IMAGEMAGICK " truth.ppm -type truecolor -define bmp:subtype=RGB565 BMP3:file.bmp"}) {
-        ASSERT_NO_FATAL_FAILURE(Make(truth, command));
+TEST_F(BitmapExchange, LongerHeadersLeadToTheirPixels) {
+    ASSERT_NO_FATAL_FAILURE(Make(MakePicture(37, 5, 8), IMAGEMAGICK " truth.ppm -type palette BMP:file.bmp"));
+    Dib dib;
+    ASSERT_TRUE(Load("file.bmp", dib));
+    EXPECT_GT(dib.GetInfo()->biSize, 40u);
+    const std::string pixels(dib.GetBits(), dib.GetBits() + dib.GetBitsExtent());
+    EXPECT_EQ(pixels.size(), 5u * 40 / 2);
+    EXPECT_TRUE(ReadWhole(m_folder / "file.bmp").ends_with(pixels));
+}
+
+TEST_F(BitmapExchange, MasksThatAreNotThereAreRefused) {
+    // Within a longer header, and nowhere.
+    for (const char* command : {IMAGEMAGICK " truth.ppm -alpha set BMP:file.bmp", IMAGEMAGICK
+                                " truth.ppm -type truecolor -define bmp:subtype=RGB565 BMP3:file.bmp"}) {
+        ASSERT_NO_FATAL_FAILURE(Make(MakePicture(37, 5, 8), command));
         Dib dib;
         EXPECT_FALSE(Load("file.bmp", dib)) << command;
         EXPECT_FALSE(dib.IsValid());
     }
 }
 
-TEST_F(ForeignBitmap, IsReadByOthers) {
+TEST_F(BitmapExchange, IsReadByOthers) {
     for (const int bitCount : {1, 4, 8, 16, 24, 32}) {
         for (const std::int32_t height : {6, -6}) {
             SCOPED_TRACE(std::to_string(bitCount) + " bits, " + std::to_string(height) + " rows");

@@ -18,7 +18,6 @@ using testing_support::Bitmap;
 using testing_support::LogRecorder;
 using testing_support::MakeHeader;
 
-
 std::span<std::uint8_t> Slot(Detector& detector, std::int32_t offset) {
     return {detector.GetFrame(offset), static_cast<std::size_t>(detector.GetSampleCount())};
 }

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdlib>
+#include <functional>
 #include <string_view>
 
 namespace scenedetect {
@@ -25,7 +27,6 @@ using testing_support::TempFolder;
 using testing_support::Wide;
 
 using Bytes = std::vector<std::uint8_t>;
-
 
 TEST(Dib, SizesThatTheHeaderAnnounces) {
     const auto expect = [](const char* name, BITMAPINFOHEADER header, DWORD used, DWORD image,
@@ -67,10 +68,14 @@ TEST(Dib, PixelsLieByOrientationAndSize) {
     for (const auto& [x, y] : {std::pair{3, 0}, {0, 2}, {-1, 0}, {0, -1}, {INT32_MAX, INT32_MIN}, {0, 1}})
         EXPECT_EQ(topDown.dib.PixelAddress(x, y), nullptr) << x << ", " << y;
     EXPECT_EQ(Dib().PixelAddress(0, 0), nullptr);
-    EXPECT_EQ(Bitmap(MakeHeader(1, 1, 2), {}).dib.PixelSize(), 1);
-    EXPECT_EQ(log.lines.size(), 8u);
-    EXPECT_EQ(log.lines.front(), L"700/1 Dib::PixelAddress invalid pixel\n");
-    EXPECT_EQ(log.lines.back(), L"700/1 Dib::PixelSize: unexpected biBitCount\n");
+    EXPECT_EQ(log.lines, std::vector(7, std::wstring(L"700/1 Dib::PixelAddress invalid pixel\n")));
+    // Two bits a pixel count as one byte; each call tells once.
+    Bitmap twoBits(MakeHeader(2, 1, 2), {1, 2, 3, 4});
+    EXPECT_EQ(twoBits.dib.PixelSize(), 1);
+    EXPECT_EQ(twoBits.dib.PixelAddress(1, 0), twoBits.pixels.data() + 1);
+    twoBits.dib.SetPixel(1, 0, 9);
+    EXPECT_EQ(twoBits.dib.GetPixel(1, 0), 9u);
+    EXPECT_EQ(std::ranges::count(log.lines, L"700/1 Dib::PixelSize: unexpected biBitCount\n"), 4);
 }
 
 TEST(Dib, PixelValues) {
@@ -98,10 +103,18 @@ TEST(Dib, AttachBorrows) {
     EXPECT_EQ(dib.GetBitsExtent(), 6u);
     EXPECT_EQ(Dib(dib).GetBits(), dib.GetBits());
 
-    EXPECT_TRUE(dib.Attach(info, 47, nullptr, 0)); // a colour table cut short: no bits behind it
-    EXPECT_FALSE(dib.IsValid());
-    EXPECT_FALSE(dib.Attach(info, 39, dib.GetBits(), 6));
-    EXPECT_EQ(dib.GetInfo(), nullptr);
+    EXPECT_TRUE(dib.Attach(info, 48, nullptr, 0)); // right after them the block ends
+    EXPECT_EQ(dib.GetBits(), bitmap.block.data() + 48);
+    EXPECT_EQ(dib.GetBitsExtent(), 0u);
+    EXPECT_TRUE(dib.Attach(info, 47, nullptr, 0)); // a colour table cut short: no bits after it
+    EXPECT_EQ(dib.GetBits(), nullptr);
+    // Without a header, or with one cut short, the pixels are borrowed all the same.
+    std::uint8_t pixel = 0;
+    for (const auto& [header, bytes] : {std::pair{info, std::size_t{39}}, {nullptr, 0}}) {
+        EXPECT_FALSE(dib.Attach(header, bytes, &pixel, 1));
+        EXPECT_EQ(dib.GetInfo(), nullptr);
+        EXPECT_EQ(dib.GetBits(), &pixel);
+    }
 }
 
 TEST(Dib, CreateMakesOneUnpaddedBlock) {
@@ -111,8 +124,8 @@ TEST(Dib, CreateMakesOneUnpaddedBlock) {
     EXPECT_EQ(dib.GetBits(), reinterpret_cast<std::uint8_t*>(dib.GetInfo()) + 40 + 1024);
     EXPECT_EQ(dib.GetBitsExtent(), 9u);
     EXPECT_EQ(reinterpret_cast<const WORD*>(dib.GetColourTable())[255], 255);
-    const int refused[][3] = {
-        {-3, 3, 24}, {-3, -3, 24}, {INT32_MAX, INT32_MAX, 32}, {65536, 65536, 8}, {1, 1, 65536}};
+    const int refused[][3] = {{-3, 3, 24},       {3, -3, 24}, {-3, -3, 24}, {INT32_MAX, INT32_MAX, 32},
+                              {65536, 65536, 8}, {1, 1, -1},  {1, 1, 65536}};
     for (const auto& [width, height, bitCount] : refused) {
         EXPECT_FALSE(dib.Create(width, height, bitCount, false));
         EXPECT_EQ(dib.GetInfo(), nullptr);
@@ -153,17 +166,19 @@ TEST(Dib, CopyToIsDeepAndOfTheAnnouncedSizes) {
     EXPECT_NE(bitmap.dib.GetBits(), bitmap.pixels.data());
 }
 
-TEST(Dib, CopyToThatFailsLeavesTheTargetEmpty) {
+TEST(Dib, CopyToChangesNothingElse) {
+    Dib target;
+    ASSERT_TRUE(target.Create(1, 1, 8, true));
+    BITMAPINFOHEADER* const old = target.GetInfo();
     BITMAPINFOHEADER longHeader = MakeHeader(1, 1, 24);
     longHeader.biSize = 0xFFFFFFFF;
-    for (const BITMAPINFOHEADER& header : {MakeHeader(INT32_MAX, INT32_MAX, 32), longHeader}) {
-        const Bitmap bitmap(header, Bytes(4));
-        Dib target(bitmap.dib);
-        EXPECT_FALSE(bitmap.dib.CopyTo(target));
-        EXPECT_EQ(target.GetInfo(), nullptr);
-        EXPECT_EQ(target.GetBits(), nullptr);
-        EXPECT_FALSE(target.CopyTo(target));
-    }
+    EXPECT_FALSE(Dib().CopyTo(target));
+    for (const BITMAPINFOHEADER& header : {MakeHeader(INT32_MAX, INT32_MAX, 32), longHeader})
+        EXPECT_FALSE(Bitmap(header, Bytes(4)).dib.CopyTo(target));
+    EXPECT_EQ(target.GetInfo(), old);
+    ASSERT_TRUE(Bitmap(MakeHeader(1, 1, 24), Bytes(4)).dib.CopyTo(target));
+    EXPECT_EQ(old->biBitCount, 8) << "what the target owned is not freed";
+    std::free(old);
 }
 
 TEST(Dib, ColourTables) {
@@ -182,7 +197,11 @@ TEST(Dib, ColourTables) {
     dib.SetColourRamp(1, RGB(20, 100, 7), RGB(40, 0, 0)); // no ramp, and no division by zero
     EXPECT_THAT(entry(1), Each(192));
     dib.SetColourCube();
-    EXPECT_THAT(entry(32 * 3 + 4 * 5 + 2), ElementsAre(255 * 5 / 7, 255 * 3 / 7, 85 * 2));
+    std::uint32_t next = 0;
+    for (int green = 0; green < 8; ++green)
+        for (int red = 0; red < 8; ++red)
+            for (int blue = 0; blue < 4; ++blue)
+                EXPECT_THAT(entry(next++), ElementsAre(255 * red / 7, 255 * green / 7, 85 * blue));
     EXPECT_FALSE(dib.HasGreyPalette());
     for (int i = 0; i < 256; ++i)
         std::memset(&dib.GetColourTable()[i], i, sizeof(RGBQUAD));
@@ -199,19 +218,30 @@ TEST(Dib, ColourTables) {
 }
 
 TEST(Dib, DoubleFieldRepeatsRows) {
-    const auto doubled = [](std::int32_t height, int field, std::size_t rows) {
+    // Rows of four bytes; of the first `bytes` each is the number that `valueOf` gives its row in memory.
+    const auto rows = [](std::size_t bytes, auto valueOf) {
         Bytes pixels;
-        for (std::size_t byte = 0; byte < rows * 4; ++byte)
-            pixels.push_back(static_cast<std::uint8_t>(byte / 4));
-        Bitmap bitmap(MakeHeader(1, height, 24), pixels);
-        bitmap.dib.DoubleField(field);
-        return bitmap.pixels;
+        for (std::size_t byte = 0; byte < bytes; ++byte)
+            pixels.push_back(static_cast<std::uint8_t>(valueOf(byte / 4)));
+        return pixels;
     };
-    EXPECT_EQ(doubled(-239, 0, 239)[4], 1);
-    EXPECT_EQ(doubled(-241, 0, 241)[4 * 240], 240); // the last row has no partner
-    EXPECT_EQ(doubled(-240, 1, 240)[4 * 238], 239);
-    EXPECT_EQ(doubled(240, 0, 240)[4 * 238], 239); // bottom-up: memory row 239 is picture row 0
-    EXPECT_EQ(doubled(-240, 1, 3)[4 * 2], 0);      // its source row does not exist
+    const auto expect = [&](std::int32_t height, int field, const Bytes& expected) {
+        Bitmap bitmap(MakeHeader(1, height, 24), rows(expected.size(), std::identity()));
+        bitmap.dib.DoubleField(field);
+        EXPECT_EQ(bitmap.pixels, expected) << height << " rows, field " << field;
+    };
+    const auto even = [](std::size_t row) { return row - row % 2; };
+    const auto odd = [](std::size_t row) { return row + 1 - row % 2; };
+    for (const int field : {-1, 2})
+        expect(-240, field, rows(960, std::identity()));
+    expect(-239, 0, rows(4 * 239, std::identity()));
+    expect(-241, 0, rows(4 * 241, even)); // the last row has no partner
+    expect(-240, 1, rows(960, odd));
+    expect(240, 0, rows(960, odd)); // bottom-up: memory row 239 is picture row 0
+    // Of the last row half exists: copied from it, the other half is zeros.
+    expect(-240, 0, rows(14, even));
+    expect(-240, 1, {1, 1, 1, 1, 1, 1, 1, 1, 3, 3, 0, 0, 3, 3});
+    expect(-240, 1, {1, 1, 1, 1, 1, 1, 1, 1, 0, 0, 0, 0});
 }
 
 std::string WrittenBy(Dib& dib, const TempFolder& folder) {
@@ -243,7 +273,7 @@ TEST(DibFile, WhatDoesNotExistIsWrittenAsZeros) {
 TEST(DibFile, RefusesWhatCannotBeWritten) {
     const TempFolder folder;
     EXPECT_FALSE(Dib().WriteToPath(Wide(folder / "empty")));
-    EXPECT_FALSE(Bitmap(MakeHeader(65536, 65536, 32), Bytes(4)).dib.WriteToPath(Wide(folder / "too big")));
+    EXPECT_FALSE(Bitmap(MakeHeader(32768, 16384, 32), Bytes(4)).dib.WriteToPath(Wide(folder / "2 GiB")));
     EXPECT_FALSE(Bitmap(MakeHeader(1, 1, 24), Bytes(4)).dib.WriteToPath(Wide(folder / "missing" / "a")));
 }
 
@@ -255,13 +285,14 @@ TEST(DibFile, ReadsHeadersAndSkipsPictures) {
         std::string content;
         bool loads;
         bool skips;
+        std::string_view next = {}; ///< where the file stands then
     };
     Bitmap bitmap(MakeHeader(3, 2, 24), Bytes(24));
-    for (const Case& c :
-         {Case{"picture", WrittenBy(bitmap.dib, folder) + "next", true, true},
-          {"other type", "MB" + std::string(60, '\0'), false, false},
-          {"no information header", "BM" + std::string(12 + 39, '\0'), true, false},
-          {"header that calls itself empty", "BM" + std::string(12 + 40, '\0'), true, false}}) {
+    for (const Case& c : {Case{"picture", WrittenBy(bitmap.dib, folder) + "next", true, true, "next"},
+                          {"other type", "MB" + std::string(60, '\0'), false, false},
+                          {"no information header", "BM" + std::string(12 + 39, '\0'), true, false},
+                          {"header that calls itself empty", "BM0123456789ab" + std::string(40, '\0'), true,
+                           true, std::string_view("\0\0\0\0", 4)}}) {
         std::ofstream(folder / "a", std::ios::binary) << c.content;
         File file;
         ASSERT_TRUE(file.Open(Wide(folder / "a"), File::Mode::Read));
@@ -270,7 +301,7 @@ TEST(DibFile, ReadsHeadersAndSkipsPictures) {
         EXPECT_EQ(Dib().SkipInFile(file), c.skips) << c.name;
         char next[4];
         if (c.skips) {
-            EXPECT_EQ(std::string(next, file.Read(next, sizeof next)), "next");
+            EXPECT_EQ(std::string(next, file.Read(next, sizeof next)), c.next) << c.name;
         }
     }
     EXPECT_TRUE(log.lines.empty());

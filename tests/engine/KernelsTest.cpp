@@ -16,7 +16,7 @@ using testing_support::RandomBytes;
 
 using enum PixelLayout;
 constexpr PixelLayout kLayouts[] = {Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555};
-constexpr unsigned kCpuMasks[] = {0, kCpuSse2, kCpuAll};
+constexpr unsigned kCpuMasks[] = {0, kCpuAll}; // SSE2 is the one feature that there is
 
 /// Runs `kernel` and the reference over many shapes; the first shape on which they differ, or on which the
 /// kernel writes beyond its sums. The pixels are allocated to the byte, for the address sanitizer.
@@ -86,18 +86,62 @@ TEST(BlockSums, SixteenBitComponents) {
     EXPECT_EQ(sumOf(Rgb555, 0xFF, 0xFF), 248u * 3);
 }
 
-TEST(ByteSums, EveryKernelEqualsTheReference) {
-    for (const unsigned mask : kCpuMasks)
-        for (const std::size_t count : {0, 1, 15, 16, 17, 63, 64, 65, 130, 5401}) {
-            const auto a = RandomBytes(count, 1);
-            const auto b = RandomBytes(count, 2);
-            const unsigned cpu = mask & CpuFeatures();
-            EXPECT_EQ(SelectByteSum(cpu)(a.data(), count), ScalarByteSum(a.data(), count)) << count;
-            for (const std::uint8_t clamp : {0, 1, 100, 255})
-                EXPECT_EQ(SelectDifferenceSum(cpu)(a.data(), b.data(), count, clamp),
-                          ScalarDifferenceSum(a.data(), b.data(), count, clamp))
-                    << count << " bytes, clamp " << int{clamp};
+/// Likewise over runs of many lengths, as many as there are bytes; random ones, and the greatest sums.
+std::optional<std::string> FindFault(ByteSum sum, DifferenceSum differenceSum) {
+    for (const std::size_t count : {0, 1, 15, 16, 17, 31, 32, 63, 64, 65, 130, 5401})
+        for (const bool isGreatest : {false, true}) {
+            auto a = RandomBytes(count, 1);
+            auto b = RandomBytes(count, 2);
+            if (isGreatest) {
+                std::ranges::fill(a, std::uint8_t{255});
+                std::ranges::fill(b, std::uint8_t{0});
+            }
+            if (sum(a.data(), count) != ScalarByteSum(a.data(), count))
+                return "sum of " + std::to_string(count);
+            for (const int clamp : {0, 1, 100, 127, 128, 255}) {
+                const auto most = static_cast<std::uint8_t>(clamp);
+                for (const auto& [from, to] : {std::pair{&a, &b}, {&b, &a}})
+                    if (differenceSum(from->data(), to->data(), count, most) !=
+                        ScalarDifferenceSum(from->data(), to->data(), count, most))
+                        return "differences of " + std::to_string(count) + ", at most " +
+                               std::to_string(clamp);
+            }
         }
+    return std::nullopt;
+}
+
+TEST(ByteSums, References) {
+    constexpr std::uint8_t kA[] = {0, 10, 200, 255};
+    constexpr std::uint8_t kB[] = {255, 7, 210, 255};
+    EXPECT_EQ(ScalarByteSum(kA, 4), 465u);
+    EXPECT_EQ(ScalarDifferenceSum(kA, kB, 4, 255), 255u + 3 + 10);
+    EXPECT_EQ(ScalarDifferenceSum(kA, kB, 4, 5), 5u + 3 + 5);
+}
+
+TEST(ByteSums, EveryKernelEqualsTheReference) {
+    for (const unsigned mask : kCpuMasks) {
+        const unsigned cpu = mask & CpuFeatures();
+        EXPECT_EQ(FindFault(SelectByteSum(cpu), SelectDifferenceSum(cpu)), std::nullopt) << "cpu " << mask;
+    }
+}
+
+TEST(ByteSums, BrokenKernelsAreFound) {
+    const ByteSum withoutLast = [](const std::uint8_t* bytes, std::size_t count) {
+        return ScalarByteSum(bytes, count - count % 16);
+    };
+    const ByteSum ofSixteenBits = [](const std::uint8_t* bytes, std::size_t count) {
+        return ScalarByteSum(bytes, count) & 0xFFFF;
+    };
+    for (const ByteSum broken : {withoutLast, ofSixteenBits})
+        EXPECT_NE(FindFault(broken, ScalarDifferenceSum), std::nullopt);
+    const DifferenceSum unclamped = [](const std::uint8_t* a, const std::uint8_t* b, std::size_t count,
+                                       std::uint8_t) { return ScalarDifferenceSum(a, b, count, 255); };
+    const DifferenceSum signedClamp = [](const std::uint8_t* a, const std::uint8_t* b, std::size_t count,
+                                         std::uint8_t clamp) {
+        return ScalarDifferenceSum(a, b, count, clamp < 128 ? clamp : std::uint8_t{0});
+    };
+    for (const DifferenceSum broken : {unclamped, signedClamp})
+        EXPECT_NE(FindFault(ScalarByteSum, broken), std::nullopt);
 }
 
 } // namespace

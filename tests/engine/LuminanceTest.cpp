@@ -54,6 +54,9 @@ TEST(Luminance, TheFormatIsTheFirstThatMatches) {
     EXPECT_EQ(layoutOf(BI_BITFIELDS, 16, Masks(0x7C00, 0x03E0, 0x001F)), PixelLayout::Rgb555);
     EXPECT_EQ(layoutOf(BI_BITFIELDS, 16, Masks(0x001F, 0x07E0, 0xF800)), std::nullopt);
     EXPECT_EQ(layoutOf(BI_BITFIELDS, 16), std::nullopt); // no masks in the block
+    Samples cut = Masks(0x7C00, 0x03E0, 0x001F);         // three zeros fewer
+    cut.resize(9);
+    EXPECT_EQ(layoutOf(BI_BITFIELDS, 16, cut), PixelLayout::Rgb555);
     EXPECT_EQ(layoutOf(kDvsd, 16), std::nullopt);
     EXPECT_EQ(LayoutOf(Dib()), std::nullopt);
 }
@@ -115,17 +118,18 @@ TEST(Luminance, TwoBytePixelsSkipRows) {
 }
 
 TEST(Luminance, PaletteEndsAndMissingPixels) {
-    // Two colours with means 20 and 50. Index 2 is beyond them; missing pixels are index 0.
-    BITMAPINFOHEADER header = MakeHeader(24, -8, 8);
-    header.biClrUsed = 2;
+    // Colours with means 20, 50 and (60 + 90) / 3, of which one is announced and two and a half exist, and
+    // then none. Missing pixels are index 0.
+    BITMAPINFOHEADER header = MakeHeader(32, -8, 8);
+    header.biClrUsed = 1;
     Samples indices;
-    for (int pixel = 0; pixel < 24 * 4; ++pixel)
-        indices.push_back(static_cast<std::uint8_t>(pixel % 24 / 8));
-    EXPECT_THAT(Read({header, indices, {10, 20, 30, 0, 40, 50, 60, 0, 9, 9, 9, 9}}, {4, 1, 8}),
-                ElementsAre(20, (50 + 20) / 2, (0 + 20) / 2, 20));
+    for (int pixel = 0; pixel < 32 * 4; ++pixel)
+        indices.push_back(static_cast<std::uint8_t>(pixel % 32 / 8));
+    EXPECT_THAT(Read({header, indices, {10, 20, 30, 0, 40, 50, 60, 0, 60, 90}}, {5, 1, 8}),
+                ElementsAre(20, (50 + 20) / 2, (50 + 20) / 2, (0 + 20) / 2, 20));
 }
 
-// The fast and the checked ways must agree: data cut anywhere reads as the same data with zeros behind.
+// The fast and the checked ways must agree: data cut anywhere reads as the same data with zeros after it.
 TEST(Luminance, CutDataReadsAsZeros) {
     const Samples colours = RandomBytes(1024, 7);
     for (const auto& [compression, bitCount] : {std::pair{kYuy2, 16},

@@ -1,4 +1,4 @@
-// Bitmaps of the graphics system, to and fro.
+// Dibs made from the graphics system's bitmaps, and such bitmaps made from Dibs.
 #include "engine/BitmapHeader.h"
 #include "engine/Dib.h"
 #include "tests/engine/BitmapMaking.h"
@@ -19,7 +19,12 @@ struct DeleteGdiObject {
 };
 using BitmapHandle = std::unique_ptr<std::remove_pointer_t<HBITMAP>, DeleteGdiObject>;
 
-class Gdi : public testing::TestWithParam<int> {
+struct Picture {
+    int bitCount;
+    int width;
+};
+
+class Gdi : public testing::TestWithParam<Picture> {
   protected:
     Gdi() : m_dc(CreateCompatibleDC(nullptr)) {}
     ~Gdi() override { DeleteDC(m_dc); }
@@ -48,21 +53,31 @@ class Gdi : public testing::TestWithParam<int> {
         return bits == 24 ? pixel : RGB(pixel >> 16 & 255, pixel >> 8 & 255, pixel & 255);
     }
     static void ExpectSameColours(const Dib& ours, const Dib& theirs) {
-        ASSERT_EQ(theirs.GetInfo()->biWidth, kWidth);
-        ASSERT_EQ(theirs.GetInfo()->biHeight, kHeight);
-        for (int y = 0; y < kHeight; ++y)
-            for (int x = 0; x < kWidth; ++x)
+        ASSERT_EQ(theirs.GetInfo()->biWidth, ours.GetInfo()->biWidth);
+        ASSERT_EQ(theirs.GetInfo()->biHeight, ours.GetInfo()->biHeight);
+        for (int y = 0; y < ours.GetInfo()->biHeight; ++y)
+            for (int x = 0; x < ours.GetInfo()->biWidth; ++x)
                 ASSERT_EQ(Colour(theirs, x, y), Colour(ours, x, y)) << x << ", " << y;
     }
+    // The same colours on the device, and what that says they are.
+    static void ExpectShown(const Dib& ours) {
+        const HDC screen = GetDC(nullptr);
+        const BitmapHandle device(ours.CreateDDB(screen));
+        ASSERT_TRUE(device);
+        Dib theirs;
+        ASSERT_TRUE(theirs.CreateFromBitmap(device.get(), screen));
+        EXPECT_EQ(theirs.GetBitCount(), GetDeviceCaps(screen, BITSPIXEL) * GetDeviceCaps(screen, PLANES));
+        ReleaseDC(nullptr, screen);
+        ExpectSameColours(ours, theirs);
+    }
 
-    static constexpr int kWidth = 32; // rows of whole words at every depth
     static constexpr int kHeight = 5;
     const HDC m_dc;
 };
 
 TEST_P(Gdi, BitmapsOfTheSameDepth) {
     Dib ours;
-    ASSERT_TRUE(ours.Create(kWidth, kHeight, GetParam(), false));
+    ASSERT_TRUE(ours.Create(GetParam().width, kHeight, GetParam().bitCount, false));
     Fill(ours);
     void* bits = nullptr;
     const BitmapHandle section(CreateDIBSection(m_dc, reinterpret_cast<const BITMAPINFO*>(ours.GetInfo()),
@@ -71,32 +86,36 @@ TEST_P(Gdi, BitmapsOfTheSameDepth) {
     std::memcpy(bits, ours.GetBits(), ours.GetBitsExtent());
     Dib theirs;
     ASSERT_TRUE(theirs.CreateFromBitmap(section.get(), m_dc));
-    EXPECT_EQ(theirs.GetBitCount(), GetParam());
+    EXPECT_EQ(theirs.GetBitCount(), GetParam().bitCount);
     EXPECT_EQ(theirs.GetCompression(), DWORD{BI_RGB});
     ExpectSameColours(ours, theirs);
 }
 
 TEST_P(Gdi, BitmapsOfTheDevice) {
     Dib ours;
-    ASSERT_TRUE(ours.Create(kWidth, kHeight, GetParam(), false));
+    ASSERT_TRUE(ours.Create(GetParam().width, kHeight, GetParam().bitCount, false));
     Fill(ours);
-    const HDC screen = GetDC(nullptr);
-    const BitmapHandle device(ours.CreateDDB(screen));
-    ASSERT_TRUE(device);
-    Dib theirs;
-    ASSERT_TRUE(theirs.CreateFromBitmap(device.get(), screen));
-    EXPECT_EQ(theirs.GetBitCount(), GetDeviceCaps(screen, BITSPIXEL) * GetDeviceCaps(screen, PLANES));
-    ReleaseDC(nullptr, screen);
-    ExpectSameColours(ours, theirs);
+    ExpectShown(ours);
 }
 
-INSTANTIATE_TEST_SUITE_P(Depths, Gdi, testing::Values(1, 4, 8, 16, 24, 32));
+TEST_P(Gdi, BytesThatDoNotExistAreZeros) {
+    const BITMAPINFOHEADER header = MakeHeader(GetParam().width, kHeight, GetParam().bitCount);
+    const auto size = [](std::int64_t bytes) { return static_cast<std::size_t>(bytes); };
+    // A row of the pixels, and half of the colours.
+    const testing_support::Bitmap cut(header, RandomBytes(size(RowBytes(header)), 9),
+                                      RandomBytes(size(HeaderSize(header) - 40) / 2, 9));
+    ExpectShown(cut.dib);
+}
 
-TEST(Gdi, PicturesThatAreNotAllThereAreRefused) {
-    testing_support::Bitmap cut(MakeHeader(4, 4, 24), RandomBytes(47, 9));
-    EXPECT_EQ(cut.dib.CreateDDB(GetDC(nullptr)), nullptr);
-    testing_support::Bitmap colourless(MakeHeader(4, 4, 8), RandomBytes(16, 9), RandomBytes(1023, 9));
-    EXPECT_EQ(colourless.dib.CreateDDB(GetDC(nullptr)), nullptr);
+// Rows of whole words at every depth, and rows that `Create` does not pad.
+INSTANTIATE_TEST_SUITE_P(Pictures, Gdi,
+                         testing::Values(Picture{1, 32}, Picture{4, 32}, Picture{8, 32}, Picture{16, 32},
+                                         Picture{24, 32}, Picture{32, 32}, Picture{1, 3}, Picture{4, 5},
+                                         Picture{8, 3}, Picture{16, 3}, Picture{24, 3}));
+
+TEST(Gdi, PicturesOfNoPossibleSizeAreRefused) {
+    const testing_support::Bitmap huge(MakeHeader(65536, 65536, 32), RandomBytes(4, 9));
+    EXPECT_EQ(huge.dib.CreateDDB(GetDC(nullptr)), nullptr);
 }
 
 } // namespace
