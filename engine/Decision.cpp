@@ -16,35 +16,35 @@ constexpr std::int32_t kNoCut = -1;
 } // namespace
 
 void Decision::Reset() {
-    m_darkLock = false;
-    m_lastCut = 0;
-    m_frameCount = 0;
-    m_startFrame = 0;
-    m_differences.fill(0);
-    m_levels.fill(0);
+    darkLock = false;
+    lastCut = 0;
+    frameCount = 0;
+    startFrame = 0;
+    diffHistory.fill(0);
+    levelHistory.fill(0);
 }
 
 void Decision::SetStartFrame(std::int32_t frame) {
-    if (frame == m_frameCount)
+    if (frame == frameCount)
         return;
-    m_frameCount = frame;
-    m_startFrame = frame;
+    frameCount = frame;
+    startFrame = frame;
 }
 
 Judgement Decision::Judge(std::int32_t difference, std::int32_t level) {
     Judgement judgement{.difference = difference, .level = level};
-    std::shift_left(m_differences.begin(), m_differences.end(), 1);
-    m_differences.back() = difference;
-    std::shift_left(m_levels.begin(), m_levels.end(), 1);
-    m_levels.back() = level;
+    std::shift_left(diffHistory.begin(), diffHistory.end(), 1);
+    diffHistory.back() = difference;
+    std::shift_left(levelHistory.begin(), levelHistory.end(), 1);
+    levelHistory.back() = level;
 
     // Deliberate: whatever the pictures, the third frame reports the scene that begins with the first.
-    if (m_frameCount == 2)
+    if (frameCount == 2)
         judgement.sceneStart = 0;
-    else if (m_frameCount >= std::int64_t{m_startFrame} + 4)
+    else if (frameCount >= std::int64_t{startFrame} + 4)
         Decide(judgement);
-    if (m_frameCount != std::numeric_limits<std::int32_t>::max())
-        ++m_frameCount;
+    if (frameCount != std::numeric_limits<std::int32_t>::max())
+        ++frameCount;
     return judgement;
 }
 
@@ -52,14 +52,14 @@ void Decision::Decide(Judgement& judgement) {
     // In 64 bits: parameters and counts may be anything.
     const std::int64_t threshold = m_parameters.cutThreshold;
     const std::int64_t dark = m_parameters.darkLevel;
-    const auto candidate = static_cast<std::int32_t>(std::int64_t{m_frameCount} - 2);
-    const auto& [d0, d1, d2, d3, d4] = m_differences;
-    const auto& [m0, m1, m2, m3, m4] = m_levels;
+    const auto candidate = static_cast<std::int32_t>(std::int64_t{frameCount} - 2);
+    const auto& [d0, d1, d2, d3, d4] = diffHistory;
+    const auto& [m0, m1, m2, m3, m4] = levelHistory;
 
     // A repeated frame between two moving ones.
     if (d3 == 0 && d2 > threshold / 2 && d4 > threshold / 2) {
         judgement.filled = static_cast<std::int32_t>((std::int64_t{d4} + d2) / 2);
-        m_differences[3] = *judgement.filled;
+        diffHistory[3] = *judgement.filled;
     }
 
     const auto exceeds = [&, peak = std::int64_t{d2}](std::int64_t other) {
@@ -69,26 +69,26 @@ void Decision::Decide(Judgement& judgement) {
     std::int32_t& result = judgement.sceneStart;
     result = votes >= m_parameters.votes ? candidate : kNoCut;
 
-    if (m_darkLock) {
+    if (darkLock) {
         if (m4 > 3 * dark / 2)
-            m_darkLock = false;
+            darkLock = false;
     } else if (m2 <= dark && m2 <= m1 && m2 <= m3 && std::int64_t{d3} - d2 <= threshold) {
         judgement.isDark = true;
         result = candidate;
     }
     if (result >= 0)
-        m_darkLock = true;
+        darkLock = true;
 
     // Deliberate: a cut at frame 0 suppresses none at frame 1, and a suppressed cut leaves the lock set.
-    if (m_lastCut != 0 && std::int64_t{m_lastCut} + 1 == result)
+    if (lastCut != 0 && std::int64_t{lastCut} + 1 == result)
         result = kNoCut;
     const std::int32_t longest = m_parameters.LongestScene();
     if (result >= 0) {
-        m_lastCut = result;
-    } else if (longest > 0 && std::int64_t{candidate} - m_lastCut >= longest) {
+        lastCut = result;
+    } else if (longest > 0 && std::int64_t{candidate} - lastCut >= longest) {
         result = candidate;
         if (candidate >= 0)
-            m_lastCut = candidate;
+            lastCut = candidate;
     }
 
     if (IsDebugLevelActive(kLogCategorySceneDetect, kLogLevelTrace))
@@ -97,11 +97,11 @@ void Decision::Decide(Judgement& judgement) {
 
 void Decision::Trace(std::int32_t frame, const Judgement& judgement) const {
     std::wstring timecode;
-    FramesToTimecodeText(timecode, frame, false, std::max(m_frameRate, 1));
+    FramesToTimecodeText(timecode, frame, false, std::max(frameRate, 1));
     wchar_t line[100];
     const wchar_t cutMark = judgement.filled ? L'#' : judgement.sceneStart >= 0 ? L'*' : L' ';
-    std::swprintf(line, std::size(line), L"[%3d] %ls %5d%lc %3d%lc", frame, timecode.c_str(),
-                  m_differences[2], static_cast<wint_t>(cutMark), m_levels[2],
+    std::swprintf(line, std::size(line), L"[%3d] %ls %5d%lc %3d%lc", frame, timecode.c_str(), diffHistory[2],
+                  static_cast<wint_t>(cutMark), levelHistory[2],
                   static_cast<wint_t>(judgement.isDark ? L'*' : L' '));
     DebugPrintAt(kLogCategorySceneDetect, kLogLevelTrace, L"%s\n", line);
 }

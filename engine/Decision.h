@@ -9,8 +9,8 @@
 
 namespace scenedetect {
 
-/// What came of one frame, the current one. A judgement concerns two more: the one before it, whose
-/// difference may be filled, and the one two before it, which is the one that is judged.
+/// The result of one frame, the current one. It concerns two more: the frame before, whose difference may be
+/// filled, and the frame two before, which is the one that is judged.
 struct Judgement {
     std::int32_t difference = 0;          ///< of the current frame, as it was measured
     std::int32_t level = 0;               ///< of the current frame
@@ -27,12 +27,12 @@ class Decision {
     void SetParameters(const DetectionParameters& parameters) { m_parameters = parameters; }
     [[nodiscard]] const DetectionParameters& Parameters() const { return m_parameters; }
     /// Whole frames per second, for the time codes of the trace.
-    void SetFrameRate(std::int32_t framesPerSecond) { m_frameRate = framesPerSecond; }
+    void SetFrameRate(std::int32_t framesPerSecond) { frameRate = framesPerSecond; }
     /// Forgets every frame.
     void Reset();
     /// Counts on from `frame`, with a new warm-up.
     void SetStartFrame(std::int32_t frame);
-    [[nodiscard]] std::int32_t FrameCount() const { return m_frameCount; }
+    [[nodiscard]] std::int32_t FrameCount() const { return frameCount; }
 
     /// Takes the next frame's difference to the frame before it and its mean level, and counts it.
     Judgement Judge(std::int32_t difference, std::int32_t level);
@@ -42,13 +42,14 @@ class Decision {
     void Trace(std::int32_t frame, const Judgement& judgement) const;
 
     DetectionParameters m_parameters;
-    bool m_darkLock = false;
-    std::int32_t m_lastCut = 0;
-    std::array<std::int32_t, 5> m_differences{}; ///< oldest first
-    std::array<std::int32_t, 5> m_levels{};
-    std::int32_t m_frameRate = 30;
-    std::int32_t m_startFrame = 0;
-    std::int32_t m_frameCount = 0;
+    // The state bears the rule's names.
+    bool darkLock = false;
+    std::int32_t lastCut = 0;
+    std::array<std::int32_t, 5> diffHistory{};  ///< oldest first
+    std::array<std::int32_t, 5> levelHistory{}; ///< likewise
+    std::int32_t frameRate = 30;
+    std::int32_t startFrame = 0;
+    std::int32_t frameCount = 0;
 };
 
 } // namespace scenedetect

@@ -17,10 +17,10 @@ struct DetectionParameters {
     /// A longest scene that stands for g_maxSceneLength, as that is when a frame is judged.
     static constexpr std::int32_t kProcessWide = -1;
 
-    std::int32_t cutThreshold = 13;
-    std::int32_t darkLevel = 25;
-    std::int32_t clamp = 255;
-    std::int32_t votes = 3;
+    std::int32_t cutThreshold = 13; ///< by how much a cut's difference exceeds its neighbours'
+    std::int32_t darkLevel = 25;    ///< mean level up to which a frame is dark
+    std::int32_t clamp = 255;       ///< most that one sample adds to a difference
+    std::int32_t votes = 3;         ///< neighbours, of four, that a cut's difference has to exceed
     std::int32_t longestScene = kProcessWide;
 
     /// Frames after which a scene ends, the process-wide length looked up; 0 or less: never.

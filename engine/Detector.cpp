@@ -14,10 +14,10 @@ namespace {
 
 constexpr std::int32_t kSlots = 5;
 
-/// Samples of a grid; 0 for one that 32 bits cannot count.
+/// Samples of a grid; 0 for one of which 32 bits cannot count as many as the ring has.
 std::int32_t CountSamples(std::int32_t width, std::int32_t height) {
     const std::int64_t samples = std::int64_t{width} * height;
-    if (width <= 0 || height <= 0 || samples > std::numeric_limits<std::int32_t>::max())
+    if (width <= 0 || height <= 0 || samples > std::numeric_limits<std::int32_t>::max() / kSlots)
         return 0;
     return static_cast<std::int32_t>(samples);
 }
@@ -28,8 +28,10 @@ Detector::Detector() {
     Reset();
 }
 
-void Detector::SetParameters(std::int32_t cut, std::int32_t dark, std::int32_t clamp, std::int32_t votes) {
-    m_decision.SetParameters({cut, dark, clamp, votes, m_decision.Parameters().longestScene});
+void Detector::SetParameters(std::int32_t cutThreshold, std::int32_t darkLevel, std::int32_t diffClamp,
+                             std::int32_t minVotes) {
+    m_decision.SetParameters(
+        {cutThreshold, darkLevel, diffClamp, minVotes, m_decision.Parameters().longestScene});
 }
 
 void Detector::Reset() {

@@ -18,12 +18,12 @@ class Detector {
     Detector(const Detector&) = delete;
     Detector& operator=(const Detector&) = delete;
 
-    /// `cut`: by how much a cut's difference exceeds its neighbours'; `dark`: mean level up to which a frame
-    /// is dark; `clamp`: most that one sample adds to a difference; `votes`: neighbours to be exceeded. The
-    /// longest scene stays as it is.
-    void SetParameters(std::int32_t cut, std::int32_t dark, std::int32_t clamp, std::int32_t votes);
+    /// Those of `DetectionParameters` with these names; the longest scene stays as it is.
+    void SetParameters(std::int32_t cutThreshold, std::int32_t darkLevel, std::int32_t diffClamp,
+                       std::int32_t minVotes);
     void SetParameters(const DetectionParameters& parameters) { m_decision.SetParameters(parameters); }
-    /// Forgets every frame and settles the slot size. A grid that is empty or too big for 32 bits has none.
+    /// Forgets every frame and settles the slot size. A grid that is empty, or of which five exceed 2 GiB,
+    /// has no samples.
     void Reset();
     void SetGridWidth(std::int32_t width);
     void SetGridHeight(std::int32_t height);

@@ -17,7 +17,7 @@ class DynamicLibrary {
     /// search order, a path is taken as it is. False when there is none or it cannot be loaded.
     [[nodiscard]] bool Open(const std::wstring& name);
     [[nodiscard]] bool IsOpen() const;
-    /// The address of an export, valid until the library is closed; null when the library has none of it.
+    /// The address of an export, valid until the library is closed; null when the library has no such export.
     [[nodiscard]] void* Find(const char* name) const;
     void Close();
 

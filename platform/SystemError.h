@@ -1,4 +1,4 @@
-// The system's words for the calling thread's last error.
+// The system's message for the calling thread's last error.
 #pragma once
 
 #include <string>

@@ -14,18 +14,18 @@ bool IsOneOf(wchar_t character, const wchar_t* set) {
     return character != 0 && std::wcschr(set, character) != nullptr;
 }
 
-// A format in the making, in a room of fixed size.
+// A translated format in a buffer of fixed size.
 class Translation {
   public:
-    explicit Translation(std::span<wchar_t> room) : m_room(room) { m_room[0] = 0; }
+    explicit Translation(std::span<wchar_t> buffer) : m_buffer(buffer) { m_buffer[0] = 0; }
 
-    // Plain text is cut where the room ends; false when it was.
+    // Plain text is cut where the buffer ends; false when it was.
     bool AddText(const wchar_t* begin, const wchar_t* end) {
         const auto length = static_cast<std::size_t>(end - begin);
-        const std::size_t fitting = std::min(length, m_room.size() - 1 - m_length);
-        std::wmemcpy(&m_room[m_length], begin, fitting);
+        const std::size_t fitting = std::min(length, m_buffer.size() - 1 - m_length);
+        std::wmemcpy(&m_buffer[m_length], begin, fitting);
         m_length += fitting;
-        m_room[m_length] = 0;
+        m_buffer[m_length] = 0;
         return fitting == length;
     }
 
@@ -34,12 +34,12 @@ class Translation {
         const std::size_t before = m_length;
         if (AddText(begin, end) && AddText(conversion, conversion + std::wcslen(conversion)))
             return true;
-        m_room[m_length = before] = 0;
+        m_buffer[m_length = before] = 0;
         return false;
     }
 
   private:
-    std::span<wchar_t> m_room;
+    std::span<wchar_t> m_buffer;
     std::size_t m_length = 0;
 };
 

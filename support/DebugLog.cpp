@@ -17,7 +17,7 @@ namespace {
 enum class Binding {
     Untried,
     Bound,
-    Silent, // no library, an incomplete one, or torn down: never left again
+    Silent, // Deliberate: no library, an incomplete one, or torn down, and never anything else again
 };
 
 // The library and its entries. They have to outlive the static objects of other files, which may log from
@@ -38,7 +38,7 @@ struct TearDown {
     }
 } g_tearDown;
 
-// Looks for the library, once in a process. Want of memory leaves the matter open for the next call.
+// Looks for the library, once in a process; when memory runs out, the next call tries again.
 Binding Bind() noexcept try {
     const std::lock_guard lock(g_bindingLock);
     Binding binding = g_binding.load();
@@ -56,7 +56,7 @@ Binding Bind() noexcept try {
         if (g_print && hasPrintList && g_isLevelActive)
             result = Binding::Bound;
     }
-    // Torn down meanwhile: the result comes too late.
+    // The tear-down has happened meanwhile: the result comes too late.
     if (!g_binding.compare_exchange_strong(binding, result))
         return binding;
     if (result == Binding::Bound) {
@@ -88,6 +88,7 @@ bool WithLibrary(Call call) noexcept {
 
 void Print(std::uint32_t category, std::uint32_t level, const wchar_t* format,
            std::va_list arguments) noexcept {
+    // Deliberate: even when there is no library.
     wchar_t text[kLogTextLength + 1];
     const int length = FormatWide(text, kLogTextLength + 1, format, arguments);
     // Deliberate: a text that fills the buffer, or was cut to do so, goes out without a newline.

@@ -6,6 +6,7 @@
 namespace scenedetect {
 
 void FramesToTimecodeText(std::wstring& text, std::int32_t frames, bool full, std::int32_t framesPerSecond) {
+    // Deliberate: truncating division leaves the sign of a negative count in every field.
     const std::int32_t seconds = frames / framesPerSecond;
     const std::int32_t rest = frames % framesPerSecond;
     wchar_t buffer[64];

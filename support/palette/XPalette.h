@@ -23,11 +23,11 @@ class XPalette final : public GdiPalette {
 
     /// Makes the palette that of the display, when `simple`; else takes the display's colours over, with all
     /// but the static ones marked as not to be collapsed. Returns how many entries were realised; 0 when the
-    /// device has no palette, or static colours beyond reason.
+    /// device has no palette, or more static colours than a palette can have.
     std::uint32_t SetSystemPalette(HDC dc, bool simple);
     /// Takes the display's colours over, with greys between the static ones: steps of 255 divided by
-    /// `maxGreys` or by the number of other colours, whichever is less. Nothing when that is none. The
-    /// palette must exist.
+    /// `maxGreys` or by the number of other colours, whichever is less; does nothing when that is not
+    /// positive. The palette must exist.
     void CreateGreyScalePalette(HDC dc, std::int32_t maxGreys);
 
   private:

@@ -130,7 +130,7 @@ TEST_F(ArchiveFile, TellsWhatIsWrong) {
     using Cause = ArchiveException::Cause;
     struct Case {
         const char* name;
-        std::string bytes; // behind the object "a"
+        std::string bytes; // after the object "a"
         const RuntimeClass& required;
         Cause cause;
     };

@@ -17,7 +17,7 @@ struct Formatted {
     std::wstring text;
 };
 
-// Formats into 16 places, with guards behind them.
+// Formats into 16 places, with guards after them.
 Formatted Format(const wchar_t* format, ...) {
     wchar_t buffer[kCapacity + 2];
     std::fill(std::begin(buffer), std::end(buffer), L'#');
@@ -25,7 +25,7 @@ Formatted Format(const wchar_t* format, ...) {
     va_start(arguments, format);
     const int result = FormatWide(buffer, kCapacity, format, arguments);
     va_end(arguments);
-    EXPECT_EQ(std::wstring(buffer + kCapacity, 2), L"##") << "written behind the buffer";
+    EXPECT_EQ(std::wstring(buffer + kCapacity, 2), L"##") << "written past the buffer";
     return {result, buffer};
 }
 

@@ -2,10 +2,10 @@
 #include "tests/support/LogChild.h"
 
 #include <atomic>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
+#include <latch>
 #include <new>
 #include <string>
 #include <thread>
@@ -21,14 +21,20 @@ namespace {
 
 std::atomic<bool> g_memoryIsOut{false};
 std::atomic<int> g_allocations{0};
+std::atomic<int> g_logged{0}; // by a thread that does nothing else
 bool g_logsLate = false;
 bool g_lingers = false;
+
+void AwaitLogged(int times) {
+    for (const int target = g_logged + times; g_logged < target;)
+        std::this_thread::yield();
+}
 
 // Made before and destroyed after all other static objects of the program.
 struct LateLogger {
     ~LateLogger() {
         if (g_lingers)
-            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+            AwaitLogged(2); // the thread has come back from the library
         if (!g_logsLate)
             return;
         DebugPrint(L"too late");
@@ -109,9 +115,14 @@ TEST(CompleteLog, TheLibraryDecidesWhatIsActive) {
 
 TEST(CompleteLog, ManyThreadsBindOneLibraryAndLoseNothing) {
     const auto logFromThreads = [] {
+        constexpr int kThreads = 8;
+        std::latch start(kThreads);
         std::vector<std::thread> threads;
-        for (int t = 0; t < 8; ++t)
-            threads.emplace_back([] { DebugPrint(L"hello"); });
+        for (int t = 0; t < kThreads; ++t)
+            threads.emplace_back([&start] {
+                start.arrive_and_wait();
+                DebugPrint(L"hello");
+            });
         for (std::thread& thread : threads)
             thread.join();
     };
@@ -121,7 +132,7 @@ TEST(CompleteLog, ManyThreadsBindOneLibraryAndLoseNothing) {
     EXPECT_CHILD_PRINTS(logFromThreads(), Truly(oneLoadAndAllMessages));
 }
 
-TEST(CompleteLog, WantOfMemoryIsForgivenOnTheNextCall) {
+TEST(CompleteLog, WithoutMemoryTheNextCallTriesAgain) {
     const auto bindTwice = [] {
         g_memoryIsOut = true;
         DebugPrint(L"lost");
@@ -155,14 +166,12 @@ TEST(CompleteLog, AfterTheTearDownAllIsSilent) {
 
 TEST(CompleteLog, AThreadMayLogWhileTheProcessEnds) {
     const auto endWhileLogging = [] {
-        static std::atomic<int> logged{0};
-        g_lingers = true; // until the thread has come back from the library
+        g_lingers = true;
         std::thread([] {
-            for (;; ++logged)
+            for (;; ++g_logged)
                 DebugPrintAt(1, 0, L"still here");
         }).detach();
-        while (logged < 2)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        AwaitLogged(2);
     };
     EXPECT_CHILD_PRINTS(endWhileLogging(), HasSubstr("still here"));
 }

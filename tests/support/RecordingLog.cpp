@@ -2,7 +2,6 @@
 // so that it can be called at any time.
 #include "platform/Text.h"
 
-#include <chrono>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -16,13 +15,8 @@ void Record(const std::string& event) {
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, event.data(), event.size());
 }
 
-void Dawdle() {
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-}
-
 [[gnu::constructor]] void Loaded() {
     Record("{loaded}");
-    Dawdle(); // threads that bind at the same time are to meet
 }
 [[gnu::destructor]] void Released() {
     Record("{released}");
@@ -35,8 +29,9 @@ void Dawdle() {
 ENTRY void tpcore_wPrintf(std::uint32_t category, std::uint32_t level, const char16_t* format, ...) {
     if (category == 0)
         return; // for those who count allocations
-    if (category == 1)
-        Dawdle(); // for those who want to meet a thread in here
+    // Category 1 is for those who want the library to be in use most of the time.
+    for (int i = 0; category == 1 && i < 1000; ++i)
+        std::this_thread::yield();
     // No std::to_string: its table is a symbol of the kind that keeps a library loaded for ever.
     char head[32];
     std::snprintf(head, sizeof(head), "{%u/%u ", category, level);
