@@ -5,7 +5,7 @@
 #include "reading/base/HostError.h"
 #include "reading/readers/Picture.h"
 #include "reading/readers/RawDvReader.h"
-#include "tests/DifMaking.h"
+#include "tests/DvFrame.h"
 #include "tests/MemoryInput.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Tape logs of frames with packs, block states and holes at random: rows in order, and whole text.
 #include "fuzz/Input.h"
 #include "products/tape/TapeLog.h"
-#include "tests/products/tape/TapeMaking.h"
+#include "tests/DvFrame.h"
 
 #include <nlohmann/json.hpp>
 
@@ -9,29 +9,33 @@
 
 using namespace scenedetect;
 using fuzz::Require;
-using testing_support::TapeFrame;
+using testing_support::DvFrame;
 
 namespace {
 
 constexpr int kMostFrames = 400;
 
 // One instruction: packs or bytes to change, frames to pass over, or a hole.
-void Change(fuzz::Input& input, TapeFrame& frame) {
+void Change(fuzz::Input& input, DvFrame& frame) {
     testing_support::Pack pack{};
     const auto bytes = input.TakeBytes(pack.size());
     std::copy(bytes.begin(), bytes.end(), pack.begin());
     switch (input.Take<std::uint8_t>() % 5) {
     case 0:
         pack[0] = kPackTimecode;
-        return frame.SetTimecode(pack);
+        frame.SetTimecode(pack);
+        return;
     case 1:
         pack[0] = kPackRecordingDate;
-        return frame.SetDate(pack);
+        frame.SetDate(pack);
+        return;
     case 2:
         pack[0] = kPackRecordingTime;
-        return frame.SetTime(pack);
+        frame.SetTime(pack);
+        return;
     case 3:
-        return frame.SetMarks(pack[2]);
+        frame.SetMarks(pack[2]);
+        return;
     default: {
         auto& all = frame.Bytes();
         const std::size_t at = input.Take<std::uint32_t>() % (all.size() - pack.size());
@@ -64,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Input input(data, size);
     std::string text;
     TapeLog log(TapeLogFormat::Json, "fuzz", [&text](std::string_view piece) { text += piece; });
-    TapeFrame frame(input.Take<std::uint8_t>() % 2 != 0);
+    DvFrame frame(input.Take<std::uint8_t>() % 2 != 0);
     FilePlace place;
     std::int64_t frames = 0;
     for (int noted = 0; !input.IsEmpty() && noted < kMostFrames;) {
@@ -72,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (instruction < 128) {
             Change(input, frame);
         } else if (instruction < 144) {
-            frame = TapeFrame(instruction % 2 != 0);
+            frame = DvFrame(instruction % 2 != 0);
         } else if (instruction < 160) {
             const auto kind = static_cast<IrregularityKind>(instruction % 6);
             const std::int64_t lost =

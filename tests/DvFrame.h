@@ -32,6 +32,14 @@ inline Pack RecordingTimePack(const TimeOfDay& time) {
     return {0x63, Bcd(time.frames), Bcd(time.seconds), Bcd(time.minutes), Bcd(time.hours)};
 }
 
+/// Of a time of day in seconds: 0x13 with frames, or 0x63 without.
+inline Pack TimePack(std::int64_t seconds, int frames = -1, bool isDropFrame = false) {
+    const std::int64_t ofDay = seconds % 86400;
+    return {static_cast<std::uint8_t>(frames < 0 ? 0x63 : 0x13),
+            static_cast<std::uint8_t>(frames < 0 ? 0xFF : Bcd(frames) | (isDropFrame ? 0x40 : 0)),
+            Bcd(ofDay % 60), Bcd(ofDay / 60 % 60), Bcd(ofDay / 3600)};
+}
+
 class DvFrame {
   public:
     static constexpr int kBlock = 80;
@@ -67,9 +75,6 @@ class DvFrame {
     [[nodiscard]] int Sequences() const { return m_is625 ? 12 : 10; }
     [[nodiscard]] bool Is625() const { return m_is625; }
     [[nodiscard]] std::vector<std::uint8_t>& Bytes() { return m_bytes; }
-    void AppendTo(std::vector<std::uint8_t>& stream) const {
-        stream.insert(stream.end(), m_bytes.begin(), m_bytes.end());
-    }
 
     /// A pack at these offsets of the sequences from `from` to `to` - 1.
     DvFrame& Set(std::initializer_list<int> offsets, const Pack& pack, int from = 0, int to = 12) {
@@ -112,5 +117,13 @@ class DvFrame {
     std::vector<std::uint8_t> m_bytes;
     bool m_is625;
 };
+
+/// Appends a frame whose timecode is `timecode` frames.
+inline void AppendDifFrame(std::vector<std::uint8_t>& stream, bool is625, int timecode) {
+    const int rate = is625 ? 25 : 30;
+    DvFrame frame(is625);
+    frame.SetTimecode(TimePack(timecode / rate, timecode % rate));
+    stream.insert(stream.end(), frame.Bytes().begin(), frame.Bytes().end());
+}
 
 } // namespace scenedetect::testing_support

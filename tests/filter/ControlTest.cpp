@@ -118,31 +118,35 @@ TEST(Control, SceneListFileIsNamedAndUnnamed) {
     }
 }
 
+// In the same buffers, or in copies where the source's may not be written to.
 TEST(Control, SamplesPassUntouched) {
-    Graph graph;
     Picture picture(kYuy2Bytes);
     for (std::size_t i = 0; i < picture.size(); ++i)
         picture[i] = static_cast<std::uint8_t>(i * 7);
-    graph.made.SetDetectionMethod(KxMethodVideo);
-    graph.Connect();
-    graph.made.EnableDetection(TRUE);
-    REFERENCE_TIME sent = 0;
-    graph.sink->pin.onSample = [&](IMediaSample* sample) {
-        EXPECT_EQ(sample, graph.lastSent) << "no copy";
-        BYTE* data = nullptr;
-        sample->GetPointer(&data);
-        ASSERT_EQ(sample->GetActualDataLength(), static_cast<LONG>(picture.size()));
-        EXPECT_TRUE(std::equal(picture.begin(), picture.end(), data));
-        REFERENCE_TIME start = 0;
-        REFERENCE_TIME stop = 0;
-        EXPECT_EQ(sample->GetTime(&start, &stop), S_OK);
-        EXPECT_EQ(start, sent);
-        EXPECT_EQ(stop, sent + Graph::kFrame);
-    };
-    graph.Pause();
-    for (; sent < 10 * Graph::kFrame; sent += Graph::kFrame)
-        EXPECT_EQ(graph.Send(picture, sent), S_OK);
-    EXPECT_EQ(graph.sink->pin.samples, 10);
+    for (const bool readOnly : {false, true}) {
+        Graph graph;
+        graph.source->pin.readOnly = readOnly;
+        graph.made.SetDetectionMethod(KxMethodVideo);
+        graph.Connect();
+        graph.made.EnableDetection(TRUE);
+        REFERENCE_TIME sent = 0;
+        graph.sink->pin.onSample = [&](IMediaSample* sample) {
+            EXPECT_EQ(sample == graph.lastSent, !readOnly);
+            BYTE* data = nullptr;
+            sample->GetPointer(&data);
+            ASSERT_EQ(sample->GetActualDataLength(), static_cast<LONG>(picture.size()));
+            EXPECT_TRUE(std::equal(picture.begin(), picture.end(), data));
+            REFERENCE_TIME start = 0;
+            REFERENCE_TIME stop = 0;
+            EXPECT_EQ(sample->GetTime(&start, &stop), S_OK);
+            EXPECT_EQ(start, sent);
+            EXPECT_EQ(stop, sent + Graph::kFrame);
+        };
+        graph.Pause();
+        for (; sent < 10 * Graph::kFrame; sent += Graph::kFrame)
+            EXPECT_EQ(graph.Send(picture, sent), S_OK);
+        EXPECT_EQ(graph.sink->pin.samples, 10);
+    }
 }
 
 // Everything that hosts may do at any time, against a stream that never pauses.

@@ -1,9 +1,9 @@
 // Which rows tapes give: recordings, breaks, jumps, marks, and what is missing or damaged.
 #include "products/tape/TapeLog.h"
 #include "reading/readers/RawDvReader.h"
+#include "tests/DvFrame.h"
 #include "tests/MemoryInput.h"
 #include "tests/TempFolder.h"
-#include "tests/products/tape/TapeMaking.h"
 
 #include <cstdlib>
 #include <functional>
@@ -43,9 +43,9 @@ class Tape {
   public:
     explicit Tape(bool is625) { ChangeTo(is625); }
 
-    TapeFrame& Frame() { return m_frame; }
+    DvFrame& Frame() { return m_frame; }
     void ChangeTo(bool is625) {
-        m_frame = TapeFrame(is625);
+        m_frame = DvFrame(is625);
         m_frame.SetMarks(0xCF);
         SetDate(31, 12, 3);
     }
@@ -112,7 +112,7 @@ class Tape {
         m_place.byteOffset += static_cast<std::int64_t>(m_frame.Bytes().size());
     }
 
-    TapeFrame m_frame{true};
+    DvFrame m_frame{true};
     FilePlace m_place;
     double m_clock = kNoon;
     double m_speed = 1;

@@ -1,6 +1,6 @@
 // Which line system a frame is of, judged by its headers.
 #include "reading/dv/DvCheck.h"
-#include "tests/DifMaking.h"
+#include "tests/DvFrame.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What is read from one frame: packs through damage, and the status of its video blocks.
 #include "reading/dv/DvPacks.h"
 #include "products/tape/BlockStatus.h"
-#include "tests/products/tape/TapeMaking.h"
+#include "tests/DvFrame.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ class FramePacks : public testing::TestWithParam<bool> {
     [[nodiscard]] DvPacks Read() {
         return ReadDvPacks(m_frame.Bytes(), GetParam() ? DvSystem::Lines625 : DvSystem::Lines525);
     }
-    TapeFrame m_frame{GetParam()};
+    DvFrame m_frame{GetParam()};
 };
 INSTANTIATE_TEST_SUITE_P(Systems, FramePacks, testing::Bool(),
                          [](const auto& each) { return each.param ? "Lines625" : "Lines525"; });

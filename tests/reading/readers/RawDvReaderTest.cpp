@@ -1,7 +1,7 @@
 // Raw DV through damage of every kind, judged by which frames come out, under which number, and what is told.
 #include "reading/readers/RawDvReader.h"
 #include "reading/base/HostError.h"
-#include "tests/DifMaking.h"
+#include "tests/DvFrame.h"
 #include "tests/MemoryInput.h"
 
 #include <gmock/gmock.h>
