@@ -71,28 +71,6 @@ TEST(States, AFailedPauseLeavesNothingCommitted) {
         EXPECT_EQ(pin->Disconnect(), S_OK);
 }
 
-TEST(Streaming, TheSameSampleGoesOnUntouched) {
-    Chain chain;
-    chain.Connect();
-    chain.Pause();
-    const auto sample = chain.Buffer();
-    BYTE* data = nullptr;
-    sample->GetPointer(&data);
-    std::fill_n(data, 16, static_cast<BYTE>(7));
-    REFERENCE_TIME start = 10;
-    REFERENCE_TIME stop = 20;
-    sample->SetTime(&start, &stop);
-    sample->SetSyncPoint(TRUE);
-    ASSERT_EQ(chain.source->pin.Deliver(sample.get()), S_OK);
-    EXPECT_EQ(chain.sink->pin.last, sample.get());
-    EXPECT_EQ(std::count(data, data + 16, 7), 16);
-    EXPECT_EQ(sample->GetTime(&start, &stop), S_OK);
-    EXPECT_EQ(stop, 20);
-    EXPECT_EQ(sample->IsSyncPoint(), S_OK);
-    EXPECT_EQ(sample->IsDiscontinuity(), S_FALSE);
-    EXPECT_EQ(chain.filter->transforms, 1);
-}
-
 TEST(Streaming, ACopyIsExact) {
     Chain chain;
     chain.source->pin.readOnly = true;

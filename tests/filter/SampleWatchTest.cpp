@@ -31,14 +31,6 @@ Positions VideoScenes(WatchedFilter& filter, int frames, const std::vector<int>&
     return filter.Drain();
 }
 
-TEST(SampleWatch, OffNothingMoves) {
-    WatchedFilter filter(KxMethodInterval, Yuy2());
-    filter->SetSceneInterval(1);
-    filter.Send(Grey(kYuy2Bytes, 90));
-    EXPECT_EQ(filter.FrameCount(), 0u);
-    EXPECT_TRUE(filter.Drain().empty());
-}
-
 TEST(SampleWatch, IntervalAndManual) {
     const struct {
         std::uint32_t method;

@@ -41,23 +41,6 @@ TEST_F(Module, StaysWhileAnObjectOrAServerLockLives) {
     EXPECT_EQ(canUnloadNow(), S_OK);
 }
 
-TEST_F(Module, TheFilterIsCompleteOnItsOwn) {
-    const auto filter = MakeFilter();
-    CLSID clsid{};
-    EXPECT_EQ(filter->GetClassID(&clsid), S_OK);
-    EXPECT_TRUE(clsid == CLSID_SceneDetectFilter);
-    const auto scenes = QueryFor<IKxSceneDetect2>(filter.get(), IID_IKxSceneDetect2);
-    ASSERT_TRUE(scenes);
-    ULONG method = 0;
-    EXPECT_EQ(scenes->GetDetectionMethod(&method), S_OK);
-    EXPECT_EQ(method, ULONG{KxMethodManual});
-    for (const wchar_t* id : {L"In", L"Out"}) {
-        IPin* pin = nullptr;
-        ASSERT_EQ(filter->FindPin(id, &pin), S_OK);
-        pin->Release();
-    }
-}
-
 // An outer object that counts its references and forwards to the filter it aggregates.
 class Outer final : public IUnknown {
   public:
