@@ -83,6 +83,7 @@ TEST(MediaTypes, FrameDurationHasADefault) {
     EXPECT_EQ(GetFrameDurationOrDefault(DvType(true, -5)), 1000000);
     EXPECT_EQ(GetFrameDurationOrDefault(CMediaType()), 1000000);
     EXPECT_EQ(GetFrameDurationOrDefault(WaveType(MEDIASUBTYPE_PCM, WAVE_FORMAT_PCM)), 226);
+    EXPECT_EQ(GetFrameDurationOrDefault(WaveType(MEDIASUBTYPE_PCM, WAVE_FORMAT_PCM, 1)), 10000000);
     EXPECT_EQ(GetFrameDurationOrDefault(WaveType(MEDIASUBTYPE_PCM, WAVE_FORMAT_PCM, 0)), 1000000);
     EXPECT_EQ(GetFrameDuration(WaveType(MEDIASUBTYPE_PCM, WAVE_FORMAT_PCM)), 0);
 }

@@ -149,7 +149,7 @@ class Allocator final : public IMemAllocator {
         *actual = granted;
         return result;
     }
-    STDMETHODIMP GetProperties(ALLOCATOR_PROPERTIES*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetProperties(ALLOCATOR_PROPERTIES* actual) override { return *actual = granted, result; }
     STDMETHODIMP Commit() override { return S_OK; }
     STDMETHODIMP Decommit() override { return S_OK; }
     STDMETHODIMP GetBuffer(IMediaSample**, REFERENCE_TIME*, REFERENCE_TIME*, DWORD) override {
@@ -159,35 +159,48 @@ class Allocator final : public IMemAllocator {
 };
 
 TEST(Negotiation, BuffersFollowTheInputsAllocator) {
-    Graph graph;
-    Allocator allocator;
-    allocator.granted = {1, 1, 16, 0};
-    ALLOCATOR_PROPERTIES request{0, 0, 16, 8};
-    EXPECT_EQ(graph.made.DecideBufferSize(&allocator, &request), S_OK);
-    EXPECT_EQ(allocator.asked.cBuffers, 1);
-    EXPECT_EQ(allocator.asked.cbBuffer, 1);
-
-    graph.source->pin.properties = {4, 5000, 1, 0};
-    ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
+    const HRESULT kFailed = VFW_E_BADALIGN;
     const struct {
-        ALLOCATOR_PROPERTIES granted;
-        HRESULT granting;
-        HRESULT result;
+        const char* name;
+        bool isConnected;
+        LONG buffers, bytes; // of the input's allocator
+        HRESULT input;
+        LONG askedBuffers, askedBytes;
+        LONG grantedBuffers, grantedBytes;
+        HRESULT granting, result;
     } cases[] = {
-        {{6, 5000, 1, 0}, S_OK, S_OK},
-        {{3, 5000, 1, 0}, S_OK, E_FAIL},
-        {{4, 4999, 1, 0}, S_OK, E_FAIL},
-        {{6, 5000, 1, 0}, VFW_E_BADALIGN, VFW_E_BADALIGN},
+        {"unconnected", false, 0, 0, S_OK, 1, 1, 1, 1, S_OK, S_OK},
+        {"unconnected, no buffer granted", false, 0, 0, S_OK, 1, 1, 0, 1, S_OK, E_FAIL},
+        {"unconnected, no byte granted", false, 0, 0, S_OK, 1, 1, 1, 0, S_OK, E_FAIL},
+        {"more granted", true, 4, 5000, S_OK, 4, 5000, 6, 5000, S_OK, S_OK},
+        {"too few granted", true, 4, 5000, S_OK, 4, 5000, 3, 5000, S_OK, E_FAIL},
+        {"too small granted", true, 4, 5000, S_OK, 4, 5000, 4, 4999, S_OK, E_FAIL},
+        {"nothing settled upstream", true, 0, 0, S_OK, 1, 1, 0, 0, S_OK, S_OK},
+        {"refused", true, 4, 5000, S_OK, 4, 5000, 6, 5000, kFailed, kFailed},
+        {"upstream fails", true, 4, 5000, kFailed, 0, 0, 6, 5000, S_OK, kFailed},
     };
     for (const auto& one : cases) {
-        allocator.granted = one.granted;
+        SCOPED_TRACE(one.name);
+        Allocator upstream;
+        upstream.granted = {one.buffers, one.bytes, 1, 0};
+        upstream.result = one.input;
+        Graph graph;
+        if (one.isConnected) {
+            ASSERT_EQ(graph.ConnectInput(Yuy2()), S_OK);
+            const auto input = QueryFor<IMemInputPin>(graph.in.get(), IID_IMemInputPin);
+            ASSERT_EQ(input->NotifyAllocator(&upstream, FALSE), S_OK);
+        }
+        Allocator allocator;
+        allocator.granted = {one.grantedBuffers, one.grantedBytes, 1, 0};
         allocator.result = one.granting;
-        request = {0, 0, 16, 8};
+        ALLOCATOR_PROPERTIES request{0, 0, 16, 8};
         EXPECT_EQ(graph.made.DecideBufferSize(&allocator, &request), one.result);
-        EXPECT_EQ(allocator.asked.cBuffers, 4);
-        EXPECT_EQ(allocator.asked.cbBuffer, 5000);
-        EXPECT_EQ(allocator.asked.cbAlign, 16) << "alignment and prefix are the caller's";
-        EXPECT_EQ(allocator.asked.cbPrefix, 8);
+        EXPECT_EQ(allocator.asked.cBuffers, one.askedBuffers);
+        EXPECT_EQ(allocator.asked.cbBuffer, one.askedBytes);
+        if (one.askedBuffers != 0) {
+            EXPECT_EQ(allocator.asked.cbAlign, 16) << "alignment and prefix are the caller's";
+            EXPECT_EQ(allocator.asked.cbPrefix, 8);
+        }
     }
 }
 

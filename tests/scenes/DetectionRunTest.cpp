@@ -134,6 +134,10 @@ TEST(DetectionRun, StartsAreRelativeToTheRunsFirstSample) {
     EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 400), -600);
     run.EnableDetection(true);
     EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 5000), 0);
+    run.EnableDetection(true);
+    EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), -999999), 0);
+    EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 5000), 0) << "-999999 means that there is none yet";
+    EXPECT_EQ(run.RelativeStart(*run.BeginFrame(), 5001), 1);
 }
 
 // A sample in flight while the host switches off belongs to the run that is over: it is counted there, unless
