@@ -8,7 +8,7 @@ add_library(KxSceneDetect2 MODULE
   SceneDetectApp_win32.cpp
   KxSceneDetect2.def
   ${CMAKE_CURRENT_BINARY_DIR}/KxSceneDetect2.rc)
-target_link_libraries(KxSceneDetect2 PRIVATE filter baseclasses)
+target_link_libraries(KxSceneDetect2 PRIVATE filter scenes baseclasses platform)
 set_target_properties(KxSceneDetect2 PROPERTIES PREFIX "" SUFFIX .ax LINK_DEPENDS
                       ${CMAKE_CURRENT_SOURCE_DIR}/KxSceneDetect2.def)
 target_link_options(KxSceneDetect2 PRIVATE -s -Wl,--no-insert-timestamp -Wl,--gc-sections)

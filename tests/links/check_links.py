@@ -51,23 +51,32 @@ def owners(rooms, root):
 
 
 def wrong_includes(rooms, root):
+    """Of all sources, and of the headers that they include."""
     header_rooms = owners(rooms, root)
     used = {room.name: set() for room in rooms}
-    files = {header: room for header, room in header_rooms.items()}
+    files = {}
     for room in rooms:
         for source in room.sources:
             # Those of other systems, too.
             same = (root / source.parent).glob(stem(source).name + "*.cpp")
             files |= {source.parent / path.name: room for path in same if stem(source.parent / path.name) == stem(source)}
-    for file, room in sorted(files.items()):
+    pending = sorted(files)
+    while pending:
+        file = pending.pop()
+        room = files[file]
         for mark, name in INCLUDE.findall((root / file).read_text()):
             if mark == '"':
                 if (root / "platform/native" / name).exists():
                     continue  # a header of the system's
-                other = header_rooms.get(pathlib.PurePosixPath(name))
+                header = pathlib.PurePosixPath(name)
+                other = header_rooms.get(header)
                 if other is None:
                     yield f"{file}: includes {name}, which is in no room"
-                elif other is not room:
+                    continue
+                if header not in files:
+                    files[header] = other
+                    pending.append(header)
+                if other is not room:
                     used[room.name].add(other.name)
                     if other.name not in room.links:
                         yield f"{file}: {room.name} includes {name} but does not link {other.name}"
