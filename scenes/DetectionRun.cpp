@@ -21,9 +21,9 @@ void DetectionRun::EnableDetection(bool enable) {
         m_figures.Begin();
         m_nFrameCount.Start();
     } else {
-        // Deliberate: the count stays, so that the length of the finished run can still be asked for; the
-        // file lists all scenes of the run, also those that were taken from the queue; its name is good for
-        // one attempt.
+        // Deliberate: the count stays, so that the length of the finished run can still be asked for. The
+        // file lists all scenes of the run, also those that were taken from the queue, and its name is used
+        // once.
         m_nFrameCount.Stop();
         m_figures.End();
         if (!m_strSceneListFile.empty())
