@@ -163,9 +163,9 @@ bool IsDvFrameTorn(std::span<const std::uint8_t> data, const DvCheck& check) {
         const auto place = PlaceOfRun(data.subspan(at));
         if (!place || at == *place * kDifBlockBytes)
             continue;
-        // Behind the frame's end only what should have been within it tells; the next frame comes to its
+        // After the frame's end only what should have been within it tells; the next frame comes to its
         // place or has troubles of its own.
-        return at < frameBytes || *place >= firstLost;
+        return at < frameBytes || (*place >= firstLost && at != frameBytes + *place * kDifBlockBytes);
     }
     return false;
 }

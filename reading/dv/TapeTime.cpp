@@ -5,30 +5,14 @@
 #include <cstdlib>
 
 namespace scenedetect {
-namespace {
-
-template <typename Read>
-auto FirstSound(const DifPacks& packs, std::uint8_t header, Read read) {
-    decltype(read(*packs.begin())) value;
-    for (const DifPack pack : packs)
-        if (pack[0] == header)
-            if ((value = read(pack)))
-                break;
-    return value;
-}
-
-} // namespace
-
 TapeTime TapeTimeOf(std::span<const std::uint8_t> frame, DvSystem system) {
-    // All sequences bear the same; a few of them are enough to get past a damaged one.
-    constexpr int kSequences = 4;
+    const DvPacks packs = ReadDvPacks(frame, system);
     TapeTime time;
     time.system = system;
-    if (const auto timecode = FirstSound(DifPacks(frame, kSubcodePacks, kSequences), kPackTimecode,
-                                         [system](DifPack pack) { return TimecodeOf(pack, system); }))
-        time.frames = FrameCountOf(*timecode, system);
-    if (const auto recorded = FirstSound(DifPacks(frame, kVauxPacks, kSequences), kPackRecordingTime, TimeOf))
-        time.recorded = recorded->count();
+    if (packs.timecode)
+        time.frames = FrameCountOf(*packs.timecode, system);
+    if (packs.time)
+        time.recorded = packs.time->count();
     return time;
 }
 

@@ -1,4 +1,4 @@
-// What time it is on the tape: by which holes in a capture are measured.
+// What time it is on the tape: by which gaps in a capture are measured.
 #pragma once
 
 #include "reading/dv/DvFrame.h"
@@ -10,13 +10,14 @@
 namespace scenedetect {
 
 /// The timecode as a count of real frames, and the recording time in seconds of the day, of one DV frame;
-/// each where the frame has a sound one.
+/// each where the frame has a valid one.
 struct TapeTime {
     DvSystem system = DvSystem::Lines525;
     std::optional<std::int64_t> frames;
     std::optional<std::int64_t> recorded;
 };
 
+/// `frame` is whole; the copies of a pack in it vote.
 [[nodiscard]] TapeTime TapeTimeOf(std::span<const std::uint8_t> frame, DvSystem system);
 
 /// How many frames `later` is after `earlier` (1: the very next), by timecode; nothing when one lacks it,

@@ -32,7 +32,7 @@ int IsStopSet(void* stop) {
 int ReadStream(void* stream, std::uint8_t* target, int bytes) {
     try {
         auto& input = *static_cast<StreamInput*>(stream);
-        const std::size_t count = input.ReadSome({target, static_cast<std::size_t>(bytes)}, 1);
+        const std::size_t count = input.ReadAtLeast({target, static_cast<std::size_t>(bytes)}, 1);
         if (input.IsStopped())
             return AVERROR_EXIT;
         return count == 0 ? AVERROR_EOF : static_cast<int>(count);

@@ -96,7 +96,8 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Readi
     const auto readRaw = [&] {
         stream->Rewind();
         stream->Settle();
-        return std::make_unique<RawDvReader>(stream, damage, reading.threads != 1);
+        return std::make_unique<RawDvReader>(stream, damage,
+                                             reading.threads != 1 && ReadWindow::GainsByThread(*stream));
     };
     // No container begins as a DV frame does.
     const auto start = Begin(*stream, kDifFrameBytes625);

@@ -57,10 +57,10 @@ bool StreamInput::WaitForBytes() const {
 }
 
 std::size_t StreamInput::Read(std::span<std::uint8_t> target) {
-    return ReadSome(target, target.size());
+    return ReadAtLeast(target, target.size());
 }
 
-std::size_t StreamInput::ReadSome(std::span<std::uint8_t> target, std::size_t least) {
+std::size_t StreamInput::ReadAtLeast(std::span<std::uint8_t> target, std::size_t least) {
     std::size_t have = 0;
     if (m_position < std::ssize(m_kept)) {
         const auto rest = std::span(m_kept).subspan(static_cast<std::size_t>(m_position));

@@ -22,7 +22,7 @@ class StreamInput final : public ByteInput {
     [[nodiscard]] std::int64_t Position() const override { return m_position; }
     [[nodiscard]] bool IsStopped() const override { return m_stop; }
     [[nodiscard]] std::size_t Read(std::span<std::uint8_t> target) override;
-    [[nodiscard]] std::size_t ReadSome(std::span<std::uint8_t> target, std::size_t least) override;
+    [[nodiscard]] std::size_t ReadAtLeast(std::span<std::uint8_t> target, std::size_t least) override;
     [[nodiscard]] bool HasReadAt() const override { return IsFile(); }
     [[nodiscard]] std::size_t ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const override;
     void Skip(std::int64_t bytes) override;

@@ -23,9 +23,9 @@ class ByteInput {
 
     /// Fills `target` as far as the file goes, and returns how much that is. HostError when reading fails.
     [[nodiscard]] virtual std::size_t Read(std::span<std::uint8_t> target) = 0;
-    /// The same for whoever can do with the first `least` bytes: returns once it has these, if the rest is
-    /// not there yet. Fewer at the end, and when the run was stopped.
-    [[nodiscard]] virtual std::size_t ReadSome(std::span<std::uint8_t> target, std::size_t least) {
+    /// The same for whoever can do with the first `least` bytes: returns once it has these, and more only of
+    /// what is there already. Fewer at the end, and when the run was stopped.
+    [[nodiscard]] virtual std::size_t ReadAtLeast(std::span<std::uint8_t> target, std::size_t least) {
         (void)least; // a file has it all
         return Read(target);
     }

@@ -1,18 +1,12 @@
 #include "reading/readers/RawDvReader.h"
 
 #include "reading/base/HostError.h"
+#include "reading/dv/DvPacks.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace scenedetect {
-namespace {
-
-constexpr std::int64_t FramesPerSecond(DvSystem system) {
-    return system == DvSystem::Lines625 ? 25 : 30;
-}
-
-} // namespace
 
 RawDvReader::RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage, bool hasThread)
     : m_input(std::move(input)), m_window(*m_input, hasThread), m_damage(damage) {
@@ -44,17 +38,17 @@ bool RawDvReader::Next(Picture& picture) {
     return false;
 }
 
-std::span<std::uint8_t> RawDvReader::Have(std::size_t bytes) {
-    return m_window.Have(bytes, DvFrameBytes(m_system));
+std::span<std::uint8_t> RawDvReader::Peek(std::size_t bytes) {
+    return m_window.Peek(bytes, DvFrameBytes(m_system));
 }
 
 bool RawDvReader::ReadFrame(Picture& picture) {
     for (;;) {
         // No more than is needed is waited for: a stream may be live.
-        auto data = Have(DvFrameBytes(m_system));
+        auto data = Peek(DvFrameBytes(m_system));
         const DvSystem system = VoteDvSystem(data).value_or(m_system);
         const std::size_t frameBytes = DvFrameBytes(system);
-        data = Have(frameBytes);
+        data = Peek(frameBytes);
         if (m_input->IsStopped())
             return false;
         DvCheck check = CheckDvFrame(data, system);
@@ -64,19 +58,19 @@ bool RawDvReader::ReadFrame(Picture& picture) {
         }
         bool isWhole = check.IsPlausible();
         if (isWhole && check.lastGood != check.blocks - 1)
-            isWhole = !IsDvFrameTorn(Have(2 * kDifFrameBytes625), check);
+            isWhole = !IsDvFrameTorn(Peek(2 * kDifFrameBytes625), check);
         if (m_input->IsStopped())
             return false;
         if (isWhole) {
             HandOut(picture, check);
             return true;
         }
-        if (m_holeBytes == 0 && FindEarlyFrame())
+        if (m_gapBytes == 0 && FindEarlyFrame())
             continue;
         // Foreign bytes may come before the first frame, but so may one of which bytes are missing.
         if (!m_hasFrames) {
             m_system = system;
-            m_hasFrames = m_holeBytes == 0 && check.firstDamaged >= kLeastDvBlocks;
+            m_hasFrames = m_gapBytes == 0 && check.firstDamaged >= kLeastDvBlocks;
         }
         if (!FindNextFrame())
             return false;
@@ -91,7 +85,7 @@ bool RawDvReader::FindEarlyFrame() {
     if (m_window.Offset() < m_earliest + static_cast<std::int64_t>(kBack))
         return false;
     m_window.GoBack(kBack);
-    const auto found = FindDvFrame(Have(kBack + kDifFrameBytes625), 0, kBack);
+    const auto found = FindDvFrame(Peek(kBack + kDifFrameBytes625), 0, kBack);
     m_window.Drop(found.value_or(kBack));
     if (!found)
         return false;
@@ -101,20 +95,20 @@ bool RawDvReader::FindEarlyFrame() {
     return true;
 }
 
-// Moves the window to where the next frame begins; the bytes between make the hole.
+// Moves the window to where the next frame begins; the bytes between make the gap.
 bool RawDvReader::FindNextFrame() {
     // A frame in its place is taken even if its first header is damaged.
     const auto pitch = static_cast<std::int64_t>(DvFrameBytes(m_system));
     for (std::size_t from = 1;; from = 0) {
-        const auto data = Have(2 * kDifFrameBytes625);
+        const auto data = Peek(2 * kDifFrameBytes625);
         if (m_input->IsStopped())
             return false;
         const bool isEnd = data.size() < 2 * kDifFrameBytes625;
         // Behind this there is too little to judge a frame by.
         const std::size_t end = isEnd ? data.size() : data.size() - kDifFrameBytes625;
-        const auto inPlace = static_cast<std::size_t>(pitch - m_holeBytes % pitch);
+        const auto inPlace = static_cast<std::size_t>(pitch - m_gapBytes % pitch);
         auto found = FindDvFrame(data, from, std::min(end, inPlace));
-        if (!found && inPlace < end) {
+        if (!found && inPlace <= end) {
             const auto rest = data.subspan(inPlace);
             const DvSystem system = VoteDvSystem(rest).value_or(m_system);
             if (rest.size() >= DvFrameBytes(system) && CheckDvFrame(rest, system).IsPlausible())
@@ -122,7 +116,7 @@ bool RawDvReader::FindNextFrame() {
         }
         const std::size_t step = found.value_or(std::min(end, inPlace));
         m_window.Drop(step);
-        m_holeBytes += static_cast<std::int64_t>(step);
+        m_gapBytes += static_cast<std::int64_t>(step);
         if (found)
             return true;
         if (isEnd && step == end) {
@@ -132,52 +126,63 @@ bool RawDvReader::FindNextFrame() {
     }
 }
 
-// What is left at the end of the file: the beginning of a frame, or bytes that continue a hole.
+// What is left at the end of the file: the beginning of a frame, or bytes that continue a gap.
 void RawDvReader::ReportEnd(std::size_t bytes, bool isFrame) {
     const auto rest = static_cast<std::int64_t>(bytes);
     if (!isFrame) {
         m_window.Drop(bytes);
-        m_holeBytes += rest;
+        m_gapBytes += rest;
     }
-    if (m_holeBytes != 0)
-        CloseHole({});
+    if (m_gapBytes != 0)
+        CloseGap({});
     if (isFrame)
         m_damage.Report({m_frame, m_window.Offset(), rest, IrregularityKind::CutEnd, 1});
 }
 
-// `time` is that of the frame behind the hole.
-void RawDvReader::CloseHole(const TapeTime& time) {
-    const std::int64_t hole = std::exchange(m_holeBytes, 0);
-    const std::int64_t offset = m_window.Offset() - hole;
+// `time` is that of the frame after the gap.
+void RawDvReader::CloseGap(const TapeTime& time) {
+    const std::int64_t gap = std::exchange(m_gapBytes, 0);
+    const std::int64_t offset = m_window.Offset() - gap;
     const auto frameBytes = static_cast<std::int64_t>(DvFrameBytes(m_system));
-    // What precedes the first frame is none of the file's.
-    std::int64_t lost = m_hasFrames ? (hole + frameBytes / 2) / frameBytes : 0;
-    if (const auto apart = FramesApart(m_time, time)) {
-        const std::int64_t byTime = *apart - 1;
-        const std::int64_t least = hole / frameBytes;
-        if (byTime != lost && byTime >= least && byTime <= least + FramesPerSecond(m_system) &&
-            IsNextFrameAfter(time))
-            lost = byTime;
-    }
-    const std::int64_t missing = lost * frameBytes - hole;
-    if (hole == 0 && lost != 0)
+    // What precedes the first frame is not the file's.
+    std::int64_t lost = m_hasFrames ? (gap + frameBytes / 2) / frameBytes : 0;
+    const auto byTime = LostByTime(time, gap / frameBytes);
+    const bool isByTime = byTime && *byTime != lost && IsNextFrameAfter(time);
+    if (isByTime)
+        lost = *byTime;
+    const std::int64_t missing = lost * frameBytes - gap;
+    if (gap == 0 && lost != 0)
         m_damage.Report({m_frame, offset, 0, IrregularityKind::MissingFrames, lost});
-    else if (hole != 0 && lost == 0)
-        m_damage.Report({m_frame, offset, hole, IrregularityKind::ForeignBytes, 0});
+    else if (gap != 0 && lost == 0)
+        m_damage.Report({m_frame, offset, gap, IrregularityKind::ForeignBytes, 0});
     else if (missing > 0)
         m_damage.Report({m_frame, offset, missing, IrregularityKind::MissingBytes, lost});
-    else if (hole != 0)
-        m_damage.Report({m_frame, offset, hole, IrregularityKind::Unreadable, lost});
+    else if (gap != 0)
+        m_damage.Report({m_frame, offset, gap, IrregularityKind::Unreadable, lost});
     CountFrames(lost);
+    if (isByTime || FramesApart(m_time, time) == lost + 1)
+        m_confirmed = {time, m_frame};
+    m_time = time;
 }
 
-// One misread timecode is no hole: the frame after it must go on from it.
+// How many frames the gap before this one has swallowed, counted from the last confirmed frame of the second
+// before; at least as many as it has bytes of.
+std::optional<std::int64_t> RawDvReader::LostByTime(const TapeTime& time, std::int64_t least) {
+    const int second = DvTimecodeRate(m_system);
+    if (!m_confirmed || m_frame - m_confirmed->frame > second)
+        return std::nullopt;
+    const auto apart = FramesApart(m_confirmed->time, time);
+    const std::int64_t lost = m_confirmed->frame + apart.value_or(0) - m_frame;
+    return apart && lost >= least && lost <= least + second ? std::optional(lost) : std::nullopt;
+}
+
+// One misread timecode is not a gap: the frame after it must go on from it.
 bool RawDvReader::IsNextFrameAfter(const TapeTime& time) {
     const std::size_t frameBytes = DvFrameBytes(time.system);
-    const auto data = Have(2 * frameBytes);
+    const auto data = Peek(2 * frameBytes);
     if (data.size() < 2 * frameBytes)
         return false;
-    return FramesApart(time, TapeTimeOf(data.subspan(frameBytes, frameBytes), time.system)) == 1;
+    return FramesApart(time, TapeTimeOf(data.subspan(frameBytes), time.system)) == 1;
 }
 
 void RawDvReader::CountFrames(std::int64_t frames) {
@@ -187,9 +192,8 @@ void RawDvReader::CountFrames(std::int64_t frames) {
 
 void RawDvReader::HandOut(Picture& picture, const DvCheck& check) {
     const std::size_t frameBytes = DvFrameBytes(check.system);
-    const TapeTime time = TapeTimeOf(Have(frameBytes).first(frameBytes), check.system);
-    CloseHole(time);
-    m_time = time;
+    const TapeTime time = TapeTimeOf(Peek(frameBytes), check.system);
+    CloseGap(time);
     m_hasFrames = true;
     m_system = check.system;
 
@@ -197,7 +201,7 @@ void RawDvReader::HandOut(Picture& picture, const DvCheck& check) {
     if (const int damaged = check.blocks - check.goodBlocks; damaged != 0)
         m_damage.Report({m_frame, offset + check.firstDamaged * std::int64_t{kDifBlockBytes},
                          damaged * std::int64_t{kDifBlockBytes}, IrregularityKind::DamagedBlocks, 0});
-    picture.Hold(Have(frameBytes).first(frameBytes), m_window.Share());
+    picture.Hold(Peek(frameBytes), m_window.Share());
     picture.place = {m_frame, m_frameTime, offset};
     picture.format = DvPictureFormat(picture.Bytes(), check.system);
     m_window.Drop(frameBytes);

@@ -17,11 +17,11 @@ namespace scenedetect {
 
 /// Joined captures of both line systems are one stream. Whole frames are handed out where they were read to,
 /// with whatever blocks of theirs are damaged; frames of which bytes are missing are not. Positions count the
-/// frames of the file, those that a hole has swallowed too. docs/dv.md has the rules.
+/// frames of the file, those that a gap has swallowed too. docs/dv.md has the rules.
 class RawDvReader final : public PictureReader {
   public:
-    /// Reads up to the first whole frame, with a thread for long files if it may. HostError when there is
-    /// none.
+    /// Reads up to the first whole frame; with one more thread to read ahead, if `input` has ReadAt.
+    /// HostError when there is no frame.
     RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& damage, bool hasThread = false);
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_first.format; }
@@ -31,12 +31,18 @@ class RawDvReader final : public PictureReader {
     [[nodiscard]] bool Next(Picture& picture) override;
 
   private:
+    struct CountedTime {
+        TapeTime time;
+        std::int64_t frame = 0;
+    };
+
     [[nodiscard]] bool ReadFrame(Picture& picture);
-    [[nodiscard]] std::span<std::uint8_t> Have(std::size_t bytes);
+    [[nodiscard]] std::span<std::uint8_t> Peek(std::size_t bytes);
     [[nodiscard]] bool FindEarlyFrame();
     [[nodiscard]] bool FindNextFrame();
     void ReportEnd(std::size_t bytes, bool isFrame);
-    void CloseHole(const TapeTime& time);
+    void CloseGap(const TapeTime& time);
+    [[nodiscard]] std::optional<std::int64_t> LostByTime(const TapeTime& time, std::int64_t least);
     [[nodiscard]] bool IsNextFrameAfter(const TapeTime& time);
     void CountFrames(std::int64_t frames);
     void HandOut(Picture& picture, const DvCheck& check);
@@ -51,11 +57,12 @@ class RawDvReader final : public PictureReader {
 
     DvSystem m_system = DvSystem::Lines525; // of the frame before
     TapeTime m_time;                        // of the frame before
+    std::optional<CountedTime> m_confirmed; // of the last frame whose time its neighbours bear out
     std::int64_t m_frame = 0;               // number of the next
     std::int64_t m_frameTime = 0;
-    bool m_hasFrames = false;     // some frame was there already, if only a damaged one
-    std::int64_t m_earliest = 0;  // offset at which a frame may begin at all
-    std::int64_t m_holeBytes = 0; // between the frame before and the window
+    bool m_hasFrames = false;    // some frame was there already, if only a damaged one
+    std::int64_t m_earliest = 0; // offset at which a frame may begin at all
+    std::int64_t m_gapBytes = 0; // between the frame before and the window
 };
 
 } // namespace scenedetect

@@ -17,9 +17,12 @@ static_assert(ReadWindow::kBackBytes + ReadWindow::kMostBytes <= kUsedBytes);
 } // namespace
 
 ReadWindow::ReadWindow(ByteInput& input, bool hasThread) : m_input(input), m_offset(input.Position()) {
-    if (hasThread && input.HasReadAt() && input.Size() - input.Position() > kShortFile &&
-        std::thread::hardware_concurrency() > 1)
+    if (hasThread && input.HasReadAt())
         m_ahead = std::make_unique<ReadAhead>(input, m_pool);
+}
+
+bool ReadWindow::GainsByThread(const ByteInput& input) {
+    return input.Size() - input.Position() > kShortFile && std::thread::hardware_concurrency() > 1;
 }
 
 // The window goes on in another block, whose bytes in front of `begin` are free.
@@ -46,7 +49,7 @@ void ReadWindow::TakeAhead(std::size_t unit) {
     m_input.Skip(static_cast<std::int64_t>(piece.bytes));
 }
 
-std::span<std::uint8_t> ReadWindow::Have(std::size_t bytes, std::size_t unit) {
+std::span<std::uint8_t> ReadWindow::Peek(std::size_t bytes, std::size_t unit) {
     while (m_ahead && m_end - m_begin < bytes)
         TakeAhead(unit);
     if (m_end - m_begin < bytes) {
@@ -54,9 +57,9 @@ std::span<std::uint8_t> ReadWindow::Have(std::size_t bytes, std::size_t unit) {
             MoveTo(m_pool.Take(), kBackBytes);
         const std::size_t have = m_end - m_begin;
         const std::size_t wanted = std::max(bytes, (kUsedBytes - m_begin) / unit * unit) - have;
-        m_end += m_input.ReadSome({m_block->bytes + m_end, wanted}, bytes - have);
+        m_end += m_input.ReadAtLeast({m_block->bytes + m_end, wanted}, bytes - have);
     }
-    return {m_block->bytes + m_begin, m_end - m_begin};
+    return {m_block->bytes + m_begin, std::min(bytes, m_end - m_begin)};
 }
 
 void ReadWindow::Drop(std::size_t bytes) {

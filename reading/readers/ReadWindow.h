@@ -17,17 +17,20 @@ namespace scenedetect {
 /// after the window's end.
 class ReadWindow {
   public:
-    /// `input` must outlive the object. A long file is read by one more thread, if there is a processor for
-    /// it.
+    /// `input` must outlive the object. With a thread it is read by that one as well, if it has ReadAt.
     ReadWindow(ByteInput& input, bool hasThread);
     ReadWindow(const ReadWindow&) = delete;
     ReadWindow& operator=(const ReadWindow&) = delete;
 
-    /// What has been read and not been dropped: at least `bytes` (at most kMostBytes), fewer at the end of
-    /// the input. More is read ahead in whole `units`, where the input has it at once. Valid until the next
+    /// Whether a thread for the rest of the input gains anything: for long files, where there is a processor
+    /// for it.
+    [[nodiscard]] static bool GainsByThread(const ByteInput& input);
+
+    /// Exactly `bytes` (at most kMostBytes) from the window's beginning on, fewer only at the end of the
+    /// input. More is read ahead in whole `units`, where the input has it at once. Valid until the next
     /// call. Bytes are moved only when they lie across the end of a block, which whole units never do.
     /// HostError when reading fails, std::bad_alloc.
-    [[nodiscard]] std::span<std::uint8_t> Have(std::size_t bytes, std::size_t unit);
+    [[nodiscard]] std::span<std::uint8_t> Peek(std::size_t bytes, std::size_t unit);
     static constexpr std::size_t kMostBytes = ReadBlock::kHeadBytes;
 
     /// Moves the window's beginning.

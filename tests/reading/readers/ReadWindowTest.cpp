@@ -67,7 +67,7 @@ std::int64_t ReadThrough(ReadWindow& window, unsigned seed) {
     for (;;) {
         const std::size_t unit = window.Offset() % 5'000'000 < 2'500'000 ? 144'000 : 120'000;
         const std::size_t wanted = upTo(3) != 0 ? unit : 1 + upTo(ReadWindow::kMostBytes - 1);
-        const auto bytes = window.Have(wanted, unit);
+        const auto bytes = window.Peek(wanted, unit);
         if (bytes.size() < wanted) {
             EXPECT_TRUE(IsOfFile(bytes, window.Offset())) << window.Offset();
             return window.Offset() + std::ssize(bytes);
@@ -118,7 +118,7 @@ TEST_P(ReadWindows, KeepWholeUnitsInPlace) {
     ReadWindow window(file, GetParam());
     int moved = 0;
     for (int i = 0; i < 138; ++i) {
-        const auto* const bytes = window.Have(144'000, 144'000).data();
+        const auto* const bytes = window.Peek(144'000, 144'000).data();
         moved += reinterpret_cast<std::uintptr_t>(bytes) % 64 != 0;
         window.Drop(144'000);
     }
@@ -129,7 +129,7 @@ TEST_P(ReadWindows, MayEndAtAnyTime) {
     File file;
     for (unsigned i = 0; i < 20; ++i) {
         ReadWindow window(file, GetParam());
-        EXPECT_TRUE(i % 2 == 0 || !window.Have(1, 144'000).empty());
+        EXPECT_TRUE(i % 2 == 0 || !window.Peek(1, 144'000).empty());
     }
 }
 

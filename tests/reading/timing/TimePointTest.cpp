@@ -1,5 +1,6 @@
 #include "reading/timing/TimePoint.h"
 #include "reading/base/HostError.h"
+#include "tests/reading/timing/Rates.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,12 +8,9 @@
 namespace scenedetect {
 namespace {
 
+using namespace testing_support;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-constexpr Ratio kPal{25, 1};
-constexpr Ratio kNtsc{30000, 1001};
-constexpr Ratio kDoubleNtsc{60000, 1001};
 
 // The first of a constant rate's frames that is at the point.
 std::int64_t FrameAt(const char* text, Ratio rate, std::int64_t from = 0) {

@@ -1,14 +1,14 @@
 #include "reading/timing/TimeScale.h"
+#include "tests/reading/timing/Rates.h"
 
 #include <gtest/gtest.h>
 
 namespace scenedetect {
 namespace {
 
+using namespace testing_support;
+
 TEST(TimeScale, TimecodeAndSecondsOfFrames) {
-    constexpr Ratio kPal{25, 1};
-    constexpr Ratio kNtsc{30000, 1001};
-    constexpr Ratio kDoubleNtsc{60000, 1001};
     const struct {
         Ratio rate;
         std::int64_t frame;
