@@ -62,9 +62,10 @@ class RandomDamage {
     void Damage() {
         const std::int64_t first = m_isInside ? m_frames[2].offset : 0;
         const std::int64_t last = m_isInside ? m_frames[kDamagedFrames - 2].offset : std::ssize(m_bytes);
-        const std::int64_t lengths[] = {Number(8), 80, Number(2000), 12'000, Number(m_size)};
+        const std::int64_t lengths[] = {Number(8),         80, Number(2000), 12'000, Number(m_size),
+                                        Number(3 * m_size)};
         const std::int64_t at = first + Number(last - first) - 1;
-        const std::int64_t length = std::min(lengths[m_random() % 5], last - at);
+        const std::int64_t length = std::min(lengths[m_random() % 6], last - at);
         const auto from = m_bytes.begin() + at;
         switch (m_random() % 4) {
         case 0:
@@ -74,7 +75,7 @@ class RandomDamage {
             break;
         case 1: {
             // All of them together have less than half a frame, which would pass for a whole one.
-            Bytes inserted(static_cast<std::size_t>(m_isInside ? 1 + length / 7 : length));
+            Bytes inserted(static_cast<std::size_t>(m_isInside ? 1 + std::min(length, m_size) / 7 : length));
             std::ranges::generate(inserted, [this] { return static_cast<std::uint8_t>(m_random()); });
             Touch(at, 0);
             m_bytes.insert(from, inserted.begin(), inserted.end());

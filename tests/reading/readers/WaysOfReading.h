@@ -37,7 +37,8 @@ inline Outcome ReadAll(const std::vector<std::uint8_t>& stream, Way way, unsigne
             const std::span<const std::uint8_t> bytes = picture.Bytes();
             const auto offset = static_cast<std::size_t>(picture.place.byteOffset);
             const auto there = std::span(stream).subspan(std::min(offset, stream.size()));
-            outcome.isOfStream = outcome.isOfStream && bytes.size() <= there.size() &&
+            outcome.isOfStream = outcome.isOfStream && bytes.size() == picture.format.imageBytes &&
+                                 bytes.size() <= there.size() &&
                                  std::memcmp(bytes.data(), there.data(), bytes.size()) == 0;
             outcome.places.push_back(picture.place);
         }
