@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace scenedetect {
 namespace {
@@ -141,15 +142,16 @@ DvCheck CheckDvFrame(std::span<const std::uint8_t> data, DvSystem system) {
         return check;
     }
     const std::uint8_t* block = data.data();
+    bool isGood = false;
     for (std::size_t i = 0; i < blocks; ++i, block += kDifBlockBytes) {
-        const bool isGood =
-            KeyAt(block) == KeyOf(i) && (i % kDifSequenceBlocks != 0 || Announces(block, system));
-        if (isGood) {
+        const bool wasGood = std::exchange(
+            isGood, KeyAt(block) == KeyOf(i) && (i % kDifSequenceBlocks != 0 || Announces(block, system)));
+        if (isGood)
             ++check.goodBlocks;
-            check.lastGood = static_cast<int>(i);
-        } else {
+        else
             check.firstDamaged = std::min(check.firstDamaged, static_cast<int>(i));
-        }
+        if (isGood && wasGood)
+            check.lastGood = static_cast<int>(i);
     }
     return check;
 }

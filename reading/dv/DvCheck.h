@@ -15,7 +15,7 @@ struct DvCheck {
     int blocks = 0;       ///< that were there to be looked at: all, or fewer at the end of the file
     int goodBlocks = 0;   ///< a header block that announces the other line system is none of these
     int firstDamaged = 0; ///< number of the first other one; `blocks` when there is none
-    int lastGood = -1;
+    int lastGood = -1;    ///< of two in a row: an ID alone may be chance
 
     /// At least half of its blocks are in their places.
     [[nodiscard]] bool IsPlausible() const { return blocks > 0 && goodBlocks * 2 >= blocks; }
@@ -38,7 +38,7 @@ inline constexpr int kLeastDvBlocks = 8;
 [[nodiscard]] bool IsDvBlockInPlace(std::span<const std::uint8_t> frame, int block);
 
 /// Whether bytes were lost from (or got into) the checked frame: its last block is not in its place, but
-/// blocks that belong behind the last good one are found elsewhere. `data` begins with the frame and goes on
+/// blocks that belong after the last good one are found elsewhere. `data` begins with the frame and goes on
 /// for another unless the file ends.
 [[nodiscard]] bool IsDvFrameTorn(std::span<const std::uint8_t> data, const DvCheck& check);
 

@@ -75,7 +75,7 @@ class RandomDamage {
             break;
         case 1: {
             // All of them together have less than half a frame, which would pass for a whole one.
-            Bytes inserted(static_cast<std::size_t>(m_isInside ? 1 + std::min(length, m_size) / 7 : length));
+            Bytes inserted(static_cast<std::size_t>(std::min(length, m_size) / (m_isInside ? 7 : 1) + 1));
             std::ranges::generate(inserted, [this] { return static_cast<std::uint8_t>(m_random()); });
             Touch(at, 0);
             m_bytes.insert(from, inserted.begin(), inserted.end());
