@@ -1,7 +1,7 @@
 // The scenes of a run and what is known of their file: the one record that all outputs are written from.
 #pragma once
 
-#include "reading/readers/MediaFacts.h"
+#include "reading/readers/MediaInfo.h"
 #include "reading/timing/FrameNumbering.h"
 #include "reading/timing/SampleTable.h"
 #include "reading/timing/TimeScale.h"
@@ -32,7 +32,7 @@ struct SceneTable {
     int width = 0;
     int height = 0;
     Ratio pixelAspect{1, 1};
-    std::optional<AudioFacts> audio; ///< of the first audio stream
+    std::optional<AudioFormat> audio; ///< of the first audio stream
     std::int64_t frameCount = 0;
     std::vector<SceneSpan> scenes;
 };

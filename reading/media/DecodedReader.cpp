@@ -86,14 +86,14 @@ bool DecodedReader::Next(Picture& picture) {
     while (std::exchange(m_isFramePending, false) || Decode()) {
         picture.place = m_clock.Next(m_frame->best_effort_timestamp, m_frame->pkt_pos);
         m_lastFrame = picture.place.frame;
-        const bool isLaidOut = m_layout->LayOut(*m_frame, picture.OwnBlock(m_layout->Bytes() + kBlockSlack));
+        const bool isLaidOut = m_layout->LayOut(*m_frame, picture.OwnBuffer(m_layout->Bytes() + kBlockSlack));
         av_frame_unref(m_frame.get());
         if (!isLaidOut) {
             m_damage.Report("frame " + std::to_string(m_lastFrame) + " has a format that can't be read");
             continue;
         }
         picture.format = m_format;
-        picture.HoldOwnBlock(m_layout->Bytes());
+        picture.HoldOwnBuffer(m_layout->Bytes());
         SetFraction(m_input->Fraction());
         return true;
     }

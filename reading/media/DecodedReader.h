@@ -20,7 +20,7 @@ class DecodedReader final : public PictureReader {
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_format; }
     [[nodiscard]] TimeScale Scale() const override { return m_clock.Scale(); }
-    [[nodiscard]] MediaFacts Facts() const override { return m_input->Facts(); }
+    [[nodiscard]] MediaInfo Info() const override { return m_input->Info(); }
     [[nodiscard]] std::string Description() const override;
     [[nodiscard]] bool Next(Picture& picture) override;
 

@@ -155,29 +155,29 @@ void MediaInput::FindVideo() {
         stream->discard = stream == m_video ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
-MediaFacts MediaInput::Facts() const {
+MediaInfo MediaInput::Info() const {
     const AVCodecParameters& video = *m_video->codecpar;
-    MediaFacts facts;
-    facts.width = video.width;
-    facts.height = video.height;
+    MediaInfo info;
+    info.width = video.width;
+    info.height = video.height;
     const AVRational aspect = av_guess_sample_aspect_ratio(m_context, m_video, nullptr);
     if (IsKnown(aspect))
-        facts.pixelAspect = {aspect.num, aspect.den};
+        info.pixelAspect = {aspect.num, aspect.den};
     const Ratio rate{ClockSetup().rate.num, ClockSetup().rate.den};
     const auto findTimecode = [&](const AVDictionary* metadata) {
         const AVDictionaryEntry* entry = av_dict_get(metadata, "timecode", nullptr, 0);
-        if (entry && !facts.startTimecode)
-            facts.startTimecode = ParseSourceTimecode(entry->value, rate);
+        if (entry && !info.startTimecode)
+            info.startTimecode = ParseSourceTimecode(entry->value, rate);
     };
     findTimecode(m_video->metadata);
     findTimecode(m_context->metadata);
     for (const AVStream* stream : std::span(m_context->streams, m_context->nb_streams)) {
         findTimecode(stream->metadata);
         const AVCodecParameters& each = *stream->codecpar;
-        if (each.codec_type == AVMEDIA_TYPE_AUDIO && !facts.audio && each.sample_rate > 0)
-            facts.audio = AudioFacts{each.ch_layout.nb_channels, each.sample_rate};
+        if (each.codec_type == AVMEDIA_TYPE_AUDIO && !info.audio && each.sample_rate > 0)
+            info.audio = AudioFormat{each.ch_layout.nb_channels, each.sample_rate};
     }
-    return facts;
+    return info;
 }
 
 FfmpegPtr<AVCodecContext> MediaInput::OpenDecoder(int threads) const {

@@ -4,7 +4,7 @@
 #include "reading/ffmpeg/FfmpegPointers.h"
 #include "reading/media/FrameClock.h"
 #include "reading/media/StreamInput.h"
-#include "reading/readers/MediaFacts.h"
+#include "reading/readers/MediaInfo.h"
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -42,7 +42,7 @@ class MediaInput {
     void FindVideo();
     [[nodiscard]] AVStream& Video() const { return *m_video; }
     [[nodiscard]] bool IsAvi() const;
-    [[nodiscard]] MediaFacts Facts() const;
+    [[nodiscard]] MediaInfo Info() const;
     /// A decoder for the stream, on as many threads (0: one a core). HostError when there is none.
     [[nodiscard]] FfmpegPtr<AVCodecContext> OpenDecoder(int threads) const;
     /// Goes to a key frame at or before the stamp, as far as the container can tell. False when it can't.

@@ -29,11 +29,11 @@ PacketReader::PacketReader(std::unique_ptr<MediaInput> input, AVPacket& first, c
       m_clock(setup),
       m_damage(damage) {
     av_packet_move_ref(m_packet.get(), &first);
-    m_facts = m_input->Facts();
-    if (m_isDv && !m_facts.startTimecode) {
+    m_info = m_input->Info();
+    if (m_isDv && !m_info.startTimecode) {
         const std::span<const std::uint8_t> bytes(m_packet->data, static_cast<std::size_t>(m_packet->size));
         if (const auto system = IdentifyDvFrame(bytes))
-            m_facts.startTimecode = FactsOfDv(bytes, *system).startTimecode;
+            m_info.startTimecode = DvMediaInfo(bytes, *system).startTimecode;
     }
     m_damage.Begin();
 }

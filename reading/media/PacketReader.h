@@ -20,7 +20,7 @@ class PacketReader final : public PictureReader {
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_firstFormat; }
     [[nodiscard]] TimeScale Scale() const override { return m_clock.Scale(); }
-    [[nodiscard]] MediaFacts Facts() const override { return m_facts; }
+    [[nodiscard]] MediaInfo Info() const override { return m_info; }
     [[nodiscard]] std::string Description() const override {
         return m_input->FormatName() + ", frames as they are";
     }
@@ -36,7 +36,7 @@ class PacketReader final : public PictureReader {
     const PictureFormat m_firstFormat;
     const bool m_isDv;
     FrameClock m_clock;
-    MediaFacts m_facts;
+    MediaInfo m_info;
     DamageLog m_damage;
 };
 

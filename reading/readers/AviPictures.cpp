@@ -35,9 +35,9 @@ bool AviPictures::ReadFrame(const AviReader::Frame& frame, Picture& picture) {
     const std::size_t bytes = isDv ? frame.bytes : m_uncompressed->imageBytes;
     if (frame.bytes < bytes || (isDv && bytes != kDifFrameBytes525 && bytes != kDifFrameBytes625))
         return false;
-    if (m_input->Read({picture.OwnBlock(bytes), bytes}) != bytes)
+    if (m_input->Read({picture.OwnBuffer(bytes), bytes}) != bytes)
         return false;
-    picture.HoldOwnBlock(bytes);
+    picture.HoldOwnBuffer(bytes);
     const auto system = isDv ? IdentifyDvFrame(picture.Bytes()) : std::nullopt;
     if (isDv && !system)
         return false;

@@ -6,12 +6,12 @@
 namespace scenedetect {
 namespace {
 
-constexpr std::align_val_t kBlockAlignment{64};
+constexpr std::align_val_t kBufferAlignment{64};
 
 } // namespace
 
-void Picture::BlockDeleter::operator()(std::uint8_t* block) const {
-    ::operator delete(block, kBlockAlignment);
+void Picture::BufferDeleter::operator()(std::uint8_t* buffer) const {
+    ::operator delete(buffer, kBufferAlignment);
 }
 
 void Picture::Hold(std::span<std::uint8_t> bytes, BytesOwner owner) {
@@ -19,16 +19,16 @@ void Picture::Hold(std::span<std::uint8_t> bytes, BytesOwner owner) {
     m_bytes = bytes;
 }
 
-std::uint8_t* Picture::OwnBlock(std::size_t bytes) {
-    if (m_blockBytes < bytes) {
-        m_block.reset(static_cast<std::uint8_t*>(::operator new(bytes, kBlockAlignment)));
-        m_blockBytes = bytes;
+std::uint8_t* Picture::OwnBuffer(std::size_t bytes) {
+    if (m_ownBytes < bytes) {
+        m_ownBuffer.reset(static_cast<std::uint8_t*>(::operator new(bytes, kBufferAlignment)));
+        m_ownBytes = bytes;
     }
-    return m_block.get();
+    return m_ownBuffer.get();
 }
 
-void Picture::HoldOwnBlock(std::size_t bytes) {
-    m_bytes = {m_block.get(), bytes};
+void Picture::HoldOwnBuffer(std::size_t bytes) {
+    m_bytes = {m_ownBuffer.get(), bytes};
 }
 
 void Picture::Clear() {

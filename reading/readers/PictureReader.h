@@ -1,7 +1,7 @@
 // Reads the pictures of a video file one after another, in the form in which the filter takes them.
 #pragma once
 
-#include "reading/readers/MediaFacts.h"
+#include "reading/readers/MediaInfo.h"
 #include "reading/readers/Picture.h"
 #include "reading/timing/TimeScale.h"
 
@@ -21,7 +21,7 @@ class PictureReader {
     [[nodiscard]] virtual TimeScale Scale() const = 0;
 
     /// What else is known of the file, once it is open.
-    [[nodiscard]] virtual MediaFacts Facts() const { return {}; }
+    [[nodiscard]] virtual MediaInfo Info() const { return {}; }
     /// How they are read, as a part of a sentence for people: "raw DV stream".
     [[nodiscard]] virtual std::string Description() const = 0;
 

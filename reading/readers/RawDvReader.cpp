@@ -15,8 +15,8 @@ RawDvReader::RawDvReader(std::shared_ptr<ByteInput> input, const DamageLog& dama
                                                                 : ": no picture can be read"));
     m_isFirstPending = true;
     m_rate = DvRate(m_system);
-    m_facts = FactsOfDv(m_first.Bytes(), m_system);
-    m_facts.isRawDv = true;
+    m_info = DvMediaInfo(m_first.Bytes(), m_system);
+    m_info.isRawDv = true;
     m_damage.Begin();
 }
 

@@ -26,7 +26,7 @@ class RawDvReader final : public PictureReader {
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_first.format; }
     [[nodiscard]] TimeScale Scale() const override;
-    [[nodiscard]] MediaFacts Facts() const override { return m_facts; }
+    [[nodiscard]] MediaInfo Info() const override { return m_info; }
     [[nodiscard]] std::string Description() const override { return "raw DV stream"; }
     [[nodiscard]] bool Next(Picture& picture) override;
 
@@ -53,7 +53,7 @@ class RawDvReader final : public PictureReader {
     Picture m_first; // read ahead; its format stays here
     bool m_isFirstPending = false;
     Ratio m_rate;
-    MediaFacts m_facts;
+    MediaInfo m_info;
 
     DvSystem m_system = DvSystem::Lines525; // of the frame before
     TapeTime m_time;                        // of the frame before

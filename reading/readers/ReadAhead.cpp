@@ -11,7 +11,7 @@ constexpr std::size_t kTasks = 4;
 
 } // namespace
 
-ReadAhead::ReadAhead(ByteInput& input, ReadBlockPool& pool)
+ReadAhead::ReadAhead(ByteInput& input, ReadBufferPool& pool)
     : m_input(input), m_pool(pool), m_end(input.Size()), m_next(input.Position()) {
     try {
         m_thread = std::thread([this] { Work(); });
@@ -34,7 +34,7 @@ ReadAhead::~ReadAhead() {
 ReadAhead::Task* ReadAhead::Begin() {
     if (m_tasks.size() == kTasks || m_next >= m_end)
         return nullptr;
-    std::int64_t wanted = ReadBlock::kReadBytes;
+    std::int64_t wanted = ReadBuffer::kReadBytes;
     wanted -= (m_next + wanted - m_frameOffset) % m_frameBytes;
     wanted = std::min(wanted, m_end - m_next);
     Task& task =
@@ -47,7 +47,7 @@ void ReadAhead::Finish(Task& task, std::unique_lock<std::mutex>& lock) {
     lock.unlock();
     try {
         task.bytes = m_input.ReadAt(
-            {task.block->bytes + ReadBlock::kBackBytes + ReadBlock::kHeadBytes, task.wanted}, task.offset);
+            {task.buffer->bytes + ReadBuffer::kBackBytes + ReadBuffer::kHeadBytes, task.wanted}, task.offset);
     } catch (...) {
         task.error = std::current_exception();
     }
@@ -91,7 +91,7 @@ ReadAhead::Piece ReadAhead::Next(std::int64_t frameOffset, std::size_t frameByte
         m_changed.notify_all();
     if (task.error)
         std::rethrow_exception(task.error);
-    return {std::move(task.block), task.bytes, task.bytes < task.wanted};
+    return {std::move(task.buffer), task.bytes, task.bytes < task.wanted};
 }
 
 } // namespace scenedetect

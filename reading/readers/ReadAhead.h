@@ -2,7 +2,7 @@
 #pragma once
 
 #include "reading/readers/ByteInput.h"
-#include "reading/readers/ReadBlock.h"
+#include "reading/readers/ReadBuffer.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -20,14 +20,14 @@ namespace scenedetect {
 class ReadAhead {
   public:
     struct Piece {
-        ReadBlock::Holder block; // null at the end of what the file had at the beginning
-        std::size_t bytes = 0;   // at ReadBlock::kBackBytes + kHeadBytes
-        bool isLast = false;     // the file is shorter now: nothing comes behind
+        ReadBuffer::Holder buffer; // null at the end of what the file had at the beginning
+        std::size_t bytes = 0;     // at ReadBuffer::kBackBytes + kHeadBytes
+        bool isLast = false;       // the file is shorter now: nothing comes behind
     };
 
     /// From the input's position on. `input`, which must have ReadAt, and `pool` are its own until its end,
     /// but for what moves the input's position.
-    ReadAhead(ByteInput& input, ReadBlockPool& pool);
+    ReadAhead(ByteInput& input, ReadBufferPool& pool);
     ~ReadAhead();
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
@@ -38,7 +38,7 @@ class ReadAhead {
 
   private:
     struct Task {
-        ReadBlock::Holder block;
+        ReadBuffer::Holder buffer;
         std::int64_t offset;
         std::size_t wanted;
         std::size_t bytes = 0;
@@ -51,7 +51,7 @@ class ReadAhead {
     void Work();
 
     ByteInput& m_input;
-    ReadBlockPool& m_pool;
+    ReadBufferPool& m_pool;
     const std::int64_t m_end;
     std::mutex m_mutex;
     std::condition_variable m_changed;

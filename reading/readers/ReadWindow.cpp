@@ -9,9 +9,9 @@ namespace scenedetect {
 namespace {
 
 // What is read before a thread for the rest would have begun.
-constexpr std::int64_t kShortFile = 16 * ReadBlock::kReadBytes;
-// As much of a block as one thread uses at a time.
-constexpr std::size_t kUsedBytes = ReadWindow::kBackBytes + ReadBlock::kReadBytes;
+constexpr std::int64_t kShortFile = 16 * ReadBuffer::kReadBytes;
+// As much of a buffer as one thread uses at a time.
+constexpr std::size_t kUsedBytes = ReadWindow::kBackBytes + ReadBuffer::kReadBytes;
 static_assert(ReadWindow::kBackBytes + ReadWindow::kMostBytes <= kUsedBytes);
 
 } // namespace
@@ -25,14 +25,14 @@ bool ReadWindow::GainsByThread(const ByteInput& input) {
     return input.Size() - input.Position() > kShortFile && std::thread::hardware_concurrency() > 1;
 }
 
-// The window goes on in another block, whose bytes in front of `begin` are free.
-void ReadWindow::MoveTo(ReadBlock::Holder block, std::size_t begin) {
+// The window goes on in another buffer, whose bytes in front of `begin` are free.
+void ReadWindow::MoveTo(ReadBuffer::Holder buffer, std::size_t begin) {
     const std::size_t have = m_end - m_begin;
-    if (m_block) {
+    if (m_buffer) {
         const std::size_t back = std::min(m_begin, kBackBytes);
-        std::memcpy(block->bytes + begin - back, m_block->bytes + m_begin - back, back + have);
+        std::memcpy(buffer->bytes + begin - back, m_buffer->bytes + m_begin - back, back + have);
     }
-    m_block = std::move(block);
+    m_buffer = std::move(buffer);
     m_begin = begin;
     m_end = begin + have;
 }
@@ -40,11 +40,11 @@ void ReadWindow::MoveTo(ReadBlock::Holder block, std::size_t begin) {
 // Without any more pieces ahead, reading goes on behind those that were taken.
 void ReadWindow::TakeAhead(std::size_t unit) {
     ReadAhead::Piece piece = m_ahead->Next(m_offset, unit);
-    if (!piece.block || piece.isLast)
+    if (!piece.buffer || piece.isLast)
         m_ahead.reset();
-    if (!piece.block)
+    if (!piece.buffer)
         return;
-    MoveTo(std::move(piece.block), kBackBytes + ReadBlock::kHeadBytes - (m_end - m_begin));
+    MoveTo(std::move(piece.buffer), kBackBytes + ReadBuffer::kHeadBytes - (m_end - m_begin));
     m_end += piece.bytes;
     m_input.Skip(static_cast<std::int64_t>(piece.bytes));
 }
@@ -53,13 +53,13 @@ std::span<std::uint8_t> ReadWindow::Peek(std::size_t bytes, std::size_t unit) {
     while (m_ahead && m_end - m_begin < bytes)
         TakeAhead(unit);
     if (m_end - m_begin < bytes) {
-        if (!m_block || m_begin + bytes > kUsedBytes)
+        if (!m_buffer || m_begin + bytes > kUsedBytes)
             MoveTo(m_pool.Take(), kBackBytes);
         const std::size_t have = m_end - m_begin;
         const std::size_t wanted = std::max(bytes, (kUsedBytes - m_begin) / unit * unit) - have;
-        m_end += m_input.ReadAtLeast({m_block->bytes + m_end, wanted}, bytes - have);
+        m_end += m_input.ReadAtLeast({m_buffer->bytes + m_end, wanted}, bytes - have);
     }
-    return {m_block->bytes + m_begin, std::min(bytes, m_end - m_begin)};
+    return {m_buffer->bytes + m_begin, std::min(bytes, m_end - m_begin)};
 }
 
 void ReadWindow::Drop(std::size_t bytes) {
@@ -74,8 +74,8 @@ void ReadWindow::GoBack(std::size_t bytes) {
 }
 
 BytesOwner ReadWindow::Share() {
-    return {m_block->Hold().release(),
-            [](void* block) { ReadBlock::Release()(static_cast<ReadBlock*>(block)); }};
+    return {m_buffer->Hold().release(),
+            [](void* buffer) { ReadBuffer::Release()(static_cast<ReadBuffer*>(buffer)); }};
 }
 
 } // namespace scenedetect

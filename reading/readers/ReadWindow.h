@@ -4,7 +4,7 @@
 #include "reading/readers/ByteInput.h"
 #include "reading/readers/Picture.h"
 #include "reading/readers/ReadAhead.h"
-#include "reading/readers/ReadBlock.h"
+#include "reading/readers/ReadBuffer.h"
 
 #include <cstdint>
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace scenedetect {
 
-/// Reads into blocks of a pool. Pieces can be shared: a block is used again when nobody holds a piece of it
+/// Reads into buffers of a pool. Pieces can be shared: a buffer is used again when nobody holds a piece of it
 /// any more. One thread at a time, but for the owners of pieces, which may be let go on any thread, also
 /// after the window's end.
 class ReadWindow {
@@ -28,16 +28,16 @@ class ReadWindow {
 
     /// Exactly `bytes` (at most kMostBytes) from the window's beginning on, fewer only at the end of the
     /// input. More is read ahead in whole `units`, where the input has it at once. Valid until the next
-    /// call. Bytes are moved only when they lie across the end of a block, which whole units never do.
+    /// call. Bytes are moved only when they lie across the end of a buffer, which whole units never do.
     /// HostError when reading fails, std::bad_alloc.
     [[nodiscard]] std::span<std::uint8_t> Peek(std::size_t bytes, std::size_t unit);
-    static constexpr std::size_t kMostBytes = ReadBlock::kHeadBytes;
+    static constexpr std::size_t kMostBytes = ReadBuffer::kHeadBytes;
 
     /// Moves the window's beginning.
     void Drop(std::size_t bytes);
     /// Moves it back over bytes that were dropped; at most kBackBytes (fewer where the input begins).
     void GoBack(std::size_t bytes);
-    static constexpr std::size_t kBackBytes = ReadBlock::kBackBytes;
+    static constexpr std::size_t kBackBytes = ReadBuffer::kBackBytes;
     /// Keeps the bytes that the window holds now where they are until it is let go.
     [[nodiscard]] BytesOwner Share();
     /// Offset of the window's beginning in the input.
@@ -45,12 +45,12 @@ class ReadWindow {
 
   private:
     void TakeAhead(std::size_t unit);
-    void MoveTo(ReadBlock::Holder block, std::size_t begin);
+    void MoveTo(ReadBuffer::Holder buffer, std::size_t begin);
 
     ByteInput& m_input;
-    ReadBlockPool m_pool;
+    ReadBufferPool m_pool;
     std::unique_ptr<ReadAhead> m_ahead; // as long as it has anything
-    ReadBlock::Holder m_block;          // the one with the window
+    ReadBuffer::Holder m_buffer;        // the one with the window
     std::size_t m_begin = kBackBytes;
     std::size_t m_end = kBackBytes;
     std::int64_t m_offset;

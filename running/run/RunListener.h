@@ -3,7 +3,7 @@
 
 #include "baseclasses/ComRef.h"
 #include "reading/readers/Irregularity.h"
-#include "reading/readers/MediaFacts.h"
+#include "reading/readers/MediaInfo.h"
 #include "reading/readers/PictureFormat.h"
 #include "reading/timing/TimeScale.h"
 #include "running/detection/PictureAllocator.h"
@@ -19,7 +19,7 @@ struct RunFacts {
     std::string input; ///< path as given
     TimeScale scale;
     PictureFormat format; ///< of the first picture
-    MediaFacts media;
+    MediaInfo media;
     FilePlace firstPlace; ///< of the first picture of the file, which a range may leave out
     std::string reader{}; ///< how the pictures are read, for people
 };

@@ -118,7 +118,7 @@ void SceneRun::Begin(const FilePlace& first) {
     if (std::exchange(m_hasBegun, true))
         return;
     const RunFacts facts{
-        m_settings.input,       m_reader->Scale(), m_reader->Format(), m_reader->Facts(), first,
+        m_settings.input,       m_reader->Scale(), m_reader->Format(), m_reader->Info(), first,
         m_reader->Description()};
     Tell([&facts](RunListener& listener) { listener.Begin(facts); });
 }

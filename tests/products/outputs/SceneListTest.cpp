@@ -57,7 +57,7 @@ TEST(FcpxmlList, ClipsOfAFile) {
     SceneTable table = TableOf({30000, 1001}, {0, 75, 3000});
     table.name = kOddName;
     table.pixelAspect = {10, 11};
-    table.audio = AudioFacts{2, 44'100};
+    table.audio = AudioFormat{2, 44'100};
     table.startTimecode = SourceTimecode{1800, false, 30};
     pugi::xml_document document;
     ASSERT_TRUE(document.load_string(Fcpxml(table).c_str()));
@@ -206,7 +206,7 @@ TEST(OtioList, ClipsOfAFile) {
     SceneTable table = TableOf({30000, 1001}, {0, 75, 100});
     table.input = std::string("/tapes/") + kOddName;
     table.startTimecode = SourceTimecode{1800, true, 30};
-    table.audio = AudioFacts{};
+    table.audio = AudioFormat{};
     for (const std::size_t track : {0u, 1u})
         EXPECT_EQ(ReadOtio(table, track), (Spans{{1800, 1875}, {1875, 1900}}));
     const json clip = json::parse(Otio(table)).at("/tracks/children/1/children/1"_json_pointer);

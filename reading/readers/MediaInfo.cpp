@@ -1,4 +1,4 @@
-#include "reading/readers/MediaFacts.h"
+#include "reading/readers/MediaInfo.h"
 
 #include "reading/dv/DvPacks.h"
 #include "reading/timing/FrameNumbering.h"
@@ -36,17 +36,17 @@ std::optional<SourceTimecode> ParseSourceTimecode(const std::string& text, Ratio
     return SourceTimecode{*frame, numbering.IsDropFrame(), numbering.framesPerSecond};
 }
 
-MediaFacts FactsOfDv(std::span<const std::uint8_t> frame, DvSystem system) {
+MediaInfo DvMediaInfo(std::span<const std::uint8_t> frame, DvSystem system) {
     constexpr int kWidth = 720;
     const DvPacks packs = ReadDvPacks(frame, system);
-    MediaFacts facts;
-    facts.width = kWidth;
-    facts.height = system == DvSystem::Lines625 ? 576 : 480;
-    facts.pixelAspect = PixelAspectOf(system, packs.aspect == DvAspect::Full16By9);
+    MediaInfo info;
+    info.width = kWidth;
+    info.height = system == DvSystem::Lines625 ? 576 : 480;
+    info.pixelAspect = PixelAspectOf(system, packs.aspect == DvAspect::Full16By9);
     if (packs.timecode)
-        facts.startTimecode = SourceTimecode{FrameCountOf(*packs.timecode, system),
-                                             packs.timecode->isDropFrame, DvTimecodeRate(system)};
-    return facts;
+        info.startTimecode = SourceTimecode{FrameCountOf(*packs.timecode, system),
+                                            packs.timecode->isDropFrame, DvTimecodeRate(system)};
+    return info;
 }
 
 } // namespace scenedetect

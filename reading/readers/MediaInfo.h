@@ -18,17 +18,17 @@ struct SourceTimecode {
     std::int32_t framesPerSecond = 25; ///< of the timecode, above 0; half the file's in some cameras' files
 };
 
-struct AudioFacts {
+struct AudioFormat {
     int channels = 2;
     int sampleRate = 48'000;
 };
 
-struct MediaFacts {
+struct MediaInfo {
     bool isRawDv = false; ///< a stream of DV frames and nothing else, read by their structure
     int width = 0;        ///< 0: unknown
     int height = 0;
     Ratio pixelAspect{1, 1};
-    std::optional<AudioFacts> audio; ///< of the first audio stream
+    std::optional<AudioFormat> audio; ///< of the first audio stream
     std::optional<SourceTimecode> startTimecode;
 };
 
@@ -37,6 +37,6 @@ struct MediaFacts {
 [[nodiscard]] std::optional<SourceTimecode> ParseSourceTimecode(const std::string& text, Ratio rate);
 
 /// What a whole DV frame tells of its stream.
-[[nodiscard]] MediaFacts FactsOfDv(std::span<const std::uint8_t> frame, DvSystem system);
+[[nodiscard]] MediaInfo DvMediaInfo(std::span<const std::uint8_t> frame, DvSystem system);
 
 } // namespace scenedetect

@@ -1,4 +1,4 @@
-// Blocks of memory that files are read into, used again and again.
+// Buffers that files are read into, used again and again.
 #pragma once
 
 #include "reading/dv/DvFrame.h"
@@ -13,7 +13,7 @@
 namespace scenedetect {
 
 /// Lives as long as anybody holds it, on whatever thread.
-struct ReadBlock {
+struct ReadBuffer {
     /// Four frames of 625 lines: few calls, and still a size that stays in a processor's cache.
     static constexpr std::size_t kReadBytes = 4 * kDifFrameBytes625;
     /// In front of what is read: the piece of a frame that it continues, and bytes that were dropped already.
@@ -22,11 +22,11 @@ struct ReadBlock {
     static constexpr std::size_t kBytes = kBackBytes + kHeadBytes + kReadBytes;
 
     struct Release {
-        void operator()(ReadBlock* block) const;
+        void operator()(ReadBuffer* buffer) const;
     };
-    using Holder = std::unique_ptr<ReadBlock, Release>;
+    using Holder = std::unique_ptr<ReadBuffer, Release>;
 
-    /// One more holder of a block that is held.
+    /// One more holder of a buffer that is held.
     [[nodiscard]] Holder Hold();
 
     std::atomic<int> holders = 0;
@@ -34,13 +34,13 @@ struct ReadBlock {
 };
 
 /// One thread at a time.
-class ReadBlockPool {
+class ReadBufferPool {
   public:
-    /// A block that nobody else holds; the pool grows when there is none. std::bad_alloc.
-    [[nodiscard]] ReadBlock::Holder Take();
+    /// A buffer that nobody else holds; the pool grows when there is none. std::bad_alloc.
+    [[nodiscard]] ReadBuffer::Holder Take();
 
   private:
-    std::vector<ReadBlock::Holder> m_blocks;
+    std::vector<ReadBuffer::Holder> m_buffers;
 };
 
 } // namespace scenedetect
