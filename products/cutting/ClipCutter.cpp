@@ -26,11 +26,11 @@ struct ClipCutter::OpenClip {
     std::int64_t mended = 0; // frames
 };
 
-ClipCutter::ClipCutter(ClipSettings settings, OutputClaims& claims, ClipReport report)
+ClipCutter::ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener listener)
     : m_settings(std::move(settings)),
       m_container(ContainerOf(m_settings)),
       m_claims(claims),
-      m_report(std::move(report)) {}
+      m_listener(std::move(listener)) {}
 
 ClipCutter::~ClipCutter() = default;
 
@@ -116,8 +116,8 @@ void ClipCutter::FinishClip() {
     } else {
         open->file.Commit();
     }
-    if (m_report)
-        m_report(clip);
+    if (m_listener)
+        m_listener(clip);
 }
 
 } // namespace scenedetect

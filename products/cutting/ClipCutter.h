@@ -23,7 +23,7 @@ class ClipCutter {
     static constexpr std::size_t kLookBack = 2;
 
     /// `claims` must outlive the object.
-    ClipCutter(ClipSettings settings, OutputClaims& claims, ClipReport report);
+    ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener listener);
     ~ClipCutter();
     ClipCutter(const ClipCutter&) = delete;
     ClipCutter& operator=(const ClipCutter&) = delete;
@@ -32,8 +32,8 @@ class ClipCutter {
     /// or one still to come. Another at the same sample changes nothing. The frame among the names is filled
     /// in.
     void BeginScene(std::int64_t sample, const NameFields& names);
-    /// The picture of the next sample, a DV frame, whose bytes stay as long as it is shared; the scenes that were
-    /// found with it have been announced. At most kLookBack are held when this returns.
+    /// The picture of the next sample, a DV frame, whose bytes stay as long as it is shared; the scenes that
+    /// were found with it have been announced. At most kLookBack are held when this returns.
     void Add(std::shared_ptr<const Picture> picture);
     /// There are no more samples: the last clip is what was there.
     void Finish();
@@ -49,7 +49,7 @@ class ClipCutter {
     const ClipSettings m_settings;
     const std::optional<Container> m_container; // none: raw
     OutputClaims& m_claims;
-    const ClipReport m_report;
+    const ClipListener m_listener;
 
     std::map<std::int64_t, NameFields> m_scenes; // that begin at samples held or to come
     std::deque<std::shared_ptr<const Picture>> m_held;

@@ -2,9 +2,9 @@
 
 #include "products/cutting/PacketSource.h"
 #include "reading/base/HostError.h"
+#include "reading/ffmpeg/FfmpegLog.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -22,7 +22,15 @@ std::string Advice(const Container& container) {
     return container.format->name == std::string_view("matroska") ? "" : "; --container mkv holds most";
 }
 
-bool NeedsShowTimes(const AVOutputFormat& format) {
+// " (h264, flac)"
+std::string CodecNames(const PacketSource& source) {
+    std::string names;
+    for (const AVStream* stream : source.Streams())
+        names += (names.empty() ? " (" : ", ") + std::string(avcodec_get_name(stream->codecpar->codec_id));
+    return names + ")";
+}
+
+bool NeedsPresentationTimes(const AVOutputFormat& format) {
     return (format.flags & AVFMT_NOTIMESTAMPS) == 0 && format.name != std::string_view("avi");
 }
 
@@ -47,10 +55,13 @@ ClipMuxer::ClipMuxer(OutputFile& file, const Container& container, const PacketS
         if (!timecode.empty())
             av_dict_set(&m_context->metadata, "timecode", timecode.c_str(), 0);
         Require(avio_open(&m_context->pb, ("file:" + file.WritingPath()).c_str(), AVIO_FLAG_WRITE));
+        const std::size_t errorsBefore = FormatErrorCount();
         const int begun = avformat_write_header(m_context, nullptr);
         if (begun < 0 && m_context->pb->error >= 0)
-            throw HostError(file.Path() + ": " + container.format->name + " refuses the streams (video: " +
-                            avcodec_get_name(source.Video().codecpar->codec_id) + ")" + Advice(container));
+            throw HostError(
+                file.Path() + ": " + container.format->name + " refuses the streams" + CodecNames(source) +
+                ": " + (FormatErrorCount() != errorsBefore ? LastFormatError() : FfmpegErrorText(begun)) +
+                Advice(container));
         Require(begun);
     } catch (...) {
         avio_closep(&m_context->pb);
@@ -96,10 +107,8 @@ void ClipMuxer::Fail(int code) const {
         code = m_context->pb->error;
     if (-code <= kMostErrno && code != AVERROR(EINVAL))
         FailToWrite(m_file.Path(), -code);
-    std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
-    av_strerror(code, text.data(), text.size());
     throw HostError(m_file.Path() + ": " + m_container.format->name + " refuses a packet of the source (" +
-                    text.data() + ")" + Advice(m_container));
+                    FfmpegErrorText(code) + ")" + Advice(m_container));
 }
 
 void ClipMuxer::Require(int code) const {
@@ -110,12 +119,12 @@ void ClipMuxer::Require(int code) const {
 void ClipMuxer::Write(AVPacket& packet, int stream) {
     const AVStream& target = *m_context->streams[stream];
     // Some muxers would make something up.
-    if (packet.pts == AV_NOPTS_VALUE && NeedsShowTimes(*m_container.format))
+    if (packet.pts == AV_NOPTS_VALUE && NeedsPresentationTimes(*m_container.format))
         throw HostError(m_file.Path() +
-                        ": the source does not tell when its reordered pictures show, which " +
-                        m_container.format->name + " needs; --container avi does without");
+                        ": the source has no presentation times (PTS) for its reordered pictures, which " +
+                        m_container.format->name + " needs; --container avi needs none");
     Track& track = m_tracks[static_cast<std::size_t>(stream)];
-    av_packet_rescale_ts(&packet, track.unit, target.time_base);
+    av_packet_rescale_ts(&packet, track.timeBase, target.time_base);
     if (packet.dts != AV_NOPTS_VALUE && packet.dts <= track.lastDts) {
         if (target.codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
             return av_packet_unref(&packet);

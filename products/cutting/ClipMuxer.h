@@ -29,7 +29,7 @@ class ClipMuxer {
     ClipMuxer(const ClipMuxer&) = delete;
     ClipMuxer& operator=(const ClipMuxer&) = delete;
 
-    /// `stream` is a place in the source's streams, in whose unit the packet's stamps are. The packet is
+    /// `stream` is a place in the source's streams, in whose time base the packet's stamps are. The packet is
     /// emptied.
     void Write(AVPacket& packet, int stream);
     void Finish();
@@ -45,7 +45,7 @@ class ClipMuxer {
     const Container m_container;
     AVFormatContext* m_context = nullptr;
     struct Track {
-        AVRational unit; // of the source's stream
+        AVRational timeBase; // of the source's stream
         std::int64_t lastDts = INT64_MIN;
     };
     std::vector<Track> m_tracks;

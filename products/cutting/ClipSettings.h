@@ -34,7 +34,7 @@ struct WrittenClip {
 };
 
 /// Called with each clip once it is whole, on the thread that cuts.
-using ClipReport = std::function<void(const WrittenClip&)>;
+using ClipListener = std::function<void(const WrittenClip&)>;
 
 /// "1 frame", "12 frames".
 [[nodiscard]] std::string FramesText(std::int64_t frames);

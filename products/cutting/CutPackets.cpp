@@ -1,6 +1,7 @@
 #include "products/cutting/CutPackets.h"
 
 #include "products/cutting/PacketClip.h"
+#include "reading/ffmpeg/Rational.h"
 
 extern "C" {
 #include <libavutil/mathematics.h>
@@ -17,33 +18,29 @@ extern "C" {
 namespace scenedetect {
 namespace {
 
-AVRational RationalOf(Ratio ratio) {
-    return {ratio.num, ratio.den};
-}
-
 bool IsKey(const AVPacket& packet) {
     return (packet.flags & AV_PKT_FLAG_KEY) != 0;
 }
 
 // The stamp of time 0, found by the packet of the first picture. Where containers do not tell where packets
 // lie, it is the first key frame's: pictures before that can't be decoded.
-std::int64_t FindOrigin(const PacketCut& cut, const std::atomic<bool>& stop) {
+std::int64_t FindOrigin(const PacketCut& cut) {
     constexpr int kFarthest = 300; // further in the first picture is not
-    PacketSource source(cut.path, stop);
+    PacketSource source(cut.path);
     const auto packet = OwnFfmpeg(av_packet_alloc());
     std::optional<std::int64_t> firstKey;
     int seen = 0;
     for (int stream = 0; seen < kFarthest && (stream = source.Read(*packet)) != -1;
          av_packet_unref(packet.get())) {
-        const std::int64_t show = ShowTime(*packet);
-        if (stream != 0 || show == AV_NOPTS_VALUE)
+        const std::int64_t time = PresentationTime(*packet);
+        if (stream != 0 || time == AV_NOPTS_VALUE)
             continue;
         ++seen;
         if (cut.firstPicture.byteOffset >= 0 && packet->pos == cut.firstPicture.byteOffset)
-            return show -
+            return time -
                    av_rescale_q(cut.firstPicture.time, RationalOf(cut.scale.unit), source.Video().time_base);
         if (IsKey(*packet) && !firstKey)
-            firstKey = show;
+            firstKey = time;
     }
     return firstKey.value_or(0);
 }
@@ -53,34 +50,32 @@ std::string EarlyText(std::int64_t frames, std::int64_t keyFrame) {
            (keyFrame >= 0 ? "the key frame " + std::to_string(keyFrame) : "a key frame that the file hides");
 }
 
-// AVI has no times of showing: its sound goes with what the decoder is fed at the time, not with what comes
-// out.
-std::int64_t SoundLead(const PacketSource& source, const Container& container) {
+// AVI has no PTS: its audio goes with what the decoder is fed at the time, not with what comes out.
+std::int64_t AudioLead(const PacketSource& source, const Container& container) {
     return container.format->name == std::string_view("avi") ? DecodingDelay(source) : 0;
 }
 
-// An edit unit of MXF has a packet of every stream, and the libraries leave out the last pictures where sound
+// An edit unit of MXF has a packet of every stream, and the libraries leave out the last pictures where audio
 // is missing.
-std::int64_t SoundTail(const PacketSource& source, const Container& container) {
+std::int64_t AudioTail(const PacketSource& source, const Container& container) {
     return container.format->name == std::string_view("mxf") ? DecodingDelay(source) : 0;
 }
 
 class CutRun {
   public:
-    CutRun(const ClipSettings& settings, const PacketCut& cut, OutputClaims& claims, const ClipReport& report,
-           const std::atomic<bool>& stop)
+    CutRun(const ClipSettings& settings, const PacketCut& cut, OutputClaims& claims,
+           const ClipListener& listener)
         : m_settings(settings),
           m_cut(cut),
           m_claims(claims),
-          m_report(report),
-          m_origin(FindOrigin(cut, stop)),
-          m_source(cut.path, stop),
+          m_listener(listener),
+          m_origin(FindOrigin(cut)),
+          m_source(cut.path),
           m_container(settings.container.empty() ? ContainerLike(cut.path, m_source.Streams())
                                                  : ContainerNamed(settings.container)),
           m_tolerance(av_rescale_q(1, av_inv_q(m_source.Rate()), m_source.Video().time_base) / 4),
-          m_soundLead(SoundLead(m_source, m_container)),
-          m_soundTail(SoundTail(m_source, m_container)),
-          m_stop(stop) {}
+          m_audioLead(AudioLead(m_source, m_container)),
+          m_audioTail(AudioTail(m_source, m_container)) {}
 
     void Run() {
         while (m_next < m_cut.scenes.size() || !m_open.empty()) {
@@ -90,12 +85,10 @@ class CutRun {
                 break;
             Take({std::move(packet), stream});
         }
-        if (m_stop)
-            return;
         while (m_next < m_cut.scenes.size())
             OpenNext();
         for (const auto& clip : m_open)
-            m_report(clip->Finish());
+            m_listener(clip->Finish());
     }
 
   private:
@@ -141,47 +134,49 @@ class CutRun {
         FinishComplete();
     }
 
-    // So that it begins with the key frame of the next scene, as far as that is known, and the sound from
+    // So that it begins with the key frame of the next scene, as far as that is known, and the audio from
     // there on.
     void TrimWindow() {
         const std::int64_t latest = Begin(m_next) + 2 * m_tolerance;
         const auto last = std::find_if(m_window.rbegin(), m_window.rend(), [&](const Held& held) {
-            return held.IsKeyFrame() && ShowTime(*held.packet) <= latest;
+            return held.IsKeyFrame() && PresentationTime(*held.packet) <= latest;
         });
         if (last == m_window.rend())
             return;
         const auto key = std::prev(last.base());
-        const AVRational unit = m_source.Video().time_base;
-        const std::int64_t begin = ShowTime(*key->packet) - m_soundLead;
+        const AVRational videoTimeBase = m_source.Video().time_base;
+        const std::int64_t begin = PresentationTime(*key->packet) - m_audioLead;
         const auto isOver = [&](const Held& held) {
             if (held.IsVideo())
                 return true;
-            const AVRational soundUnit = m_source.Streams()[static_cast<std::size_t>(held.stream)]->time_base;
-            return av_compare_ts(ShowTime(*held.packet) + held.packet->duration, soundUnit, begin, unit) <= 0;
+            const AVRational audioTimeBase =
+                m_source.Streams()[static_cast<std::size_t>(held.stream)]->time_base;
+            return av_compare_ts(PresentationTime(*held.packet) + held.packet->duration, audioTimeBase, begin,
+                                 videoTimeBase) <= 0;
         };
         m_window.erase(std::remove_if(m_window.begin(), key, isOver), key);
     }
 
-    // Called when all packets are there that show before the scene.
+    // Called when all packets are there whose PTS lies before the scene.
     void OpenNext() {
         const std::size_t scene = m_next++;
         const auto key = std::ranges::find_if(m_window, &Held::IsVideo);
         if (key == m_window.end())
             return; // the file is shorter than it was
         const std::int64_t begin = Begin(scene);
-        // A first picture that shows before its key frame was decoded without that.
-        const std::int64_t keyShow = ShowTime(*key->packet);
+        // A first picture that is presented before its key frame was decoded without that.
+        const std::int64_t keyShow = PresentationTime(*key->packet);
         ClipSpan span{keyShow <= begin + 2 * m_tolerance ? keyShow : begin, End(scene), m_tolerance};
-        span.zero = span.begin - m_soundLead;
+        span.zero = span.begin - m_audioLead;
         if (span.end != INT64_MAX)
-            span.soundEnd = span.end + m_soundTail;
+            span.audioEnd = span.end + m_audioTail;
 
         const PacketCut::Scene& cut = m_cut.scenes[scene];
         WrittenClip clip;
         clip.firstFrame = cut.place.frame;
         clip.framesEarly = std::ranges::count_if(m_window, [&](const Held& held) {
-            const std::int64_t show = ShowTime(*held.packet);
-            return held.IsVideo() && show >= span.begin && show < begin;
+            const std::int64_t time = PresentationTime(*held.packet);
+            return held.IsVideo() && time >= span.begin && time < begin;
         });
         const std::int64_t keyFrame = FrameAt(span.begin, clip);
         if (clip.framesEarly != 0)
@@ -220,7 +215,7 @@ class CutRun {
         std::erase_if(m_open, [&](const std::unique_ptr<PacketClip>& clip) {
             if (!clip->IsComplete(m_now))
                 return false;
-            m_report(clip->Finish());
+            m_listener(clip->Finish());
             return true;
         });
     }
@@ -228,34 +223,33 @@ class CutRun {
     const ClipSettings& m_settings;
     const PacketCut& m_cut;
     OutputClaims& m_claims;
-    const ClipReport& m_report;
+    const ClipListener& m_listener;
     const std::int64_t m_origin;
     PacketSource m_source;
     const Container m_container;
     const std::int64_t m_tolerance; // by which stamps may be off their frame
-    const std::int64_t m_soundLead;
-    const std::int64_t m_soundTail;
-    const std::atomic<bool>& m_stop;
+    const std::int64_t m_audioLead;
+    const std::int64_t m_audioTail;
 
     std::size_t m_next = 0;         // the next scene to be opened
     std::deque<Held> m_window;      // what its clip may need
     std::int64_t m_now = INT64_MIN; // the latest decoding time
     bool m_hasKey = false;
-    // Two at a time and more: sound comes later than its pictures.
+    // Two at a time and more: audio comes later than its pictures.
     std::vector<std::unique_ptr<PacketClip>> m_open;
 };
 
 } // namespace
 
-void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims, const ClipReport& report,
-                const std::atomic<bool>& stop) {
+void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims,
+                const ClipListener& listener) {
     std::ranges::stable_sort(cut.scenes, {}, [](const PacketCut::Scene& scene) { return scene.place.frame; });
     const auto isDouble = [](const PacketCut::Scene& one, const PacketCut::Scene& next) {
         return one.place.frame == next.place.frame;
     };
     cut.scenes.erase(std::unique(cut.scenes.begin(), cut.scenes.end(), isDouble), cut.scenes.end());
     if (!cut.scenes.empty())
-        CutRun(settings, cut, claims, report, stop).Run();
+        CutRun(settings, cut, claims, listener).Run();
 }
 
 } // namespace scenedetect

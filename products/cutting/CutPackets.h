@@ -5,7 +5,6 @@
 #include "reading/timing/SampleTable.h"
 #include "reading/timing/TimeScale.h"
 
-#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -27,13 +26,13 @@ struct PacketCut {
 };
 
 /// Each clip begins at the nearest key frame at or before its scene (its note says by how much), and ends
-/// with the last packet that shows before the next scene; sound is cut to the same span and stays in step.
-/// The scenes may come in any order; of several at one place the first counts. Without a container named the
-/// clips are as the source is, or Matroska where that can't be written. Memory holds a group of pictures.
+/// with the last packet that is presented before the next scene; audio is cut to the same span and stays in
+/// step. The scenes may come in any order; of several at one place the first counts. Without a container
+/// named the clips are as the source is, or Matroska where that can't be written. Memory holds a group of
+/// pictures.
 ///
-/// HostError when reading or writing fails: clips reported before stay, of the others nothing does, as when
-/// `stop` is set. The stop ends the pass at the next packet.
-void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims, const ClipReport& report,
-                const std::atomic<bool>& stop);
+/// HostError when reading or writing fails: clips reported before stay, of the others nothing does.
+void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims,
+                const ClipListener& listener);
 
 } // namespace scenedetect

@@ -9,8 +9,8 @@
 namespace scenedetect {
 namespace {
 
-// No writer puts sound further behind its pictures; a stream may also have ended.
-constexpr std::int64_t kSoundDelaySeconds = 10;
+// No writer puts audio further after its pictures; a stream may also have ended.
+constexpr std::int64_t kAudioDelaySeconds = 10;
 
 FfmpegPtr<AVPacket> Share(const AVPacket& packet) {
     return OwnFfmpeg(av_packet_clone(&packet));
@@ -31,23 +31,24 @@ PacketClip::PacketClip(const WrittenClip& clip, Existing existing, const Contain
 void PacketClip::Offer(const AVPacket& packet, int stream) {
     if (stream == 0)
         return OfferVideo(packet);
-    const AVStream& sound = *m_source.Streams()[static_cast<std::size_t>(stream)];
-    const AVRational videoUnit = m_source.Video().time_base;
-    const std::int64_t begin = av_rescale_q(m_span.zero, videoUnit, sound.time_base);
-    const std::int64_t end =
-        m_span.soundEnd == INT64_MAX ? INT64_MAX : av_rescale_q(m_span.soundEnd, videoUnit, sound.time_base);
-    if (ShowTime(packet) >= end)
+    const AVStream& audio = *m_source.Streams()[static_cast<std::size_t>(stream)];
+    const AVRational videoTimeBase = m_source.Video().time_base;
+    const std::int64_t begin = av_rescale_q(m_span.zero, videoTimeBase, audio.time_base);
+    const std::int64_t end = m_span.audioEnd == INT64_MAX
+                                 ? INT64_MAX
+                                 : av_rescale_q(m_span.audioEnd, videoTimeBase, audio.time_base);
+    if (PresentationTime(packet) >= end)
         m_hasPassed[static_cast<std::size_t>(stream)] = true;
     auto piece = Share(packet);
-    if (CutSound(*piece, sound, begin, end))
+    if (CutAudio(*piece, audio, begin, end))
         Write(std::move(piece), stream);
 }
 
 void PacketClip::OfferVideo(const AVPacket& packet) {
-    const std::int64_t show = ShowTime(packet);
-    // Pictures that follow the key frame but show before it need what the clip does not have. Their places in
-    // the order of decoding must not stay empty, since some containers know no other order.
-    if (show < m_span.begin) {
+    const std::int64_t time = PresentationTime(packet);
+    // Pictures that follow the key frame but are presented before it need what the clip does not have. Their
+    // places in the order of decoding must not stay empty, since some containers know no other order.
+    if (time < m_span.begin) {
         if (m_clip.frames == 0 && m_held.size() == 1)
             m_held.front()->dts = packet.dts;
         return;
@@ -63,14 +64,14 @@ void PacketClip::OfferVideo(const AVPacket& packet) {
 void PacketClip::WriteHeld() {
     for (auto& each : std::exchange(m_held, {})) {
         ++m_clip.frames;
-        m_clip.framesLate += m_span.IsBefore(ShowTime(*each)) ? 0 : 1;
+        m_clip.framesLate += m_span.IsBefore(PresentationTime(*each)) ? 0 : 1;
         Write(std::move(each), 0);
     }
 }
 
 void PacketClip::Write(FfmpegPtr<AVPacket> packet, int stream) {
-    const AVRational unit = m_source.Streams()[static_cast<std::size_t>(stream)]->time_base;
-    const std::int64_t zero = av_rescale_q(m_span.zero, m_source.Video().time_base, unit);
+    const AVRational timeBase = m_source.Streams()[static_cast<std::size_t>(stream)]->time_base;
+    const std::int64_t zero = av_rescale_q(m_span.zero, m_source.Video().time_base, timeBase);
     for (std::int64_t* stamp : {&packet->dts, &packet->pts})
         if (*stamp != AV_NOPTS_VALUE)
             *stamp -= zero;
@@ -81,7 +82,7 @@ void PacketClip::Write(FfmpegPtr<AVPacket> packet, int stream) {
 bool PacketClip::IsComplete(std::int64_t now) const {
     if (m_span.IsBefore(now - m_delay))
         return false;
-    const std::int64_t delay = av_rescale_q(kSoundDelaySeconds, {1, 1}, m_source.Video().time_base);
+    const std::int64_t delay = av_rescale_q(kAudioDelaySeconds, {1, 1}, m_source.Video().time_base);
     return now - m_span.end > delay ||
            std::all_of(m_hasPassed.begin() + 1, m_hasPassed.end(), std::identity());
 }

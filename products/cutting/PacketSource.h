@@ -1,13 +1,9 @@
-// The packets of a file's video stream and of all its sound.
+// The packets of a file's video stream and of all its audio.
 #pragma once
 
 #include "products/cutting/PacketStamps.h"
+#include "reading/ffmpeg/MediaFile.h"
 
-extern "C" {
-#include <libavformat/avformat.h>
-}
-
-#include <atomic>
 #include <optional>
 #include <span>
 #include <string>
@@ -15,39 +11,31 @@ extern "C" {
 
 namespace scenedetect {
 
-/// One thread at a time; `stop`, which must outlive the object, may be set by any.
+/// One thread at a time.
 class PacketSource {
   public:
-    /// Opens a regular file, as `format` if that is named (a demuxer's name). HostError when it can't be read
-    /// or has no video.
-    PacketSource(std::string path, const std::atomic<bool>& stop, const char* format = nullptr);
-    ~PacketSource();
-    PacketSource(const PacketSource&) = delete;
-    PacketSource& operator=(const PacketSource&) = delete;
+    /// Opens a regular file, as `demuxer` if that is named. HostError when it can't be read or has no video.
+    explicit PacketSource(std::string path, const char* demuxer = nullptr);
 
-    [[nodiscard]] const std::string& Path() const { return m_path; }
-    [[nodiscard]] AVFormatContext& Context() const { return *m_context; }
-    [[nodiscard]] AVStream& Video() const { return *m_streams.front(); }
+    [[nodiscard]] AVFormatContext& Context() const { return m_file.Context(); }
+    [[nodiscard]] AVStream& Video() const { return m_file.Video(); }
     /// The video stream, then the audio streams; those that turned up later are not among them.
     [[nodiscard]] std::span<AVStream* const> Streams() const { return m_streams; }
     /// Frames per second: the nominal ones.
     [[nodiscard]] AVRational Rate() const;
     /// The timecode of the file's first frame; empty when it has none.
-    [[nodiscard]] std::string Timecode() const;
+    [[nodiscard]] std::string Timecode() const { return m_file.Timecode(); }
 
     /// The next packet of one of the streams, owned by the caller, its stamps corrected; empty ones are left
-    /// out. Returns the place of its stream in Streams(), or -1 at the end, at damage without end and when
-    /// stopped. HostError when the device fails.
+    /// out. Returns the place of its stream in Streams(), or -1 at the end and at damage without end.
+    /// HostError when reading fails.
     [[nodiscard]] int Read(AVPacket& packet);
 
   private:
-    [[noreturn]] void Fail(int code);
-    void FindStreams();
+    [[nodiscard]] static std::vector<AVStream*> FindStreams(MediaFile& file);
 
-    const std::string m_path;
-    const std::atomic<bool>& m_stop;
-    AVFormatContext* m_context = nullptr;
-    std::vector<AVStream*> m_streams;
+    MediaFile m_file;
+    const std::vector<AVStream*> m_streams;
     std::optional<PacketStamps> m_stamps;
 };
 

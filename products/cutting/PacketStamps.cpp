@@ -1,6 +1,6 @@
 #include "products/cutting/PacketStamps.h"
 
-#include "reading/ffmpeg/StampLimits.h"
+#include "reading/ffmpeg/Stamps.h"
 
 extern "C" {
 #include <libavutil/mathematics.h>
@@ -12,8 +12,13 @@ extern "C" {
 namespace scenedetect {
 namespace {
 
-bool IsJump(std::int64_t ahead, AVRational unit) {
-    const std::int64_t second = av_rescale_q(1, {1, 1}, unit);
+// What could not be told apart from a missing stamp, or leave the range by a few sums, is held at its end.
+std::int64_t InRange(std::int64_t stamp) {
+    return std::clamp(stamp, -kFarthestStamp, kFarthestStamp);
+}
+
+bool IsJump(std::int64_t ahead, AVRational timeBase) {
+    const std::int64_t second = av_rescale_q(1, {1, 1}, timeBase);
     return ahead > kJumpAheadSeconds * second || ahead < -kJumpBackSeconds * second;
 }
 
@@ -22,8 +27,9 @@ bool IsJump(std::int64_t ahead, AVRational unit) {
 PacketStamps::PacketStamps(std::span<AVStream* const> streams, AVRational rate, bool mayJump)
     : m_mayJump(mayJump) {
     for (const AVStream* stream : streams)
-        m_tracks.push_back({stream->time_base, stream->codecpar->video_delay,
-                            m_tracks.empty() ? av_rescale_q(1, av_inv_q(rate), stream->time_base) : 0});
+        m_tracks.push_back(
+            {stream->time_base, stream->codecpar->video_delay,
+             m_tracks.empty() ? InRange(av_rescale_q(1, av_inv_q(rate), stream->time_base)) : 0});
 }
 
 // Some containers have no decoding times, and FFmpeg's libraries find those of the first packets too late.
@@ -33,7 +39,8 @@ void PacketStamps::FillIn(AVPacket& packet, const Track& video) {
         return;
     const bool isFirst = video.expected == AV_NOPTS_VALUE;
     if (packet.pts != AV_NOPTS_VALUE)
-        packet.dts = isFirst ? packet.pts - video.delay * video.frame : std::min(packet.pts, video.expected);
+        packet.dts =
+            isFirst ? InRange(packet.pts - video.delay * video.frame) : std::min(packet.pts, video.expected);
     else
         packet.dts = isFirst ? 0 : video.expected;
     if (packet.pts == AV_NOPTS_VALUE && video.delay == 0)
@@ -41,14 +48,14 @@ void PacketStamps::FillIn(AVPacket& packet, const Track& video) {
 }
 
 std::int64_t PacketStamps::OffsetFor(const Track& track, std::int64_t stamp, bool isVideo) {
-    const AVRational videoUnit = m_tracks.front().unit;
+    const AVRational videoTimeBase = m_tracks.front().timeBase;
     const auto ahead = [&](std::int64_t offset) {
-        return stamp + av_rescale_q(offset, videoUnit, track.unit) - track.expected;
+        return stamp + InRange(av_rescale_q(offset, videoTimeBase, track.timeBase)) - track.expected;
     };
     if (track.expected == AV_NOPTS_VALUE)
-        return av_rescale_q(m_offset, videoUnit, track.unit);
+        return InRange(av_rescale_q(m_offset, videoTimeBase, track.timeBase));
     if (isVideo) {
-        if (IsJump(ahead(m_offset), track.unit)) {
+        if (IsJump(ahead(m_offset), track.timeBase)) {
             m_offsetBefore = m_offset;
             m_offset = track.expected - stamp;
         }
@@ -56,14 +63,15 @@ std::int64_t PacketStamps::OffsetFor(const Track& track, std::int64_t stamp, boo
     }
     const bool isNew = std::abs(ahead(m_offset)) <= std::abs(ahead(m_offsetBefore));
     const std::int64_t nearest = isNew ? m_offset : m_offsetBefore;
-    return IsJump(ahead(nearest), track.unit) ? track.expected - stamp
-                                              : av_rescale_q(nearest, videoUnit, track.unit);
+    return IsJump(ahead(nearest), track.timeBase)
+               ? track.expected - stamp
+               : InRange(av_rescale_q(nearest, videoTimeBase, track.timeBase));
 }
 
 void PacketStamps::Correct(AVPacket& packet, int stream) {
     Track& track = m_tracks[static_cast<std::size_t>(stream)];
     for (std::int64_t* each : {&packet.dts, &packet.pts})
-        if (*each < -kFarthestStamp || *each > kFarthestStamp)
+        if (IsWild(*each))
             *each = AV_NOPTS_VALUE;
     std::int64_t stamp = packet.dts != AV_NOPTS_VALUE ? packet.dts : packet.pts;
     if (m_mayJump && stamp != AV_NOPTS_VALUE) {
@@ -71,14 +79,14 @@ void PacketStamps::Correct(AVPacket& packet, int stream) {
         stamp += offset;
         for (std::int64_t* each : {&packet.dts, &packet.pts})
             if (*each != AV_NOPTS_VALUE)
-                *each += offset;
+                *each = InRange(*each + offset);
     }
     if (stream == 0) {
         FillIn(packet, track);
         stamp = packet.dts;
     }
     if (stamp != AV_NOPTS_VALUE)
-        track.expected = stamp + std::max(packet.duration, track.frame);
+        track.expected = InRange(stamp + std::clamp(packet.duration, track.frame, kFarthestStamp));
 }
 
 } // namespace scenedetect

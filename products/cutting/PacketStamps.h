@@ -18,14 +18,14 @@ class PacketStamps {
     PacketStamps(std::span<AVStream* const> streams, AVRational rate, bool mayJump);
 
     /// Corrects the stamps of the next packet of a stream. A missing decoding time of the video is set to
-    /// when it was to be expected; the time of showing stays missing where pictures are reordered.
+    /// when it was to be expected; its PTS stays missing where pictures are reordered.
     void Correct(AVPacket& packet, int stream);
 
   private:
     struct Track {
-        AVRational unit;
+        AVRational timeBase;
         int delay;          // packets that the decoder has before the first picture comes out
-        std::int64_t frame; // its usual duration, in units
+        std::int64_t frame; // its usual duration
         std::int64_t expected = AV_NOPTS_VALUE; // corrected stamp of the next packet
     };
 
@@ -34,7 +34,7 @@ class PacketStamps {
 
     const bool m_mayJump;
     std::vector<Track> m_tracks;
-    // Added to stamps, in units of the video. Other streams of a joined file come to the joint sooner or
+    // Added to stamps, in the video's time base. Other streams of a joined file come to the joint sooner or
     // later.
     std::int64_t m_offset = 0;
     std::int64_t m_offsetBefore = 0;

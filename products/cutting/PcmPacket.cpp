@@ -1,5 +1,7 @@
 #include "products/cutting/PcmPacket.h"
 
+#include "reading/ffmpeg/Stamps.h"
+
 extern "C" {
 #include <libavutil/mathematics.h>
 }
@@ -18,17 +20,17 @@ std::int64_t SampleBytes(const AVCodecParameters& codec) {
 
 } // namespace
 
-bool CutSound(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end) {
-    const std::int64_t start = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+bool CutAudio(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end) {
+    const std::int64_t start = PresentationTime(packet);
     if (start == AV_NOPTS_VALUE || start >= end)
         return false;
     const std::int64_t sampleBytes = SampleBytes(*stream.codecpar);
     if (sampleBytes == 0)
         return start >= begin;
 
-    const AVRational sampleUnit{1, stream.codecpar->sample_rate};
+    const AVRational sampleTimeBase{1, stream.codecpar->sample_rate};
     const auto samplesUntil = [&](std::int64_t time) {
-        return av_rescale_q(time - start, stream.time_base, sampleUnit);
+        return av_rescale_q(time - start, stream.time_base, sampleTimeBase);
     };
     const std::int64_t samples = packet.size / sampleBytes;
     const std::int64_t first = begin > start ? samplesUntil(begin) : 0;
@@ -38,7 +40,7 @@ bool CutSound(AVPacket& packet, const AVStream& stream, std::int64_t begin, std:
     packet.data += first * sampleBytes;
     packet.size = static_cast<int>((last - first) * sampleBytes);
     packet.pts = packet.dts = std::max(start, begin);
-    packet.duration = av_rescale_q(last - first, sampleUnit, stream.time_base);
+    packet.duration = av_rescale_q(last - first, sampleTimeBase, stream.time_base);
     return true;
 }
 

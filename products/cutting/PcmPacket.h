@@ -1,4 +1,4 @@
-// The part of a sound packet that lies in a clip.
+// The part of an audio packet that lies in a clip.
 #pragma once
 
 extern "C" {
@@ -9,8 +9,8 @@ extern "C" {
 
 namespace scenedetect {
 
-/// Cuts a packet to [begin, end), in the stream's unit: PCM to the sample, for which only its own fields
-/// change, other sound by whole packets that begin there. False when nothing of it is left.
-[[nodiscard]] bool CutSound(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end);
+/// Cuts a packet to [begin, end), in the stream's time base: PCM to the sample, for which only its own fields
+/// change, other audio by whole packets that begin there. False when nothing of it is left.
+[[nodiscard]] bool CutAudio(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end);
 
 } // namespace scenedetect

@@ -5,7 +5,6 @@
 #include "reading/ffmpeg/FfmpegPointers.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace scenedetect {
 
@@ -13,16 +12,16 @@ std::optional<std::array<std::uint8_t, kDifBlockBytes>> MendedHeader(std::span<c
     constexpr std::array<std::uint8_t, kDifIdBytes> kId = {0x1F, 0x07, 0x00};
     constexpr std::uint8_t kSequenceBits = 0xF0; // of the ID's second byte
     const int sequences = static_cast<int>(frame.size() / kDifSequenceBytes);
-    const auto isSound = [&](std::span<const std::uint8_t> block, int sequence) {
+    const auto isValid = [&](std::span<const std::uint8_t> block, int sequence) {
         return block[0] == kId[0] && block[1] == (kId[1] | (sequence << 4 & kSequenceBits)) &&
                block[2] == kId[2] && AnnouncedDifSequences(block) == sequences;
     };
-    if (isSound(frame, 0))
+    if (isValid(frame, 0))
         return std::nullopt;
     for (int sequence = 1; sequence < sequences; ++sequence) {
         const auto block =
             frame.subspan(static_cast<std::size_t>(sequence) * kDifSequenceBytes, kDifBlockBytes);
-        if (!isSound(block, sequence))
+        if (!isValid(block, sequence))
             continue;
         std::array<std::uint8_t, kDifBlockBytes> mended;
         std::ranges::copy(block, mended.begin());
@@ -33,9 +32,7 @@ std::optional<std::array<std::uint8_t, kDifBlockBytes>> MendedHeader(std::span<c
 }
 
 RemuxedDv RemuxDv(const std::string& raw, const Container& container, OutputFile& target) {
-    // A clip that was begun is finished, also where the run is stopped.
-    const std::atomic<bool> goOn = false;
-    PacketSource source(raw, goOn, "dv");
+    PacketSource source(raw, "dv");
     ClipMuxer muxer(target, container, source, source.Timecode());
     const auto packet = OwnFfmpeg(av_packet_alloc());
     RemuxedDv result;

@@ -1,4 +1,4 @@
-// Raw DV into a container: pictures as they are, and the sound that lies in the frames as streams of its own.
+// Raw DV into a container: pictures as they are, and the audio that lies in the frames as streams of its own.
 #pragma once
 
 #include "products/cutting/Container.h"
@@ -20,7 +20,7 @@ struct RemuxedDv {
 };
 
 /// FFmpeg's libraries go by a frame's first block, and lose their step where that is damaged: the block to
-/// write instead, made from those that begin the frame's other sequences. Nothing when it is sound.
+/// write instead, made from those that begin the frame's other sequences. Nothing when it is valid.
 [[nodiscard]] std::optional<std::array<std::uint8_t, kDifBlockBytes>>
 MendedHeader(std::span<const std::uint8_t> frame);
 

@@ -2,11 +2,11 @@
 
 #include "reading/base/HostError.h"
 #include "reading/dv/DvCheck.h"
+#include "reading/ffmpeg/VideoDecoder.h"
 #include "reading/media/MediaInput.h"
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstdlib>
 #include <fstream>
 #include <optional>
@@ -14,9 +14,6 @@
 
 namespace scenedetect {
 namespace {
-
-// A run that was stopped still gets the pictures of what it found.
-const std::atomic<bool> g_neverStop = false;
 
 class RawDvFetcher final : public FrameFetcher {
   public:
@@ -75,18 +72,19 @@ class StampFetcher final : public FrameFetcher {
   private:
     void OpenAtStart() {
         m_decoder.reset();
-        m_input.emplace(m_path, g_neverStop);
+        m_input.emplace(m_path);
         m_input->FindVideo();
-        m_decoder = m_input->OpenDecoder(0);
-        m_stamps.emplace(Unit(), m_input->ClockSetup().rate);
-        m_isDraining = false;
+        // What can't be decoded costs its own picture only.
+        m_decoder.emplace(m_input->File(), 0,
+                          [this](AVPacket& packet) { return m_input->ReadPacket(packet); });
+        m_stamps.emplace(TimeBase(), m_input->ClockSetup().rate);
         // A bare stream has no stamps and can only be read from the beginning.
         m_hasStamps = !DecodeNext() || m_frame->best_effort_timestamp != AV_NOPTS_VALUE;
     }
 
-    [[nodiscard]] AVRational Unit() const { return m_input->Video().time_base; }
+    [[nodiscard]] AVRational TimeBase() const { return m_input->Video().time_base; }
     [[nodiscard]] bool GoesByBytes(const FilePlace& place) const {
-        return m_input->StampsMayJump() && place.byteOffset >= 0;
+        return m_input->File().StampsMayJump() && place.byteOffset >= 0;
     }
     [[nodiscard]] std::int64_t BytesUntil(const FilePlace& place) const {
         return place.byteOffset - m_frame->pkt_pos;
@@ -99,7 +97,7 @@ class StampFetcher final : public FrameFetcher {
         if (GoesByBytes(place))
             return BytesUntil(place) >= 0 && BytesUntil(place) < kSearchedBytes[0];
         return place.stamp >= m_stamp &&
-               (!m_hasStamps || av_rescale_q(place.stamp - m_stamp, Unit(), {1, 1}) < kSeconds);
+               (!m_hasStamps || av_rescale_q(place.stamp - m_stamp, TimeBase(), {1, 1}) < kSeconds);
     }
 
     [[nodiscard]] bool IsAt(const FilePlace& place) const {
@@ -108,7 +106,7 @@ class StampFetcher final : public FrameFetcher {
         return m_stamp == place.stamp &&
                (!GoesByBytes(place) || m_frame->pkt_pos < 0 || std::abs(BytesUntil(place)) <= kTolerance);
     }
-    [[nodiscard]] bool IsBehind(const FilePlace& place) const {
+    [[nodiscard]] bool IsAfter(const FilePlace& place) const {
         // Pictures come in another order than they lie in the file.
         return GoesByBytes(place) ? BytesUntil(place) < -kSearchedBytes[0] : m_stamp >= place.stamp;
     }
@@ -122,10 +120,9 @@ class StampFetcher final : public FrameFetcher {
         const auto tryFrom = [&](bool isFound) {
             if (!isFound)
                 return false;
-            avcodec_flush_buffers(m_decoder.get());
+            m_decoder->Flush();
             m_stamps->Forget();
             m_isDecoded = false;
-            m_isDraining = false;
             return DecodeUpTo(place);
         };
         if (GoesByBytes(place))
@@ -133,14 +130,14 @@ class StampFetcher final : public FrameFetcher {
                 return tryFrom(m_input->SeekToByte(std::max<std::int64_t>(0, place.byteOffset - back)));
             });
         return std::ranges::any_of(kSearchedSeconds, [&](int seconds) {
-            return tryFrom(m_input->SeekBefore(place.stamp - av_rescale_q(seconds, {1, 1}, Unit())));
+            return tryFrom(m_input->SeekBefore(place.stamp - av_rescale_q(seconds, {1, 1}, TimeBase())));
         });
     }
 
-    // False when that picture does not come: one behind it, or the end.
+    // False when that picture does not come: one after it, or the end.
     bool DecodeUpTo(const FilePlace& place) {
         while (!m_isDecoded || !IsAt(place)) {
-            if ((m_isDecoded && IsBehind(place)) || !DecodeNext())
+            if ((m_isDecoded && IsAfter(place)) || !DecodeNext())
                 return false;
         }
         return true;
@@ -148,22 +145,11 @@ class StampFetcher final : public FrameFetcher {
 
     bool DecodeNext() {
         m_isDecoded = false;
-        for (;;) {
-            const int received = avcodec_receive_frame(m_decoder.get(), m_frame.get());
-            if (received == 0) {
-                m_stamp = m_stamps->Next(m_frame->best_effort_timestamp);
-                m_isDecoded = m_stamp != kNoStamp;
-                if (m_isDecoded)
-                    return true;
-                continue;
-            }
-            if (received == AVERROR_EOF || (received != AVERROR(EAGAIN) && m_isDraining))
-                return false;
-            m_isDraining = !m_input->ReadPacket(*m_packet);
-            // What can't be decoded costs its own picture only.
-            avcodec_send_packet(m_decoder.get(), m_isDraining ? nullptr : m_packet.get());
-            av_packet_unref(m_packet.get());
+        while (!m_isDecoded && m_decoder->Next(*m_frame)) {
+            m_stamp = m_stamps->Next(m_frame->best_effort_timestamp);
+            m_isDecoded = m_stamp != kNoStamp;
         }
+        return m_isDecoded;
     }
 
     // How far before a picture reading begins, until that is far enough.
@@ -172,12 +158,10 @@ class StampFetcher final : public FrameFetcher {
 
     const std::string m_path;
     std::optional<MediaInput> m_input;
-    FfmpegPtr<AVCodecContext> m_decoder;
+    std::optional<VideoDecoder> m_decoder;
     std::optional<StampFiller> m_stamps;
     const FfmpegPtr<AVFrame> m_frame = OwnFfmpeg(av_frame_alloc());
-    const FfmpegPtr<AVPacket> m_packet = OwnFfmpeg(av_packet_alloc());
     bool m_isDecoded = false; // m_frame is there
-    bool m_isDraining = false;
     bool m_hasStamps = true;
     std::int64_t m_stamp = 0; // of m_frame
 };

@@ -17,19 +17,20 @@ struct Capture {
     std::string last;
 };
 
-// Demuxers speak on the thread that reads, so that runs side by side keep theirs apart.
+// Demuxers and muxers speak on the thread that reads or writes, so that runs side by side keep theirs apart.
 thread_local Capture t_capture;
 
-bool IsDemuxer(void* speaker) {
-    if (!speaker)
+// Slice threads of decoders log with an object whose class is not set yet.
+bool IsFormat(void* speaker) {
+    const AVClass* const kind = speaker ? *static_cast<AVClass**>(speaker) : nullptr;
+    if (!kind)
         return false;
-    const AVClass* kind = *static_cast<AVClass**>(speaker);
     const AVClassCategory category = kind->get_category ? kind->get_category(speaker) : kind->category;
-    return category == AV_CLASS_CATEGORY_DEMUXER;
+    return category == AV_CLASS_CATEGORY_DEMUXER || category == AV_CLASS_CATEGORY_MUXER;
 }
 
 void Listen(void* speaker, int level, const char* format, va_list arguments) {
-    if (level > AV_LOG_ERROR || !IsDemuxer(speaker))
+    if (level > AV_LOG_ERROR || !IsFormat(speaker))
         return;
     char text[256];
     std::vsnprintf(text, sizeof text, format, arguments);
@@ -46,11 +47,11 @@ void CaptureFfmpegLog() {
     av_log_set_callback(Listen);
 }
 
-std::size_t DemuxerErrorCount() {
+std::size_t FormatErrorCount() {
     return t_capture.count;
 }
 
-std::string LastDemuxerError() {
+std::string LastFormatError() {
     return t_capture.last;
 }
 

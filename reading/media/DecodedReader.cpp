@@ -1,8 +1,6 @@
 #include "reading/media/DecodedReader.h"
 
 #include "reading/base/HostError.h"
-#include "reading/ffmpeg/FfmpegLog.h"
-
 #include <limits>
 #include <utility>
 
@@ -10,7 +8,7 @@ namespace scenedetect {
 namespace {
 
 // The converter may write a few bytes more than it should.
-constexpr std::size_t kBlockSlack = 64;
+constexpr std::size_t kBufferSlack = 64;
 
 constexpr WORD kYuy2Bits = 16;
 
@@ -21,12 +19,14 @@ DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first,
     : m_input(std::move(input)),
       m_clock(m_input->ClockSetup()),
       m_damage(damage),
-      m_decoder(m_input->OpenDecoder(threads)) {
-    av_packet_move_ref(m_packet.get(), &first);
+      m_decoder(
+          m_input->File(), threads, [this](AVPacket& packet) { return ReadPacket(packet); },
+          [this] { ReportDamage(); }) {
+    av_packet_move_ref(m_first.get(), &first);
     // The picture's true size and format are those of the first one that comes out.
     if (!Decode())
-        throw HostError(m_input->Path() + (m_input->IsStopped() ? ": stopped before the first picture"
-                                                                : ": no picture can be decoded"));
+        throw HostError(m_input->Path() + (m_input->File().IsStopped() ? ": stopped before the first picture"
+                                                                       : ": no picture can be decoded"));
     m_isFramePending = true;
     m_layout = std::make_unique<LumaLayout>(*m_frame);
     if (m_layout->Bytes() > std::numeric_limits<std::int32_t>::max())
@@ -37,25 +37,25 @@ DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first,
     m_format.bitCount = kYuy2Bits;
     m_format.imageBytes = static_cast<std::uint32_t>(m_layout->Bytes());
     m_format.frameDuration = FrameDurationOf(m_clock.Scale().rate);
+    m_info = m_input->Info();
+    m_info.delay = m_input->MicrosecondsIn(m_frame->best_effort_timestamp);
     m_damage.Begin();
 }
 
 std::string DecodedReader::Description() const {
-    return m_input->FormatName() + ", decoded by " + m_decoder->codec->name;
+    return m_input->FormatName() + ", decoded by " + m_decoder.Name();
 }
 
-// Hands the decoder the next packet, or tells it that there are no more.
-void DecodedReader::FeedDecoder() {
-    if (!std::exchange(m_isPacketPending, false) && !m_input->ReadPacket(*m_packet)) {
-        m_isDraining = true;
-        if (!m_input->BreakOffReason().empty())
-            m_damage.Warn("breaks off: " + m_input->BreakOffReason());
-        avcodec_send_packet(m_decoder.get(), nullptr);
-        return;
+bool DecodedReader::ReadPacket(AVPacket& packet) {
+    if (m_first->size > 0) {
+        av_packet_move_ref(&packet, m_first.get());
+        return true;
     }
-    if (avcodec_send_packet(m_decoder.get(), m_packet.get()) < 0)
-        ReportDamage();
-    av_packet_unref(m_packet.get());
+    if (m_input->ReadPacket(packet))
+        return true;
+    if (!m_input->BreakOffReason().empty())
+        m_damage.Warn("breaks off: " + m_input->BreakOffReason());
+    return false;
 }
 
 void DecodedReader::ReportDamage() {
@@ -63,22 +63,7 @@ void DecodedReader::ReportDamage() {
 }
 
 bool DecodedReader::Decode() {
-    for (;;) {
-        if (m_input->IsStopped())
-            return false;
-        const int received = avcodec_receive_frame(m_decoder.get(), m_frame.get());
-        if (received == 0)
-            return true;
-        if (received == AVERROR_EOF)
-            return false;
-        if (received == AVERROR(EAGAIN)) {
-            FeedDecoder();
-            continue;
-        }
-        ReportDamage();
-        if (!m_isDraining)
-            FeedDecoder();
-    }
+    return m_decoder.Next(*m_frame) && !m_input->File().IsStopped();
 }
 
 bool DecodedReader::Next(Picture& picture) {
@@ -86,7 +71,8 @@ bool DecodedReader::Next(Picture& picture) {
     while (std::exchange(m_isFramePending, false) || Decode()) {
         picture.place = m_clock.Next(m_frame->best_effort_timestamp, m_frame->pkt_pos);
         m_lastFrame = picture.place.frame;
-        const bool isLaidOut = m_layout->LayOut(*m_frame, picture.OwnBuffer(m_layout->Bytes() + kBlockSlack));
+        const bool isLaidOut =
+            m_layout->LayOut(*m_frame, picture.OwnBuffer(m_layout->Bytes() + kBufferSlack));
         av_frame_unref(m_frame.get());
         if (!isLaidOut) {
             m_damage.Report("frame " + std::to_string(m_lastFrame) + " has a format that can't be read");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reading/ffmpeg/FfmpegPointers.h"
+#include "reading/ffmpeg/VideoDecoder.h"
 #include "reading/media/FrameClock.h"
 #include "reading/media/LumaLayout.h"
 #include "reading/media/MediaInput.h"
@@ -20,27 +21,26 @@ class DecodedReader final : public PictureReader {
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_format; }
     [[nodiscard]] TimeScale Scale() const override { return m_clock.Scale(); }
-    [[nodiscard]] MediaInfo Info() const override { return m_input->Info(); }
+    [[nodiscard]] MediaInfo Info() const override { return m_info; }
     [[nodiscard]] std::string Description() const override;
     [[nodiscard]] bool Next(Picture& picture) override;
 
   private:
     [[nodiscard]] bool Decode();
-    void FeedDecoder();
+    [[nodiscard]] bool ReadPacket(AVPacket& packet);
     void ReportDamage();
 
     const std::unique_ptr<MediaInput> m_input;
     FrameClock m_clock;
     DamageLog m_damage;
-    const FfmpegPtr<AVPacket> m_packet = OwnFfmpeg(av_packet_alloc());
-    bool m_isPacketPending = true; // m_packet is still to be decoded
-    bool m_isDraining = false;
-    const FfmpegPtr<AVCodecContext> m_decoder;
+    const FfmpegPtr<AVPacket> m_first = OwnFfmpeg(av_packet_alloc()); // empty once it is decoded
+    VideoDecoder m_decoder;
     const FfmpegPtr<AVFrame> m_frame = OwnFfmpeg(av_frame_alloc());
     bool m_isFramePending = false; // m_frame is still to be handed out
     std::int64_t m_lastFrame = 0;
     std::unique_ptr<LumaLayout> m_layout;
     PictureFormat m_format;
+    MediaInfo m_info;
 };
 
 } // namespace scenedetect

@@ -1,27 +1,20 @@
 // From the time stamps of a container to frame numbers and times of the file.
 #pragma once
 
+#include "reading/ffmpeg/Rational.h"
 #include "reading/timing/SampleTable.h"
 #include "reading/timing/TimeScale.h"
-
-extern "C" {
-#include <libavutil/rational.h>
-}
 
 #include <cstdint>
 #include <optional>
 
 namespace scenedetect {
 
-[[nodiscard]] constexpr Ratio RatioOf(AVRational rational) {
-    return {rational.num, rational.den};
-}
-
-/// The stamps of pictures in their order of showing; where one is missing, or too far off to be true, the one
+/// The stamps of pictures in presentation order; where one is missing, or too far off to be true, the one
 /// that was expected. So a second reading finds a picture by the stamp that the first has noted.
 class StampFiller {
   public:
-    StampFiller(AVRational unit, AVRational rate);
+    StampFiller(AVRational timeBase, AVRational rate);
 
     /// The stamp of the next picture; kNoStamp while nothing tells where the pictures are.
     [[nodiscard]] std::int64_t Next(std::int64_t stamp);
@@ -33,7 +26,7 @@ class StampFiller {
     std::int64_t m_expected = 0; // a stream without stamps is counted from 0
 };
 
-/// Numbers the pictures of one stream in their order of showing.
+/// Numbers the pictures of one stream in presentation order.
 ///
 /// At a constant rate the number comes from the time stamp, so that frames that are missing leave a gap, and
 /// the time from the number. At a variable rate the number is the picture's ordinal and the time its stamp,
@@ -42,7 +35,7 @@ class StampFiller {
 class FrameClock {
   public:
     struct Setup {
-        AVRational stampUnit{1, 25};
+        AVRational timeBase{1, 25};
         AVRational rate{25, 1};
         bool constantRate = true;
         bool stampsMayJump = false;         ///< where streams were joined
@@ -51,17 +44,17 @@ class FrameClock {
 
     explicit FrameClock(const Setup& setup);
 
-    [[nodiscard]] TimeScale Scale() const { return {RatioOf(m_unit), RatioOf(m_setup.rate)}; }
-    /// Reads the next picture's stamp; AV_NOPTS_VALUE for a picture without one. The times are in units of
-    /// Scale().
+    [[nodiscard]] TimeScale Scale() const { return {RatioOf(m_timeBase), RatioOf(m_setup.rate)}; }
+    /// Reads the next picture's stamp; AV_NOPTS_VALUE for a picture without one. The times are in the time
+    /// base of Scale().
     [[nodiscard]] FilePlace Next(std::int64_t stamp, std::int64_t byteOffset);
 
   private:
     [[nodiscard]] std::optional<std::int64_t> TimeOf(std::int64_t stamp);
 
     const Setup m_setup;
-    const AVRational m_unit;
-    const std::int64_t m_frameTime; // length of a frame in units
+    const AVRational m_timeBase;
+    const std::int64_t m_frameTime; // in ticks of m_timeBase
     StampFiller m_stamps;
     bool m_isConstant;
     std::optional<std::int64_t> m_origin;

@@ -22,8 +22,8 @@ namespace scenedetect {
 
 namespace {
 
-// Foreign bytes in front of a DV stream are stepped over, up to as many as two frames have.
-constexpr std::size_t kForeignBytes = 2 * kDifFrameBytes625;
+// Unknown bytes in front of a DV stream are stepped over, up to as many as two frames have.
+constexpr std::size_t kUnknownBytes = 2 * kDifFrameBytes625;
 
 // What lies at the beginning of the stream, which is rewound: enough to judge a frame by and no more, since a
 // stream may be live.
@@ -53,35 +53,47 @@ bool IsContainer(std::vector<std::uint8_t> start) {
 std::unique_ptr<MediaInput> OpenMedia(const std::string& path, std::shared_ptr<StreamInput> stream,
                                       const std::atomic<bool>& stop) {
     const bool isNamedFile = stream->IsFile() && stream->Path() == path;
-    auto input = isNamedFile ? std::make_unique<MediaInput>(path, stop)
+    auto input = isNamedFile ? std::make_unique<MediaInput>(path, &stop)
                              : std::make_unique<MediaInput>(std::move(stream), stop);
     if (!input->IsRawDv())
         input->FindVideo();
     return input;
 }
 
+// Files of some containers can't be read from their beginning to their end.
+std::string AdviceFor(const MediaInput& input) {
+    if (input.IsSeekable() || input.File().IsStopped())
+        return "";
+    return std::string(
+               "; the index of this file lies after its pictures, and a pipe cannot be read backward: "
+               "give the file by its name") +
+           (input.File().IsFormat("mp4") ? ", or move the index to its front: ffmpeg -i IN -c copy -movflags "
+                                           "+faststart OUT"
+                                         : "");
+}
+
 std::unique_ptr<PictureReader> OpenPackets(std::unique_ptr<MediaInput> input, const DamageLog& damage,
                                            int decoderThreads) {
     const auto first = OwnFfmpeg(av_packet_alloc());
     if (!input->ReadPacket(*first))
-        throw HostError(input->Path() + ": no picture can be read");
+        throw HostError(input->Path() + ": no picture can be read" + AdviceFor(*input));
 
     const AVCodecParameters& stream = *input->Video().codecpar;
     FrameClock::Setup setup = input->ClockSetup();
-    if (input->IsAvi())
+    const bool isAvi = input->File().IsFormat("avi");
+    if (isAvi)
         setup.origin = 0; // an index counts the frames that were dropped at the beginning, too
     if (stream.codec_id == AV_CODEC_ID_DVVIDEO) {
         const std::span<const std::uint8_t> frame(first->data, static_cast<std::size_t>(first->size));
         const auto system = IdentifyDvFrame(frame);
         if (system) {
-            const Ratio rate = SettleDvRate(RatioOf(setup.rate), *system);
-            setup.rate = {rate.num, rate.den};
+            setup.rate = RationalOf(SettleDvRate(RatioOf(setup.rate), *system));
             setup.constantRate = true;
             return std::make_unique<PacketReader>(std::move(input), *first, DvPictureFormat(frame, *system),
                                                   setup, damage);
         }
     }
-    if (const auto format = UncompressedFormat(stream, RatioOf(setup.rate)); format && input->IsAvi())
+    if (const auto format = UncompressedFormat(stream, RatioOf(setup.rate)); format && isAvi)
         return std::make_unique<PacketReader>(std::move(input), *first, *format, setup, damage);
     return std::make_unique<DecodedReader>(std::move(input), *first, damage, decoderThreads);
 }
@@ -111,8 +123,8 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Readi
         input = OpenMedia(path, stream, stop);
     } catch (const HostError&) {
         stream->Rewind();
-        const auto more = Begin(*stream, kForeignBytes + kDifFrameBytes625);
-        if (isDv || stop || IsContainer(more) || !FindDvFrame(more, 0, kForeignBytes))
+        const auto more = Begin(*stream, kUnknownBytes + kDifFrameBytes625);
+        if (isDv || stop || IsContainer(more) || !FindDvFrame(more, 0, kUnknownBytes))
             throw;
         return readRaw();
     }

@@ -1,6 +1,7 @@
 #include "reading/media/PacketReader.h"
 
 #include "reading/dv/DvCheck.h"
+#include "reading/ffmpeg/Stamps.h"
 
 #include <utility>
 
@@ -30,6 +31,7 @@ PacketReader::PacketReader(std::unique_ptr<MediaInput> input, AVPacket& first, c
       m_damage(damage) {
     av_packet_move_ref(m_packet.get(), &first);
     m_info = m_input->Info();
+    m_info.delay = m_input->MicrosecondsIn(setup.origin.value_or(PresentationTime(*m_packet)));
     if (m_isDv && !m_info.startTimecode) {
         const std::span<const std::uint8_t> bytes(m_packet->data, static_cast<std::size_t>(m_packet->size));
         if (const auto system = IdentifyDvFrame(bytes))
@@ -64,8 +66,7 @@ bool PacketReader::IdentifyPacket(PictureFormat& format) const {
 bool PacketReader::Next(Picture& picture) {
     picture.Clear();
     while (ReadPacket()) {
-        const std::int64_t stamp = m_packet->pts != AV_NOPTS_VALUE ? m_packet->pts : m_packet->dts;
-        const FilePlace place = m_clock.Next(stamp, m_packet->pos);
+        const FilePlace place = m_clock.Next(PresentationTime(*m_packet), m_packet->pos);
         // What an edit list cuts away, and what is not a whole picture.
         const bool isCut = (m_packet->flags & AV_PKT_FLAG_DISCARD) != 0;
         if (isCut || !IdentifyPacket(picture.format) || av_packet_make_refcounted(m_packet.get()) < 0) {

@@ -28,6 +28,8 @@ struct MediaInfo {
     int width = 0;        ///< 0: unknown
     int height = 0;
     Ratio pixelAspect{1, 1};
+    int quarterTurns = 0;             ///< clockwise, that stand the pictures upright: 0 to 3
+    std::int64_t delay = 0;           ///< microseconds from the start of the file to its first picture
     std::optional<AudioFormat> audio; ///< of the first audio stream
     std::optional<SourceTimecode> startTimecode;
 };

@@ -50,7 +50,6 @@ void ClipMaker::End(const RunEnd& end) {
         m_cut.end = end.place.time;
     // A run that was stopped still gets the clips of what it found; to stop that, too, is what a second
     // signal is for.
-    static const std::atomic<bool> neverStop = false;
     m_progress.wanted = std::ssize(m_cut.scenes);
     m_progress.made = 0;
     m_progress.products = "clips";
@@ -58,7 +57,7 @@ void ClipMaker::End(const RunEnd& end) {
         ++m_progress.made;
         Tell(clip);
     };
-    CutPackets(m_settings, m_cut, m_claims, tell, neverStop);
+    CutPackets(m_settings, m_cut, m_claims, tell);
 }
 
 void ClipMaker::Tell(const WrittenClip& clip) {

@@ -95,8 +95,7 @@ inline std::vector<WrittenClip> CutAfterReading(const std::filesystem::path& fil
     }
     std::vector<WrittenClip> clips;
     OutputClaims claims;
-    CutPackets(
-        settings, cut, claims, [&](const WrittenClip& clip) { clips.push_back(clip); }, kGoOn);
+    CutPackets(settings, cut, claims, [&](const WrittenClip& clip) { clips.push_back(clip); });
     return clips;
 }
 
@@ -107,7 +106,7 @@ inline std::string OutputOf(const std::vector<std::string>& arguments) {
     return result.out;
 }
 
-/// A hash a picture, in order of showing.
+/// A hash a picture, in presentation order.
 inline std::vector<std::string> PictureHashes(const std::filesystem::path& file) {
     std::vector<std::string> hashes;
     for (const std::string& line : Lines(OutputOf({"ffmpeg", "-v", "error", "-i", file.string(), "-map",
@@ -117,7 +116,7 @@ inline std::vector<std::string> PictureHashes(const std::filesystem::path& file)
     return hashes;
 }
 
-/// The sound as 16-bit samples.
+/// The audio as 16-bit samples.
 inline std::string Samples(const std::filesystem::path& file) {
     return OutputOf({"ffmpeg", "-v", "error", "-i", file.string(), "-map", "0:a", "-f", "s16le", "-"});
 }

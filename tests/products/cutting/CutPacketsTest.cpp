@@ -150,12 +150,22 @@ TEST_F(CutFilmTest, JoinedStreamsAreOne) {
 }
 
 TEST_F(CutFilmTest, RefusalsAreClearAndLeaveNothing) {
-    const std::filesystem::path film = m_folder / "film.avi";
-    MakeFilm(film, With(kH264, {"-c:a", "pcm_s16le"}));
-    const std::pair<const char*, const char*> cases[] = {
-        {"mp4", "0001.mp4: mp4 cannot hold pcm_s16le; --container mkv holds most"},
-        {"mkv", "0001.mkv: the source does not tell when its reordered pictures show, which matroska needs"}};
-    for (const auto& [container, message] : cases) {
+    struct Refusal {
+        const char* file;
+        const char* audio;
+        const char* container;
+        const char* message;
+    };
+    const Refusal cases[] = {
+        {"film.avi", "pcm_s16le", "mp4", "0001.mp4: mp4 cannot hold pcm_s16le; --container mkv holds most"},
+        {"film.avi", "pcm_s16le", "mkv",
+         "0001.mkv: the source has no presentation times (PTS) for its reordered pictures, which matroska "
+         "needs"},
+        // The one that is refused is named, by the library's own message.
+        {"film.mkv", "flac", "mov", "0001.mov: mov refuses the streams (h264, flac): flac"}};
+    for (const auto& [file, audio, container, message] : cases) {
+        const std::filesystem::path film = m_folder / file;
+        MakeFilm(film, With(kH264, {"-c:a", audio}));
         EXPECT_THAT(MessageOf([&] {
                         CutAfterReading(film, {0, 30}, Into(m_clips, container));
                     }),

@@ -1,0 +1,63 @@
+#include "reading/ffmpeg/VideoDecoder.h"
+
+#include "reading/base/HostError.h"
+#include "reading/ffmpeg/FfmpegLog.h"
+
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+FfmpegPtr<AVCodecContext> OpenDecoder(const MediaFile& file, int threads) {
+    const AVCodecParameters& stream = *file.Video().codecpar;
+    const AVCodec* codec = avcodec_find_decoder(stream.codec_id);
+    if (!codec)
+        throw HostError(file.Path() + ": no decoder for " + avcodec_get_name(stream.codec_id));
+    auto decoder = OwnFfmpeg(avcodec_alloc_context3(codec));
+    int result = avcodec_parameters_to_context(decoder.get(), &stream);
+    decoder->pkt_timebase = file.Video().time_base;
+    decoder->thread_count = threads;
+    decoder->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
+    if (result >= 0)
+        result = avcodec_open2(decoder.get(), codec, nullptr);
+    if (result < 0)
+        throw HostError(file.Path() + ": the decoder for " + codec->name +
+                        " cannot be opened: " + FfmpegErrorText(result));
+    return decoder;
+}
+
+} // namespace
+
+VideoDecoder::VideoDecoder(const MediaFile& file, int threads, Source source, Damaged damaged)
+    : m_source(std::move(source)), m_damaged(std::move(damaged)), m_decoder(OpenDecoder(file, threads)) {}
+
+// Hands the decoder the next packet, or tells it that there are no more.
+void VideoDecoder::Feed() {
+    m_isDraining = !m_source(*m_packet);
+    if (avcodec_send_packet(m_decoder.get(), m_isDraining ? nullptr : m_packet.get()) < 0 && !m_isDraining)
+        TellDamage();
+    av_packet_unref(m_packet.get());
+}
+
+bool VideoDecoder::Next(AVFrame& picture) {
+    for (;;) {
+        const int received = avcodec_receive_frame(m_decoder.get(), &picture);
+        if (received == 0)
+            return true;
+        if (received == AVERROR_EOF)
+            return false;
+        if (received != AVERROR(EAGAIN))
+            TellDamage();
+        else if (m_isDraining) // more packets are of no use
+            return false;
+        if (!m_isDraining)
+            Feed();
+    }
+}
+
+void VideoDecoder::Flush() {
+    avcodec_flush_buffers(m_decoder.get());
+    m_isDraining = false;
+}
+
+} // namespace scenedetect
