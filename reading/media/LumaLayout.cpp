@@ -1,6 +1,7 @@
 #include "reading/media/LumaLayout.h"
 
-#include "reading/media/LumaRows.h"
+#include "platform/CpuFeatures.h"
+#include "reading/media/kernels/LumaRows.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>
@@ -19,8 +20,8 @@ constexpr std::size_t kBytesPerPixel = 2;
 
 // How the luma of a format lies in plane 0.
 struct LumaSource {
-    bool isWords;
-    int shift; // of the 8 bits wanted, in words
+    LumaPixels pixels;
+    int shift;
 };
 
 // Nothing for formats whose luma has to be computed.
@@ -32,15 +33,15 @@ std::optional<LumaSource> FindLuma(int format) {
         return std::nullopt;
     const AVComponentDescriptor& luma = desc->comp[0];
     if (luma.step == 1 && luma.depth == 8 && luma.offset == 0)
-        return LumaSource{false, 0};
+        return LumaSource{LumaPixels::Bytes, 0};
     if (luma.step != 2 || luma.depth < 8)
         return std::nullopt;
     constexpr bool kIsLittle = std::endian::native == std::endian::little;
     if (luma.depth == 8) // the other byte of the pair is chroma or alpha
-        return LumaSource{true, (luma.offset == 0) == kIsLittle ? 0 : 8};
+        return LumaSource{LumaPixels::Words, (luma.offset == 0) == kIsLittle ? 0 : 8};
     if (((desc->flags & AV_PIX_FMT_FLAG_BE) == 0) != kIsLittle)
         return std::nullopt;
-    return LumaSource{true, luma.shift + luma.depth - 8};
+    return LumaSource{LumaPixels::Words, luma.shift + luma.depth - 8};
 }
 
 } // namespace
@@ -63,13 +64,11 @@ bool LumaLayout::LayOut(const AVFrame& picture, std::uint8_t* yuy2) {
     const auto source = FindLuma(picture.format);
     if (!source || picture.width != m_sourceWidth || picture.height != m_height || picture.width < m_width)
         return Convert(picture, yuy2);
+    const LumaRow convert = SelectLumaRow(source->pixels, CpuFeatures());
     const auto width = static_cast<std::size_t>(m_width);
     for (int y = 0; y < m_height; ++y) {
         const std::uint8_t* row = picture.data[0] + static_cast<std::ptrdiff_t>(y) * picture.linesize[0];
-        if (source->isWords)
-            LumaWordsToYuy2(row, source->shift, yuy2, width);
-        else
-            LumaBytesToYuy2(row, yuy2, width);
+        convert(row, source->shift, yuy2, width);
         yuy2 += width * kBytesPerPixel;
     }
     return true;
