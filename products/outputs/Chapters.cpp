@@ -22,6 +22,12 @@ std::string Escaped(const std::string& text) {
     return escaped;
 }
 
+// Chapters count from the start of the file, where other streams may begin before the pictures.
+std::int64_t ChapterTime(const SceneTable& table, const FilePlace& place) {
+    constexpr Ratio kMicroseconds{1, 1'000'000};
+    return place.time + Rescale(table.delay, kMicroseconds, table.scale.unit);
+}
+
 std::string ChapterTitle(std::size_t index) {
     return "Scene " + std::to_string(index + 1);
 }
@@ -39,8 +45,9 @@ std::string MetadataChapters(const SceneTable& table) {
     std::string text = ";FFMETADATA1\ntitle=" + Escaped(PlainName(table.name)) + '\n';
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
-        text += head + std::to_string(scene.start.time) + "\nEND=" + std::to_string(scene.end.time) +
-                "\ntitle=" + ChapterTitle(i) + '\n';
+        text += head + std::to_string(ChapterTime(table, scene.start)) +
+                "\nEND=" + std::to_string(ChapterTime(table, scene.end)) + "\ntitle=" + ChapterTitle(i) +
+                '\n';
     }
     return text;
 }
@@ -55,8 +62,10 @@ std::string MatroskaChapters(const SceneTable& table) {
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
         pugi::xml_node chapter = edition.append_child("ChapterAtom");
-        AppendText(chapter, "ChapterTimeStart", ClockText(scene.start.time, table.scale, kNanoseconds));
-        AppendText(chapter, "ChapterTimeEnd", ClockText(scene.end.time, table.scale, kNanoseconds));
+        AppendText(chapter, "ChapterTimeStart",
+                   ClockText(ChapterTime(table, scene.start), table.scale, kNanoseconds));
+        AppendText(chapter, "ChapterTimeEnd",
+                   ClockText(ChapterTime(table, scene.end), table.scale, kNanoseconds));
         pugi::xml_node display = chapter.append_child("ChapterDisplay");
         AppendText(display, "ChapterString", ChapterTitle(i));
         AppendText(display, "ChapterLanguage", "eng");

@@ -26,8 +26,7 @@ Json PlaceJson(const SceneTable& table, const FilePlace& place) {
                  {"seconds", static_cast<double>(place.time) * unit.num / unit.den},
                  {"timecode", TimecodeText(place.time, table.scale)}};
     if (table.startTimecode)
-        json["source_timecode"] =
-            FrameTimecode(SourceStart(table) + EditFrame(place, table.scale), SourceNumbering(table));
+        json["source_timecode"] = SourceTimecodeText(place, table.scale, *table.startTimecode);
     return json;
 }
 

@@ -6,6 +6,20 @@
 #include <cstdio>
 
 namespace scenedetect {
+namespace {
+
+FrameNumbering NumberingFrom(const SourceTimecode& first, Ratio rate) {
+    FrameNumbering numbering = NumberingOf(rate);
+    if (!first.isDropFrame)
+        numbering.dropped = 0;
+    return numbering;
+}
+
+std::int64_t StartFrom(const SourceTimecode& first, Ratio rate) {
+    return Rescale(first.frame, {1, first.framesPerSecond}, {1, NumberingOf(rate).framesPerSecond});
+}
+
+} // namespace
 
 bool HasConstantRate(const SceneTable& table) {
     const auto isInStep = [&table](const FilePlace& place) {
@@ -26,17 +40,17 @@ std::int64_t EditFrameCount(const SceneTable& table) {
 }
 
 FrameNumbering SourceNumbering(const SceneTable& table) {
-    FrameNumbering numbering = NumberingOf(table.scale.rate);
-    if (table.startTimecode && !table.startTimecode->isDropFrame)
-        numbering.dropped = 0;
-    return numbering;
+    return table.startTimecode ? NumberingFrom(*table.startTimecode, table.scale.rate)
+                               : NumberingOf(table.scale.rate);
 }
 
 std::int64_t SourceStart(const SceneTable& table) {
-    if (!table.startTimecode)
-        return 0;
-    return Rescale(table.startTimecode->frame, {1, table.startTimecode->framesPerSecond},
-                   {1, SourceNumbering(table).framesPerSecond});
+    return table.startTimecode ? StartFrom(*table.startTimecode, table.scale.rate) : 0;
+}
+
+std::string SourceTimecodeText(const FilePlace& place, const TimeScale& scale, const SourceTimecode& first) {
+    return FrameTimecode(StartFrom(first, scale.rate) + EditFrame(place, scale),
+                         NumberingFrom(first, scale.rate));
 }
 
 std::vector<EditSpan> EditSpans(const SceneTable& table) {

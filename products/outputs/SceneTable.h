@@ -33,6 +33,8 @@ struct SceneTable {
     int height = 0;
     Ratio pixelAspect{1, 1};
     std::optional<AudioFormat> audio; ///< of the first audio stream
+    int quarterTurns = 0;             ///< clockwise, that stand the pictures upright: 0 to 3
+    std::int64_t delay = 0;           ///< microseconds from the start of the file to its first frame
     std::int64_t frameCount = 0;
     std::vector<SceneSpan> scenes;
 };
@@ -50,6 +52,10 @@ struct SceneTable {
 [[nodiscard]] FrameNumbering SourceNumbering(const SceneTable& table);
 /// The source timecode's count of frames at the file's rate; 0 without one.
 [[nodiscard]] std::int64_t SourceStart(const SceneTable& table);
+
+/// The file's own timecode of a place, where that of its first frame is known.
+[[nodiscard]] std::string SourceTimecodeText(const FilePlace& place, const TimeScale& scale,
+                                             const SourceTimecode& first);
 
 /// A scene on an edit's timeline, in frames of the nominal rate.
 struct EditSpan {

@@ -10,6 +10,7 @@ extern "C" {
 #include <algorithm>
 #include <cstdio>
 #include <numeric>
+#include <utility>
 
 namespace scenedetect {
 namespace {
@@ -50,18 +51,21 @@ std::string Counted(std::size_t count, const char* what) {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
+// The plot has a frame of the nominal rate each unit, so that it is as long as the run also at a variable
+// rate.
 std::int64_t EndFrame(const SceneTable& table) {
-    return table.scenes.empty() ? 0 : table.scenes.back().end.frame;
+    return table.scenes.empty() ? 0 : EditFrame(table.scenes.back().end, table.scale);
 }
 std::int64_t FirstFrame(const SceneTable& table) {
-    return table.scenes.empty() ? 0 : table.scenes.front().start.frame;
+    return table.scenes.empty() ? 0 : EditFrame(table.scenes.front().start, table.scale);
 }
 
 std::string LengthText(const SceneSpan& scene, const TimeScale& scale) {
     return SecondsText(scene.end.time - scene.start.time, scale) + " s";
 }
 
-// The plot's lines; x is the frame since the first, so that the script can zoom by frames.
+// The plot's lines; x is the frame of the nominal rate since the first, so that the script can zoom by
+// frames.
 class Plot {
   public:
     explicit Plot(const ReportContent& content)
@@ -83,7 +87,8 @@ class Plot {
                        "viewBox=\"" + size + "\" preserveAspectRatio=\"none\" role=\"img\" data-frames=\"" +
                            std::to_string(m_frames) + "\" data-first=\"" + std::to_string(m_first) +
                            "\" data-rate=\"" + rate + "\" data-lines=\"" + std::to_string(kMostSceneLines) +
-                           '"' + (m_content.table.scenes.size() > kMostSceneLines ? " class=\"dense\"" : ""),
+                           '"' + (HasConstantRate(m_content.table) ? "" : " data-variable=\"\"") +
+                           (m_content.table.scenes.size() > kMostSceneLines ? " class=\"dense\"" : ""),
                        Element("title", "", "Difference and level of each frame") + Lines());
     }
 
@@ -118,7 +123,8 @@ class Plot {
         std::string lines;
         std::string marks;
         for (const SceneSpan& scene : m_content.table.scenes) {
-            const std::string x = 'M' + std::to_string(X(scene.start.frame)) + ' ';
+            const std::string x =
+                'M' + std::to_string(X(EditFrame(scene.start, m_content.table.scale))) + ' ';
             lines += x + "0V" + std::to_string(kPlotHeight);
             marks += x + std::to_string(kPanel + 2) + 'v' + std::to_string(kGap - 4);
         }
@@ -235,11 +241,13 @@ std::string FactsText(const SceneTable& table) {
     std::snprintf(rate, sizeof rate, "%.5g", table.scale.rate.Value());
     const SceneSpan whole{table.scenes.empty() ? FilePlace{} : table.scenes.front().start,
                           table.scenes.empty() ? FilePlace{} : table.scenes.back().end, "", 0};
+    auto [width, height] = std::pair(table.width, table.height);
+    if (table.quarterTurns % 2 != 0)
+        std::swap(width, height);
     return Counted(table.scenes.size(), "scene") + " in " +
            Counted(static_cast<std::size_t>(whole.FrameCount()), "frame") + ", " +
            LengthText(whole, table.scale) + ", " + rate + " frames a second" +
-           (table.width > 0 ? ", " + std::to_string(table.width) + " &times; " + std::to_string(table.height)
-                            : "");
+           (table.width > 0 ? ", " + std::to_string(width) + " &times; " + std::to_string(height) : "");
 }
 
 } // namespace

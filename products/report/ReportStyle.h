@@ -97,7 +97,7 @@ inline constexpr const char* kReportScript = R"js(
   plot.addEventListener('pointermove', event => {
     if (held !== null) { from += held - frameAt(event); show(); }
     const frame = Math.floor(first + frameAt(event));
-    here.textContent = `frame ${frame}, ${clock(frame, 2)}`;
+    here.textContent = ('variable' in plot.dataset ? '' : `frame ${frame}, `) + clock(frame, 2);
   });
   plot.addEventListener('pointerleave', () => { here.textContent = ''; });
   plot.addEventListener('dblclick', () => { from = 0; span = frames; show(); });

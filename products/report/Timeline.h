@@ -9,7 +9,7 @@ namespace scenedetect {
 
 /// What is to be seen of some frames that follow each other.
 struct TimelinePoint {
-    std::int64_t frame = 0; ///< the first, as numbered in the file
+    std::int64_t frame = 0; ///< the first, in frames of the nominal rate
     std::int32_t mostDifference = 0;
     std::int32_t leastLevel = 0;
     std::int32_t mostLevel = 0;

@@ -35,6 +35,7 @@ void PictureTaker::End(const RunEnd& end) {
             // Two scenes at one place have the same picture.
             const std::int64_t last = std::max(next, m_scenes[i].sample + 1);
             const FilePlace place = m_places.Find(at.Of(m_scenes[i].sample, last)).value();
+            m_scenes[i].names.frame = place.frame;
             if (const AVFrame* frame = fetcher->Fetch(place))
                 Write(*frame, fetcher->QuarterTurns(), ClaimPath(m_scenes[i].names, at));
             else

@@ -17,12 +17,15 @@ class TimelineKeeper final : public RunListener {
   public:
     explicit TimelineKeeper(std::shared_ptr<Timeline> timeline) : m_timeline(std::move(timeline)) {}
 
+    void Begin(const RunFacts& facts) override { m_scale = facts.scale; }
     void Figures(const FilePlace& place, const KxFrameFigures& figures) override {
-        m_timeline->Add(place.frame, figures.nFilled, figures.nLevel, (figures.dwFlags & KxFrameDark) != 0);
+        m_timeline->Add(EditFrame(place, m_scale), figures.nFilled, figures.nLevel,
+                        (figures.dwFlags & KxFrameDark) != 0);
     }
 
   private:
     const std::shared_ptr<Timeline> m_timeline;
+    TimeScale m_scale;
 };
 
 struct ReportSettings {

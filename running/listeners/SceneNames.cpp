@@ -1,5 +1,6 @@
 #include "running/listeners/SceneNames.h"
 
+#include "products/outputs/SceneTable.h"
 #include "reading/dv/DvPacks.h"
 
 #include <cstdio>
@@ -20,7 +21,9 @@ NameFields NamesOf(const FoundScene& scene, const RunFacts& facts) {
                      scene.number,
                      scene.method,
                      scene.place.frame,
-                     TimecodeText(scene.place.time, facts.scale),
+                     facts.media.startTimecode
+                         ? SourceTimecodeText(scene.place, facts.scale, *facts.media.startTimecode)
+                         : TimecodeText(scene.place.time, facts.scale),
                      "",
                      ""};
     const std::span<const std::uint8_t> bytes = scene.picture->Bytes();

@@ -16,6 +16,8 @@ void SceneTabler::Begin(const RunFacts& facts) {
     m_table.width = facts.media.width;
     m_table.height = facts.media.height;
     m_table.pixelAspect = facts.media.pixelAspect;
+    m_table.quarterTurns = facts.media.quarterTurns;
+    m_table.delay = facts.media.delay;
     m_table.audio = facts.media.audio;
     m_table.startTimecode = facts.media.startTimecode;
 }
