@@ -218,6 +218,22 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
+// The pictures begin a second after the audio, and have timecode.
+TEST(LateVideo, NamesTellTheSourcesTimecodeAndTheirOwnFrameAndChaptersStartLate) {
+    const TempFolder folder;
+    RunFfmpeg({"-itsoffset", "1", "-f", "lavfi", "-i", "testsrc2=s=64x48:r=25:d=0.8", "-f", "lavfi", "-i",
+               "anoisesrc=r=48000:d=2:seed=7", "-c:v", "mjpeg", "-c:a", "pcm_s16le", "-metadata:s:v:0",
+               "timecode=01:00:00:00", folder / "film.mkv"});
+    const ProcessResult run = RunHost(
+        {"--method", "manual", "--mark", "10", "--pictures", folder / "pictures", "--picture-at", "middle",
+         "--names", "{frame}_{timecode}", "-o", folder / "film.ffmeta", folder / "film.mkv"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    for (const char* name : {"0000005_01-00-00-00.png", "0000015_01-00-00-10.png"})
+        EXPECT_TRUE(std::filesystem::exists(folder / "pictures" / name)) << name;
+    EXPECT_THAT(ReadWhole(folder / "film.ffmeta"),
+                AllOf(HasSubstr("START=1000000\nEND=1400000\n"), HasSubstr("START=1400000\nEND=1800000\n")));
+}
+
 // Where recordings were joined, every stamp may come twice.
 TEST(JoinedStreams, PicturesAreThoseOfTheirPart) {
     const TempFolder folder;

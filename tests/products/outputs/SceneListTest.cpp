@@ -222,6 +222,14 @@ TEST(OtioList, ClipsOfAFile) {
     EXPECT_EQ(ReadOtio(table), (Spans{{0, 2}, {2, 13}}));
 }
 
+// Pictures begin one and a half seconds after the audio.
+TEST(Chapters, CountFromTheStartOfTheFile) {
+    SceneTable table = TableOf({25, 1}, {0, 60, 100});
+    table.delay = 1'500'000;
+    EXPECT_THAT(MetadataChapters(table), HasSubstr("TIMEBASE=1/1000000\nSTART=1500000\nEND=3900000\n"));
+    EXPECT_THAT(MatroskaChapters(table), HasSubstr("<ChapterTimeStart>00:00:03.900000000<"));
+}
+
 TEST(OutputFormatChoice, BySuffix) {
     for (const OutputFormat& format : OutputFormats()) {
         EXPECT_EQ(FormatByName(format.name), &format);
