@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// 12 frames with sound, of which no two are equal.
+// 12 frames with audio, of which no two are equal.
 void MakeTape(const std::filesystem::path& target, const std::string& system = "pal-dv") {
     RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=720x576:r=25,noise=alls=20:allf=t", "-f", "lavfi", "-i",
                "anoisesrc=r=48000:seed=7", "-t", "1", "-target", system, "-timecode", "10:00:00:00",
@@ -76,23 +76,23 @@ TEST_F(ClipCutterTest, DamageIsLeftOut) {
     EXPECT_TRUE(Joined(Cut(m_tape)) == bytes.erase(8 * kFrame, kFrame));
 }
 
-TEST_F(ClipCutterTest, ContainersHoldPicturesAndSound) {
+TEST_F(ClipCutterTest, ContainersHoldPicturesAndAudio) {
     MakeTape(m_tape);
     const std::vector<std::string> pictures = PictureHashes(m_tape);
-    const std::string sound = Samples(m_tape);
+    const std::string audio = Samples(m_tape);
     for (const std::string container : {"avi", "mov", "mkv"}) {
         SCOPED_TRACE(container);
         std::vector<std::string> clipPictures;
-        std::string clipSound;
+        std::string clipAudio;
         for (const WrittenClip& clip : Cut(m_tape, container)) {
             EXPECT_TRUE(clip.path.ends_with("." + container));
             EXPECT_EQ(clip.note, "");
             for (const std::string& picture : PictureHashes(clip.path))
                 clipPictures.push_back(picture);
-            clipSound += Samples(clip.path);
+            clipAudio += Samples(clip.path);
         }
         EXPECT_EQ(clipPictures, pictures);
-        EXPECT_TRUE(clipSound == sound);
+        EXPECT_TRUE(clipAudio == audio);
     }
     // The fifth frame's own.
     EXPECT_THAT(OutputOf({"ffprobe", "-v", "error", "-show_entries", "stream_tags=timecode",

@@ -132,12 +132,12 @@ inline std::map<std::string, PacketPlace> Packets(const std::filesystem::path& f
         table.erase(at, 2);
     for (const std::string& line : Lines(table)) {
         std::istringstream row(line);
-        std::string type, show, decode, hash;
+        std::string type, pts, dts, hash;
         std::getline(row, type, ',');
-        std::getline(row, show, ',');
-        std::getline(row, decode, ',');
+        std::getline(row, pts, ',');
+        std::getline(row, dts, ',');
         std::getline(row, hash, ',');
-        packets[hash] = {std::stod(show == "N/A" ? decode : show), type == "video"};
+        packets[hash] = {std::stod(pts == "N/A" ? dts : pts), type == "video"};
     }
     return packets;
 }

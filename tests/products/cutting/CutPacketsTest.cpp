@@ -10,7 +10,7 @@ using testing::SizeIs;
 
 constexpr int kFrames = 100;
 
-// Moving pictures with noise, so that no two are equal, and sound of which no two packets are.
+// Moving pictures with noise, so that no two are equal, and audio of which no two packets are.
 void MakeFilm(const std::filesystem::path& target, const std::vector<std::string>& encoding) {
     std::vector<std::string> arguments = {
         "-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=4,noise=alls=20:allf=t",
@@ -63,25 +63,25 @@ class CutPacketsTest : public testing::TestWithParam<Kind> {
     std::filesystem::path m_film;
 };
 
-// All packets, known by their bytes, are moved by the same time, and the sound lasts as long as the pictures.
+// All packets, known by their bytes, are moved by the same time, and the audio lasts as long as the pictures.
 void ExpectInStep(const std::filesystem::path& film, const std::string& clip, double length) {
-    constexpr double kPacket = 0.045; // of the sound, at most, and the rounding of stamps
+    constexpr double kPacket = 0.045; // of the audio, at most, and the rounding of stamps
     constexpr double kRounding = 0.003;
-    const bool isAvi = film.extension() == ".avi"; // begins sound with the first picture, come what may
+    const bool isAvi = film.extension() == ".avi"; // begins audio with the first picture, come what may
     const auto source = Packets(film);
-    std::vector<double> shifts, sounds, pictures;
+    std::vector<double> shifts, audio, pictures;
     for (const auto& [hash, place] : Packets(clip)) {
-        (place.isVideo ? pictures : sounds).push_back(place.seconds);
+        (place.isVideo ? pictures : audio).push_back(place.seconds);
         const bool isMoved = isAvi && place.isVideo && place.seconds == 0; // to where its follower was
         if (const auto same = source.find(hash); same != source.end() && !isMoved)
             shifts.push_back(same->second.seconds - place.seconds);
     }
     EXPECT_NEAR(std::ranges::min(shifts), std::ranges::max(shifts), isAvi ? kPacket : kRounding);
-    EXPECT_NEAR(std::ranges::min(sounds), std::ranges::min(pictures), kPacket);
-    EXPECT_NEAR(std::ranges::max(sounds), std::ranges::min(pictures) + length, kPacket);
+    EXPECT_NEAR(std::ranges::min(audio), std::ranges::min(pictures), kPacket);
+    EXPECT_NEAR(std::ranges::max(audio), std::ranges::min(pictures) + length, kPacket);
 }
 
-TEST_P(CutPacketsTest, PicturesAndSoundAreThoseOfTheSourceFromTheKeyFrameOn) {
+TEST_P(CutPacketsTest, PicturesAndAudioAreThoseOfTheSourceFromTheKeyFrameOn) {
     m_film = m_folder / GetParam().file;
     MakeFilm(m_film, GetParam().encoding);
     const std::vector<std::string> source = PictureHashes(m_film);
@@ -126,13 +126,13 @@ TEST_F(CutFilmTest, TellsWhereClipsBeginAndKeepsWhatIsKnownOfTheSource) {
         EXPECT_THAT(told, HasSubstr(line));
 }
 
-TEST_F(CutFilmTest, SoundWithoutCompressionIsCutToTheSample) {
+TEST_F(CutFilmTest, AudioWithoutCompressionIsCutToTheSample) {
     const std::filesystem::path film = m_folder / "film.mov";
     MakeFilm(film, kMjpeg);
-    std::string sound;
+    std::string audio;
     for (const WrittenClip& clip : CutAfterReading(film, {0, 30, 31, 70}, Into(m_clips, "mkv")))
-        sound += Samples(clip.path);
-    EXPECT_TRUE(sound == Samples(film));
+        audio += Samples(clip.path);
+    EXPECT_TRUE(audio == Samples(film));
 }
 
 // Its time stamps begin anew in the middle.

@@ -1,0 +1,66 @@
+#include "reading/media/OpenPictures.h"
+#include "reading/ffmpeg/FfmpegLog.h"
+#include "tests/MessageOf.h"
+#include "tests/kxscenes/HostProcess.h"
+#include "tests/kxscenes/Material.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace scenedetect {
+namespace {
+
+using namespace testing_support;
+using testing::HasSubstr;
+
+const std::atomic<bool> kGoOn = false;
+
+// Reads all pictures; what is said on the way.
+std::string Warnings(const std::filesystem::path& file) {
+    CaptureFfmpegLog();
+    testing::internal::CaptureStderr();
+    Console console("test");
+    const auto reader = OpenPictures(file.native(), {kGoOn, console}, {});
+    Picture picture;
+    while (reader->Next(picture)) {
+    }
+    return testing::internal::GetCapturedStderr();
+}
+
+// Without the index at its end, by which the libraries know how long it is.
+TEST(OpenPictures, AnAviFileThatWasCutShortIsTold) {
+    TempFolder folder;
+    const std::filesystem::path file = folder / "film.avi";
+    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=4", "-f", "lavfi", "-i",
+               "anoisesrc=r=48000:d=4:seed=7", "-c:v", "mjpeg", "-c:a", "pcm_s16le", file});
+    EXPECT_EQ(Warnings(file), "");
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+    EXPECT_THAT(Warnings(file), HasSubstr("film.avi: breaks off: the end that it announces is missing"));
+}
+
+TEST(OpenPictures, APipeThatWouldHaveToBeReadBackwardIsRefusedWithAdvice) {
+    CaptureFfmpegLog();
+    TempFolder folder;
+    const std::filesystem::path film = folder / "film.mp4";
+    const std::filesystem::path front = folder / "front.mp4";
+    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=1", "-c:v", "mpeg4", film});
+    RunFfmpeg({"-i", film, "-c", "copy", "-movflags", "+faststart", front});
+    const std::filesystem::path pipe = folder / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    Console console("test");
+    const std::pair<std::filesystem::path, testing::Matcher<std::string>> cases[] = {
+        {film, HasSubstr("pipe: no picture can be read; the index of this file lies after its pictures")},
+        {front, testing::IsEmpty()}};
+    for (const auto& [file, message] : cases) {
+        Process writer({"sh", "-c", "cat \"$0\" > \"$1\"", file, pipe});
+        EXPECT_THAT(MessageOf([&] {
+                        static_cast<void>(OpenPictures(pipe.native(), {kGoOn, console}, {}));
+                    }),
+                    message);
+        writer.Wait();
+    }
+}
+
+} // namespace
+} // namespace scenedetect
