@@ -19,8 +19,8 @@ struct RemuxedDv {
     std::int64_t bytes = 0; ///< of the container's file
 };
 
-/// FFmpeg's libraries go by a frame's first block, and lose their step where that is damaged: the block to
-/// write instead, made from those that begin the frame's other sequences. Nothing when it is valid.
+/// FFmpeg's libraries go by a frame's first block, and lose track of the frames where that is damaged: the
+/// block to write instead, made from those that begin the frame's other sequences. Nothing when it is valid.
 [[nodiscard]] std::optional<std::array<std::uint8_t, kDifBlockBytes>>
 MendedHeader(std::span<const std::uint8_t> frame);
 

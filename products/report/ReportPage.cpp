@@ -236,7 +236,7 @@ std::string SettingsSection(const ReportContent& content) {
     return Element("h2", "", "Settings") + Element("table", "", rows);
 }
 
-std::string FactsText(const SceneTable& table) {
+std::string SummaryText(const SceneTable& table) {
     char rate[32];
     std::snprintf(rate, sizeof rate, "%.5g", table.scale.rate.Value());
     const SceneSpan whole{table.scenes.empty() ? FilePlace{} : table.scenes.front().start,
@@ -259,7 +259,7 @@ std::string MakeReportPage(const ReportContent& content) {
                    "<meta charset=\"utf-8\">\n<meta name=\"viewport\" content=\"width=device-width\">\n" +
                        Element("title", "", title + ": scenes") + Element("style", "", kReportStyle)) +
            Element("body", "",
-                   Element("h1", "", title) + Element("p", "class=\"facts\"", FactsText(content.table)) +
+                   Element("h1", "", title) + Element("p", "class=\"facts\"", SummaryText(content.table)) +
                        TimelineSection(content) + SceneSection(content) + SettingsSection(content) +
                        Element("script", "", kReportScript)) +
            "</html>\n";

@@ -53,11 +53,6 @@ std::int64_t SeekStream(void* stream, std::int64_t offset, int whence) {
     return target;
 }
 
-bool AreClose(AVRational a, AVRational b) {
-    constexpr double kTolerance = 1e-3; // of containers with coarse stamps
-    return IsKnown(a) && IsKnown(b) && std::abs(av_q2d(a) / av_q2d(b) - 1) < kTolerance;
-}
-
 bool IsInterlaced(AVFieldOrder order) {
     return order != AV_FIELD_UNKNOWN && order != AV_FIELD_PROGRESSIVE;
 }
@@ -117,10 +112,8 @@ MediaInfo MediaInput::Info() const {
 
 std::int64_t MediaInput::MicrosecondsIn(std::int64_t stamp) const {
     const std::int64_t start = m_file.Context().start_time;
-    if (IsWild(stamp) || IsWild(start))
-        return 0;
-    const std::int64_t delay = av_rescale_q(stamp, Video().time_base, AV_TIME_BASE_Q) - start;
-    return IsWild(delay) ? 0 : std::max<std::int64_t>(delay, 0);
+    const std::int64_t time = av_rescale_q(stamp, Video().time_base, {1, AV_TIME_BASE});
+    return IsWild(stamp) || IsWild(start) || IsWild(time) ? 0 : std::max<std::int64_t>(time - start, 0);
 }
 
 bool MediaInput::SeekBefore(std::int64_t stamp) {
@@ -157,9 +150,10 @@ FrameClock::Setup MediaInput::ClockSetup() const {
         setup.rate = isGuess ? kFallbackRate : average;
     // Where fields are counted, the rate is twice that of the pictures.
     if (IsInterlaced(Video().codecpar->field_order) && IsKnown(average) &&
-        AreClose(av_mul_q(average, AVRational{2, 1}), setup.rate))
+        IsSameRate(RatioOf(av_mul_q(average, AVRational{2, 1})), RatioOf(setup.rate)))
         setup.rate = average;
-    setup.constantRate = m_file.IsFormat("avi") || (isGuess ? isKnown : AreClose(average, setup.rate));
+    setup.constantRate =
+        m_file.IsFormat("avi") || (isGuess ? isKnown : IsSameRate(RatioOf(average), RatioOf(setup.rate)));
     setup.stampsMayJump = m_file.StampsMayJump();
     return setup;
 }
