@@ -21,7 +21,8 @@ std::vector<AVStream*> PacketSource::FindStreams(MediaFile& file) {
     file.FindVideo();
     std::vector<AVStream*> streams{&file.Video()};
     std::ranges::copy_if(file.Streams(), std::back_inserter(streams), [](const AVStream* stream) {
-        return stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+        // Damage makes streams up, of which nothing is known.
+        return stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO && stream->codecpar->sample_rate > 0;
     });
     return streams;
 }

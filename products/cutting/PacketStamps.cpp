@@ -12,7 +12,7 @@ extern "C" {
 namespace scenedetect {
 namespace {
 
-// What could not be told apart from a missing stamp, or leave the range by a few sums, is held at its end.
+// Keeps sums of a few stamps from overflowing, whatever the container says.
 std::int64_t InRange(std::int64_t stamp) {
     return std::clamp(stamp, -kFarthestStamp, kFarthestStamp);
 }
