@@ -53,6 +53,8 @@ bool RawDvReader::ReadFrame(Picture& picture) {
             return false;
         DvCheck check = CheckDvFrame(data, system);
         if (data.size() < frameBytes) {
+            if (!data.empty() && FindEarlyFrame())
+                continue;
             ReportEnd(data.size(), check.blocks >= kLeastDvBlocks && check.IsPlausible());
             return false;
         }
@@ -65,7 +67,7 @@ bool RawDvReader::ReadFrame(Picture& picture) {
             HandOut(picture, check);
             return true;
         }
-        if (m_gapBytes == 0 && FindEarlyFrame())
+        if (FindEarlyFrame())
             continue;
         // Foreign bytes may come before the first frame, but so may one of which bytes are missing.
         if (!m_hasFrames) {
@@ -77,12 +79,12 @@ bool RawDvReader::ReadFrame(Picture& picture) {
     }
 }
 
-// Bytes that were lost from the last block of the frame before, behind its ID, leave that frame as good as
+// Bytes that were lost from the last block of the frame before, after its ID, leave that frame as good as
 // whole, but the next begins inside that block.
 bool RawDvReader::FindEarlyFrame() {
     constexpr std::size_t kBack = kDifBlockBytes - kDifIdBytes;
     static_assert(kBack <= ReadWindow::kBackBytes);
-    if (m_window.Offset() < m_earliest + static_cast<std::int64_t>(kBack))
+    if (m_gapBytes != 0 || m_window.Offset() < m_earliest + static_cast<std::int64_t>(kBack))
         return false;
     m_window.GoBack(kBack);
     const auto found = FindDvFrame(Peek(kBack + kDifFrameBytes625), 0, kBack);

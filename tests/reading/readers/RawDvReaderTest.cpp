@@ -89,10 +89,15 @@ TEST_P(RawDvReading, LostBytesCostTheirFrameOnly) {
 }
 
 TEST_P(RawDvReading, LostBytesOfALastBlock) {
-    m_tape.erase(At(3, m_size - 30), At(3, m_size - 10));
-    const Outcome run = ReadAll(m_tape);
-    EXPECT_THAT(Frames(run), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
-    EXPECT_THAT(run.told, ElementsAre(Irregularity{3, 4 * m_size - 80, 80, Kind::DamagedBlocks, 0}));
+    for (const int frame : {3, 6}) {
+        Bytes damaged = m_tape;
+        const auto end = damaged.begin() + (frame + 1) * m_size;
+        damaged.erase(end - 30, end - 10);
+        const Outcome run = ReadAll(damaged);
+        EXPECT_THAT(Frames(run), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
+        EXPECT_THAT(run.told,
+                    ElementsAre(Irregularity{frame, (frame + 1) * m_size - 80, 80, Kind::DamagedBlocks, 0}));
+    }
 }
 
 TEST_P(RawDvReading, LostBytesOfTheFirstFrame) {
