@@ -34,7 +34,7 @@ std::string Write(const Stats& stats) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Most inputs are to get behind the first line.
+    // Most inputs are to get past the first line.
     for (const bool withHeader : {false, true}) {
         std::string text(reinterpret_cast<const char*>(data), size);
         if (withHeader)

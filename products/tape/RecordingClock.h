@@ -28,7 +28,7 @@ class RecordingClock {
     /// both directions within a day.
     [[nodiscard]] std::optional<std::int64_t> BreakAt(const ClockReading& reading) const;
     [[nodiscard]] bool HasReading() const { return m_hasReading; }
-    /// Takes a reading; behind a break the range begins anew.
+    /// Takes a reading; after a break the range begins anew.
     void Follow(const ClockReading& reading);
 
   private:

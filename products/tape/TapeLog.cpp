@@ -1,7 +1,5 @@
 #include "products/tape/TapeLog.h"
 
-#include "reading/dv/DvCheck.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -10,8 +8,8 @@ namespace {
 
 TapeEvent EventOf(IrregularityKind kind) {
     switch (kind) {
-    case IrregularityKind::ForeignBytes:
-        return TapeEvent::ForeignBytes;
+    case IrregularityKind::UnknownBytes:
+        return TapeEvent::UnknownBytes;
     case IrregularityKind::Unreadable:
         return TapeEvent::Unreadable;
     case IrregularityKind::MissingBytes:
@@ -40,22 +38,11 @@ TapeLog::TapeLog(TapeLogFormat format, std::string source, TapeLogText::Sink sin
     : m_text(format, std::move(source), std::move(sink)),
       m_rows([this](const TapeRow& row) { m_text.Add(row); }) {}
 
-void TapeLog::Note(const Picture& picture) {
-    const auto bytes = picture.Bytes();
-    if (bytes.size() != kDifFrameBytes525 && bytes.size() != kDifFrameBytes625)
-        return;
-    Frame frame;
-    frame.place = picture.place;
-    frame.system = bytes.size() == kDifFrameBytes625 ? DvSystem::Lines625 : DvSystem::Lines525;
+void TapeLog::Note(const TapeFrame& noted) {
+    Frame frame{noted};
     if (m_pending)
         frame.position = m_pending->position +
                          (frame.place.frame - m_pending->place.frame) * DvFrameTicks(m_pending->system);
-    frame.packs = ReadDvPacks(bytes, frame.system);
-    frame.blocks = ReadBlockStatus(bytes);
-    const DvCheck check = CheckDvFrame(bytes, frame.system);
-    frame.damagedBlocks = check.blocks - check.goodBlocks;
-    frame.firstDamaged = check.firstDamaged;
-
     if (m_pending)
         Settle(*m_pending, &frame);
     SettleIrregularities();
@@ -82,7 +69,7 @@ void TapeLog::Settle(const Frame& frame, const Frame* next) {
     Verdict verdict;
     JudgeClock(frame, next, verdict);
     JudgeTimecode(frame, next, verdict);
-    const bool begins = BeginsStretch(frame, verdict);
+    const bool begins = BeginsRecording(frame, verdict);
     TapeRow row;
     row.frame = row.lastFrame = frame.place.frame;
     row.frames = 1;
@@ -165,7 +152,7 @@ std::int64_t TapeLog::JumpAt(const Count& count) const {
     return jump < -day / 2 ? jump + day : jump;
 }
 
-bool TapeLog::BeginsStretch(const Frame& frame, const Verdict& verdict) const {
+bool TapeLog::BeginsRecording(const Frame& frame, const Verdict& verdict) const {
     // Where something is wrong with every frame, not every frame is a recording.
     const auto isFirst = [this, &frame](TapeEvent event) {
         return !m_rows.IsRunning(event, frame.place.frame);

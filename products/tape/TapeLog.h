@@ -2,10 +2,10 @@
 #pragma once
 
 #include "products/tape/RecordingClock.h"
+#include "products/tape/TapeFrame.h"
 #include "products/tape/TapeLogText.h"
 #include "products/tape/TapeRows.h"
 #include "reading/readers/Irregularity.h"
-#include "reading/readers/Picture.h"
 
 #include <cstdint>
 #include <optional>
@@ -22,22 +22,16 @@ class TapeLog {
     /// `source` is the input's name. The sink is not called before the first recording has ended, or Finish.
     TapeLog(TapeLogFormat format, std::string source, TapeLogText::Sink sink);
 
-    /// A whole frame of 25 Mbit/s; pictures of any other size are passed over. Keeps none of its bytes.
-    void Note(const Picture& picture);
-    /// Of a hole before the frame behind it is noted; of damaged blocks at any time.
+    void Note(const TapeFrame& frame);
+    /// Of a gap before the frame after it is noted; of damaged blocks at any time.
     void Note(const Irregularity& irregularity);
-    /// Once, behind the last frame: writes what is left. Without it the log is not whole.
+    /// Once, after the last frame: writes what is left. Without it the log is not whole.
     void Finish();
 
   private:
-    struct Frame {
-        FilePlace place;
+    // A frame in the time of the tape.
+    struct Frame : TapeFrame {
         std::int64_t position = 0; // ticks from the first frame
-        DvSystem system = DvSystem::Lines525;
-        DvPacks packs;
-        BlockStatus blocks;
-        int damagedBlocks = 0;
-        int firstDamaged = 0;
     };
     struct Count {
         std::int64_t timecode = 0; // frames
@@ -57,7 +51,7 @@ class TapeLog {
     void Settle(const Frame& frame, const Frame* next);
     void JudgeClock(const Frame& frame, const Frame* next, Verdict& verdict);
     void JudgeTimecode(const Frame& frame, const Frame* next, Verdict& verdict);
-    [[nodiscard]] bool BeginsStretch(const Frame& frame, const Verdict& verdict) const;
+    [[nodiscard]] bool BeginsRecording(const Frame& frame, const Verdict& verdict) const;
     void AddChanges(TapeRow row);
     void AddBlocks(const Frame& frame, TapeRow row);
     void SettleIrregularities();
@@ -68,7 +62,7 @@ class TapeLog {
     TapeRows m_rows;
     std::optional<Frame> m_pending; // the last that was noted: the next one tells whether its packs go astray
     std::optional<Frame> m_last;    // that was settled
-    std::vector<Irregularity> m_irregularities; // behind m_pending
+    std::vector<Irregularity> m_irregularities; // after m_pending
     RecordingClock m_clock;
     std::optional<Count> m_count;
     std::optional<DvAspect> m_aspect;

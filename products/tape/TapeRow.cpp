@@ -7,7 +7,7 @@ namespace scenedetect {
 const TapeEventKind& KindOf(TapeEvent event) {
     // In the order of the events.
     static constexpr std::array<TapeEventKind, kTapeEvents> kKinds = {{
-        {"foreign bytes", "bytes", true},   {"unreadable", "bytes", true},
+        {"unknown bytes", "bytes", true},   {"unreadable", "bytes", true},
         {"missing bytes", "bytes", true},   {"missing frames", "", true},
         {"line system change", "", false},  {"recording break", "seconds", false},
         {"timecode jump", "frames", false}, {"recorder start", "", false},

@@ -12,7 +12,7 @@ namespace scenedetect {
 
 /// In the order of rows that begin at one frame. docs/tape-log.md tells what each means.
 enum class TapeEvent {
-    ForeignBytes,
+    UnknownBytes,
     Unreadable,
     MissingBytes,
     MissingFrames,

@@ -7,8 +7,8 @@
 namespace scenedetect {
 
 void TapeRows::Begin(const TapeRow& row) {
-    EndStretch(row.frame);
-    m_stretch = row;
+    EndRecording(row.frame);
+    m_recording = row;
 }
 
 void TapeRows::Add(const TapeRow& row) {
@@ -42,18 +42,18 @@ bool TapeRows::IsFull() const {
 }
 
 void TapeRows::Finish(std::int64_t frames) {
-    EndStretch(frames);
+    EndRecording(frames);
     WriteUntil(std::numeric_limits<std::int64_t>::max());
 }
 
-void TapeRows::EndStretch(std::int64_t frame) {
+void TapeRows::EndRecording(std::int64_t frame) {
     for (auto& running : m_running)
         if (running)
             m_rows.push_back(*std::exchange(running, std::nullopt));
-    if (m_stretch) {
-        m_stretch->lastFrame = frame - 1;
-        m_stretch->frames = frame - m_stretch->frame;
-        m_rows.push_back(*std::exchange(m_stretch, std::nullopt));
+    if (m_recording) {
+        m_recording->lastFrame = frame - 1;
+        m_recording->frames = frame - m_recording->frame;
+        m_rows.push_back(*std::exchange(m_recording, std::nullopt));
     }
     std::ranges::stable_sort(
         m_rows, {}, [](const TapeRow& row) { return std::pair(row.frame, static_cast<int>(row.event)); });

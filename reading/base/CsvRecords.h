@@ -14,7 +14,7 @@ class CsvRecords {
     /// `text` must outlive the object.
     explicit CsvRecords(std::string_view text);
 
-    /// Fills `fields` with the next record; false at the end. HostError, a text that goes behind the line's
+    /// Fills `fields` with the next record; false at the end. HostError, a text that goes beyond the line's
     /// number, for quotes in the wrong place and for a last line without an end.
     [[nodiscard]] bool Next(std::vector<std::string>& fields);
     /// Number of the line, from 1, at which the record begins that was read last.

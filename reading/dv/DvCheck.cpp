@@ -156,7 +156,7 @@ DvCheck CheckDvFrame(std::span<const std::uint8_t> data, DvSystem system) {
     return check;
 }
 
-bool IsDvFrameTorn(std::span<const std::uint8_t> data, const DvCheck& check) {
+bool HasDvFrameLostBytes(std::span<const std::uint8_t> data, const DvCheck& check) {
     if (check.lastGood == check.blocks - 1)
         return false;
     const std::size_t frameBytes = DvFrameBytes(check.system);

@@ -13,7 +13,7 @@ namespace scenedetect {
 struct DvCheck {
     DvSystem system = DvSystem::Lines525;
     int blocks = 0;       ///< that were there to be looked at: all, or fewer at the end of the file
-    int goodBlocks = 0;   ///< a header block that announces the other line system is none of these
+    int goodBlocks = 0;   ///< a header block that announces the other line system is not among them
     int firstDamaged = 0; ///< number of the first other one; `blocks` when there is none
     int lastGood = -1;    ///< of two in a row: an ID alone may be chance
 
@@ -40,7 +40,7 @@ inline constexpr int kLeastDvBlocks = 8;
 /// Whether bytes were lost from (or got into) the checked frame: its last block is not in its place, but
 /// blocks that belong after the last good one are found elsewhere. `data` begins with the frame and goes on
 /// for another unless the file ends.
-[[nodiscard]] bool IsDvFrameTorn(std::span<const std::uint8_t> data, const DvCheck& check);
+[[nodiscard]] bool HasDvFrameLostBytes(std::span<const std::uint8_t> data, const DvCheck& check);
 
 /// Whether a frame may begin here beyond doubt: a header block of a first sequence, followed by a plausible
 /// frame (or the plausible beginning of one where `data` ends).

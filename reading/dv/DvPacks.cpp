@@ -33,7 +33,7 @@ std::optional<int> Number(std::uint8_t byte, const Field& field) {
     return low <= 9 && number < field.limit ? std::optional(number) : std::nullopt;
 }
 
-// What more than half of the sound packs say; if there is no such, what one of them says.
+// What more than half of the valid packs say; if there is no such, what one of them says.
 template <typename Value>
 class Majority {
   public:
@@ -88,7 +88,7 @@ void ReadSubcode(std::span<const std::uint8_t> frame, DvSystem system, DvPacks& 
 }
 
 // Each half of the sequences carries an audio channel, or pair of them, with packs of its own. The first half
-// decides, the other where it has none, so that sound dubbed on the second channel marks nothing.
+// decides, the other where it has none, so that audio dubbed on the second channel marks nothing.
 void ReadAaux(std::span<const std::uint8_t> frame, DvSystem system, DvPacks& result) {
     const int sequences = DvSequences(system) / 2;
     Majority<int> marks;

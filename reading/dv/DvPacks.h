@@ -47,7 +47,7 @@ inline constexpr int kFirstYearOf1900s = 75;
 [[nodiscard]] std::optional<std::chrono::seconds> TimeOf(DifPack pack); ///< of the day
 [[nodiscard]] std::optional<DvAspect> AspectOf(DifPack pack);
 
-/// What one frame says, each where it has a sound pack of the kind.
+/// What one frame says, each where it has a valid pack of the kind.
 struct DvPacks {
     std::optional<DvTimecode> timecode;
     std::optional<std::chrono::year_month_day> date;
@@ -59,7 +59,7 @@ struct DvPacks {
     friend bool operator==(const DvPacks&, const DvPacks&) = default;
 };
 
-/// Every sequence repeats the packs; what most of the sound ones of a kind say is taken, so that a damaged
+/// Every sequence repeats the packs; what most of the valid ones of a kind say is taken, so that a damaged
 /// sequence, or one left over from another recording, changes nothing. `frame` is whole; of a shorter one
 /// nothing is read.
 [[nodiscard]] DvPacks ReadDvPacks(std::span<const std::uint8_t> frame, DvSystem system);

@@ -91,7 +91,7 @@ bool AviReader::NextChunk(Chunk& chunk) {
         return false;
     chunk = {FourccAt(header, 0), {}, Word(header, sizeof(Fourcc))};
     const bool isRiff = chunk.id == kRiff;
-    // What follows the last part is none of the file's.
+    // What follows the last part is not the file's.
     if (have == 0 || (m_partEnd != 0 && m_nextChunk >= m_partEnd && !isRiff)) {
         if (m_partEnd > m_nextChunk)
             m_breakOffReason = "the end that it announces is missing";

@@ -15,7 +15,7 @@ namespace scenedetect {
 /// A video stream as the header declares it.
 struct AviVideo {
     int stream = -1; ///< among all streams of the file, from 0; none: negative
-    /// Picture and sound of DV in one stream, which then declares no format.
+    /// Video and audio of DV in one stream, which then declares no format.
     bool isInterleavedDv = false;
     Ratio rate{25, 1};
     PictureFormat format; ///< not checked; imageBytes is left 0
@@ -29,7 +29,7 @@ class AviReader {
     /// Whether a file that begins with these bytes is one.
     [[nodiscard]] static bool IsAvi(std::span<const std::uint8_t> start);
 
-    /// Reads the header, from the input's start. HostError when it is none of an AVI file with video.
+    /// Reads the header, from the input's start. HostError when it is not that of an AVI file with video.
     explicit AviReader(ByteInput& input);
 
     [[nodiscard]] const AviVideo& Video() const { return m_video; }

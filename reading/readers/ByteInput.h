@@ -36,7 +36,7 @@ class ByteInput {
         (void)target, (void)offset;
         return 0;
     }
-    /// Steps over bytes; behind the file's end there is nothing to read. HostError when that fails.
+    /// Steps over bytes; after the file's end there is nothing to read. HostError when that fails.
     virtual void Skip(std::int64_t bytes) = 0;
 
     /// The part of the file that was read, 0 to 1; negative when its size is unknown.

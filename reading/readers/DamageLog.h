@@ -14,7 +14,7 @@
 namespace scenedetect {
 
 /// One thread at a time. What is said before Begin is kept until then: where no picture can be read at all,
-/// one message is enough, and it is none of these.
+/// one message is enough, and it is not one of these.
 class DamageLog {
   public:
     using Listener = std::function<void(const Irregularity&)>;

@@ -18,7 +18,7 @@ std::string IrregularityText(const Irregularity& it) {
               : "frames " + std::to_string(it.frame) + " to " + std::to_string(it.frame + it.frames - 1);
     const std::string leftOut = frames + at + (isOne ? " is left out: " : " are left out: ");
     switch (it.kind) {
-    case IrregularityKind::ForeignBytes:
+    case IrregularityKind::UnknownBytes:
         return Count(it.bytes, "byte") + at + (it.bytes == 1 ? " is" : " are") + " no DV, before frame " +
                std::to_string(it.frame);
     case IrregularityKind::Unreadable:

@@ -7,7 +7,7 @@
 namespace scenedetect {
 
 enum class IrregularityKind {
-    ForeignBytes,  ///< `bytes` that are no frame; none is counted for them
+    UnknownBytes,  ///< `bytes` that are no frame; none is counted for them
     Unreadable,    ///< `bytes` in the place of `frames` whole frames
     MissingBytes,  ///< `bytes` were lost from `frames` frames, none of which is handed out
     MissingFrames, ///< `frames` of which the file has nothing, by the timecode of their neighbours
@@ -16,10 +16,10 @@ enum class IrregularityKind {
 };
 
 struct Irregularity {
-    std::int64_t frame = 0;      ///< the first that it concerns, or the one that follows foreign bytes
+    std::int64_t frame = 0;      ///< the first that it concerns, or the one that follows unknown bytes
     std::int64_t byteOffset = 0; ///< of its beginning
     std::int64_t bytes = 0;
-    IrregularityKind kind = IrregularityKind::ForeignBytes;
+    IrregularityKind kind = IrregularityKind::UnknownBytes;
     std::int64_t frames = 0; ///< how many are not handed out for it; they count all the same
 
     friend bool operator==(const Irregularity&, const Irregularity&) = default;

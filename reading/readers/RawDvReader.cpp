@@ -60,7 +60,7 @@ bool RawDvReader::ReadFrame(Picture& picture) {
         }
         bool isWhole = check.IsPlausible();
         if (isWhole && check.lastGood != check.blocks - 1)
-            isWhole = !IsDvFrameTorn(Peek(2 * kDifFrameBytes625), check);
+            isWhole = !HasDvFrameLostBytes(Peek(2 * kDifFrameBytes625), check);
         if (m_input->IsStopped())
             return false;
         if (isWhole) {
@@ -156,7 +156,7 @@ void RawDvReader::CloseGap(const TapeTime& time) {
     if (gap == 0 && lost != 0)
         m_damage.Report({m_frame, offset, 0, IrregularityKind::MissingFrames, lost});
     else if (gap != 0 && lost == 0)
-        m_damage.Report({m_frame, offset, gap, IrregularityKind::ForeignBytes, 0});
+        m_damage.Report({m_frame, offset, gap, IrregularityKind::UnknownBytes, 0});
     else if (missing > 0)
         m_damage.Report({m_frame, offset, missing, IrregularityKind::MissingBytes, lost});
     else if (gap != 0)

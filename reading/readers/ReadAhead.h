@@ -22,7 +22,7 @@ class ReadAhead {
     struct Piece {
         ReadBuffer::Holder buffer; // null at the end of what the file had at the beginning
         std::size_t bytes = 0;     // at ReadBuffer::kBackBytes + kHeadBytes
-        bool isLast = false;       // the file is shorter now: nothing comes behind
+        bool isLast = false;       // the file is shorter now: nothing follows
     };
 
     /// From the input's position on. `input`, which must have ReadAt, and `pool` are its own until its end,

@@ -37,7 +37,7 @@ void ReadWindow::MoveTo(ReadBuffer::Holder buffer, std::size_t begin) {
     m_end = begin + have;
 }
 
-// Without any more pieces ahead, reading goes on behind those that were taken.
+// Without any more pieces ahead, reading goes on after those that were taken.
 void ReadWindow::TakeAhead(std::size_t unit) {
     ReadAhead::Piece piece = m_ahead->Next(m_offset, unit);
     if (!piece.buffer || piece.isLast)

@@ -32,7 +32,8 @@ struct TimecodeFields {
 /// reduced modulo 24.
 [[nodiscard]] std::string FrameTimecode(std::int64_t frame, const FrameNumbering& numbering);
 
-/// The count of frames behind a number; nothing for one that is left out or more than a second has.
+/// The count of frames before the one with this number; nothing for one that is left out or more than a
+/// second has.
 [[nodiscard]] std::optional<std::int64_t> FrameOfTimecode(const TimecodeFields& fields,
                                                           const FrameNumbering& numbering);
 

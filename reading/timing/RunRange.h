@@ -21,7 +21,7 @@ class RunRange {
     RunRange(const RangeChoice& choice, const TimeScale& scale);
 
     [[nodiscard]] bool HasBegun(const FilePlace& place);
-    /// Whether this place and all behind it lie after the range.
+    /// Whether this place and all that follow lie after the range.
     [[nodiscard]] bool IsOver(const FilePlace& place);
     [[nodiscard]] bool HasEnded() const { return m_hasEnded; }
 

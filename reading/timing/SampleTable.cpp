@@ -4,7 +4,7 @@
 
 namespace scenedetect {
 
-FilePlace PlaceBehind(const FilePlace& last, const TimeScale& scale) {
+FilePlace PlaceAfter(const FilePlace& last, const TimeScale& scale) {
     return {last.frame + 1, last.time + Rescale(1, scale.rate.Inverse(), scale.unit), -1, kNoStamp};
 }
 

@@ -25,8 +25,8 @@ struct FilePlace {
     friend bool operator==(const FilePlace&, const FilePlace&) = default;
 };
 
-/// Where the picture behind the last one would be.
-[[nodiscard]] FilePlace PlaceBehind(const FilePlace& last, const TimeScale& scale);
+/// Where the picture after the last one would be.
+[[nodiscard]] FilePlace PlaceAfter(const FilePlace& last, const TimeScale& scale);
 
 /// One thread appends while others look up. Samples whose places grow evenly cost nothing; of irregular ones
 /// only those are kept that were not given up by ForgetBefore.

@@ -15,7 +15,7 @@ std::int64_t Number(const std::string& digits) {
     return digits.empty() ? 0 : std::stoll(digits);
 }
 
-// Up to nine digits behind the point.
+// Up to nine digits after the point.
 std::int64_t Decimals(std::string digits) {
     digits.resize(9, '0');
     return Number(digits);

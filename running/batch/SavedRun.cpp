@@ -56,7 +56,7 @@ void DecideFromStats(const BatchSettings& settings, Console& console) {
     RunEnd end;
     end.samples = std::ssize(stats.rows);
     if (!stats.rows.empty())
-        end.place = PlaceBehind(stats.rows.back().place, scale);
+        end.place = PlaceAfter(stats.rows.back().place, scale);
     tell([&](RunListener& each) { each.End(end); });
 }
 

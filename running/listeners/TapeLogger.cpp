@@ -13,7 +13,8 @@ void TapeLogger::Begin(const RunFacts& facts) {
 }
 
 void TapeLogger::Passed(PictureSample& sample, std::int64_t /*index*/) {
-    m_log->Note(sample.picture);
+    if (const auto frame = ReadTapeFrame(sample.picture))
+        m_log->Note(*frame);
 }
 
 void TapeLogger::End(const RunEnd& /*end*/) {

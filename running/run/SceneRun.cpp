@@ -156,7 +156,7 @@ void SceneRun::FeedGraph() {
                             " is refused by the filter graph");
         if (m_measuring)
             m_measured.Append(held->picture.place);
-        m_end = PlaceBehind(held->picture.place, m_reader->Scale());
+        m_end = PlaceAfter(held->picture.place, m_reader->Scale());
         m_recent.push_back(std::move(held));
         ++m_samples;
         DrainScenes(m_samples - RunListener::kLookBack);

@@ -107,7 +107,7 @@ class Tape {
         Picture picture;
         picture.Hold(m_frame.Bytes(), BytesOwner(nullptr, [](void*) {}));
         picture.place = m_place;
-        m_log.Note(picture);
+        m_log.Note(ReadTapeFrame(picture).value());
         ++m_place.frame;
         m_place.byteOffset += static_cast<std::int64_t>(m_frame.Bytes().size());
     }
@@ -125,7 +125,7 @@ class Tape {
 TEST(TapeLog, RecordingBreaks) {
     const struct {
         double before; ///< the clock, after three seconds of which the recording stops
-        double behind;
+        double after;
         std::string size;
     } cases[] = {{kNoon, kNoon + 3, ""},
                  {kNoon, kNoon + 4, "1"},
@@ -140,14 +140,14 @@ TEST(TapeLog, RecordingBreaks) {
         Tape tape(true);
         tape.SetClock(each.before);
         tape.Run(75);
-        if (const auto days = static_cast<std::uint8_t>(each.behind / 86400); days > 0)
+        if (const auto days = static_cast<std::uint8_t>(each.after / 86400); days > 0)
             tape.SetDate(days, 1, 4);
-        tape.SetClock(each.behind);
+        tape.SetClock(each.after);
         tape.Run(75);
         EXPECT_EQ(tape.Rows(), each.size.empty() ? "0 recording 150"
                                                  : "0 recording 75, 75 recording break " + each.size +
                                                        " 1, 75 recording 75")
-            << each.behind;
+            << each.after;
     }
 }
 
@@ -193,10 +193,10 @@ const Case kCases[] = {
     {"FramesWithoutTime", true,
      [](Tape& tape) {
          tape.Run(60);
-         for (const double behind : {kNoon + 4.4, 50000.}) { // as if the clock had run on; and not
+         for (const double after : {kNoon + 4.4, 50000.}) { // as if the clock had run on; and not
              tape.StopClock();
              tape.Run(50);
-             tape.SetClock(behind);
+             tape.SetClock(after);
              tape.Run(60);
          }
      },
@@ -249,7 +249,7 @@ const Case kCases[] = {
      "0 recording 61, 30 stray timecode 1, 30 stray recording time 1"},
     {"AllStands", true,
      [](Tape& tape) {
-         tape.SetClock(5, 0); // which tells nothing; the timecode falls behind by one with each frame
+         tape.SetClock(5, 0); // which tells nothing; the timecode falls back by one with each frame
          for (int i = 0; i < 100; ++i) {
              tape.SetTimecode(7);
              tape.Run(1);
@@ -289,7 +289,7 @@ const Case kCases[] = {
      "125 damaged blocks 2 2"},
     {"HolesBelongToWhatTheyAreIn", true,
      [](Tape& tape) {
-         tape.Lose(Kind::ForeignBytes, 0, 100);
+         tape.Lose(Kind::UnknownBytes, 0, 100);
          tape.Run(50);
          tape.Lose(Kind::MissingFrames, 10, 0);
          tape.Run(10);
@@ -299,7 +299,7 @@ const Case kCases[] = {
          tape.Run(10);
          tape.Lose(Kind::CutEnd, 1, 999);
      },
-     "0 foreign bytes 100 0, 0 recording 72, 50 missing frames 10, 70 missing bytes 500 2, "
+     "0 unknown bytes 100 0, 0 recording 72, 50 missing frames 10, 70 missing bytes 500 2, "
      "72 recording break 16797 1, 72 recording 10, 82 cut end 999 1"},
 };
 INSTANTIATE_TEST_SUITE_P(Cases, Tapes, testing::ValuesIn(kCases),
@@ -332,7 +332,7 @@ TEST(TapeLog, JoinedCapturesOfFfmpegWithTwoFramesTorn) {
     append("pal-dv", "2004-01-01T00:00:10", "10:00:02:10"); // until 00:00:12.4
     append("pal-dv", "2003-06-01T12:00:00", "10:00:04:20"); // 213.5 days back
     append("ntsc-dv", "2003-06-01T12:00:02", "00:00:59;00");
-    // From a last block, behind its ID: the reader sees it after the frame; and from a frame.
+    // From a last block, after its ID: the reader sees it after the frame; and from a frame.
     tape.erase(tape.begin() + 101 * 144'000 - 30, tape.begin() + 101 * 144'000 - 10);
     tape.erase(tape.begin() + 70 * 144'000 + 5000, tape.begin() + 70 * 144'000 + 5080);
 
@@ -342,7 +342,7 @@ TEST(TapeLog, JoinedCapturesOfFfmpegWithTwoFramesTorn) {
     RawDvReader reader(std::make_unique<MemoryInput>(tape),
                        DamageLog(console, "tape", [&log](const Irregularity& each) { log.Note(each); }));
     for (Picture picture; reader.Next(picture);)
-        log.Note(picture);
+        log.Note(ReadTapeFrame(picture).value());
     log.Finish();
     EXPECT_EQ(Summary(csv), "0 recording 60, 60 recording break 10 1, 60 recording 60, 70 missing bytes 80 "
                             "1, 100 damaged blocks 1 1, "

@@ -42,7 +42,7 @@ TEST_P(FramePacks, AllAreRead) {
     EXPECT_EQ(Read(), DvPacks()) << "a frame cut short";
 }
 
-TEST_P(FramePacks, UnsoundOnesAreNone) {
+TEST_P(FramePacks, InvalidOnesAreLeftOut) {
     const Pack timecodes[] = {{0x13, 0x30, 0, 0, 0}, {0x13, 0x0A, 0, 0, 0}, {0x13, 0, 0x60, 0, 0},
                               {0x13, 0, 0, 0x60, 0}, {0x13, 0, 0, 0, 0x24}, {0x13, 0xFF, 0xFF, 0xFF, 0xFF}};
     for (const Pack& pack : timecodes) {
@@ -81,7 +81,7 @@ TEST_P(FramePacks, TheFirstAudioChannelMarks) {
     const int half = m_frame.Sequences() / 2;
     m_frame.SetMarks(0xCF);
     m_frame.Set({483}, {0x51, 0x3F, 0x4F, 0xA0, 0xFF}, half);
-    EXPECT_FALSE(Read().isRecordingStart) << "sound dubbed on the second";
+    EXPECT_FALSE(Read().isRecordingStart) << "audio dubbed on the second";
     m_frame.Set({483}, kNothing, 0, half);
     EXPECT_TRUE(Read().isRecordingStart);
 }
@@ -114,7 +114,7 @@ TEST_P(FramePacks, StatusValues) {
     for (int status = 0; status < 16; ++status)
         m_frame.SetStatus(status % 10, 8 * status, status);
     EXPECT_EQ(ReadBlockStatus(m_frame.Bytes()), (BlockStatus{2, 2, 2, 2, 7}));
-    // Neither a block that is not there nor a sound one's samples are counted.
+    // Neither a block that is not there nor an audio block's samples are counted.
     auto& bytes = m_frame.Bytes();
     std::fill_n(bytes.begin() + 2 * 12'000, 12'000, std::uint8_t{0xFF}); // with 2 and 12
     bytes[6 * 80 + 3] = 0xF0;

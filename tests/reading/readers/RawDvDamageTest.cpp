@@ -48,8 +48,8 @@ class RandomDamage {
     [[nodiscard]] bool IsInside() const { return m_isInside; }
     /// Of frames with bytes too few or too many anywhere but in their last block; of a single damage only,
     /// since two can make up for each other.
-    [[nodiscard]] std::vector<std::int64_t> TornOffsets() const {
-        return m_damages == 1 ? m_torn : std::vector<std::int64_t>();
+    [[nodiscard]] std::vector<std::int64_t> OffsetsOfLosers() const {
+        return m_damages == 1 ? m_losers : std::vector<std::int64_t>();
     }
     /// Frames that can be known by their timecode: two of them in a row, outside of the damage.
     [[nodiscard]] bool HasCertainNumber(std::size_t index) const {
@@ -104,7 +104,7 @@ class RandomDamage {
     void Shift(std::int64_t at, std::int64_t by) {
         const std::int64_t inFrame = at % m_size;
         if (inFrame != 0 && inFrame < m_size - std::int64_t{kDifBlockBytes})
-            m_torn.push_back(at - inFrame);
+            m_losers.push_back(at - inFrame);
         for (TapeFrame& frame : m_frames)
             if (frame.offset >= at)
                 frame.offset += by;
@@ -114,7 +114,7 @@ class RandomDamage {
     std::int64_t m_size = 0;
     Bytes m_bytes;
     std::vector<TapeFrame> m_frames;
-    std::vector<std::int64_t> m_torn;
+    std::vector<std::int64_t> m_losers;
     const bool m_isInside = m_random() % 2 != 0;
     const std::int64_t m_damages = Number(3);
 };
@@ -142,8 +142,8 @@ void Check(unsigned seed) {
     }
     EXPECT_TRUE(!run.told.empty() || run.places.size() == kDamagedFrames);
     // Of a frame that has lost bytes all blocks after these are displaced.
-    for (const std::int64_t torn : damage.TornOffsets())
-        EXPECT_THAT(offsets, testing::Not(testing::Contains(torn)));
+    for (const std::int64_t loser : damage.OffsetsOfLosers())
+        EXPECT_THAT(offsets, testing::Not(testing::Contains(loser)));
 }
 
 TEST(RawDvDamage, CostsNoFrameButTheDamaged) {

@@ -203,13 +203,13 @@ TEST_P(RawDvReading, EmptyFramesCount) {
     }
 }
 
-TEST_P(RawDvReading, ForeignBytesCountNothing) {
+TEST_P(RawDvReading, UnknownBytesCountNothing) {
     m_tape.insert(At(5), 1234, 0x55);
     m_tape.insert(At(0), 4000, 0x55);
     const Outcome run = ReadAll(m_tape);
     EXPECT_THAT(Frames(run), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
-    EXPECT_THAT(run.told, ElementsAre(Irregularity{0, 0, 4000, Kind::ForeignBytes, 0},
-                                      Irregularity{5, 4000 + 5 * m_size, 1234, Kind::ForeignBytes, 0}));
+    EXPECT_THAT(run.told, ElementsAre(Irregularity{0, 0, 4000, Kind::UnknownBytes, 0},
+                                      Irregularity{5, 4000 + 5 * m_size, 1234, Kind::UnknownBytes, 0}));
 }
 
 TEST_P(RawDvReading, ShortEnds) {
@@ -222,7 +222,7 @@ TEST_P(RawDvReading, ShortEnds) {
     EXPECT_THAT(ReadAll(m_tape).told,
                 ElementsAre(Irregularity{6, 6 * m_size, 2 * m_size, Kind::Unreadable, 2}));
     m_tape.resize(static_cast<std::size_t>(6 * m_size + 100));
-    EXPECT_THAT(ReadAll(m_tape).told, ElementsAre(Irregularity{6, 6 * m_size, 100, Kind::ForeignBytes, 0}));
+    EXPECT_THAT(ReadAll(m_tape).told, ElementsAre(Irregularity{6, 6 * m_size, 100, Kind::UnknownBytes, 0}));
 }
 
 TEST(RawDvReadingBoth, LineSystemsFollowEachOther) {

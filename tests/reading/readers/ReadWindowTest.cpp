@@ -16,7 +16,7 @@ std::uint8_t ByteAt(std::int64_t offset) {
     return static_cast<std::uint8_t>(static_cast<std::uint64_t>(offset) * 2'654'435'761u >> 24);
 }
 
-// Tells kFileBytes, and has more or fewer, or fails behind them, if asked to.
+// Tells kFileBytes, and has more or fewer, or fails after them, if asked to.
 class File final : public ByteInput {
   public:
     [[nodiscard]] const std::string& Path() const override { return m_path; }
@@ -52,7 +52,7 @@ bool IsOfFile(std::span<const std::uint8_t> bytes, std::int64_t offset) {
                        [&](std::uint8_t byte) { return byte == ByteAt(offset++); });
 }
 
-/// Bytes that are held for a while behind the window.
+/// Bytes that are held for a while after the window.
 struct Held {
     std::span<const std::uint8_t> bytes;
     std::int64_t offset;

@@ -1,0 +1,25 @@
+// What the tape log needs to know of one frame.
+#pragma once
+
+#include "products/tape/BlockStatus.h"
+#include "reading/dv/DvPacks.h"
+#include "reading/readers/Picture.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace scenedetect {
+
+struct TapeFrame {
+    FilePlace place;
+    DvSystem system = DvSystem::Lines525;
+    DvPacks packs;
+    BlockStatus blocks;
+    int damagedBlocks = 0;
+    int firstDamaged = 0; ///< number of the first of them
+};
+
+/// Nothing for what is not a whole frame of 25 Mbit/s.
+[[nodiscard]] std::optional<TapeFrame> ReadTapeFrame(const Picture& picture);
+
+} // namespace scenedetect
