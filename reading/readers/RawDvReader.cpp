@@ -4,6 +4,7 @@
 #include "reading/dv/DvPacks.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace scenedetect {
@@ -34,6 +35,9 @@ bool RawDvReader::Next(Picture& picture) {
     }
     if (ReadFrame(picture))
         return true;
+    if (!m_input->IsStopped() && m_input->Position() < m_input->Size())
+        m_damage.Warn("has become shorter while it was read: ends at byte " +
+                      std::to_string(m_input->Position()) + " of " + std::to_string(m_input->Size()));
     m_damage.Summarize();
     return false;
 }

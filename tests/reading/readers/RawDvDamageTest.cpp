@@ -103,7 +103,10 @@ class RandomDamage {
     }
     void Shift(std::int64_t at, std::int64_t by) {
         const std::int64_t inFrame = at % m_size;
-        if (inFrame != 0 && inFrame < m_size - std::int64_t{kDifBlockBytes})
+        // Displaced blocks are known by four in a row; the next frame makes up for those that a frame lacks.
+        const bool isLast = at - inFrame == m_frames.back().offset;
+        const auto rest = static_cast<std::int64_t>(kDifBlockBytes * (isLast ? 5 : 1));
+        if (inFrame != 0 && inFrame < m_size - rest)
             m_losers.push_back(at - inFrame);
         for (TapeFrame& frame : m_frames)
             if (frame.offset >= at)
