@@ -225,6 +225,23 @@ TEST_P(RawDvReading, ShortEnds) {
     EXPECT_THAT(ReadAll(m_tape).told, ElementsAre(Irregularity{6, 6 * m_size, 100, Kind::UnknownBytes, 0}));
 }
 
+TEST_P(RawDvReading, AFileThatHasBecomeShorterIsTold) {
+    for (const std::int64_t lack : {0, 1000}) {
+        testing::internal::CaptureStderr();
+        Console console("test");
+        auto input = std::make_unique<MemoryInput>(m_tape);
+        input->Lack(lack);
+        RawDvReader reader(std::move(input), DamageLog(console, "memory"));
+        Picture picture;
+        int frames = 0;
+        while (reader.Next(picture))
+            ++frames;
+        EXPECT_EQ(frames, 8);
+        EXPECT_EQ(testing::internal::GetCapturedStderr().find("has become shorter") != std::string::npos,
+                  lack != 0);
+    }
+}
+
 TEST(RawDvReadingBoth, LineSystemsFollowEachOther) {
     Bytes tape = Tape(true, 3);
     const Bytes ntsc = Tape(false, 12);
