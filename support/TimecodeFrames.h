@@ -11,12 +11,16 @@ namespace scenedetect {
     return ((hours * 60 + minutes) * 60 + seconds) * framesPerSecond + frames;
 }
 
+/// The count of real frames of a timecode that leaves out `dropped` numbers each minute but every tenth.
+[[nodiscard]] constexpr std::int64_t WithoutDropped(std::int64_t number, std::int64_t framesPerSecond,
+                                                    std::int64_t dropped) {
+    return number - dropped * (number / (60 * framesPerSecond) - number / (600 * framesPerSecond));
+}
+
 /// Turns a timecode frame number into a count of real frames: at 30 frames per second two numbers are
 /// skipped each minute but every tenth. Other rates drop none.
 [[nodiscard]] constexpr std::int32_t CorrectDropFrame(std::int32_t number, std::int32_t framesPerSecond) {
-    constexpr std::int32_t kMinute = 1800;
-    constexpr std::int32_t kTenMinutes = 18000;
-    return framesPerSecond == 30 ? number - 2 * (number / kMinute - number / kTenMinutes) : number;
+    return framesPerSecond == 30 ? static_cast<std::int32_t>(WithoutDropped(number, 30, 2)) : number;
 }
 
 /// Whether two recording times lie more than a second apart, in either direction.

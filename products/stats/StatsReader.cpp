@@ -21,8 +21,8 @@ constexpr std::size_t kColumns = kValue + 1;
 constexpr const char* kNames[kColumns] = {"frame",  "difference", "level", "filled",  "dark", "cut",
                                           "sample", "time",       "byte",  "setting", "value"};
 constexpr std::int64_t kMostInFigures = 255;
-// So that one more can be asked for.
-constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() - 1;
+// So that sums of a few can be reckoned with.
+constexpr std::int64_t kMost = std::int64_t{1} << 60;
 
 /// A field in quotes, short and on one line whatever stands in it.
 std::string Quoted(std::string_view field) {
@@ -39,7 +39,7 @@ std::int64_t ParseNumber(const char* name, const std::string& text, std::int64_t
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc() || stop != end || number < least || number > most)
         throw HostError(std::string(name) + " is " + Quoted(text) + " where " +
-                        (most == kMost
+                        (most == kMost && number <= most
                              ? "a whole number from " + std::to_string(least) + " on"
                              : "a whole number of " + std::to_string(least) + " to " + std::to_string(most)) +
                         " should be");

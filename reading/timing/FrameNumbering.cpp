@@ -2,6 +2,7 @@
 
 #include "platform/Text.h"
 #include "support/Timecode.h"
+#include "support/TimecodeFrames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -68,9 +69,9 @@ std::optional<std::int64_t> FrameOfTimecode(const TimecodeFields& fields, const 
         fields.frames < numbering.dropped && fields.seconds == 0 && fields.minutes % 10 != 0;
     if (fields.frames >= numbering.framesPerSecond || isDropped)
         return std::nullopt;
-    const std::int64_t minutes = fields.hours * 60 + fields.minutes;
-    return (minutes * 60 + fields.seconds) * numbering.framesPerSecond + fields.frames -
-           numbering.dropped * (minutes - minutes / 10);
+    const std::int64_t seconds = (fields.hours * 60 + fields.minutes) * 60 + fields.seconds;
+    return WithoutDropped(seconds * numbering.framesPerSecond + fields.frames, numbering.framesPerSecond,
+                          numbering.dropped);
 }
 
 } // namespace scenedetect

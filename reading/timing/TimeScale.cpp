@@ -13,6 +13,26 @@ namespace {
 
 constexpr std::int64_t kDurationsPerSecond = 10'000'000;
 constexpr std::int32_t kMostTerm = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMostTime = std::numeric_limits<std::int64_t>::max();
+
+} // namespace
+
+namespace {
+
+// The product of two numbers below `divisor`, which is below 2^62, by it: rounded, halves upward.
+std::int64_t Scaled(std::int64_t number, std::int64_t factor, std::int64_t divisor) {
+    if (factor == 0 || number <= (kMostTime - divisor / 2) / factor)
+        return (number * factor + divisor / 2) / divisor;
+    // Bit by bit, since the product has more than 64 of them.
+    std::int64_t quotient = 0;
+    std::uint64_t rest = 0;
+    for (int bit = 62; bit >= 0; --bit) {
+        rest = 2 * rest + static_cast<std::uint64_t>((factor >> bit & 1) != 0 ? number : 0);
+        quotient = 2 * quotient + static_cast<std::int64_t>(rest / static_cast<std::uint64_t>(divisor));
+        rest %= static_cast<std::uint64_t>(divisor);
+    }
+    return quotient + (2 * rest >= static_cast<std::uint64_t>(divisor) ? 1 : 0);
+}
 
 } // namespace
 
@@ -29,8 +49,8 @@ std::int64_t Rescale(std::int64_t time, Ratio from, Ratio to) {
     divisor /= common;
     // Multiplied piece by piece, so that no product but the last exceeds the result.
     const std::int64_t rest = time % divisor;
-    return time / divisor * factor + rest * (factor / divisor) +
-           (rest * (factor % divisor) + divisor / 2) / divisor;
+    const std::int64_t part = rest * (factor / divisor) + Scaled(rest, factor % divisor, divisor);
+    return time / divisor > (kMostTime - part) / factor ? kMostTime : time / divisor * factor + part;
 }
 
 std::int64_t FrameDurationOf(Ratio rate) {

@@ -26,7 +26,7 @@ struct TimeScale {
 };
 
 /// A time of 0 or later, counted in units of `from`, in units of `to`: rounded to the nearest, halves upward.
-/// Exact as long as one unit is a multiple of the other or the fraction of the two has 31-bit terms.
+/// Exact; the largest number there is where that is not enough.
 [[nodiscard]] std::int64_t Rescale(std::int64_t time, Ratio from, Ratio to);
 
 /// AvgTimePerFrame of a rate: 100 ns, rounded to the nearest, at least 1.

@@ -83,6 +83,8 @@ TEST(StatsFile, DamageIsRefusedInOneLine) {
         {"7,92,0,,1", "1,92,0,,1", "line 4: frame is \"1\" where a whole number from 2 on should be"},
         {"0,0,1,1,144000", "0,0,1,9,144000",
          "line 4: time is \"7\" where a whole number from 9 on should be"},
+        {"0,0,1,1,144000", "0,0,1,9223372036854775806,144000",
+         "line 3: time is \"9223372036854775806\" where a whole number of 0 to 1152921504606846976 should"},
         {"1,0,92,21,0,0,1,1,144000,unit-num,1001\n", "",
          "line 3: sample is 2 where 1 should be: rows are missing or in another order"},
         {",,,,,,,,,rate-num,30000\n", ",,,,,,,,,rate-num,30000\n8,0,0,,0,0,3,8,,,\n",

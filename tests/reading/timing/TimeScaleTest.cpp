@@ -1,12 +1,54 @@
 #include "reading/timing/TimeScale.h"
+#include "reading/timing/FrameNumbering.h"
 #include "tests/reading/timing/Rates.h"
 
+#include <cstdio>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace scenedetect {
 namespace {
 
 using namespace testing_support;
+
+// Counted by the rules, second by second; the first numbers of each and its last one are asked for.
+TEST(FrameNumbering, GoesThroughADayAndBack) {
+    for (const Ratio rate : {kPal, kNtsc, kDoubleNtsc}) {
+        const FrameNumbering numbering = NumberingOf(rate);
+        std::int64_t first = 0; // the frame that would be 0 of this second
+        for (int second = 0; second < 24 * 3600; ++second) {
+            const int leftOut = second % 60 == 0 && second % 600 != 0 ? numbering.dropped : 0;
+            first -= leftOut;
+            for (const int number : {0, 1, 2, 3, 4, numbering.framesPerSecond - 1}) {
+                const TimecodeFields fields{second / 3600, second / 60 % 60, second % 60, number};
+                const auto frame = FrameOfTimecode(fields, numbering);
+                if (frame != (number < leftOut ? std::nullopt : std::optional(first + number)))
+                    FAIL() << second << ' ' << number;
+                if (!frame || second % 30 != 0)
+                    continue; // text takes its time
+                char text[32];
+                std::snprintf(text, sizeof text, "%02d:%02d:%02d%c%02d", second / 3600, second / 60 % 60,
+                              second % 60, numbering.dropped != 0 ? ';' : ':', number);
+                ASSERT_EQ(FrameTimecode(*frame, numbering), text);
+            }
+            first += numbering.framesPerSecond;
+        }
+        EXPECT_EQ(first, numbering.FramesPerDay());
+    }
+}
+
+TEST(TimeScale, LargeNumbersAreExactOrTheLargest) {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    constexpr std::int32_t kTerm = std::numeric_limits<std::int32_t>::max();
+    EXPECT_EQ(Rescale(kMost, {1, 1}, {1, 1}), kMost);
+    EXPECT_EQ(Rescale(kMost, {1, 25}, {1, 1'000'000'000}), kMost);
+    EXPECT_EQ(Rescale(kMost - 1, {1, 2}, {1, 1}), kMost / 2); // 2^62 - 1
+    // (2^62 - 1) * 5 / 7, of which only the product has more than 64 bits.
+    EXPECT_EQ(Rescale(kMost / 2, {5, 7}, {1, 1}), 3'294'061'441'733'848'502);
+    // By (2^31 - 1)^2 / (2^31 - 2)^2, which has terms of 62 bits: 1 + 2^-30 + 3 * 2^-62 + ...
+    EXPECT_EQ(Rescale(std::int64_t{1} << 60, {kTerm, kTerm - 1}, {kTerm - 1, kTerm}),
+              (std::int64_t{1} << 60) + (std::int64_t{1} << 30) + 1);
+}
 
 TEST(TimeScale, TimecodeAndSecondsOfFrames) {
     const struct {
@@ -57,7 +99,7 @@ TEST(TimeScale, FrameDurations) {
     EXPECT_EQ(FrameDurationOf({100'000'000, 1}), 1);
 }
 
-TEST(TimeScale, RatesBehindFrameDurations) {
+TEST(TimeScale, RatesOfFrameDurations) {
     const struct {
         std::int64_t duration;
         Ratio rate;
