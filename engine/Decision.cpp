@@ -67,7 +67,7 @@ void Decision::Decide(Judgement& judgement) {
     };
     const int votes = exceeds(d0) + exceeds(d1) + exceeds(d3) + exceeds(d4);
     std::int32_t& result = judgement.sceneStart;
-    result = votes >= m_parameters.votes ? candidate : kNoCut;
+    result = votes >= m_parameters.minVotes ? candidate : kNoCut;
 
     if (darkLock) {
         if (m4 > 3 * dark / 2)

@@ -90,7 +90,7 @@ std::int32_t Detector::ComputeDifference() {
     const std::uint8_t* previous = GetFrame(-1);
     if (current == nullptr || previous == nullptr || sampleCount == 0)
         return 0;
-    const std::int32_t limit = m_decision.Parameters().clamp;
+    const std::int32_t limit = m_decision.Parameters().diffClamp;
     // No difference is below a negative limit: every sample adds the limit itself.
     if (limit < 0)
         return limit;

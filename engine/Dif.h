@@ -39,6 +39,7 @@ inline constexpr int kDifFirstVauxBlock = 3;
 inline constexpr int kDifFirstGroupBlock = 6;
 inline constexpr int kDifGroups = 9;
 inline constexpr int kDifVideoBlocksPerGroup = 15;
+inline constexpr int kDifVideoBlocks = kDifGroups * kDifVideoBlocksPerGroup;
 inline constexpr int kDifGroupBlocks = kDifVideoBlocksPerGroup + 1;
 
 /// Where block `number` of `section` lies among the blocks of its sequence.
@@ -57,11 +58,6 @@ constexpr int DifBlockInSequence(DifSection section, int number) {
     }
     return kDifFirstGroupBlock + number / kDifVideoBlocksPerGroup * kDifGroupBlocks + 1 +
            number % kDifVideoBlocksPerGroup;
-}
-
-/// Where the `index`-th video block of a group lies among the blocks of its sequence.
-constexpr int DifVideoBlock(int group, int index) {
-    return DifBlockInSequence(DifSection::Video, group * kDifVideoBlocksPerGroup + index);
 }
 
 /// Of a video block: its upper half is STA, which tells whether the player could read the block.

@@ -13,19 +13,19 @@ using Lock = std::lock_guard<CriticalSection>;
 
 static_assert(KxLongestScene + 1 == kDetectionParameters.size());
 
-const ParameterFacts* FindParameter(ULONG number) {
+const ParameterRange* FindParameter(ULONG number) {
     return number < kDetectionParameters.size() ? &kDetectionParameters[number] : nullptr;
 }
 
 } // namespace
 
 STDMETHODIMP SceneDetectFilter::SetParameter(ULONG dwParameter, LONG nValue) {
-    const ParameterFacts* facts = FindParameter(dwParameter);
-    if (!facts || !facts->Allows(nValue))
+    const ParameterRange* range = FindParameter(dwParameter);
+    if (!range || !range->Allows(nValue))
         return E_INVALIDARG;
     const Lock lock(m_run.SceneLock());
     DetectionParameters parameters = m_run.Parameters();
-    parameters.*facts->value = nValue;
+    parameters.*range->value = nValue;
     m_run.SetParameters(parameters);
     return S_OK;
 }
@@ -33,24 +33,24 @@ STDMETHODIMP SceneDetectFilter::SetParameter(ULONG dwParameter, LONG nValue) {
 STDMETHODIMP SceneDetectFilter::GetParameter(ULONG dwParameter, LONG* pnValue) {
     if (!pnValue)
         return E_POINTER;
-    const ParameterFacts* facts = FindParameter(dwParameter);
-    if (!facts)
+    const ParameterRange* range = FindParameter(dwParameter);
+    if (!range)
         return E_INVALIDARG;
-    *pnValue = facts->Of(m_run.Parameters());
+    *pnValue = range->Of(m_run.Parameters());
     return S_OK;
 }
 
 STDMETHODIMP SceneDetectFilter::GetParameterRange(ULONG dwParameter, LONG* pnLeast, LONG* pnMost,
                                                   LONG* pnDefault) {
-    const ParameterFacts* facts = FindParameter(dwParameter);
-    if (!facts)
+    const ParameterRange* range = FindParameter(dwParameter);
+    if (!range)
         return E_INVALIDARG;
     if (pnLeast)
-        *pnLeast = facts->least;
+        *pnLeast = range->least;
     if (pnMost)
-        *pnMost = facts->most;
+        *pnMost = range->most;
     if (pnDefault)
-        *pnDefault = facts->Of({});
+        *pnDefault = range->Of({});
     return S_OK;
 }
 

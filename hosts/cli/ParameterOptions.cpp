@@ -1,38 +1,53 @@
 #include "hosts/cli/ParameterOptions.h"
 
+#include "scenes/ParameterNames.h"
+
 #include <CLI/CLI.hpp>
 
+#include <array>
 #include <charconv>
 #include <string>
 
 namespace scenedetect {
 namespace {
 
-std::string RangeText(const ParameterFacts& facts) {
-    return std::to_string(facts.least) + " to " + std::to_string(facts.most);
+/// What turning each does, in the order of KxDetectionParameter: one sentence without its full stop.
+constexpr std::array<const char*, kDetectionParameters.size()> kEffects = {
+    "By how much a frame's difference must exceed its neighbours' to be a cut: "
+    "higher finds fewer cuts, lower also faint ones",
+    "Mean level up to which a frame is dark, so that the darkest of a fade starts a scene: "
+    "higher also takes fades that stay brighter, -1 takes none",
+    "The most that one sample adds to a difference: "
+    "lower makes great changes of small parts, such as flashes and captions, count less",
+    "How many of its four neighbours a cut must exceed: "
+    "4 is strictest, lower also finds cuts amid motion, and false ones",
+    "Frames after which a scene ends even without a cut: lower splits long scenes, 0 sets no limit"};
+
+std::string RangeText(const ParameterRange& range) {
+    return std::to_string(range.least) + " to " + std::to_string(range.most);
 }
 
 /// What is wrong with `word`, if anything.
-std::string CheckNumber(const ParameterFacts& facts, const std::string& word) {
+std::string CheckNumber(const ParameterRange& range, const std::string& word) {
     std::int32_t number = 0;
     const char* const end = word.data() + word.size();
     const auto [stop, error] = std::from_chars(word.data(), end, number);
-    if (error == std::errc() && stop == end && facts.Allows(number))
+    if (error == std::errc() && stop == end && range.Allows(number))
         return "";
-    return word + " is no whole number of " + RangeText(facts);
+    return word + " is no whole number of " + RangeText(range);
 }
 
 } // namespace
 
 void AddParameterOptions(CLI::App& app, ParameterChoice& choice) {
     for (std::size_t i = 0; i < choice.values.size(); ++i) {
-        const ParameterFacts& facts = kDetectionParameters[i];
-        app.add_option(std::string("--") + facts.name, choice.values[i],
-                       facts.effect + (" (" + RangeText(facts)) + "; " + std::to_string(facts.Of({})) +
+        const ParameterRange& range = kDetectionParameters[i];
+        app.add_option(std::string("--") + kParameterNames[i], choice.values[i],
+                       kEffects[i] + (" (" + RangeText(range)) + "; " + std::to_string(range.Of({})) +
                            " by default)")
             ->type_name("N")
             ->group("Tuning --method video")
-            ->check([&facts](const std::string& word) { return CheckNumber(facts, word); });
+            ->check([&range](const std::string& word) { return CheckNumber(range, word); });
     }
 }
 

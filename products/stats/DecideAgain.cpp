@@ -15,10 +15,10 @@ constexpr Ratio kNtscRate{30000, 1001};
 } // namespace
 
 std::vector<std::int64_t> DecideAgain(Stats& stats, const DetectionParameters& parameters) {
-    if (parameters.clamp != stats.settings.parameters.clamp)
+    if (parameters.diffClamp != stats.settings.parameters.diffClamp)
         throw HostError(stats.path + ": measured with --clamp " +
-                        std::to_string(stats.settings.parameters.clamp) + ", not " +
-                        std::to_string(parameters.clamp) +
+                        std::to_string(stats.settings.parameters.diffClamp) + ", not " +
+                        std::to_string(parameters.diffClamp) +
                         ": another clamp changes the differences themselves, so it needs a run on the video");
     if (stats.rows.empty())
         throw HostError(stats.path + ": no frame was measured, so that nothing can be decided");

@@ -1,5 +1,7 @@
 #include "products/stats/StatsFile.h"
 
+#include "scenes/ParameterNames.h"
+
 #include <limits>
 
 namespace scenedetect {
@@ -11,8 +13,10 @@ std::vector<StatsNumber> NumbersOf(StatsSettings& settings) {
                                         {"unit-den", &scale.unit.den, 1, kMost},
                                         {"rate-num", &scale.rate.num, 1, kMost},
                                         {"rate-den", &scale.rate.den, 1, kMost}};
-    for (const ParameterFacts& facts : kDetectionParameters)
-        numbers.push_back({facts.name, &(settings.parameters.*facts.value), facts.least, facts.most});
+    for (std::size_t i = 0; i < kDetectionParameters.size(); ++i) {
+        const ParameterRange& range = kDetectionParameters[i];
+        numbers.push_back({kParameterNames[i], &(settings.parameters.*range.value), range.least, range.most});
+    }
     return numbers;
 }
 

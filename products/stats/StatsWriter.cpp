@@ -15,8 +15,8 @@ constexpr std::string_view kNoFrame = ",,,,,,,,,";
 
 StatsWriter::StatsWriter(StatsSettings settings, Sink sink) : m_sink(std::move(sink)) {
     // The number that it was at the time: what stands for the process-wide length means nothing in a file.
-    for (const ParameterFacts& facts : kDetectionParameters)
-        settings.parameters.*facts.value = facts.Of(settings.parameters);
+    for (const ParameterRange& range : kDetectionParameters)
+        settings.parameters.*range.value = range.Of(settings.parameters);
     m_settings.push_back({std::string(kStatsFormatSetting), std::string(kStatsFormat)});
     for (const StatsNumber& number : NumbersOf(settings))
         m_settings.push_back({std::string(number.name), std::to_string(*number.value)});

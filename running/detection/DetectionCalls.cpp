@@ -3,6 +3,7 @@
 #include "platform/Text.h"
 #include "reading/base/HostError.h"
 #include "running/detection/SceneListCheck.h"
+#include "scenes/ParameterNames.h"
 
 #include <cstdio>
 
@@ -28,8 +29,8 @@ void ApplyParameters(IKxSceneDetectTuning& tuning, const ParameterChoice& choice
     for (std::size_t i = 0; i < choice.values.size(); ++i)
         if (choice.values[i])
             Require(tuning.SetParameter(static_cast<ULONG>(i), *choice.values[i]),
-                    std::string("the scene detect filter does not take --") + kDetectionParameters[i].name +
-                        ' ' + std::to_string(*choice.values[i]));
+                    std::string("the scene detect filter does not take --") + kParameterNames[i] + ' ' +
+                        std::to_string(*choice.values[i]));
 }
 
 std::string RefusalText(KxDetectionMethod method, const std::string& input) {

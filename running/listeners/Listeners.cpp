@@ -6,6 +6,7 @@
 #include "running/listeners/SceneTabler.h"
 #include "running/listeners/StatsLogger.h"
 #include "running/listeners/TapeLogger.h"
+#include "scenes/ParameterNames.h"
 
 #include <optional>
 #include <utility>
@@ -32,8 +33,8 @@ SettingsOf(const RunSettings& run, const OutputSettings& outputs, const Detectio
     addPoint("duration", run.range.duration);
     addNumber("min-scene", outputs.shortestScene);
     if (run.detection.Uses(KxMethodVideo))
-        for (const ParameterFacts& facts : kDetectionParameters)
-            settings.emplace_back(facts.name, std::to_string(facts.Of(parameters)));
+        for (std::size_t i = 0; i < kDetectionParameters.size(); ++i)
+            settings.emplace_back(kParameterNames[i], std::to_string(kDetectionParameters[i].Of(parameters)));
     settings.emplace_back("made by", std::string("kxscenes ") + HOSTS_VERSION);
     return settings;
 }

@@ -111,7 +111,7 @@ TEST(FromStats, EqualsARunWithTheSameParameters) {
         const Outcome measured = Watch(film, first);
         for (int i = 0; i < 25; ++i) {
             DetectionParameters parameters = MakeParameters(random);
-            parameters.clamp = first.clamp;
+            parameters.diffClamp = first.diffClamp;
             const Outcome run = Watch(film, parameters);
             const Outcome again = Again(measured.table, parameters);
             ASSERT_EQ(again.positions, run.positions) << round << '/' << i;
@@ -136,7 +136,7 @@ TEST(FromStats, RunsOfFewFrames) {
 }
 
 TEST(FromStats, AnotherClampAndAnEmptyTableAreRefused) {
-    EXPECT_THROW((void)Again(Watch(Film(5), {.clamp = 60, .longestScene = 0}).table, {}), HostError);
+    EXPECT_THROW((void)Again(Watch(Film(5), {.diffClamp = 60, .longestScene = 0}).table, {}), HostError);
     EXPECT_THROW((void)Again(Watch({}, {.longestScene = 0}).table, {}), HostError);
 }
 

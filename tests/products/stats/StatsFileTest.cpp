@@ -18,7 +18,7 @@ using testing_support::TempFolder;
 
 StatsSettings Settings() {
     return {.scale = {{1001, 30000}, {30000, 1001}},
-            .parameters = {.cutThreshold = 20, .darkLevel = -1, .votes = 4, .longestScene = 750},
+            .parameters = {.cutThreshold = 20, .darkLevel = -1, .minVotes = 4, .longestScene = 750},
             .notes = {{"input", "a \"fine\", long\nname.dv"}, {"start timecode", "01:00:00;00"}}};
 }
 
