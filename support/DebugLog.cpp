@@ -69,21 +69,19 @@ Binding Bind() noexcept try {
     return Binding::Untried;
 }
 
-// Runs `call` while the library cannot be released; false when there is none.
+// Runs `call` while the library cannot be released; does nothing when there is none.
 template <typename Call>
-bool WithLibrary(Call call) noexcept {
+void WithLibrary(Call call) noexcept {
     Binding binding = g_binding.load(std::memory_order_acquire);
     if (binding == Binding::Untried)
         binding = Bind();
     if (binding != Binding::Bound)
-        return false;
+        return;
     // Counted first, looked at again after: the tear-down does the same the other way round.
     g_callers.fetch_add(1);
-    const bool bound = g_binding.load() == Binding::Bound;
-    if (bound)
+    if (g_binding.load() == Binding::Bound)
         call();
     g_callers.fetch_sub(1);
-    return bound;
 }
 
 void Print(std::uint32_t category, std::uint32_t level, const wchar_t* format,

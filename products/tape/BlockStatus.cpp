@@ -9,10 +9,10 @@ constexpr int kStatusShift = 4;
 
 bool IsAnyBlockMarked(std::span<const std::uint8_t> sequence) {
     std::uint8_t marks = 0;
-    for (int group = 0; group < kDifGroups; ++group)
-        for (int i = 0; i < kDifVideoBlocksPerGroup; ++i)
-            marks |=
-                sequence[static_cast<std::size_t>(DifVideoBlock(group, i)) * kDifBlockBytes + kDifStatusByte];
+    for (int i = 0; i < kDifVideoBlocks; ++i) {
+        const auto block = static_cast<std::size_t>(DifBlockInSequence(DifSection::Video, i));
+        marks |= sequence[block * kDifBlockBytes + kDifStatusByte];
+    }
     return marks >> kStatusShift != 0;
 }
 

@@ -48,26 +48,8 @@ bool IsHeaderOfFirstSequence(const std::uint8_t* block) {
 
 // A block number in the frame of 625 lines; nothing when no block there has this ID.
 std::optional<std::size_t> PlaceOf(const std::uint8_t* block) {
-    constexpr std::size_t kVideoBlocksPerAudioBlock = 15;
-    const std::size_t number = block[2];
-    std::size_t inSequence = 0;
-    switch (SectionOfDifBlock(block[0])) {
-    case DifSection::Header:
-        inSequence = number;
-        break;
-    case DifSection::Subcode:
-        inSequence = 1 + number;
-        break;
-    case DifSection::Vaux:
-        inSequence = 3 + number;
-        break;
-    case DifSection::Audio:
-        inSequence = 6 + number * (kVideoBlocksPerAudioBlock + 1);
-        break;
-    case DifSection::Video:
-        inSequence = 7 + number + number / kVideoBlocksPerAudioBlock;
-        break;
-    }
+    const auto inSequence =
+        static_cast<std::size_t>(DifBlockInSequence(SectionOfDifBlock(block[0]), block[2]));
     // The table has the last word: numbers that run out of their section are other blocks' there.
     const std::size_t place = (block[1] >> 4) * std::size_t{kDifSequenceBlocks} + inSequence;
     return inSequence < kDifSequenceBlocks && place < kKeys.size() && KeyAt(block) == KeyOf(place)

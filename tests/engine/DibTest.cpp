@@ -47,6 +47,7 @@ TEST(Dib, SizesThatTheHeaderAnnounces) {
     expect("16 bits with masks", MakeHeader(3, 2, 16, BI_BITFIELDS), 0, 0, {0, 52, 8, 16});
     expect("colours used", MakeHeader(4, 1, 8), 3, 0, {3, 52, 4, 4});
     expect("stated image size", MakeHeader(4, 4, 24), 0, 7, {0, 40, 12, 7});
+    EXPECT_EQ(Dib().GetColourCount() + Dib().GetHeaderSize() + Dib().GetRowBytes() + Dib().GetBitsSize(), 0);
     expect("FourCC", MakeHeader(16, 8, 16, MAKEFOURCC('Y', 'U', 'Y', '2')), 0, 0, {0, 40, 0, 0});
     expect("negative width", MakeHeader(-4, 4, 24), 0, 0, {0, 40, 0, 0});
     constexpr std::int64_t kGiB = 1 << 30;
@@ -123,7 +124,10 @@ TEST(Dib, CreateMakesOneUnpaddedBlock) {
     EXPECT_EQ(dib.GetInfo()->biSizeImage, 9u);
     EXPECT_EQ(dib.GetBits(), reinterpret_cast<std::uint8_t*>(dib.GetInfo()) + 40 + 1024);
     EXPECT_EQ(dib.GetBitsExtent(), 9u);
-    EXPECT_EQ(reinterpret_cast<const WORD*>(dib.GetColourTable())[255], 255);
+    const auto* indices = reinterpret_cast<const WORD*>(dib.GetColourTable());
+    EXPECT_EQ(indices[255], 255);
+    EXPECT_EQ(indices[256], 0);
+    EXPECT_TRUE(dib.Create(1, 1, 65535, false)); // the most that the header can hold
     const int refused[][3] = {{-3, 3, 24},       {3, -3, 24}, {-3, -3, 24}, {INT32_MAX, INT32_MAX, 32},
                               {65536, 65536, 8}, {1, 1, -1},  {1, 1, 65536}};
     for (const auto& [width, height, bitCount] : refused) {
@@ -144,6 +148,7 @@ TEST(Dib, CreateFromHeaderAndDuplicate) {
     EXPECT_THAT(Bytes(copy->GetBits(), copy->GetBits() + copy->GetBitsExtent()),
                 ElementsAre(1, 2, 3, 4, 5, 0, 0, 0));
     EXPECT_EQ(Dib::DuplicateFromHeader(nullptr, 0, pixels.data(), pixels.size()), nullptr);
+    EXPECT_EQ(Dib::DuplicateFromHeader(&header, 39, pixels.data(), pixels.size()), nullptr);
 }
 
 TEST(Dib, CopyToIsDeepAndOfTheAnnouncedSizes) {
@@ -215,6 +220,9 @@ TEST(Dib, ColourTables) {
     EXPECT_THAT((Bytes{cut.block[80], cut.block[81]}), Each(7));
     EXPECT_EQ(cut.dib.GetColour(10).rgbGreen, 7);
     EXPECT_EQ(cut.dib.GetColour(10).rgbRed, 0);
+    Bitmap masks(MakeHeader(1, 1, 16, BI_BITFIELDS), Bytes(4), Bytes(16, 7));
+    EXPECT_EQ(masks.dib.GetMask(2), 0x07070707u);
+    EXPECT_EQ(masks.dib.GetMask(3) + masks.dib.GetMask(-1), 0u) << "there are three";
 }
 
 TEST(Dib, DoubleFieldRepeatsRows) {
