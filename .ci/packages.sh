@@ -1,12 +1,15 @@
 # shellcheck shell=bash
 # Sourced by ./run and ./test: installs the packages that packages.txt names. Everything it says goes to stderr.
 
-# The packages of the first group, and with "full" the others too.
+# The packages of the named groups.
 wanted_packages() {
-    awk -v full="${1:-}" '/^\[full\]/ { if (full == "") exit; next } { sub(/#.*/, "") } NF { print $1 }' packages.txt
+    awk -v groups="[$(echo "$*" | sed 's/ /] [/g')]" '
+        /^\[/ { wanted = index(groups, $1) > 0; next }
+        { sub(/#.*/, "") }
+        NF && wanted { print $1 }' packages.txt
 }
 
-install_packages() {
+install_packages() { # groups...
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
         echo "This is not a Debian system: the packages of packages.txt are taken to be there." >&2
         return

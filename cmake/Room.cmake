@@ -24,14 +24,25 @@ function(add_test_headers)
   target_compile_options(test_headers PRIVATE -O0)
 endfunction()
 
-# A GoogleTest program found by CTest: add_room_tests(NAME sources... [DEPENDS targets...])
+# A GoogleTest program, which is one test for CTest; its cases are told in cases/NAME.xml. With EACH_CASE every case is
+# one: for those that start programs, which take their time.
+#   add_room_tests(NAME sources... [DEPENDS targets...] [EACH_CASE])
 function(add_room_tests name)
-  cmake_parse_arguments(ROOM "" "" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ROOM "EACH_CASE" "" "DEPENDS" ${ARGN})
   add_executable(${name} ${ROOM_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE house ${ROOM_DEPENDS} GTest::gmock GTest::gtest_main)
   target_precompile_headers(${name} REUSE_FROM test_headers)
   target_compile_options(${name} PRIVATE -O0)
   set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
-  # Under Wine the first program that is asked for its tests waits for the prefix to be made.
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 300 NO_PRETTY_VALUES PROPERTIES TIMEOUT 600)
+  if(ROOM_EACH_CASE)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES PROPERTIES TIMEOUT 600)
+  else()
+    add_program_test(${name})
+  endif()
+endfunction()
+
+function(add_program_test name)
+  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1 --gtest_output=xml:cases/${name}.xml
+           WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()

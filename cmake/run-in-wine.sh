@@ -1,7 +1,8 @@
 #!/bin/sh
 # Runs a Windows program under Wine: run-in-wine.sh PROGRAM [ARGUMENTS]
 # Without a display, unless $SCENEDETECT_DISPLAY names an X display.
-# The prefix is $WINEPREFIX, or one in the build folder that the program lies in, made on first use.
+# The prefix is $WINEPREFIX, or one in the build folder that the program lies in. One that does not exist yet is copied
+# from a new one in the build folder, which is made once: copying takes a tenth of the time.
 set -eu
 folder=$(dirname "$(readlink -f "$1")")
 build=$folder
@@ -24,12 +25,31 @@ fi
 
 wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
 server=$(command -v wineserver || echo /usr/lib/wine/wineserver)
-mkdir -p "$WINEPREFIX"
+
+make_new_prefix() { # folder
+    rm -rf "$1.part"
+    WINEPREFIX=$1.part "$wine" wineboot --init </dev/null >/dev/null 2>&1 9>&-
+    WINEPREFIX=$1.part "$server" -w # until all is written
+    mv "$1.part" "$1"
+}
+
+copy_new_prefix() {
+    (
+        flock 9
+        [ -d "$build/wine.new" ] || make_new_prefix "$build/wine.new"
+    ) 9>"$build/wine.new.lock"
+    rm -rf "$WINEPREFIX.part"
+    cp -a "$build/wine.new" "$WINEPREFIX.part"
+    mv "$WINEPREFIX.part" "$WINEPREFIX"
+}
+
+mkdir -p "$(dirname "$WINEPREFIX")"
 # The prefix's server outlives the program for a minute: starting one takes longer than most tests. The system's
 # own processes are started here, apart from the program's output, which would stay open for as long. Programs
 # that start together wait for the one that does this.
 (
     flock 9
+    [ -d "$WINEPREFIX" ] || copy_new_prefix 9>&-
     if "$server" -p60 </dev/null >/dev/null 2>&1 9>&-; then
         "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&-
     fi

@@ -8,7 +8,7 @@
 namespace scenedetect::testing_support {
 
 void RunFfmpeg(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"ffmpeg", "-v", "error", "-nostdin", "-y"});
+    arguments.insert(arguments.begin(), MAKE_MATERIAL);
     const ProcessResult result = Process(arguments).Wait();
     ASSERT_EQ(result.exitCode, 0) << result.err;
 }

@@ -19,7 +19,8 @@ struct Clip {
     std::vector<std::string> encoding; ///< further arguments of ffmpeg, before the file's name
 };
 
-/// Runs ffmpeg; fails the test when that fails.
+/// Has ffmpeg make the file that the last argument names, or copies what the same command made in an earlier test; fails
+/// the test when ffmpeg does.
 void RunFfmpeg(std::vector<std::string> arguments);
 void MakeClip(const Clip& clip, const std::filesystem::path& target);
 /// Another container for the same packets.
