@@ -24,25 +24,38 @@ function(add_test_headers)
   target_compile_options(test_headers PRIVATE -O0)
 endfunction()
 
-# A GoogleTest program, which is one test for CTest; its cases are told in cases/NAME.xml. With EACH_CASE every case is
-# one: for those that start programs, which take their time.
-#   add_room_tests(NAME sources... [DEPENDS targets...] [EACH_CASE])
+# A GoogleTest program, which is one test for CTest; the cases that it ran are told in cases/NAME.xml.
+#   add_room_tests(NAME sources... [DEPENDS targets...] [THREADS filter] [COST seconds] [EACH_CASE])
+# With EACH_CASE every case is a test for CTest: for those that start programs, which take their time. The thread
+# sanitizer sees the cases that THREADS tells, as GoogleTest's --gtest_filter does. Tests that cost more start first.
 function(add_room_tests name)
-  cmake_parse_arguments(ROOM "EACH_CASE" "" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ROOM "EACH_CASE" "THREADS;COST" "DEPENDS" ${ARGN})
   add_executable(${name} ${ROOM_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE house ${ROOM_DEPENDS} GTest::gmock GTest::gtest_main)
   target_precompile_headers(${name} REUSE_FROM test_headers)
   target_compile_options(${name} PRIVATE -O0)
   set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
+  set(filter "*")
+  if(ROOM_THREADS AND SCENEDETECT_SANITIZE STREQUAL "thread")
+    set(filter "${ROOM_THREADS}")
+  endif()
   if(ROOM_EACH_CASE)
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES PROPERTIES TIMEOUT 600)
-  else()
-    add_program_test(${name})
+    add_case_tests(${name} "${filter}")
+    return()
+  endif()
+  add_program_test(${name} "${filter}")
+  if(ROOM_COST)
+    set_tests_properties(${name} PROPERTIES COST ${ROOM_COST})
   endif()
 endfunction()
 
-function(add_program_test name)
-  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1 --gtest_output=xml:cases/${name}.xml
-           WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
+function(add_program_test name filter)
+  add_test(NAME ${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+           COMMAND ${name} --gtest_brief=1 --gtest_output=xml:cases/${name}.xml "--gtest_filter=${filter}")
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()
+
+function(add_case_tests name filter)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES TEST_FILTER "${filter}"
+                       PROPERTIES TIMEOUT 600 ${ARGN})
 endfunction()

@@ -1,9 +1,7 @@
 // How the program speaks, and what it takes from its configuration file.
-#include "running/batch/Progress.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <chrono>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -70,7 +68,8 @@ TEST(Messages, NameTheReaderOfEveryKind) {
 
 // Runs it on a terminal of 40 columns; gives what the terminal got.
 std::string OnTerminal(const std::string& arguments, const ProcessSetup& setup = {}) {
-    return Process({"script", "-qec", "stty cols 40; " KXSCENES_PROGRAM " " + arguments, "/dev/null"}, setup)
+    return Process({"script", "-qec", "stty cols 40; " + KxscenesProgram() + " " + arguments, "/dev/null"},
+                   setup)
         .Wait()
         .out;
 }
@@ -91,7 +90,7 @@ TEST(Messages, ProgressStaysOnItsLine) {
     MakeClip(DvClip("pal-dv"), folder / "tape.dv");
     // A tape that comes while the program looks on.
     const std::string slow = "sh -c 'mkfifo " + fifo + "; (sleep 1; cat " + (folder / "tape.dv").string() +
-                             "; sleep 1) > " + fifo + " & exec " KXSCENES_PROGRAM " --jobs 100 " + fifo +
+                             "; sleep 1) > " + fifo + " & exec " + KxscenesProgram() + " --jobs 100 " + fifo +
                              ' ' + fifo + ".missing'";
     const auto run = [&](const char* kind) {
         std::filesystem::remove(fifo);
@@ -109,14 +108,6 @@ TEST(Messages, ProgressStaysOnItsLine) {
         }
     EXPECT_GT(count, 0);
     EXPECT_THAT(run("dumb"), Not(HasSubstr("files  ")));
-}
-
-TEST(Messages, ProgressTellsTheTimeLeft) {
-    using namespace std::chrono_literals;
-    EXPECT_EQ(ProgressText(3000, -1, 2s), "3000 frames  1500 fps");
-    EXPECT_EQ(ProgressText(600, 0.25, 20s), "600 frames  30 fps  25%  1:00 left");
-    EXPECT_EQ(ProgressText(120, 0.01, 60s), "120 frames  2 fps  1%  1:39:00 left"); // 99 minutes
-    EXPECT_EQ(ProductsText(600, 3, 12, "clips"), "600 frames  3 of 12 clips");
 }
 
 struct Configured {

@@ -18,7 +18,20 @@ void OpenAs(const std::string& path, int descriptor) {
     close(file);
 }
 
+std::string Setting(const char* name, const char* otherwise) {
+    const char* const value = std::getenv(name);
+    return value ? value : otherwise;
+}
+
 } // namespace
+
+std::string KxscenesProgram() {
+    return Setting("KXSCENES_PROGRAM", KXSCENES_PROGRAM);
+}
+
+std::string LogFolder() {
+    return Setting("TPLOG_FOLDER", TPLOG_FOLDER);
+}
 
 Process::Process(const std::vector<std::string>& arguments, const ProcessSetup& setup) {
     std::vector<char*> argv;
@@ -34,9 +47,7 @@ Process::Process(const std::vector<std::string>& arguments, const ProcessSetup& 
     for (const auto& [name, value] : setup.environment)
         setenv(name.c_str(), value.c_str(), 1);
     // Read by a program that was built with the thread sanitizer, by no other.
-    const char* options = std::getenv("TSAN_OPTIONS");
-    setenv("TSAN_OPTIONS",
-           ((options ? options : "") + std::string(" suppressions=") + TSAN_SUPPRESSIONS).c_str(), 1);
+    setenv("TSAN_OPTIONS", (Setting("TSAN_OPTIONS", "") + " suppressions=" + TSAN_SUPPRESSIONS).c_str(), 1);
     OpenAs(setup.inPath, STDIN_FILENO);
     OpenAs(out, STDOUT_FILENO);
     OpenAs(err, STDERR_FILENO);
@@ -73,7 +84,7 @@ ProcessResult Process::Wait() {
 }
 
 ProcessResult RunHost(std::vector<std::string> arguments, const ProcessSetup& setup) {
-    arguments.insert(arguments.begin(), KXSCENES_PROGRAM);
+    arguments.insert(arguments.begin(), KxscenesProgram());
     return Process(arguments, setup).Wait();
 }
 

@@ -41,6 +41,11 @@ class Process {
     pid_t m_pid = -1;
 };
 
+/// The kxscenes that is tested, and the folder of its logging library: those that $KXSCENES_PROGRAM and
+/// $TPLOG_FOLDER name, or those of the tests' own build.
+std::string KxscenesProgram();
+std::string LogFolder();
+
 /// Runs kxscenes to its end.
 ProcessResult RunHost(std::vector<std::string> arguments, const ProcessSetup& setup = {});
 

@@ -2,6 +2,7 @@
 
 #include "tests/kxscenes/HostProcess.h"
 
+#include <cstring>
 #include <fstream>
 #include <gtest/gtest.h>
 
@@ -46,6 +47,23 @@ Clip DvClip(const std::string& target, const std::string& recorded, const std::s
     clip.encoding = {"-target",   target,  "-an", "-metadata", "creation_time=" + recorded,
                      "-timecode", timecode};
     return clip;
+}
+
+void MakeRawAvi(const RawFormat& format, Clip clip, const std::filesystem::path& target) {
+    clip.encoding = {"-c:v", "rawvideo", "-pix_fmt", format.pixelFormat};
+    if (format.tag)
+        clip.encoding.insert(clip.encoding.end(), {"-vtag", format.tag});
+    MakeClip(clip, target);
+    if (!format.isTurned)
+        return;
+    // The sign of the height is where the stream's bitmap header says which row comes first.
+    std::string bytes = ReadWhole(target);
+    const std::size_t height = bytes.find("strf") + 16;
+    std::int32_t value = 0;
+    std::memcpy(&value, &bytes[height], 4);
+    value = -value;
+    std::memcpy(&bytes[height], &value, 4);
+    WriteBytes(target, bytes);
 }
 
 void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {

@@ -89,7 +89,7 @@ TEST_P(Interrupted, EndsAtOnceAndCleanly) {
         ProcessSetup setup;
         if (isStandardInput)
             setup.inPath = pipe;
-        Process host({KXSCENES_PROGRAM, "--xml", folder / "list.xml", isStandardInput ? "-" : pipe.string()},
+        Process host({KxscenesProgram(), "--xml", folder / "list.xml", isStandardInput ? "-" : pipe.string()},
                      setup);
         const int feed = open(pipe.c_str(), O_WRONLY);
         ASSERT_GE(feed, 0);
@@ -117,7 +117,7 @@ TEST_P(Interrupted, TheSecondSignalLeavesNothingHidden) {
     MakeClip(DvClip("pal-dv"), folder / "tape.dv");
     const auto pipe = folder / "list.csv";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    Process host({KXSCENES_PROGRAM, "-o", pipe, "--split", folder / "clips", folder / "tape.dv"});
+    Process host({KxscenesProgram(), "-o", pipe, "--split", folder / "clips", folder / "tape.dv"});
     const auto hidden = [&folder] {
         std::error_code none;
         int count = 0;
@@ -153,7 +153,7 @@ TEST(StandardInput, IsReadLikeAFile) {
         if (name == std::string("tape.mov"))
             continue;
         const ProcessResult piped =
-            Process({"sh", "-c", "cat \"$1\" | \"$0\" -", KXSCENES_PROGRAM, folder / name}).Wait();
+            Process({"sh", "-c", "cat \"$1\" | \"$0\" -", KxscenesProgram(), folder / name}).Wait();
         EXPECT_EQ(piped.out, result.out) << name;
         EXPECT_EQ(piped.err, result.err) << name;
     }
@@ -161,7 +161,7 @@ TEST(StandardInput, IsReadLikeAFile) {
 
 TEST_F(Output, TraceHasALineAJudgedFrame) {
     ProcessSetup traced;
-    traced.environment = {{"LD_LIBRARY_PATH", TPLOG_FOLDER}, {"TPLOG_LEVEL", "31"}};
+    traced.environment = {{"LD_LIBRARY_PATH", LogFolder()}, {"TPLOG_LEVEL", "31"}};
     const ProcessResult result = RunHost({m_file}, traced);
     EXPECT_EQ(Frames(result), (std::vector<std::int64_t>{0, 20, 33, 47}));
     int judged = 0;
@@ -175,8 +175,7 @@ TEST_F(Output, TraceHasALineAJudgedFrame) {
     EXPECT_EQ(RunHost({m_file}, silent).err, "");
 }
 
-// Sanitizers keep freed memory, so that there is nothing to see.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// Not with sanitizers, which keep freed memory.
 TEST(Memory, DoesNotGrowWithTheInput) {
     constexpr long kRoomKilobytes = 8 * 1024;
     const TempFolder folder;
@@ -210,7 +209,6 @@ TEST(Memory, DoesNotGrowWithTheInput) {
     };
     EXPECT_NEAR(irregular(250), irregular(1500), kRoomKilobytes);
 }
-#endif
 
 } // namespace
 } // namespace scenedetect

@@ -4,6 +4,7 @@
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -61,6 +62,35 @@ TEST(OpenPictures, APipeThatWouldHaveToBeReadBackwardIsRefusedWithAdvice) {
         writer.Wait();
     }
 }
+
+class UncompressedAvi : public testing::TestWithParam<std::tuple<RawFormat, const char*>> {};
+
+TEST_P(UncompressedAvi, IsReadInItsFormat) {
+    const auto& [format, size] = GetParam();
+    const TempFolder folder;
+    const auto file = folder / "clip.avi";
+    Clip clip;
+    clip.size = size;
+    clip.cuts = {};
+    clip.frames = 2;
+    MakeRawAvi(format, clip, file);
+
+    Console console("test");
+    const PictureFormat read = OpenPictures(file, {kGoOn, console}, {})->Format();
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(&read.fourcc), 4), format.fourcc);
+    EXPECT_EQ(std::to_string(read.width) + 'x' + std::to_string(std::abs(read.height)), size);
+    EXPECT_EQ(read.height < 0, format.name == std::string("RGB24_TopDown"));
+    EXPECT_EQ(read.imageBytes,
+              static_cast<std::uint32_t>(read.width * std::abs(read.height) * read.bitCount / 8));
+    EXPECT_EQ(read.frameDuration, 400'000);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, UncompressedAvi,
+                         testing::Combine(testing::ValuesIn(kRawFormats),
+                                          testing::Values("320x240", "720x480", "720x576")),
+                         [](const auto& each) {
+                             return std::get<0>(each.param).name + std::string("_") + std::get<1>(each.param);
+                         });
 
 } // namespace
 } // namespace scenedetect
