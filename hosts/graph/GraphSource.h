@@ -3,7 +3,7 @@
 
 #include "reading/timing/SampleTable.h"
 #include "reading/timing/TimeScale.h"
-#include "running/detection/TimecodeReport.h"
+#include "running/detection/StartTimecode.h"
 
 #include <dshow.h>
 
@@ -29,7 +29,7 @@ class GraphSource {
     virtual void Finish() {}
 
     /// What is known of the first picture; once finished.
-    [[nodiscard]] virtual const TimecodeReport& Timecode() const = 0;
+    [[nodiscard]] virtual const StartTimecode& Timecode() const = 0;
 };
 
 } // namespace scenedetect

@@ -29,7 +29,7 @@ class OwnSource final : public GraphSource {
     [[nodiscard]] FilePlace PlaceOf(std::int32_t position) override;
     void Start() override;
     void Finish() override;
-    [[nodiscard]] const TimecodeReport& Timecode() const override { return m_timecode; }
+    [[nodiscard]] const StartTimecode& Timecode() const override { return m_timecode; }
 
   private:
     void Feed() noexcept;
@@ -41,7 +41,7 @@ class OwnSource final : public GraphSource {
     const ComRef<SourceFilter> m_filter;
     const AddedFilter m_added;
     SampleTable m_table;
-    TimecodeReport m_timecode;
+    StartTimecode m_timecode;
     std::thread m_thread;
     std::exception_ptr m_error; // of the thread, until that is over
 };

@@ -17,7 +17,7 @@ class SystemSource final : public GraphSource {
     [[nodiscard]] IPin& Output() const override { return *m_output; }
     [[nodiscard]] TimeScale Scale() const override;
     [[nodiscard]] FilePlace PlaceOf(std::int32_t position) override { return {position, position, -1}; }
-    [[nodiscard]] const TimecodeReport& Timecode() const override { return m_timecode; }
+    [[nodiscard]] const StartTimecode& Timecode() const override { return m_timecode; }
 
   private:
     const ComRef<IBaseFilter> m_reader;
@@ -25,7 +25,7 @@ class SystemSource final : public GraphSource {
     const AddedFilter m_addedReader;
     const AddedFilter m_addedSplitter;
     ComRef<IPin> m_output;
-    const TimecodeReport m_timecode;
+    const StartTimecode m_timecode;
 };
 
 } // namespace scenedetect

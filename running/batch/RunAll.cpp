@@ -3,8 +3,8 @@
 #include "running/batch/Progress.h"
 #include "running/listeners/Listeners.h"
 #include "running/listeners/OrderedOutput.h"
-#include "running/listeners/RunReport.h"
 #include "running/listeners/ScenePrinter.h"
+#include "running/listeners/VerboseLog.h"
 #include "running/run/SceneRun.h"
 
 #include <algorithm>
@@ -123,7 +123,8 @@ void Jobs::RunOne(std::size_t index) {
         if (!plan.outputs.WritesToStandardOutput())
             listeners.push_back(std::make_unique<ScenePrinter>(m_output, index, m_columns));
         if (m_console.IsVerbose())
-            listeners.push_back(std::make_unique<RunReport>(m_console, plan.run.detection.MethodWords(", ")));
+            listeners.push_back(
+                std::make_unique<VerboseLog>(m_console, plan.run.detection.MethodWords(", ")));
         SceneRun run(plan.run, reading, m_progress[index], std::move(listeners));
         FirstError first;
         first.Attempt([&run] { run.Run(); });

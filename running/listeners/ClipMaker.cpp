@@ -16,26 +16,26 @@ std::shared_ptr<const Picture> Share(PictureSample& sample) {
 
 } // namespace
 
-void ClipMaker::Begin(const RunFacts& facts) {
-    m_facts = facts;
-    const bool isDv = facts.format.fourcc == kDvFourcc;
+void ClipMaker::Begin(const RunInfo& info) {
+    m_info = info;
+    const bool isDv = info.format.fourcc == kDvFourcc;
     // A container's own sound lies beside its frames, so that its packets are what is to be cut.
-    if (isDv && (facts.media.isRawDv || m_settings.container.empty()))
+    if (isDv && (info.media.isRawDv || m_settings.container.empty()))
         m_cutter.emplace(m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); });
-    else if (facts.input == "-")
+    else if (info.input == "-")
         throw HostError(
             "standard input: only DV can be cut as it comes; for --split of other video, or into a "
             "container, give a file");
-    m_cut.path = facts.input;
-    m_cut.scale = facts.scale;
-    m_cut.firstPicture = facts.firstPlace;
+    m_cut.path = info.input;
+    m_cut.scale = info.scale;
+    m_cut.firstPicture = info.firstPlace;
 }
 
 void ClipMaker::Scene(const FoundScene& scene) {
     if (m_cutter)
-        m_cutter->BeginScene(scene.sample, NamesOf(scene, m_facts));
+        m_cutter->BeginScene(scene.sample, NamesOf(scene, m_info));
     else
-        m_cut.scenes.push_back({scene.place, NamesOf(scene, m_facts)});
+        m_cut.scenes.push_back({scene.place, NamesOf(scene, m_info)});
 }
 
 void ClipMaker::Passed(PictureSample& sample, std::int64_t /*index*/) {

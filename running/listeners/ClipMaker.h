@@ -17,7 +17,7 @@ class ClipMaker final : public RunListener {
     ClipMaker(ClipSettings settings, OutputClaims& claims, Console& console, RunProgress& progress)
         : m_settings(std::move(settings)), m_claims(claims), m_console(console), m_progress(progress) {}
 
-    void Begin(const RunFacts& facts) override;
+    void Begin(const RunInfo& info) override;
     void Scene(const FoundScene& scene) override;
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
@@ -29,7 +29,7 @@ class ClipMaker final : public RunListener {
     OutputClaims& m_claims;
     Console& m_console;
     RunProgress& m_progress;
-    RunFacts m_facts;
+    RunInfo m_info;
     std::optional<ClipCutter> m_cutter; // of DV frames; else:
     PacketCut m_cut;
 };

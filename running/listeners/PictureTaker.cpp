@@ -9,7 +9,7 @@
 namespace scenedetect {
 
 void PictureTaker::Scene(const FoundScene& scene) {
-    m_scenes.push_back({scene.sample, NamesOf(scene, m_facts)});
+    m_scenes.push_back({scene.sample, NamesOf(scene, m_info)});
 }
 
 void PictureTaker::Passed(PictureSample& sample, std::int64_t /*index*/) {
@@ -25,7 +25,7 @@ std::string PictureTaker::ClaimPath(const NameFields& fields, const PictureAt& a
 void PictureTaker::End(const RunEnd& end) {
     if (m_scenes.empty())
         return;
-    const auto fetcher = FrameFetcher::Open(m_facts.input, m_facts.media.isRawDv);
+    const auto fetcher = FrameFetcher::Open(m_info.input, m_info.media.isRawDv);
     m_progress.wanted = std::ssize(m_scenes) * std::ssize(m_settings.at);
     m_progress.made = 0;
     m_progress.products = "pictures";
@@ -39,7 +39,7 @@ void PictureTaker::End(const RunEnd& end) {
             if (const AVFrame* frame = fetcher->Fetch(place))
                 Write(*frame, fetcher->QuarterTurns(), ClaimPath(m_scenes[i].names, at));
             else
-                m_console.Message(m_facts.input + ": no picture of frame " + std::to_string(place.frame) +
+                m_console.Message(m_info.input + ": no picture of frame " + std::to_string(place.frame) +
                                   ": it cannot be decoded");
             ++m_progress.made;
         }

@@ -22,7 +22,7 @@ class PictureTaker final : public RunListener {
                  RunProgress& progress)
         : m_settings(settings), m_claims(claims), m_console(console), m_progress(progress) {}
 
-    void Begin(const RunFacts& facts) override { m_facts = facts; }
+    void Begin(const RunInfo& info) override { m_info = info; }
     void Scene(const FoundScene& scene) override;
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
@@ -40,7 +40,7 @@ class PictureTaker final : public RunListener {
     OutputClaims& m_claims;
     Console& m_console;
     RunProgress& m_progress;
-    RunFacts m_facts;
+    RunInfo m_info;
     SampleTable m_places; // all of them
     std::vector<Begun> m_scenes;
 };

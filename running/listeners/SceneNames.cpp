@@ -16,14 +16,14 @@ std::string TapeText(const char* format, int a, int b, int c) {
 
 } // namespace
 
-NameFields NamesOf(const FoundScene& scene, const RunFacts& facts) {
-    NameFields names{NameOfInput(facts.input),
+NameFields NamesOf(const FoundScene& scene, const RunInfo& info) {
+    NameFields names{NameOfInput(info.input),
                      scene.number,
                      scene.method,
                      scene.place.frame,
-                     facts.media.startTimecode
-                         ? SourceTimecodeText(scene.place, facts.scale, *facts.media.startTimecode)
-                         : TimecodeText(scene.place.time, facts.scale),
+                     info.media.startTimecode
+                         ? SourceTimecodeText(scene.place, info.scale, *info.media.startTimecode)
+                         : TimecodeText(scene.place.time, info.scale),
                      "",
                      ""};
     const std::span<const std::uint8_t> bytes = scene.picture->Bytes();

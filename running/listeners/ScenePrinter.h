@@ -16,8 +16,8 @@ class ScenePrinter final : public RunListener {
     ScenePrinter(OrderedOutput& output, std::size_t run, const SceneCsv::Columns& columns)
         : m_output(output), m_run(run), m_columns(columns) {}
 
-    void Begin(const RunFacts& facts) override {
-        m_csv.emplace(facts.scale, m_columns, facts.input);
+    void Begin(const RunInfo& info) override {
+        m_csv.emplace(info.scale, m_columns, info.input);
         m_output.Print(m_run, "");
     }
     void Scene(const FoundScene& scene) override {

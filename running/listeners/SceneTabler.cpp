@@ -9,17 +9,17 @@
 
 namespace scenedetect {
 
-void SceneTabler::Begin(const RunFacts& facts) {
-    m_table.input = facts.input;
-    m_table.name = NameOfInput(facts.input);
-    m_table.scale = facts.scale;
-    m_table.width = facts.media.width;
-    m_table.height = facts.media.height;
-    m_table.pixelAspect = facts.media.pixelAspect;
-    m_table.quarterTurns = facts.media.quarterTurns;
-    m_table.delay = facts.media.delay;
-    m_table.audio = facts.media.audio;
-    m_table.startTimecode = facts.media.startTimecode;
+void SceneTabler::Begin(const RunInfo& info) {
+    m_table.input = info.input;
+    m_table.name = NameOfInput(info.input);
+    m_table.scale = info.scale;
+    m_table.width = info.media.width;
+    m_table.height = info.media.height;
+    m_table.pixelAspect = info.media.pixelAspect;
+    m_table.quarterTurns = info.media.quarterTurns;
+    m_table.delay = info.media.delay;
+    m_table.audio = info.media.audio;
+    m_table.startTimecode = info.media.startTimecode;
 }
 
 void SceneTabler::Scene(const FoundScene& scene) {

@@ -21,7 +21,7 @@ class SceneTabler final : public RunListener {
     SceneTabler(std::int64_t shortest, std::vector<TableUse> uses)
         : m_shortest(shortest), m_uses(std::move(uses)) {}
 
-    void Begin(const RunFacts& facts) override;
+    void Begin(const RunInfo& info) override;
     void Scene(const FoundScene& scene) override;
     void End(const RunEnd& end) override;
 

@@ -15,9 +15,9 @@ class StatsLogger final : public RunListener {
     StatsLogger(std::string path, const DetectionParameters& parameters)
         : m_path(std::move(path)), m_parameters(parameters) {}
 
-    void Begin(const RunFacts& facts) override {
+    void Begin(const RunInfo& info) override {
         m_file.emplace(m_path, Existing::Replace);
-        m_writer.emplace(StatsSettings{facts.scale, m_parameters, {{"input", facts.input}}},
+        m_writer.emplace(StatsSettings{info.scale, m_parameters, {{"input", info.input}}},
                          [this](std::string_view text) { m_file->Write(text); });
     }
     void Figures(const FilePlace& place, const KxFrameFigures& figures) override {

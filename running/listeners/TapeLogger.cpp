@@ -4,11 +4,11 @@
 
 namespace scenedetect {
 
-void TapeLogger::Begin(const RunFacts& facts) {
-    if (facts.format.fourcc != kDvFourcc)
-        throw HostError(facts.input + ": --tape-log needs DV video of 25 Mbit/s");
+void TapeLogger::Begin(const RunInfo& info) {
+    if (info.format.fourcc != kDvFourcc)
+        throw HostError(info.input + ": --tape-log needs DV video of 25 Mbit/s");
     m_file.emplace(m_path, Existing::Replace);
-    m_log.emplace(TapeLogFormatOf(m_path).value(), facts.input,
+    m_log.emplace(TapeLogFormatOf(m_path).value(), info.input,
                   [this](std::string_view text) { m_file->Write(text); });
 }
 

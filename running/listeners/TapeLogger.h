@@ -15,7 +15,7 @@ class TapeLogger final : public RunListener {
     /// `path` ends with the suffix of a format of the log.
     explicit TapeLogger(std::string path) : m_path(std::move(path)) {}
 
-    void Begin(const RunFacts& facts) override;
+    void Begin(const RunInfo& info) override;
     void Irregular(const Irregularity& irregularity) override { m_log->Note(irregularity); }
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;

@@ -15,7 +15,7 @@
 namespace scenedetect {
 
 /// What is known once the input is open.
-struct RunFacts {
+struct RunInfo {
     std::string input; ///< path as given
     TimeScale scale;
     PictureFormat format; ///< of the first picture
@@ -48,7 +48,7 @@ class RunListener {
     static constexpr std::int64_t kLookBack = 2;
 
     virtual ~RunListener() = default;
-    virtual void Begin(const RunFacts& /*facts*/) {}
+    virtual void Begin(const RunInfo& /*info*/) {}
     virtual void Scene(const FoundScene& /*scene*/) {}
     /// Before the picture that follows it, or before End.
     virtual void Irregular(const Irregularity& /*irregularity*/) {}

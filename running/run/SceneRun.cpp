@@ -117,10 +117,10 @@ std::string SceneRun::Named(const std::string& text) const {
 void SceneRun::Begin(const FilePlace& first) {
     if (std::exchange(m_hasBegun, true))
         return;
-    const RunFacts facts{
+    const RunInfo info{
         m_settings.input,       m_reader->Scale(), m_reader->Format(), m_reader->Info(), first,
         m_reader->Description()};
-    Tell([&facts](RunListener& listener) { listener.Begin(facts); });
+    Tell([&info](RunListener& listener) { listener.Begin(info); });
 }
 
 // What the reader finds wrong on its way is told here, where a listener may throw.

@@ -6,7 +6,7 @@
 #include "reading/media/OpenPictures.h"
 #include "reading/timing/SampleTable.h"
 #include "running/detection/MarkSchedule.h"
-#include "running/detection/TimecodeReport.h"
+#include "running/detection/StartTimecode.h"
 #include "running/run/FilterGraph.h"
 #include "running/run/RunListener.h"
 #include "running/run/RunProgress.h"
@@ -61,7 +61,7 @@ class SceneRun {
     FilterGraph m_graph;
     std::vector<Detection> m_detections; // as the graph's filters
     SceneMerge m_merge;
-    TimecodeReport m_timecode;
+    StartTimecode m_timecode;
     std::optional<std::size_t> m_measuring; // the filter whose figures are wanted
     bool m_hasBegun = false;
     SampleTable m_measured; // places that figures are still to come for

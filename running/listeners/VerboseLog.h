@@ -11,12 +11,12 @@
 namespace scenedetect {
 
 /// `console` must outlive the object.
-class RunReport final : public RunListener {
+class VerboseLog final : public RunListener {
   public:
     /// `methods` are the words of those that find the scenes.
-    RunReport(Console& console, std::string methods) : m_console(console), m_methods(std::move(methods)) {}
+    VerboseLog(Console& console, std::string methods) : m_console(console), m_methods(std::move(methods)) {}
 
-    void Begin(const RunFacts& facts) override;
+    void Begin(const RunInfo& info) override;
     void End(const RunEnd& end) override;
 
   private:

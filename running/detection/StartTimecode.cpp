@@ -1,4 +1,4 @@
-#include "running/detection/TimecodeReport.h"
+#include "running/detection/StartTimecode.h"
 
 #include "filter/Dvutil.h"
 #include "platform/Text.h"
@@ -9,7 +9,7 @@
 
 namespace scenedetect {
 
-void TimecodeReport::Note(const Picture& first) {
+void StartTimecode::Note(const Picture& first) {
     const auto system = IdentifyDvFrame(first.Bytes());
     if (!system || first.format.fourcc != kDvFourcc)
         return;
@@ -30,7 +30,7 @@ void TimecodeReport::Note(const Picture& first) {
     m_onTape = text;
 }
 
-std::string TimecodeReport::Text(IKxSceneDetect& scenes) const {
+std::string StartTimecode::Text(IKxSceneDetect& scenes) const {
     if (m_first == FirstFrame::NotDv)
         return "no DV timecode: the video is not DV";
     ULONG start = 0;

@@ -1,4 +1,4 @@
-#include "running/listeners/RunReport.h"
+#include "running/listeners/VerboseLog.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -25,13 +25,13 @@ std::string RateText(Ratio rate) {
 
 } // namespace
 
-void RunReport::Begin(const RunFacts& facts) {
-    m_input = facts.input;
-    m_console.Detail(facts.input + ": " + facts.reader + "; " + FormatText(facts.format) + ", " +
-                     RateText(facts.scale.rate) + "; filters: " + m_methods);
+void VerboseLog::Begin(const RunInfo& info) {
+    m_input = info.input;
+    m_console.Detail(info.input + ": " + info.reader + "; " + FormatText(info.format) + ", " +
+                     RateText(info.scale.rate) + "; filters: " + m_methods);
 }
 
-void RunReport::End(const RunEnd& end) {
+void VerboseLog::End(const RunEnd& end) {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - m_begin;
     char text[100];
     std::snprintf(text, sizeof text, "%lld frames in %.2f s, %.0f frames/s",

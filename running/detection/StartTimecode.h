@@ -10,7 +10,7 @@ namespace scenedetect {
 
 /// The filter gives a frame number and does not tell 00:00:00:00 from no timecode, hence the look at the
 /// first frame. Note runs on the streaming thread, before Text is asked for on another.
-class TimecodeReport {
+class StartTimecode {
   public:
     void Note(const Picture& first);
     /// One sentence, once the run is over.
