@@ -17,6 +17,7 @@ namespace scenedetect {
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1;
 inline constexpr int kExitUsage = 2;
+inline constexpr int kExitPartial = 3;
 
 /// Where the values of the common options go. File names are UTF-8 (off Windows: as they were given).
 struct CommonOptions {
@@ -37,7 +38,8 @@ struct Setting {
 struct HostProgram {
     std::string name;
     std::string description;
-    std::string notes; ///< of the help text: input and output
+    std::string notes;     ///< of the help text: input and output
+    std::string exitNotes; ///< and what the exit codes mean
     CommonOptions common;
     bool takesMany = false; ///< more than one method, more than one input
     /// Adds the program's own options, as often as a command line is parsed; may be empty.

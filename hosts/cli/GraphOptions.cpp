@@ -23,13 +23,19 @@ the frame of the file, from 0; with the host's own source frames that were dropp
 Positions of --mark and of the scene list count the pictures that are there.
 )";
 
+constexpr const char* kExitNotes =
+    "Exit codes: 0 done, 1 the input cannot be read or the scene list not be written, 2 wrong command line.";
+
 } // namespace
 
 std::optional<EarlyEnd> ParseCommandLine(int argc, const char* const* argv, GraphOptions& options) {
     const std::map<std::string, SourceKind> sources = {
         {"auto", SourceKind::Automatic}, {"system", SourceKind::System}, {"own", SourceKind::Own}};
-    HostProgram program{
-        "kxscenes-graph", kDescription, kNotes, {options.detection, options.xmlPath, options.inputs}};
+    HostProgram program{"kxscenes-graph",
+                        kDescription,
+                        kNotes,
+                        kExitNotes,
+                        {options.detection, options.xmlPath, options.inputs}};
     program.addOptions = [&](CLI::App& app) {
         app.add_option("--module", options.modulePath,
                        "Load the filter from this file instead of the registered one")

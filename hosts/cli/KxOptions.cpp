@@ -39,6 +39,11 @@ there. Of several files the scenes are printed in the order of the files, each l
 the file's name (column "file").
 )";
 
+constexpr const char* kExitNotes =
+    R"(Exit codes: 0 done, 1 an input cannot be read or an output not be written (then lists, logs and
+report of that input keep what they had, and clips that were whole stay), 2 wrong command line, 3 an
+input ends early, 130 and 143 stopped by Ctrl-C or a kill: what is written then is partial.)";
+
 int CoreCount() {
     return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 }
@@ -80,7 +85,7 @@ void AddMessageOptions(CLI::App& app, KxOptions& options) {
 
 void AddConfigOptions(CLI::App& app, KxOptions& options) {
     CLI::Option* config =
-        app.add_option("--config", options.configPath,
+        app.add_option("--config", options.batch.configPath,
                        "Read options from this file instead of kxscenes/kxscenes.conf in the user's "
                        "configuration folder; lines such as method=video, without dashes")
             ->type_name("FILE")
@@ -102,6 +107,7 @@ HostProgram KxProgram(KxOptions& options) {
     HostProgram program{"kxscenes",
                         kDescription,
                         std::string(kNotes) + kOutputNotes,
+                        kExitNotes,
                         {batch.detection, batch.xmlPath, batch.inputs},
                         true};
     program.versionNotes = VersionNotes();
@@ -113,8 +119,10 @@ HostProgram KxProgram(KxOptions& options) {
     };
     program.check = [outputs] { return outputs->Check(); };
     program.readSettings = [&options] {
-        const std::string path = options.configPath.empty() ? UserConfigFile() : options.configPath;
-        return options.ignoresConfig || path.empty() ? std::vector<Setting>() : ReadConfigFile(path);
+        std::string& path = options.batch.configPath;
+        if (path.empty() && !options.ignoresConfig)
+            path = UserConfigFile();
+        return path.empty() ? std::vector<Setting>() : ReadConfigFile(path);
     };
     return program;
 }

@@ -14,7 +14,6 @@ struct KxOptions {
     BatchSettings batch;
     bool isQuiet = false;
     bool isVerbose = false;
-    std::string configPath; ///< empty: the one in the user's folder, if any
     bool ignoresConfig = false;
 };
 

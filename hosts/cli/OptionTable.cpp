@@ -22,8 +22,7 @@ frames is not reported: a frame is judged by its two neighbours on either side.
 
 constexpr const char* kEndingNotes = R"(
 Ctrl-C ends the run early: the scenes so far are printed and written. A second one stops at once.
-Exit codes: 0 done (also when the input breaks off: a warning says so), 1 the input cannot be read
-or an output not be written, 2 wrong command line.)";
+)";
 
 // One more than the last position that still leaves "video" its two frames of look-ahead in 31 bits.
 constexpr std::uint32_t kMarkLimit = std::numeric_limits<std::int32_t>::max() - 2;
@@ -45,7 +44,7 @@ OptionTable::OptionTable(const HostProgram& program) : app(program.description, 
     // A name that begins with a slash is a file on every system.
     app.allow_windows_style_options(false);
     app.formatter(std::make_shared<HelpFormatter>());
-    app.footer(kMethodNotes + program.notes + kEndingNotes);
+    app.footer(kMethodNotes + program.notes + kEndingNotes + program.exitNotes);
     app.set_help_flag(); // comes last
 
     DetectionSettings& detection = program.common.detection;

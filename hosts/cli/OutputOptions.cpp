@@ -34,6 +34,13 @@ CLI::Option* AddPath(CLI::App& app, const char* name, std::string& path, const c
         ->check([](const std::string& text) { return text.empty() ? "a file name is empty" : ""; });
 }
 
+CLI::Option* AddFolder(CLI::App& app, const char* name, std::string& path, const std::string& help,
+                       const char* group) {
+    return AddPath(app, name, path, "DIR", help, group)->check([](const std::string& text) {
+        return text == "-" ? "a folder is wanted; one of that name is ./-" : "";
+    });
+}
+
 CLI::Option* AddPatternPath(CLI::App& app, const char* name, std::string& path, const std::string& help,
                             const char* group) {
     return AddPath(app, name, path, "FILE", help, group)->check(NamePattern::ErrorIn);
@@ -46,8 +53,8 @@ Names: file names and --names may have fields in braces: {name} is the input's n
 and suffix, {method} what found the scene; in names of clips and pictures also {scene} (from 1,
 four digits), {frame} (seven digits; of pictures their own), {timecode} (the source's, or counted
 from the first frame), and {date} and {time} as DV frames carry them. {{ and }} stand for single
-braces. No file is written twice in one run. "-" is the standard output, on which the scenes are not
-printed then.
+braces. Folders are made. No file is written twice in one run. "-" is the standard output, for one
+output of one input; the scenes are not printed then.
 
 Clips of DV are the frames of the tape, byte for byte; other codecs are cut without encoding, from
 the nearest key frame on, which a line tells. A clip that is there already is kept unless --force.
@@ -73,8 +80,8 @@ void OutputOptions::AddLists(CLI::App& app) {
         ->allow_extra_args(false)
         ->take_all()
         ->check([](const std::string& name) { return FormatByName(name) ? "" : UnknownFormatText(name); });
-    app.add_option("--min-scene", m_settings.outputs.shortestScene,
-                   "Merge scenes of fewer frames into the one before, in what -o and --report write")
+    app.add_option("--min-scene", m_settings.shortestScene,
+                   "Take scenes of fewer frames for a part of the one before, everywhere but in --xml")
         ->type_name("N")
         ->group(kGroup)
         ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
@@ -90,14 +97,13 @@ void OutputOptions::AddClips(CLI::App& app) {
     constexpr const char* kGroup = "Clips and pictures";
     ClipSettings& clips = m_settings.outputs.clips;
     PictureSettings& pictures = m_settings.outputs.pictures;
-    AddPath(app, "--split", clips.folder, "DIR", "Cut the input into a file a scene, in this folder", kGroup);
+    AddFolder(app, "--split", clips.folder, "Cut the input into a file a scene, in this folder", kGroup);
     app.add_option("--container", clips.container,
                    "Container of the clips, with sound; raw DV, or that of the source, unless told")
         ->type_name("avi|mov|mkv|mp4")
         ->group(kGroup)
         ->check(CLI::IsMember({"avi", "mov", "mkv", "mp4"}));
-    AddPath(app, "--pictures", pictures.folder, "DIR", "Write a picture of each scene to this folder",
-            kGroup);
+    AddFolder(app, "--pictures", pictures.folder, "Write a picture of each scene to this folder", kGroup);
     m_choosesPictures = false;
     const auto setMoments = [this, &pictures](const std::vector<std::string>& words) {
         m_choosesPictures = true;
@@ -189,7 +195,8 @@ std::string OutputOptions::MatchFormats() {
 
 // Options that want others, or a file that can be read twice.
 std::string OutputOptions::FindMissing() const {
-    const auto& [inputs, detection, xmlPath, range, outputs, savedStatsPath, jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, savedStatsPath, configPath,
+                 jobs] = m_settings;
     const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
     const bool wantsVideo = !detection.parameters.IsEmpty() || !outputs.statsPath.empty();
     if (const std::string wrong = xmlPath.empty() ? "" : NamePattern::ErrorIn(xmlPath); !wrong.empty())
@@ -198,6 +205,12 @@ std::string OutputOptions::FindMissing() const {
         return "--tape-log writes .csv and .json: " + outputs.tapeLogPath;
     if (readsStream && !outputs.pictures.folder.empty())
         return "--pictures reads its input twice, so it must be a file";
+    for (const OutputSettings::List& list : outputs.lists)
+        if (readsStream && list.format->needsFile)
+            return std::string(list.format->name) + " has to point to a file, so the input must be one";
+    for (const PictureAt& at : outputs.pictures.at)
+        if (std::ranges::count(outputs.pictures.at, at.word, &PictureAt::word) > 1)
+            return "--picture-at " + at.word + " is given twice";
     if (wantsVideo && !detection.Uses(KxMethodVideo))
         return "--stats and the parameters go with --method video only";
     if (!outputs.clips.container.empty() && outputs.clips.folder.empty())
@@ -209,7 +222,8 @@ std::string OutputOptions::FindMissing() const {
 
 // Without the input only its scenes are known.
 std::string OutputOptions::FindBeyondStats() const {
-    const auto& [inputs, detection, xmlPath, range, outputs, savedStatsPath, jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, savedStatsPath, configPath,
+                 jobs] = m_settings;
     if (savedStatsPath.empty())
         return inputs.empty() ? "INPUT is required" : "";
     if (!inputs.empty())

@@ -83,7 +83,7 @@ void GraphHost::Run() {
         error.Attempt([this] { PrintScenes(); });
     m_scenes->EnableDetection(FALSE);
     if (isWritable && !m_options.xmlPath.empty())
-        error.Attempt([this] { CheckSceneList(m_options.xmlPath, m_csv->SceneCount()); });
+        error.Attempt([this] { (void)ReadSceneList(m_options.xmlPath, m_csv->SceneCount()); });
     error.Rethrow();
     ReportEnd(isInterrupted);
 }

@@ -2,10 +2,12 @@
 #include "hosts/cli/KxOptions.h"
 #include "products/files/UnfinishedFile.h"
 #include "reading/base/Console.h"
+#include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegLog.h"
 #include "running/batch/RunAll.h"
 #include "running/batch/SavedRun.h"
 
+#include <array>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
@@ -16,7 +18,12 @@
 namespace {
 
 std::atomic<bool> g_stop = false;
-static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
+std::atomic<int> g_signal = 0; // that has stopped the run
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free,
+              "set by a signal handler");
+
+// Of a terminal, a service, and a terminal that is gone.
+constexpr std::array kStopSignals = {SIGINT, SIGTERM, SIGHUP};
 
 void EndAtOnce(int signal) {
     scenedetect::UnfinishedFile::RemoveAll();
@@ -24,17 +31,21 @@ void EndAtOnce(int signal) {
     std::raise(signal);
 }
 
-void StopRun(int /*signal*/) {
+void StopRun(int signal) {
+    int none = 0;
+    if (!g_signal.compare_exchange_strong(none, signal))
+        EndAtOnce(signal);
     g_stop = true;
-    std::signal(SIGINT, EndAtOnce);
-    std::signal(SIGTERM, EndAtOnce);
 }
 
 void SetUpSignals() {
     struct sigaction action = {};
     action.sa_handler = StopRun;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    struct sigaction hangUp = {};
+    sigaction(SIGHUP, nullptr, &hangUp);
+    for (const int each : kStopSignals)
+        if (each != SIGHUP || hangUp.sa_handler != SIG_IGN) // as nohup sets it
+            sigaction(each, &action, nullptr);
     // A reader that went away and a file at its limit are errors of writing like any other.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
@@ -59,20 +70,39 @@ scenedetect::Verbosity VerbosityOf(const scenedetect::KxOptions& options) {
                                : scenedetect::Verbosity::Normal;
 }
 
-int Run(const scenedetect::BatchSettings& batch, scenedetect::Console& console) {
-    try {
-        if (!batch.savedStatsPath.empty()) {
-            scenedetect::DecideFromStats(batch, console);
-            return scenedetect::kExitSuccess;
-        }
-        scenedetect::OutputClaims claims;
-        const auto plans = scenedetect::MakePlans(batch, claims);
-        const bool isDone = scenedetect::RunAll(plans, batch.jobs, claims, g_stop, console);
-        return isDone ? scenedetect::kExitSuccess : scenedetect::kExitFailure;
-    } catch (const std::exception& error) {
-        console.Error(error.what());
+int ExitCodeOf(scenedetect::BatchEnding ending) {
+    constexpr int kSignal = 128; // as shells count
+    switch (ending) {
+    case scenedetect::BatchEnding::Complete:
+        return scenedetect::kExitSuccess;
+    case scenedetect::BatchEnding::BrokeOff:
+        return scenedetect::kExitPartial;
+    case scenedetect::BatchEnding::Stopped:
+        return kSignal + g_signal;
+    case scenedetect::BatchEnding::OutputClosed:
+        return kSignal + SIGPIPE;
+    case scenedetect::BatchEnding::Failed:
+        break;
     }
     return scenedetect::kExitFailure;
+}
+
+scenedetect::BatchEnding Run(const scenedetect::BatchSettings& batch, scenedetect::Console& console) {
+    using scenedetect::BatchEnding;
+    try {
+        scenedetect::OutputClaims claims;
+        if (!batch.savedStatsPath.empty()) {
+            scenedetect::DecideFromStats(batch, claims, console);
+            return BatchEnding::Complete;
+        }
+        const auto plans = scenedetect::MakePlans(batch, claims);
+        return scenedetect::RunAll(plans, batch.jobs, claims, g_stop, console);
+    } catch (const scenedetect::OutputClosed&) {
+        return BatchEnding::OutputClosed;
+    } catch (const std::exception& error) {
+        console.Error(scenedetect::ErrorText(error));
+    }
+    return BatchEnding::Failed;
 }
 
 } // namespace
@@ -92,5 +122,5 @@ int main(int argc, char** argv) {
     }
     SetUpSignals();
     scenedetect::CaptureFfmpegLog();
-    return Run(options.batch, console);
+    return ExitCodeOf(Run(options.batch, console));
 }

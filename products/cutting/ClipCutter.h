@@ -15,11 +15,11 @@
 namespace scenedetect {
 
 /// Holds the last samples until the scenes in them are known, so that their bytes go to the file without a
-/// copy. All members throw HostError when a clip can't be written; of that clip nothing remains then. One
-/// thread at a time.
+/// copy; the frames of a scene that is known later are moved from the clip before. All members throw
+/// HostError when a clip can't be written; of that clip nothing remains then. One thread at a time.
 class ClipCutter {
   public:
-    /// A scene lies at most so many samples before the one at which it is found.
+    /// So many samples are held; a scene that begins before them costs a copy.
     static constexpr std::size_t kLookBack = 2;
 
     /// `claims` must outlive the object.
@@ -28,9 +28,9 @@ class ClipCutter {
     ClipCutter(const ClipCutter&) = delete;
     ClipCutter& operator=(const ClipCutter&) = delete;
 
-    /// A scene begins at this sample, counted from 0, which must be one of the last kLookBack that were added
-    /// or one still to come. Another at the same sample changes nothing. The frame among the names is filled
-    /// in.
+    /// A scene begins at this sample, counted from 0: one of the clip that is being written, of those held or
+    /// of those still to come. Another at the same sample changes nothing. The frame among the names is
+    /// filled in.
     void BeginScene(std::int64_t sample, const NameFields& names);
     /// The picture of the next sample, a DV frame, whose bytes stay as long as it is shared; the scenes that
     /// were found with it have been announced. At most kLookBack are held when this returns.
@@ -42,9 +42,11 @@ class ClipCutter {
     struct OpenClip;
 
     void WriteOldest();
-    void BeginClip(const Picture& first, NameFields names);
+    void BeginClip(std::int64_t frame, NameFields names);
     void AppendFrame(const Picture& picture);
+    void SplitClip(std::int64_t sample, const NameFields& names);
     void FinishClip();
+    static void RequireOneSystem(const OpenClip& open);
 
     const ClipSettings m_settings;
     const std::optional<Container> m_container; // none: raw

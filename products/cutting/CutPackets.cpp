@@ -61,6 +61,11 @@ std::int64_t AudioTail(const PacketSource& source, const Container& container) {
     return container.format->name == std::string_view("mxf") ? DecodingDelay(source) : 0;
 }
 
+Container ContainerOf(const std::string& path, const PacketSource& source, const ClipSettings& settings) {
+    return settings.container.empty() ? ContainerLike(path, source.Streams())
+                                      : ContainerNamed(settings.container);
+}
+
 class CutRun {
   public:
     CutRun(const ClipSettings& settings, const PacketCut& cut, OutputClaims& claims,
@@ -71,8 +76,7 @@ class CutRun {
           m_listener(listener),
           m_origin(FindOrigin(cut)),
           m_source(cut.path),
-          m_container(settings.container.empty() ? ContainerLike(cut.path, m_source.Streams())
-                                                 : ContainerNamed(settings.container)),
+          m_container(ContainerOf(cut.path, m_source, settings)),
           m_tolerance(av_rescale_q(1, av_inv_q(m_source.Rate()), m_source.Video().time_base) / 4),
           m_audioLead(AudioLead(m_source, m_container)),
           m_audioTail(AudioTail(m_source, m_container)) {}
@@ -240,6 +244,10 @@ class CutRun {
 };
 
 } // namespace
+
+std::string ClipSuffixOf(const std::string& path, const ClipSettings& settings) {
+    return ContainerOf(PacketSource(path), settings).suffix;
+}
 
 void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims,
                 const ClipListener& listener) {

@@ -25,6 +25,9 @@ struct PacketCut {
     std::optional<std::int64_t> end; ///< time of the first picture after the last scene; none: the file's end
 };
 
+/// The suffix of the clips of this file, with the dot. HostError when it can't be read.
+[[nodiscard]] std::string ClipSuffixOf(const std::string& path, const ClipSettings& settings);
+
 /// Each clip begins at the nearest key frame at or before its scene (its note says by how much), and ends
 /// with the last packet that is presented before the next scene; audio is cut to the same span and stays in
 /// step. The scenes may come in any order; of several at one place the first counts. Without a container

@@ -1,5 +1,6 @@
 #include "products/files/NamePattern.h"
 
+#include "reading/base/HostError.h"
 #include "support/FileName.h"
 
 #include <algorithm>
@@ -58,19 +59,8 @@ std::string CleanValue(const std::string& value, std::string_view missing) {
     return clean.empty() ? std::string(missing) : clean;
 }
 
-// Off the end, by whole characters where it is UTF-8.
-void Shorten(std::string& text, std::size_t bytes) {
-    const auto isInside = [&](std::size_t at) {
-        return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
-    };
-    std::size_t left = text.size() - std::min(bytes, text.size());
-    for (int back = 0; back < 3 && left > 0 && isInside(left); ++back)
-        --left;
-    text.resize(left);
-}
-
 std::string UnknownField(std::string_view name) {
-    std::string text = "{" + std::string(name) + "} is none of the fields";
+    std::string text = "{" + std::string(name) + "} is not a field; there are";
     for (const Field& field : kFields)
         text += (&field == kFields.begin() ? " {" : ", {") + std::string(field.name) + "}";
     return text;
@@ -123,42 +113,21 @@ std::string NamePattern::ErrorIn(const std::string& text) {
     return error.empty() ? "" : "pattern \"" + text + "\": " + error;
 }
 
-bool NamePattern::Has(std::string_view field) const {
-    for (const Component& component : m_components)
-        for (const Piece& piece : component)
-            if (piece.IsField(field))
-                return true;
-    return false;
-}
-
 std::string NamePattern::Expand(const Component& component, const NameFields& fields,
                                 std::string_view suffix) {
-    std::vector<std::string> values;
-    std::size_t bytes = suffix.size();
-    std::size_t names = 0;
+    std::string text;
     for (const Piece& piece : component) {
         const Field* const field = piece.isField ? FindField(piece.text) : nullptr;
-        values.push_back(field ? CleanValue(field->value(fields), field->missing) : piece.text);
-        bytes += values.back().size();
-        names += piece.IsField("name") ? 1 : 0;
-    }
-    std::string text;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if (component[i].IsField("name") && bytes > kLongestName)
-            Shorten(values[i], (bytes - kLongestName + names - 1) / names);
-        text += values[i];
+        text += field ? CleanValue(field->value(fields), field->missing) : piece.text;
     }
     const bool hasFields = std::ranges::any_of(component, &Piece::isField);
     if (hasFields && suffix.empty() && (text == "." || text == ".."))
         std::ranges::fill(text, '_');
-    std::string end(suffix);
-    if (const std::size_t dot = text.rfind('.'); end.empty() && dot != std::string::npos) {
-        end = text.substr(dot);
-        text.resize(dot);
-    }
-    if (text.size() + end.size() > kLongestName)
-        Shorten(text, text.size() + end.size() - kLongestName);
-    return text + end;
+    text += suffix;
+    if (text.size() > kLongestName)
+        throw HostError(text + ": cannot be a file's name, which has " + std::to_string(kLongestName) +
+                        " bytes at the most; choose a shorter one");
+    return text;
 }
 
 std::string NamePattern::Expand(const NameFields& fields, std::string_view suffix) const {

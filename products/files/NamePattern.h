@@ -32,19 +32,14 @@ class NamePattern {
     /// What is wrong with a pattern, in one line; empty when nothing is.
     [[nodiscard]] static std::string ErrorIn(const std::string& text);
 
-    /// Whether the pattern has the field: Has("scene").
-    [[nodiscard]] bool Has(std::string_view field) const;
-    /// The name, ending with `suffix`. No value can add a folder or lead to one above; a name longer than 255
-    /// bytes is made so by a shorter {name} where there is one, else cut before the suffix (the pattern's own
-    /// when none is given).
+    /// The name, ending with `suffix`. No value can add a folder or lead to one above. HostError for a name
+    /// of more than 255 bytes.
     [[nodiscard]] std::string Expand(const NameFields& fields, std::string_view suffix = "") const;
 
   private:
     struct Piece {
         bool isField;
         std::string text;
-
-        [[nodiscard]] bool IsField(std::string_view name) const { return isField && text == name; }
     };
     // Between slashes.
     using Component = std::vector<Piece>;

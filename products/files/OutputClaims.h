@@ -16,16 +16,19 @@ class OutputClaims {
   public:
     /// An input of the run: no output may replace it, under whatever name it is known.
     void AddInput(const std::string& path);
-    /// HostError when this run has claimed the file before, or reads it. Pipes and devices may be claimed
-    /// again and again.
+    /// HostError when this run has claimed the file or the standard stream before, or reads it. Pipes and
+    /// devices with names may be claimed again and again.
     void Claim(const std::string& path);
-    /// Claims a file in this folder, which is made if it is not there, and returns its path.
+    /// Claims a file in this folder, and returns its path.
     [[nodiscard]] std::string ClaimIn(const std::string& folder, const std::string& name);
+    /// Whether the standard output is among what was claimed.
+    [[nodiscard]] bool HasStandardOutput() const;
 
   private:
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::set<std::pair<dev_t, ino_t>> m_inputs;
     std::set<std::string> m_outputs;
+    std::set<int> m_descriptors;
 };
 
 } // namespace scenedetect

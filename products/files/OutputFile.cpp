@@ -1,5 +1,8 @@
 #include "products/files/OutputFile.h"
 
+#include "reading/base/HostError.h"
+
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -16,6 +19,10 @@ namespace {
 
 constexpr std::size_t kPendingBytes = 1 << 16;
 constexpr mode_t kMode = 0666; // the umask takes away what it is set to
+
+std::filesystem::path FolderOf(const std::filesystem::path& file) {
+    return file.has_parent_path() ? file.parent_path() : ".";
+}
 
 // Short, whatever the final name's length. The dot hides it from listings and from patterns of the shell.
 std::string HiddenName() {
@@ -54,10 +61,19 @@ OutputFile::~OutputFile() {
         unlink(m_writingPath.c_str());
 }
 
+void OutputFile::Fail(int code) const {
+    if (code == EPIPE && m_target.descriptor == STDOUT_FILENO)
+        throw OutputClosed();
+    FailToWrite(m_path, code);
+}
+
 void OutputFile::OpenBeside() {
+    std::error_code error;
+    if (std::filesystem::create_directories(FolderOf(m_target.file), error); error)
+        FailToWrite(FolderOf(m_target.file), error.value());
     do {
-        m_writingPath = (m_target.file.parent_path() / HiddenName()).native();
-        m_descriptor = open(m_writingPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+        m_writingPath = (FolderOf(m_target.file) / HiddenName()).native();
+        m_descriptor = open(m_writingPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
     } while (m_descriptor == -1 && errno == EEXIST);
     if (m_descriptor != -1)
         m_unfinished.emplace(m_writingPath);
@@ -96,6 +112,23 @@ void OutputFile::Send(std::span<const std::uint8_t> bytes) {
     }
 }
 
+void OutputFile::MoveTail(std::int64_t offset, OutputFile& target) {
+    Flush();
+    std::vector<std::uint8_t> piece(kPendingBytes);
+    for (std::int64_t from = offset; from < m_size;) {
+        const ssize_t got = pread(m_descriptor, piece.data(), piece.size(), from);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            Fail(got == 0 ? EIO : errno);
+        target.Write(std::span(piece).first(static_cast<std::size_t>(got)));
+        from += got;
+    }
+    if (ftruncate(m_descriptor, offset) != 0 || lseek(m_descriptor, offset, SEEK_SET) == -1)
+        Fail(errno);
+    m_size = offset;
+}
+
 // Some file systems tell only now that there was no room.
 void OutputFile::Close() {
     if (close(std::exchange(m_descriptor, -1)) != 0 && errno != EINTR)
@@ -128,9 +161,21 @@ void OutputFile::TakeFinalName() {
         Fail(errno);
 }
 
+void WriteFile(const std::string& path, Existing existing, std::string_view text) {
+    OutputFile file(path, existing);
+    file.Write(text);
+    file.Commit();
+}
+
 void RequireWritable(const std::string& path, Existing existing) {
-    if (FindOutputTarget(path, existing).kind == OutputTarget::Kind::File)
+    const OutputTarget target = FindOutputTarget(path, existing);
+    if (target.kind != OutputTarget::Kind::File)
+        return;
+    std::error_code error;
+    if (const auto folder = FolderOf(target.file); std::filesystem::exists(folder, error))
         OutputFile(path, existing); // trying tells more than asking, and leaves nothing
+    else
+        RequireWritableFolder(folder);
 }
 
 void RequireWritableFolder(const std::string& folder) {

@@ -14,9 +14,9 @@
 namespace scenedetect {
 
 /// Bytes go to a hidden file beside the final one, which takes its name with Commit; without that nothing
-/// remains. A symbolic link stays one, and the file that it leads to is replaced. Pipes, devices and the
-/// standard output ("-") are written straight. All members throw HostError when writing fails, with a line
-/// that names the file and the reason. One thread at a time.
+/// remains. A folder that is not there is made. A symbolic link stays one, and the file that it leads to is
+/// replaced. Pipes, devices and the standard output ("-") are written straight. All members throw HostError
+/// when writing fails, with a line that names the file and the reason. One thread at a time.
 class OutputFile {
   public:
     /// Opening a pipe waits for its reader.
@@ -30,6 +30,8 @@ class OutputFile {
     void Write(std::string_view text);
     /// Sends out what was collected.
     void Flush();
+    /// Moves what was written from `offset` on to the end of another file.
+    void MoveTail(std::int64_t offset, OutputFile& target);
     /// Closes the file and gives it its name. Under Existing::Keep a file of this name that has come up
     /// meanwhile stays, and this fails. Nothing can be written any more.
     void Commit();
@@ -41,7 +43,7 @@ class OutputFile {
     [[nodiscard]] std::int64_t Size() const { return m_size; }
 
   private:
-    [[noreturn]] void Fail(int code) const { FailToWrite(m_path, code); }
+    [[noreturn]] void Fail(int code) const;
     void OpenBeside();
     void Send(std::span<const std::uint8_t> bytes);
     void Close();
@@ -57,8 +59,11 @@ class OutputFile {
     std::vector<std::uint8_t> m_pending;
 };
 
-/// HostError now when an OutputFile of this path would fail at once later on: the folder is missing or
-/// read-only, the file is there and is to be kept. Leaves nothing behind.
+/// A file that is written all at once.
+void WriteFile(const std::string& path, Existing existing, std::string_view text);
+
+/// HostError now when an OutputFile of this path would fail at once later on: the folder is read-only or
+/// can't be made, the file is there and is to be kept. Leaves nothing behind.
 void RequireWritable(const std::string& path, Existing existing);
 /// The same for a folder of outputs, which is made when the first of them comes.
 void RequireWritableFolder(const std::string& folder);

@@ -35,8 +35,6 @@ std::optional<int> DescriptorNamed(std::string_view path) {
 
 std::string_view Advice(int code) {
     switch (code) {
-    case ENOENT:
-        return "; make its folder first";
     case ENOSPC:
     case EDQUOT:
         return "; make room there, or choose another folder";
@@ -54,8 +52,12 @@ void RequireAccess(const std::string& path, const fs::path& file, int mode) {
 
 } // namespace
 
+std::string NameOfOutput(const std::string& path) {
+    return path == "-" ? "standard output" : path;
+}
+
 void FailToWrite(const std::string& path, int code) {
-    const std::string shown = path == "-" ? "standard output" : path;
+    const std::string shown = NameOfOutput(path);
     if (code == EEXIST)
         throw HostError(shown + ": exists already; --force overwrites it");
     throw HostError(shown + ": cannot be written: " + std::generic_category().message(code) +

@@ -24,6 +24,13 @@ struct OutputTarget {
 /// that is there under `Keep`, and for what the user may not write.
 [[nodiscard]] OutputTarget FindOutputTarget(const std::string& path, Existing existing);
 
+[[nodiscard]] inline std::string PathIn(const std::string& folder, const std::string& name) {
+    return (std::filesystem::path(folder) / name).native();
+}
+
+/// For people: "-" is the standard output.
+[[nodiscard]] std::string NameOfOutput(const std::string& path);
+
 /// Throws HostError: "PATH: cannot be written: " with the text of the system's error and, where that helps,
 /// what to do; for EEXIST that the file is there.
 [[noreturn]] void FailToWrite(const std::string& path, int code);

@@ -22,7 +22,7 @@ constexpr OutputFormat kFormats[] = {
     {"json", kJson, SceneJson, "everything known of each scene, frames from 0"},
     {"edl", kEdl, Edl, "CMX 3600 edit decision list"},
     {"otio", kOtio, Otio, "OpenTimelineIO timeline, a clip a scene"},
-    {"fcpxml", kFcpxml, Fcpxml, "FCPXML 1.8 project, a clip a scene"},
+    {"fcpxml", kFcpxml, Fcpxml, "FCPXML 1.8 project, a clip a scene", true},
     {"qp", kQp, QpFile, "QP file: x264 and x265 begin each scene with a key frame"},
     {"ffmeta", kFfmeta, MetadataChapters, "chapters as FFmpeg metadata"},
     {"mkvchapters", kMkvChapters, MatroskaChapters, "chapters as Matroska XML, for mkvmerge"},

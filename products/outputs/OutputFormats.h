@@ -14,6 +14,7 @@ struct OutputFormat {
     std::span<const std::string_view> suffixes; ///< lower case, with their dots; some have two
     std::string (*write)(const SceneTable&);    ///< HostError when the format can't hold the table
     std::string_view help;                      ///< half a line
+    bool needsFile = false;                     ///< the input must have a name that the list can point to
 };
 
 [[nodiscard]] std::span<const OutputFormat> OutputFormats();

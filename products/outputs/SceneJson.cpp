@@ -42,8 +42,10 @@ std::string SceneJson(const SceneTable& table) {
                  {"pixel_aspect", RatioText(table.pixelAspect)},
                  {"rate", RatioText(table.scale.rate)},
                  {"constant_rate", HasConstantRate(table)},
-                 {"frame_count", table.frameCount},
-                 {"scenes", Json::array()}};
+                 {"frame_count", table.frameCount}};
+    if (!table.partial.empty())
+        json["partial"] = table.partial;
+    json["scenes"] = Json::array();
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
         json["scenes"].push_back({{"scene", i + 1},

@@ -36,6 +36,7 @@ struct SceneTable {
     int quarterTurns = 0;             ///< clockwise, that stand the pictures upright: 0 to 3
     std::int64_t delay = 0;           ///< microseconds from the start of the file to its first frame
     std::int64_t frameCount = 0;
+    std::string partial; ///< why the table ends before the input does; empty: it does not
     std::vector<SceneSpan> scenes;
 };
 

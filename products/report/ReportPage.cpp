@@ -244,7 +244,8 @@ std::string SummaryText(const SceneTable& table) {
     auto [width, height] = std::pair(table.width, table.height);
     if (table.quarterTurns % 2 != 0)
         std::swap(width, height);
-    return Counted(table.scenes.size(), "scene") + " in " +
+    return (table.partial.empty() ? "" : Element("strong", "", "Partial: " + table.partial) + "; ") +
+           Counted(table.scenes.size(), "scene") + " in " +
            Counted(static_cast<std::size_t>(whole.FrameCount()), "frame") + ", " +
            LengthText(whole, table.scale) + ", " + rate + " frames a second" +
            (table.width > 0 ? ", " + std::to_string(width) + " &times; " + std::to_string(height) : "");

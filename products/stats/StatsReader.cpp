@@ -11,6 +11,7 @@
 #include <limits>
 #include <span>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace scenedetect {
@@ -23,6 +24,9 @@ constexpr const char* kNames[kColumns] = {"frame",  "difference", "level", "fill
 constexpr std::int64_t kMostInFigures = 255;
 // So that sums of a few can be reckoned with.
 constexpr std::int64_t kMost = std::int64_t{1} << 60;
+// Of times, which are counted in other units later on: 68 years.
+constexpr std::int64_t kMostSeconds = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMostFrames = std::numeric_limits<std::int32_t>::max();
 
 /// A field in quotes, short and on one line whatever stands in it.
 std::string Quoted(std::string_view field) {
@@ -50,7 +54,8 @@ class Parser {
   public:
     explicit Parser(Stats& stats) : m_stats(stats), m_numbers(NumbersOf(stats.settings)) {}
 
-    void Take(const std::vector<std::string>& fields) {
+    void Take(std::int64_t line, const std::vector<std::string>& fields) {
+        m_line = line;
         if (fields.size() != kColumns)
             throw HostError(std::to_string(fields.size()) + " fields where " + std::to_string(kColumns) +
                             " should be: the file is damaged or cut short");
@@ -63,7 +68,23 @@ class Parser {
             TakeSetting(fields[kSetting], fields[kValue]);
         else if (!hasFrame || !fields[kValue].empty())
             throw HostError("a setting without a name");
+        CheckTimes();
     }
+
+    /// Whether no time is beyond reason, once the unit is known, which need not come before the times.
+    void CheckTimes() {
+        const Ratio unit = m_stats.settings.scale.unit;
+        if (!m_hasUnit && !(m_hasUnit = IsGiven("unit-num") && IsGiven("unit-den")))
+            return;
+        for (const auto& [line, time] : std::exchange(m_unchecked, {}))
+            if (time > kMostSeconds * unit.den / unit.num) {
+                m_wrongLine = line;
+                throw HostError("time is " + std::to_string(time) + ", which is more than " +
+                                std::to_string(kMostSeconds) + " seconds");
+            }
+    }
+    /// That an error is about, if that is not the last; else 0.
+    [[nodiscard]] std::int64_t WrongLine() const { return m_wrongLine; }
 
     /// What has no line of its own.
     void Finish() const {
@@ -88,8 +109,9 @@ class Parser {
             throw HostError("sample is " + fields[kSample] + " where " + std::to_string(sample) +
                             " should be: rows are missing or in another order");
         StatsRow row;
-        row.place.frame = number(kFrame, rows.empty() ? 0 : rows.back().place.frame + 1, kMost);
+        row.place.frame = number(kFrame, rows.empty() ? 0 : rows.back().place.frame + 1, kMostFrames);
         row.place.time = number(kTime, rows.empty() ? 0 : rows.back().place.time, kMost);
+        m_unchecked.emplace_back(m_line, row.place.time);
         row.place.byteOffset = fields[kByte].empty() ? -1 : number(kByte, 0, kMost);
         row.figures = {.dwPosition = static_cast<ULONG>(sample),
                        .nDifference = figure(kDifference),
@@ -132,6 +154,10 @@ class Parser {
     const std::vector<StatsNumber> m_numbers;
     std::vector<std::string> m_given; // names of settings
     bool m_isBehindFrames = false;
+    std::int64_t m_line = 0;
+    std::int64_t m_wrongLine = 0;
+    bool m_hasUnit = false;
+    std::vector<std::pair<std::int64_t, std::int64_t>> m_unchecked; // lines and times
 };
 
 } // namespace
@@ -147,9 +173,10 @@ Stats ParseStats(std::string_view text, const std::string& path) {
             throw HostError("no statistics of kxscenes: the line " + std::string(kStatsHeader) +
                             " should be here");
         while (records.Next(fields))
-            parser.Take(fields);
+            parser.Take(records.Line(), fields);
     } catch (const HostError& error) {
-        throw HostError(path + ", line " + std::to_string(std::max<std::int64_t>(records.Line(), 1)) + ": " +
+        const std::int64_t line = parser.WrongLine() != 0 ? parser.WrongLine() : records.Line();
+        throw HostError(path + ", line " + std::to_string(std::max<std::int64_t>(line, 1)) + ": " +
                         error.what());
     }
     try {

@@ -118,7 +118,7 @@ std::optional<TapeLogFormat> TapeLogFormatOf(std::string_view path) {
                    return std::tolower(static_cast<unsigned char>(a)) == b;
                });
     };
-    if (hasSuffix(".csv"))
+    if (path == "-" || hasSuffix(".csv"))
         return TapeLogFormat::Csv;
     return hasSuffix(".json") ? std::optional(TapeLogFormat::Json) : std::nullopt;
 }

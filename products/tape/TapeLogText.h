@@ -12,7 +12,7 @@ namespace scenedetect {
 
 enum class TapeLogFormat { Csv, Json };
 
-/// By its suffix, in either case; nothing for another than ".csv" and ".json".
+/// By its suffix, in either case; CSV for "-", nothing for another than ".csv" and ".json".
 [[nodiscard]] std::optional<TapeLogFormat> TapeLogFormatOf(std::string_view path);
 
 /// Gives pieces of text, each whole rows in UTF-8. Nothing is given before the first row or End.

@@ -11,7 +11,8 @@ namespace scenedetect {
 /// How many characters fit on a line of that terminal, 2 or more.
 [[nodiscard]] std::size_t ErrorColumns();
 
-/// Writes all of it to standard output, byte for byte. HostError when that fails.
+/// Writes all of it to standard output, byte for byte. HostError when that fails, OutputClosed when nobody
+/// reads it any more.
 void WriteOutput(std::string_view text);
 
 } // namespace scenedetect

@@ -53,8 +53,10 @@ bool DecodedReader::ReadPacket(AVPacket& packet) {
     }
     if (m_input->ReadPacket(packet))
         return true;
-    if (!m_input->BreakOffReason().empty())
+    if (!m_input->BreakOffReason().empty()) {
         m_damage.Warn("breaks off: " + m_input->BreakOffReason());
+        SetBrokenOff();
+    }
     return false;
 }
 

@@ -45,8 +45,10 @@ bool PacketReader::ReadPacket() {
         return true;
     if (m_input->ReadPacket(*m_packet))
         return true;
-    if (!m_input->BreakOffReason().empty())
+    if (!m_input->BreakOffReason().empty()) {
         m_damage.Warn("breaks off: " + m_input->BreakOffReason());
+        SetBrokenOff();
+    }
     m_damage.Summarize();
     return false;
 }

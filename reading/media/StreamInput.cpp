@@ -17,9 +17,10 @@ namespace {
 
 constexpr std::string_view kStandardInput = "-";
 
+// Without waiting for whoever writes a named pipe: reading waits, and can be stopped.
 int Open(const std::string& path) {
     return path == kStandardInput ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
-                                  : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+                                  : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
 }
 
 } // namespace

@@ -29,14 +29,20 @@ class PictureReader {
     /// the file breaks off (with a warning), or once the run was stopped. HostError when reading fails.
     [[nodiscard]] virtual bool Next(Picture& picture) = 0;
 
+    /// Once Next has returned false: whether the file ends early, in the middle of a frame or before the end
+    /// that it announces.
+    [[nodiscard]] bool HasBrokenOff() const { return m_hasBrokenOff; }
+
     /// The part of the file that was read so far, 0 to 1; negative when its size is unknown. Any thread.
     [[nodiscard]] double Fraction() const { return m_fraction.load(std::memory_order_relaxed); }
 
   protected:
+    void SetBrokenOff() { m_hasBrokenOff = true; }
     void SetFraction(double fraction) { m_fraction.store(fraction, std::memory_order_relaxed); }
 
   private:
     std::atomic<double> m_fraction = -1;
+    bool m_hasBrokenOff = false;
 };
 
 } // namespace scenedetect

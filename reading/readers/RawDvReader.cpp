@@ -141,8 +141,10 @@ void RawDvReader::ReportEnd(std::size_t bytes, bool isFrame) {
     }
     if (m_gapBytes != 0)
         CloseGap({});
-    if (isFrame)
+    if (isFrame) {
         m_damage.Report({m_frame, m_window.Offset(), rest, IrregularityKind::CutEnd, 1});
+        SetBrokenOff();
+    }
 }
 
 // `time` is that of the frame after the gap.

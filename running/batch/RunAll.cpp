@@ -1,5 +1,6 @@
 #include "running/batch/RunAll.h"
 
+#include "reading/base/HostError.h"
 #include "running/batch/Progress.h"
 #include "running/listeners/Listeners.h"
 #include "running/listeners/OrderedOutput.h"
@@ -14,6 +15,8 @@
 #include <exception>
 #include <filesystem>
 #include <mutex>
+#include <optional>
+#include <system_error>
 #include <thread>
 
 namespace scenedetect {
@@ -38,21 +41,27 @@ class Jobs {
           m_stop(stop),
           m_console(console),
           m_columns(ColumnsFor(plans)),
-          m_output(console, SceneCsv::Header(m_columns), plans.size()),
+          m_output(console, SceneCsv::Header(m_columns), plans.size(), plans.front().OnlyPrints()),
           m_progress(plans.size()) {}
 
-    bool Run();
+    BatchEnding Run();
 
   private:
     struct Total {
+        BatchEnding ending = BatchEnding::Complete;
         std::size_t done = 0;
+        std::size_t partial = 0;
         std::size_t failed = 0;
         std::int64_t scenes = 0;
         std::vector<std::string> failures; // inputs
+
+        [[nodiscard]] std::size_t Ended() const { return done + partial + failed; }
     };
 
     void Work();
     void RunOne(std::size_t index);
+    [[nodiscard]] BatchEnding ReadOne(std::size_t index, std::int64_t& scenes);
+    void TellOfEnding(const RunPlan& plan, RunEnding ending, const SceneRun& run);
     void Tell(const std::string& input, const std::string& error);
     void ShowProgress();
     [[nodiscard]] std::int64_t FrameCount() const;
@@ -76,11 +85,19 @@ class Jobs {
     Total m_total;
 };
 
-bool Jobs::Run() {
+BatchEnding Jobs::Run() {
     m_working = m_workers;
     std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < m_workers; ++i)
-        threads.emplace_back([this] { Work(); });
+    threads.reserve(m_workers);
+    try {
+        while (threads.size() < m_workers)
+            threads.emplace_back([this] { Work(); });
+    } catch (const std::system_error&) { // the system has no more of them
+        const std::lock_guard lock(m_mutex);
+        m_working -= m_workers - std::max<std::size_t>(threads.size(), 1);
+    }
+    if (threads.empty())
+        Work();
     {
         std::unique_lock lock(m_mutex);
         while (!m_changed.wait_for(lock, kProgressInterval, [this] { return m_working == 0; })) {
@@ -94,7 +111,8 @@ bool Jobs::Run() {
     m_console.ClearProgress();
     if (m_plans.size() > 1)
         Summarize();
-    return m_total.failed == 0;
+    return m_stop && m_next < m_plans.size() ? std::max(m_total.ending, BatchEnding::Stopped)
+                                             : m_total.ending;
 }
 
 void Jobs::Work() {
@@ -111,35 +129,27 @@ void Jobs::Work() {
 
 void Jobs::RunOne(std::size_t index) {
     const RunPlan& plan = m_plans[index];
-    // Alone, a reader knows best how many threads serve it.
-    const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
-    const Reading reading{m_stop, m_console,
-                          m_workers == 1 ? 0 : std::max(1, cores / static_cast<int>(m_workers))};
     std::int64_t scenes = 0;
     std::string error;
+    BatchEnding ending = BatchEnding::Failed;
     try {
-        SceneRun::Listeners listeners =
-            MakeListeners(plan.run, plan.outputs, m_claims, m_console, m_progress[index]);
-        if (!plan.outputs.WritesToStandardOutput())
-            listeners.push_back(std::make_unique<ScenePrinter>(m_output, index, m_columns));
-        if (m_console.IsVerbose())
-            listeners.push_back(
-                std::make_unique<VerboseLog>(m_console, plan.run.detection.MethodWords(", ")));
-        SceneRun run(plan.run, reading, m_progress[index], std::move(listeners));
-        FirstError first;
-        first.Attempt([&run] { run.Run(); });
-        scenes = run.SceneCount();
-        first.Rethrow();
+        ending = ReadOne(index, scenes);
         m_output.Close(index);
-    } catch (const std::exception& thrown) { // also when memory ran out
-        error = thrown.what();
+    } catch (const OutputClosed&) {
+        m_stop = true;
+        ending = BatchEnding::OutputClosed;
+        m_output.Abandon(index);
+    } catch (const std::exception& thrown) {
+        ending = BatchEnding::Failed;
+        error = ErrorText(thrown);
         m_output.Abandon(index);
     }
     m_progress[index].fraction = 1;
     const std::lock_guard lock(m_mutex);
     m_total.scenes += scenes;
-    if (error.empty()) {
-        ++m_total.done;
+    m_total.ending = std::max(m_total.ending, ending);
+    if (ending != BatchEnding::Failed) {
+        ++(ending == BatchEnding::Complete ? m_total.done : m_total.partial);
         return;
     }
     ++m_total.failed;
@@ -147,6 +157,50 @@ void Jobs::RunOne(std::size_t index) {
     // What prints nothing any more need not go on, and one line about it is enough.
     if (!m_output.HasFailed() || !m_stop.exchange(true))
         Tell(plan.run.input, error);
+}
+
+BatchEnding Jobs::ReadOne(std::size_t index, std::int64_t& scenes) {
+    const RunPlan& plan = m_plans[index];
+    // Alone, a reader knows best how many threads serve it.
+    const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+    const Reading reading{m_stop, m_console,
+                          m_workers == 1 ? 0 : std::max(1, cores / static_cast<int>(m_workers))};
+    SceneRun::Listeners listeners =
+        MakeListeners(plan.run, plan.outputs, m_claims, m_console, m_progress[index]);
+    if (plan.outputs.printsScenes)
+        listeners.push_back(std::make_unique<ScenePrinter>(m_output, index, m_columns));
+    if (m_console.IsVerbose())
+        listeners.push_back(std::make_unique<VerboseLog>(m_console, plan.run.detection.MethodWords(", ")));
+    std::optional<SceneRun> run;
+    FirstError error;
+    error.Attempt([&] { run.emplace(plan.run, reading, m_progress[index], std::move(listeners)); });
+    if (error && m_stop) {
+        m_console.Message(plan.run.input + ": stopped before the first picture");
+        return BatchEnding::Stopped;
+    }
+    error.Rethrow();
+    RunEnding ending = RunEnding::Complete;
+    error.Attempt([&] { ending = run->Run(); });
+    scenes = run->SceneCount();
+    error.Rethrow();
+    TellOfEnding(plan, ending, *run);
+    return ending == RunEnding::Complete   ? BatchEnding::Complete
+           : ending == RunEnding::BrokeOff ? BatchEnding::BrokeOff
+                                           : BatchEnding::Stopped;
+}
+
+void Jobs::TellOfEnding(const RunPlan& plan, RunEnding ending, const SceneRun& run) {
+    if (ending == RunEnding::Complete || m_output.IsClosed())
+        return;
+    const std::string name = m_plans.size() > 1 ? plan.run.input + ": " : "";
+    const std::string frames = std::to_string(run.SampleCount()) + " frames";
+    if (ending == RunEnding::Stopped)
+        m_console.Message(name + "stopped after " + frames);
+    std::string partial;
+    for (const std::string& output : run.Outputs().written)
+        partial += (partial.empty() ? "" : ", ") + output;
+    if (!partial.empty())
+        m_console.Warning(name + "of the first " + frames + " only: " + partial);
 }
 
 void Jobs::Tell(const std::string& input, const std::string& error) {
@@ -185,8 +239,7 @@ void Jobs::ShowProgress() {
             all += size;
         }
         const std::lock_guard lock(m_mutex);
-        files =
-            std::to_string(m_total.done + m_total.failed) + '/' + std::to_string(m_plans.size()) + " files  ";
+        files = std::to_string(m_total.Ended()) + '/' + std::to_string(m_plans.size()) + " files  ";
     }
     m_console.ShowProgress(files +
                            ProgressText(FrameCount(), all > 0 ? done / all : -1, Clock::now() - m_begin));
@@ -196,8 +249,9 @@ void Jobs::Summarize() {
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%.1f s",
                   std::chrono::duration<double>(Clock::now() - m_begin).count());
-    const std::size_t notBegun = m_plans.size() - m_total.done - m_total.failed;
+    const std::size_t notBegun = m_plans.size() - m_total.Ended();
     m_console.Message(std::to_string(m_plans.size()) + " files: " + std::to_string(m_total.done) + " done, " +
+                      (m_total.partial != 0 ? std::to_string(m_total.partial) + " partial, " : "") +
                       std::to_string(m_total.failed) + " failed" +
                       (notBegun != 0 ? ", " + std::to_string(notBegun) + " not begun" : "") + "; " +
                       std::to_string(m_total.scenes) + " scenes in " + std::to_string(FrameCount()) +
@@ -208,8 +262,8 @@ void Jobs::Summarize() {
 
 } // namespace
 
-bool RunAll(const std::vector<RunPlan>& plans, int jobs, OutputClaims& claims, std::atomic<bool>& stop,
-            Console& console) {
+BatchEnding RunAll(const std::vector<RunPlan>& plans, int jobs, OutputClaims& claims, std::atomic<bool>& stop,
+                   Console& console) {
     return Jobs(plans, jobs, claims, stop, console).Run();
 }
 

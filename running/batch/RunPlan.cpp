@@ -3,6 +3,9 @@
 #include "products/files/OutputFile.h"
 #include "running/batch/Inputs.h"
 
+#include <algorithm>
+#include <array>
+
 namespace scenedetect {
 namespace {
 
@@ -13,13 +16,6 @@ class Paths {
     Paths(const std::string& input, OutputClaims& claims) : m_name(NameOfInput(input)), m_claims(claims) {}
 
     [[nodiscard]] std::string Settle(const std::string& pattern, const std::string& method) const {
-        std::string path = Claim(pattern, method);
-        if (!path.empty())
-            RequireWritable(path, Existing::Replace);
-        return path;
-    }
-    // The filter writes it itself, with checks of its own.
-    [[nodiscard]] std::string Claim(const std::string& pattern, const std::string& method) const {
         if (pattern.empty())
             return "";
         NameFields fields;
@@ -27,6 +23,7 @@ class Paths {
         fields.method = method;
         std::string path = NamePattern(pattern).Expand(fields);
         m_claims.Claim(path);
+        RequireWritable(path, Existing::Replace);
         return path;
     }
 
@@ -37,10 +34,19 @@ class Paths {
 
 } // namespace
 
+bool RunPlan::OnlyPrints() const {
+    return outputs.lists.empty() && std::ranges::all_of(run.xmlPaths, &std::string::empty) &&
+           std::ranges::all_of(std::array{&outputs.reportPath, &outputs.tapeLogPath, &outputs.statsPath,
+                                          &outputs.clips.folder, &outputs.pictures.folder},
+                               [](const std::string* path) { return path->empty(); });
+}
+
 std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& claims) {
     const std::vector<std::string> inputs = ExpandInputs(settings.inputs);
     for (const std::string& input : inputs)
         claims.AddInput(input);
+    for (const std::string& path : {settings.savedStatsPath, settings.configPath})
+        claims.AddInput(path);
     for (const std::string& folder : {settings.outputs.clips.folder, settings.outputs.pictures.folder})
         if (!folder.empty())
             RequireWritableFolder(folder);
@@ -50,8 +56,9 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
         RunPlan& plan =
             plans.emplace_back(RunPlan{{input, settings.detection, {}, settings.range}, settings.outputs});
         plan.run.isOneOfMany = inputs.size() > 1;
+        plan.run.shortestScene = settings.shortestScene;
         for (const KxDetectionMethod method : settings.detection.methods)
-            plan.run.xmlPaths.push_back(paths.Claim(settings.xmlPath, MethodWord(method)));
+            plan.run.xmlPaths.push_back(paths.Settle(settings.xmlPath, MethodWord(method)));
         const std::string methods = settings.detection.MethodWords("+");
         OutputSettings& outputs = plan.outputs;
         for (OutputSettings::List& list : outputs.lists)
@@ -60,6 +67,8 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
             *path = paths.Settle(*path, methods);
         plan.run.wantsFigures = !outputs.statsPath.empty() || !outputs.reportPath.empty();
     }
+    for (RunPlan& plan : plans)
+        plan.outputs.printsScenes = !claims.HasStandardOutput();
     return plans;
 }
 

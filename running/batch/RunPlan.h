@@ -16,15 +16,20 @@ struct BatchSettings {
     DetectionSettings detection;
     std::string xmlPath; ///< pattern of the scene-list files; empty: none
     RangeChoice range;
-    OutputSettings outputs;     ///< paths are patterns
-    std::string savedStatsPath; ///< figures to decide from, in place of an input; empty: none
-    int jobs = 1;               ///< inputs that are read at the same time
+    std::int64_t shortestScene = 0; ///< in frames; shorter ones become part of the one before
+    OutputSettings outputs;         ///< paths are patterns
+    std::string savedStatsPath;     ///< figures to decide from, in place of an input; empty: none
+    std::string configPath;         ///< of the options that were read from a file; empty: none
+    int jobs = 1;                   ///< inputs that are read at the same time
 };
 
 /// One input with its outputs, whose paths are settled.
 struct RunPlan {
     RunSettings run;
     OutputSettings outputs;
+
+    /// Whether nothing but the standard output is written.
+    [[nodiscard]] bool OnlyPrints() const;
 };
 
 /// One plan an input, folders being what is in them. HostError when two outputs would be the same file, when

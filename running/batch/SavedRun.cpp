@@ -5,6 +5,7 @@
 #include "reading/base/FirstError.h"
 #include "running/listeners/Listeners.h"
 #include "running/listeners/ScenePrinter.h"
+#include "running/run/ShortScenes.h"
 
 namespace scenedetect {
 namespace {
@@ -18,19 +19,17 @@ std::string InputOf(const Stats& stats) {
 
 } // namespace
 
-void DecideFromStats(const BatchSettings& settings, Console& console) {
+void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Console& console) {
     Stats stats = ReadStats(settings.savedStatsPath);
     const DetectionParameters parameters = settings.detection.parameters.On(stats.settings.parameters);
     const std::vector<std::int64_t> positions = DecideAgain(stats, parameters);
 
     BatchSettings saved = settings;
     saved.inputs = {InputOf(stats)};
-    OutputClaims claims;
-    claims.AddInput(stats.path);
     const std::vector<RunPlan> plans = MakePlans(saved, claims);
-    OrderedOutput output(console, SceneCsv::Header({}), 1);
+    OrderedOutput output(console, SceneCsv::Header({}), 1, plans.front().OnlyPrints());
     auto listeners = MakeTableListeners(plans.front().run, plans.front().outputs, parameters, false);
-    if (!plans.front().outputs.WritesToStandardOutput())
+    if (plans.front().outputs.printsScenes)
         listeners.push_back(std::make_unique<ScenePrinter>(output, 0, SceneCsv::Columns{}));
 
     FirstError error;
@@ -43,20 +42,15 @@ void DecideFromStats(const BatchSettings& settings, Console& console) {
     tell([&](RunListener& each) { each.Begin({saved.inputs.front(), scale, {}, {}, {}}); });
     for (const StatsRow& row : stats.rows)
         tell([&](RunListener& each) { each.Figures(row.place, row.figures); });
-    std::int64_t number = 0;
-    for (const std::int64_t position : positions) {
-        const FoundScene scene{++number,
-                               position,
-                               position,
-                               stats.rows[static_cast<std::size_t>(position)].place,
-                               MethodWord(KxMethodVideo),
-                               nullptr};
-        tell([&](RunListener& each) { each.Scene(scene); });
-    }
+    ShortScenes scenes(settings.shortestScene,
+                       [&](const FoundScene& scene) { tell([&](RunListener& each) { each.Scene(scene); }); });
+    for (const std::int64_t position : positions)
+        scenes.Add({0, position, position, stats.rows[static_cast<std::size_t>(position)].place,
+                    MethodWord(KxMethodVideo)});
     RunEnd end;
     end.samples = std::ssize(stats.rows);
-    if (!stats.rows.empty())
-        end.place = PlaceAfter(stats.rows.back().place, scale);
+    end.place = PlaceAfter(stats.rows.back().place, scale);
+    scenes.Settle(end.place.frame);
     tell([&](RunListener& each) { each.End(end); });
 }
 

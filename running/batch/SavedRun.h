@@ -8,6 +8,6 @@ namespace scenedetect {
 
 /// Prints the scenes and writes lists and report. HostError when the figures can't be read or used, or an
 /// output not be written.
-void DecideFromStats(const BatchSettings& settings, Console& console);
+void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Console& console);
 
 } // namespace scenedetect

@@ -54,11 +54,13 @@ void RequireSceneListName(const std::string& path, const std::string& input) {
         throw HostError(path + ": the scene list cannot be written: the name is not UTF-8");
 }
 
-void CheckSceneList(const std::string& path, std::int64_t sceneCount) {
+std::string ReadSceneList(const std::string& path, std::int64_t sceneCount) {
     // Reading back from a device would tell nothing, or never end.
     std::error_code none;
-    if (!std::filesystem::is_regular_file(FilePath(path), none) || !IsWhole(ReadWhole(path), sceneCount))
+    std::string text = std::filesystem::is_regular_file(FilePath(path), none) ? ReadWhole(path) : "";
+    if (!IsWhole(text, sceneCount))
         throw HostError(path + ": the scene list could not be written whole (is there room?)");
+    return text;
 }
 
 } // namespace scenedetect

@@ -13,7 +13,7 @@ void RequireSceneListName(const std::string& path, const std::string& input);
 /// it. Changes nothing.
 [[nodiscard]] std::string FindSceneListObstacle(const std::string& path);
 
-/// Reads the file back: HostError unless it announces `sceneCount` scenes, holds as many and is closed.
-void CheckSceneList(const std::string& path, std::int64_t sceneCount);
+/// Reads the file back. HostError unless it announces `sceneCount` scenes, holds as many and is closed.
+[[nodiscard]] std::string ReadSceneList(const std::string& path, std::int64_t sceneCount);
 
 } // namespace scenedetect

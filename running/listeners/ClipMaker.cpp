@@ -1,8 +1,8 @@
 #include "running/listeners/ClipMaker.h"
 
 #include "reading/base/HostError.h"
-
 #include "running/listeners/SceneNames.h"
+
 #include <memory>
 
 namespace scenedetect {
@@ -26,16 +26,21 @@ void ClipMaker::Begin(const RunInfo& info) {
         throw HostError(
             "standard input: only DV can be cut as it comes; for --split of other video, or into a "
             "container, give a file");
+    else
+        m_suffix = ClipSuffixOf(info.input, m_settings);
     m_cut.path = info.input;
     m_cut.scale = info.scale;
     m_cut.firstPicture = info.firstPlace;
 }
 
 void ClipMaker::Scene(const FoundScene& scene) {
+    const NameFields names = NamesOf(scene, m_info);
     if (m_cutter)
-        m_cutter->BeginScene(scene.sample, NamesOf(scene, m_info));
-    else
-        m_cut.scenes.push_back({scene.place, NamesOf(scene, m_info)});
+        return m_cutter->BeginScene(scene.sample, names);
+    // Better now than when the whole file is read.
+    (void)FindOutputTarget(PathIn(m_settings.folder, m_settings.names.Expand(names, m_suffix)),
+                           m_settings.existing);
+    m_cut.scenes.push_back({scene.place, names});
 }
 
 void ClipMaker::Passed(PictureSample& sample, std::int64_t /*index*/) {
@@ -45,7 +50,13 @@ void ClipMaker::Passed(PictureSample& sample, std::int64_t /*index*/) {
 
 void ClipMaker::End(const RunEnd& end) {
     if (m_cutter)
-        return m_cutter->Finish();
+        m_cutter->Finish();
+    else
+        CutFile(end);
+    m_isDone = true;
+}
+
+void ClipMaker::CutFile(const RunEnd& end) {
     if (end.isBeforeFileEnd)
         m_cut.end = end.place.time;
     // A run that was stopped still gets the clips of what it found; to stop that, too, is what a second
@@ -60,7 +71,12 @@ void ClipMaker::End(const RunEnd& end) {
     CutPackets(m_settings, m_cut, m_claims, tell);
 }
 
+void ClipMaker::ListOutputs(RunOutputs& outputs) const {
+    outputs.AddSeries("clip", m_settings.folder, m_written, m_isDone);
+}
+
 void ClipMaker::Tell(const WrittenClip& clip) {
+    ++m_written;
     if (!clip.note.empty())
         m_console.Message(clip.path + ": " + clip.note);
 }

@@ -21,8 +21,10 @@ class ClipMaker final : public RunListener {
     void Scene(const FoundScene& scene) override;
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
+    void ListOutputs(RunOutputs& outputs) const override;
 
   private:
+    void CutFile(const RunEnd& end);
     void Tell(const WrittenClip& clip);
 
     const ClipSettings m_settings;
@@ -32,6 +34,9 @@ class ClipMaker final : public RunListener {
     RunInfo m_info;
     std::optional<ClipCutter> m_cutter; // of DV frames; else:
     PacketCut m_cut;
+    std::string m_suffix; // of its clips
+    std::int64_t m_written = 0;
+    bool m_isDone = false;
 };
 
 } // namespace scenedetect

@@ -1,5 +1,6 @@
 #include "running/listeners/Listeners.h"
 
+#include "products/outputs/OutputFormats.h"
 #include "running/listeners/ClipMaker.h"
 #include "running/listeners/PictureTaker.h"
 #include "running/listeners/ReportWriter.h"
@@ -15,8 +16,8 @@ namespace scenedetect {
 namespace {
 
 // The settings of a run, for people.
-std::vector<std::pair<std::string, std::string>>
-SettingsOf(const RunSettings& run, const OutputSettings& outputs, const DetectionParameters& parameters) {
+std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& run,
+                                                            const DetectionParameters& parameters) {
     std::vector<std::pair<std::string, std::string>> settings = {
         {"input", run.input}, {"methods", run.detection.MethodWords(", ")}};
     const auto addNumber = [&settings](const char* name, std::int64_t value) {
@@ -31,7 +32,7 @@ SettingsOf(const RunSettings& run, const OutputSettings& outputs, const Detectio
     addPoint("start", run.range.start);
     addPoint("end", run.range.end);
     addPoint("duration", run.range.duration);
-    addNumber("min-scene", outputs.shortestScene);
+    addNumber("min-scene", run.shortestScene);
     if (run.detection.Uses(KxMethodVideo))
         for (std::size_t i = 0; i < kDetectionParameters.size(); ++i)
             settings.emplace_back(kParameterNames[i], std::to_string(kDetectionParameters[i].Of(parameters)));
@@ -48,15 +49,17 @@ std::vector<std::unique_ptr<RunListener>> MakeTableListeners(const RunSettings& 
     std::vector<std::unique_ptr<RunListener>> listeners;
     std::vector<TableUse> uses;
     for (const OutputSettings::List& list : outputs.lists)
-        uses.push_back(WriteTableTo(list.path, *list.format));
+        uses.push_back({list.path, [format = list.format](const SceneTable& table, FirstError&) {
+                            return format->write(table);
+                        }});
     if (!outputs.reportPath.empty()) {
         const auto timeline = std::make_shared<Timeline>();
         listeners.push_back(std::make_unique<TimelineKeeper>(timeline));
-        uses.push_back(WriteReport(
-            {outputs.reportPath, parameters, SettingsOf(run, outputs, parameters), canReadAgain}, timeline));
+        uses.push_back({outputs.reportPath,
+                        MakeReport({parameters, SettingsOf(run, parameters), canReadAgain}, timeline)});
     }
     if (!uses.empty())
-        listeners.push_back(std::make_unique<SceneTabler>(outputs.shortestScene, std::move(uses)));
+        listeners.push_back(std::make_unique<SceneTabler>(std::move(uses)));
     return listeners;
 }
 

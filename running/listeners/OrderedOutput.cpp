@@ -1,5 +1,6 @@
 #include "running/listeners/OrderedOutput.h"
 
+#include "reading/base/HostError.h"
 #include "reading/base/StandardStreams.h"
 
 #include <utility>
@@ -7,11 +8,19 @@
 namespace scenedetect {
 
 void OrderedOutput::Write(std::string_view text) {
-    if (m_hasFailed.exchange(true))
+    if (m_isClosed || m_hasFailed)
         return;
     m_console.ClearProgress();
-    WriteOutput(std::exchange(m_header, {}) + std::string(text));
-    m_hasFailed = false;
+    try {
+        WriteOutput(std::exchange(m_header, {}) + std::string(text));
+    } catch (const OutputClosed&) {
+        m_isClosed = true;
+        if (m_isAll)
+            throw;
+    } catch (...) {
+        m_hasFailed = true;
+        throw;
+    }
 }
 
 void OrderedOutput::Print(std::size_t run, std::string_view text) {

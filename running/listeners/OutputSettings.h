@@ -4,8 +4,6 @@
 #include "products/cutting/ClipSettings.h"
 #include "products/stills/PictureSettings.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -22,17 +20,12 @@ struct OutputSettings {
     };
 
     std::vector<List> lists;
-    std::int64_t shortestScene = 0; ///< in frames, of lists and the report
     std::string reportPath;
     std::string tapeLogPath;
     std::string statsPath;
     ClipSettings clips;
     PictureSettings pictures;
-
-    /// Whether the standard output is one of the lists, so that scenes are not printed there.
-    [[nodiscard]] bool WritesToStandardOutput() const {
-        return std::any_of(lists.begin(), lists.end(), [](const List& list) { return list.path == "-"; });
-    }
+    bool printsScenes = true; ///< on the standard output, which is no output's then
 };
 
 } // namespace scenedetect

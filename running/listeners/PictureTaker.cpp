@@ -9,22 +9,27 @@
 namespace scenedetect {
 
 void PictureTaker::Scene(const FoundScene& scene) {
-    m_scenes.push_back({scene.sample, NamesOf(scene, m_info)});
+    const NameFields names = NamesOf(scene, m_info);
+    // Better now than when the whole file is read; but for names with frames that are not known yet.
+    NameFields later = names;
+    ++later.frame;
+    for (const PictureAt& at : m_settings.at)
+        if (const std::string name = NameOf(names, at);
+            at.kind == PictureAt::Kind::Start || name == NameOf(later, at))
+            (void)FindOutputTarget(PathIn(m_settings.folder, name), m_settings.existing);
+    m_scenes.push_back({scene.sample, names});
 }
 
 void PictureTaker::Passed(PictureSample& sample, std::int64_t /*index*/) {
     m_places.Append(sample.picture.place);
 }
 
-std::string PictureTaker::ClaimPath(const NameFields& fields, const PictureAt& at) {
+std::string PictureTaker::NameOf(const NameFields& fields, const PictureAt& at) const {
     const std::string word = m_settings.at.size() > 1 ? '-' + at.word : "";
-    return m_claims.ClaimIn(m_settings.folder,
-                            m_settings.names.Expand(fields, word + SuffixOf(m_settings.format)));
+    return m_settings.names.Expand(fields, word + SuffixOf(m_settings.format));
 }
 
 void PictureTaker::End(const RunEnd& end) {
-    if (m_scenes.empty())
-        return;
     const auto fetcher = FrameFetcher::Open(m_info.input, m_info.media.isRawDv);
     m_progress.wanted = std::ssize(m_scenes) * std::ssize(m_settings.at);
     m_progress.made = 0;
@@ -37,19 +42,22 @@ void PictureTaker::End(const RunEnd& end) {
             const FilePlace place = m_places.Find(at.Of(m_scenes[i].sample, last)).value();
             m_scenes[i].names.frame = place.frame;
             if (const AVFrame* frame = fetcher->Fetch(place))
-                Write(*frame, fetcher->QuarterTurns(), ClaimPath(m_scenes[i].names, at));
+                Write(*frame, fetcher->QuarterTurns(),
+                      m_claims.ClaimIn(m_settings.folder, NameOf(m_scenes[i].names, at)));
             else
                 m_console.Message(m_info.input + ": no picture of frame " + std::to_string(place.frame) +
                                   ": it cannot be decoded");
             ++m_progress.made;
         }
     }
+    m_isDone = true;
 }
 
 void PictureTaker::Write(const AVFrame& frame, int quarters, const std::string& path) {
     OutputFile file(path, m_settings.existing);
     file.Write(EncodeStill(frame, {m_settings.width, quarters}, m_settings.format));
     file.Commit();
+    ++m_written;
 }
 
 } // namespace scenedetect

@@ -26,9 +26,12 @@ class PictureTaker final : public RunListener {
     void Scene(const FoundScene& scene) override;
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
+    void ListOutputs(RunOutputs& outputs) const override {
+        outputs.AddSeries("picture", m_settings.folder, m_written, m_isDone);
+    }
 
   private:
-    [[nodiscard]] std::string ClaimPath(const NameFields& fields, const PictureAt& at);
+    [[nodiscard]] std::string NameOf(const NameFields& fields, const PictureAt& at) const;
     void Write(const AVFrame& frame, int quarters, const std::string& path);
 
     struct Begun {
@@ -43,6 +46,8 @@ class PictureTaker final : public RunListener {
     RunInfo m_info;
     SampleTable m_places; // all of them
     std::vector<Begun> m_scenes;
+    std::int64_t m_written = 0;
+    bool m_isDone = false;
 };
 
 } // namespace scenedetect

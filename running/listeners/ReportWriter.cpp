@@ -1,10 +1,8 @@
 #include "running/listeners/ReportWriter.h"
 
-#include "products/files/OutputFile.h"
 #include "products/report/ReportPage.h"
 #include "products/stills/FrameFetcher.h"
 #include "products/stills/StillPicture.h"
-#include "reading/base/FirstError.h"
 
 #include <algorithm>
 
@@ -33,19 +31,16 @@ std::vector<Jpeg> FetchPictures(const SceneTable& table) {
 
 } // namespace
 
-TableUse WriteReport(ReportSettings settings, std::shared_ptr<const Timeline> timeline) {
-    return [settings = std::move(settings), timeline = std::move(timeline)](const SceneTable& table) {
-        OutputFile file(settings.path, Existing::Replace);
+TableUse::Make MakeReport(ReportSettings settings, std::shared_ptr<const Timeline> timeline) {
+    return [settings = std::move(settings), timeline = std::move(timeline)](const SceneTable& table,
+                                                                            FirstError& lack) {
         ReportContent content{
             table, *timeline,        settings.parameters.cutThreshold, settings.parameters.darkLevel,
             {},    settings.settings};
         // An input that is gone by now costs the pictures only.
-        FirstError error;
         if (settings.hasPictures)
-            error.Attempt([&] { content.pictures = FetchPictures(table); });
-        file.Write(MakeReportPage(content));
-        file.Commit();
-        error.Rethrow();
+            lack.Attempt([&] { content.pictures = FetchPictures(table); });
+        return MakeReportPage(content);
     };
 }
 

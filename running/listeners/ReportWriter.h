@@ -1,4 +1,4 @@
-// Writes the report of a run once its scenes are known.
+// Makes the report of a run once its scenes are known.
 #pragma once
 
 #include "engine/DetectionParameters.h"
@@ -29,13 +29,12 @@ class TimelineKeeper final : public RunListener {
 };
 
 struct ReportSettings {
-    std::string path;
     DetectionParameters parameters;                            ///< that the run is judged by
     std::vector<std::pair<std::string, std::string>> settings; ///< of the run, for people
     bool hasPictures = true;                                   ///< the input is a file that can be read again
 };
 
 /// Pictures that cannot be decoded are left out.
-[[nodiscard]] TableUse WriteReport(ReportSettings settings, std::shared_ptr<const Timeline> timeline);
+[[nodiscard]] TableUse::Make MakeReport(ReportSettings settings, std::shared_ptr<const Timeline> timeline);
 
 } // namespace scenedetect

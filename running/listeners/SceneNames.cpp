@@ -1,7 +1,6 @@
 #include "running/listeners/SceneNames.h"
 
 #include "products/outputs/SceneTable.h"
-#include "reading/dv/DvPacks.h"
 
 #include <cstdio>
 
@@ -26,11 +25,7 @@ NameFields NamesOf(const FoundScene& scene, const RunInfo& info) {
                          : TimecodeText(scene.place.time, info.scale),
                      "",
                      ""};
-    const std::span<const std::uint8_t> bytes = scene.picture->Bytes();
-    if (scene.picture->format.fourcc != kDvFourcc)
-        return names;
-    const DvSystem system = bytes.size() >= kDifFrameBytes625 ? DvSystem::Lines625 : DvSystem::Lines525;
-    const DvPacks packs = ReadDvPacks(bytes, system);
+    const DvPacks& packs = scene.tape;
     if (const auto& code = packs.timecode)
         names.timecode = TapeText("%02d:%02d:%02d", code->hours, code->minutes, code->seconds) +
                          TapeText(code->isDropFrame ? ";%02d" : ":%02d", code->frames, 0, 0);

@@ -2,7 +2,6 @@
 
 #include "products/files/NamePattern.h"
 #include "products/files/OutputFile.h"
-#include "products/outputs/MergeScenes.h"
 #include "reading/base/FirstError.h"
 
 #include <utility>
@@ -35,19 +34,23 @@ void SceneTabler::End(const RunEnd& end) {
     if (!m_table.scenes.empty())
         m_table.scenes.back().end = end.place;
     m_table.frameCount = end.place.frame;
-    m_table.scenes = MergeShortScenes(m_table.scenes, m_shortest);
+    m_table.partial = end.ending == RunEnding::BrokeOff  ? "input breaks off"
+                      : end.ending == RunEnding::Stopped ? "stopped"
+                                                         : "";
     FirstError error;
-    for (const TableUse& use : m_uses)
-        error.Attempt([&] { use(m_table); });
+    for (TableUse& use : m_uses)
+        error.Attempt([&] {
+            FirstError lack;
+            WriteFile(use.path, Existing::Replace, use.make(m_table, lack));
+            use.isWritten = true;
+            lack.Rethrow();
+        });
     error.Rethrow();
 }
 
-TableUse WriteTableTo(std::string path, const OutputFormat& format) {
-    return [path = std::move(path), &format](const SceneTable& table) {
-        OutputFile file(path, Existing::Replace);
-        file.Write(format.write(table));
-        file.Commit();
-    };
+void SceneTabler::ListOutputs(RunOutputs& outputs) const {
+    for (const TableUse& use : m_uses)
+        outputs.Add(NameOfOutput(use.path), use.isWritten);
 }
 
 } // namespace scenedetect

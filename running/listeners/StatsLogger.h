@@ -26,13 +26,16 @@ class StatsLogger final : public RunListener {
     void End(const RunEnd& /*end*/) override {
         m_writer->Finish();
         m_file->Commit();
+        m_isWritten = true;
     }
+    void ListOutputs(RunOutputs& outputs) const override { outputs.Add(NameOfOutput(m_path), m_isWritten); }
 
   private:
     const std::string m_path;
     const DetectionParameters m_parameters;
     std::optional<OutputFile> m_file;
     std::optional<StatsWriter> m_writer;
+    bool m_isWritten = false;
 };
 
 } // namespace scenedetect

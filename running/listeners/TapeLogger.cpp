@@ -20,6 +20,7 @@ void TapeLogger::Passed(PictureSample& sample, std::int64_t /*index*/) {
 void TapeLogger::End(const RunEnd& /*end*/) {
     m_log->Finish();
     m_file->Commit();
+    m_isWritten = true;
 }
 
 } // namespace scenedetect

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "baseclasses/ComRef.h"
+#include "reading/dv/DvPacks.h"
 #include "reading/readers/Irregularity.h"
 #include "reading/readers/MediaInfo.h"
 #include "reading/readers/PictureFormat.h"
@@ -11,6 +12,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace scenedetect {
 
@@ -29,36 +31,62 @@ struct FoundScene {
     std::int64_t sample = 0;   ///< which picture of the run, from 0
     std::int64_t position = 0; ///< which picture of the file: also those before the run's range count
     FilePlace place;
-    std::string method;               ///< "video", or "timestamp+video" where several methods agree
-    const Picture* picture = nullptr; ///< its first; valid during the call
+    std::string method; ///< "video", or "timestamp+video" where several methods agree
+    DvPacks tape{};     ///< what its first frame says, if that is DV
+};
+
+/// How a run ended that did not fail. But for `Complete` what is made of it is partial.
+enum class RunEnding {
+    Complete, ///< at the end of the input or of the range
+    BrokeOff, ///< where the input ends early
+    Stopped,  ///< by the user
 };
 
 struct RunEnd {
     std::int64_t samples = 0;
-    FilePlace place;              ///< frame and time behind the last picture
-    bool isInterrupted = false;   ///< by the user
+    FilePlace place; ///< frame and time after the last picture
+    RunEnding ending = RunEnding::Complete;
     bool isBeforeFileEnd = false; ///< by the end of its range
+};
+
+/// The outputs of a run, by their names.
+struct RunOutputs {
+    std::vector<std::string> written;
+    std::vector<std::string> missing;
+
+    void Add(const std::string& name, bool isWritten) { (isWritten ? written : missing).push_back(name); }
+    /// Files of a kind ("clip") in a folder, the last of which is there when it `isDone`.
+    void AddSeries(const std::string& kind, const std::string& folder, std::int64_t count, bool isDone) {
+        if (count != 0)
+            written.push_back(std::to_string(count) + ' ' + kind + (count == 1 ? "" : "s") + " in " + folder);
+        if (!isDone)
+            missing.push_back((count != 0 ? "the other " : "") + kind + "s in " + folder);
+    }
 };
 
 /// Calls come on the run's thread, in this order: Begin, then for each picture that has passed the
 /// filters Scene for those that it settles and Passed for itself; Scene for those that the end settles, End.
-/// What throws hears no more, ends the run, and the others get their End. HostError is what to throw.
+/// What throws hears no more. HostError is what to throw: it fails the run, and before End it ends it, so
+/// that nobody gets an End and no file its name; an error in End leaves the others theirs.
 class RunListener {
   public:
+    /// A scene that is not held back for its length is told so many pictures after its first at the most.
     static constexpr std::int64_t kLookBack = 2;
 
     virtual ~RunListener() = default;
     virtual void Begin(const RunInfo& /*info*/) {}
+    /// Scenes are in order; one that may be too short is told once it is long enough.
     virtual void Scene(const FoundScene& /*scene*/) {}
     /// Before the picture that follows it, or before End.
     virtual void Irregular(const Irregularity& /*irregularity*/) {}
-    /// `sample` keeps its picture's bytes for whoever holds it. No scene lies more than kLookBack before the
-    /// picture that is told next.
+    /// `sample` keeps its picture's bytes for whoever holds it.
     virtual void Passed(PictureSample& /*sample*/, std::int64_t /*index*/) {}
     /// What the picture comparison measured, once it is final: frame after frame, the last before End. Only
     /// in runs that were asked for it.
     virtual void Figures(const FilePlace& /*place*/, const KxFrameFigures& /*figures*/) {}
     virtual void End(const RunEnd& /*end*/) {}
+    /// What it has written by now, and what it was to write and has not. At any time.
+    virtual void ListOutputs(RunOutputs& /*outputs*/) const {}
 };
 
 } // namespace scenedetect

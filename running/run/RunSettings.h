@@ -4,6 +4,7 @@
 #include "reading/timing/RunRange.h"
 #include "running/detection/DetectionSettings.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,9 @@ struct RunSettings {
     DetectionSettings detection;
     std::vector<std::string> xmlPaths; ///< for each method its scene-list file; empty: none
     RangeChoice range;
-    bool wantsFigures = false; ///< of the picture comparison, for listeners
-    bool isOneOfMany = false;  ///< its messages begin with its name
+    std::int64_t shortestScene = 0; ///< in frames; shorter ones are left out but from the scene-list files
+    bool wantsFigures = false;      ///< of the picture comparison, for listeners
+    bool isOneOfMany = false;       ///< its messages begin with its name
 };
 
 } // namespace scenedetect

@@ -1,9 +1,11 @@
 #include "running/run/SceneRun.h"
 
 #include "platform/Text.h"
+#include "products/files/OutputFile.h"
 #include "reading/base/HostError.h"
 #include "running/detection/DetectionCalls.h"
 #include "running/detection/SceneListCheck.h"
+#include "running/run/MemoryFile.h"
 #include "scenes/SceneListFile.h"
 
 #include <array>
@@ -22,6 +24,26 @@ std::vector<std::string> MethodWordsOf(const DetectionSettings& detection) {
     return words;
 }
 
+DvPacks PacksOf(const Picture& picture) {
+    if (picture.format.fourcc != kDvFourcc)
+        return {};
+    const std::span<const std::uint8_t> bytes = picture.Bytes();
+    return ReadDvPacks(bytes, bytes.size() >= kDifFrameBytes625 ? DvSystem::Lines625 : DvSystem::Lines525);
+}
+
+std::string List(const char* word, const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names)
+        text += (text.empty() ? "; " + std::string(word) + ": " : ", ") + name;
+    return text;
+}
+
+// What became of a run that failed.
+std::string OutcomeText(std::int64_t frames, const RunOutputs& outputs) {
+    return " (after " + std::to_string(frames) + (frames == 1 ? " frame" : " frames") +
+           List("written", outputs.written) + List("not written", outputs.missing) + ')';
+}
+
 } // namespace
 
 SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgress& progress,
@@ -34,6 +56,10 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
                             [this](const Irregularity& each) { m_irregularities.push_back(each); })),
       m_graph(m_reader->Format(), settings.detection.methods.size()),
       m_merge(MethodWordsOf(settings.detection)),
+      m_scenes(settings.shortestScene,
+               [this](const FoundScene& scene) {
+                   Tell([&scene](RunListener& listener) { listener.Scene(scene); });
+               }),
       m_range(settings.range, m_reader->Scale()) {
     SetUpFilters();
 }
@@ -43,7 +69,7 @@ void SceneRun::SetUpFilters() {
         const KxDetectionMethod method = m_settings.detection.methods[i];
         RequireComparable(m_reader->Format(), method, m_settings.input);
         ChooseDetection(m_graph.Scenes(i), m_graph.ScenesEx(i), method, m_settings.detection);
-        m_detections.push_back({MarkSchedule(m_settings.detection.marks, method), {}});
+        m_detections.push_back({MarkSchedule(m_settings.detection.marks, method), {}, {}, false});
         if (method != KxMethodVideo)
             continue;
         ApplyParameters(m_graph.Tuning(i), m_settings.detection.parameters);
@@ -59,55 +85,91 @@ void SceneRun::SetUpFilters() {
 // Each of those that are left, whatever becomes of another.
 template <typename Call>
 void SceneRun::Tell(Call call) {
-    FirstError error;
+    FirstError first;
     for (auto& listener : m_listeners) {
-        FirstError own;
-        own.Attempt([&] { call(*listener); });
-        if (own)
+        FirstError error;
+        error.Attempt([&] { call(*listener); });
+        if (error) {
+            listener->ListOutputs(m_outputs);
             listener.reset();
-        error.Attempt([&] { own.Rethrow(); });
+        }
+        first.Attempt([&] { error.Rethrow(); });
     }
     std::erase(m_listeners, nullptr);
-    error.Rethrow();
+    first.Rethrow();
 }
 
-void SceneRun::Run() {
-    for (std::size_t i = 0; i < m_settings.detection.methods.size(); ++i)
-        BeginDetection(m_graph.Scenes(i), m_settings.xmlPaths[i], m_settings.input);
+RunEnding SceneRun::Run() {
+    for (std::size_t i = 0; i < m_detections.size(); ++i)
+        m_graph.Scenes(i).EnableDetection(TRUE);
     if (FAILED(m_graph.Run()))
         throw HostError("the filter graph can't be started");
 
-    // Whatever comes, the run is brought to its end.
     FirstError error;
     error.Attempt([this] { FeedGraph(); });
-    const bool isInterrupted = m_reading.stop && !error;
+    const RunEnding ending = m_reading.stop             ? RunEnding::Stopped
+                             : m_reader->HasBrokenOff() ? RunEnding::BrokeOff
+                                                        : RunEnding::Complete;
     m_graph.Source().DeliverEndOfStream();
-    error.Attempt([this] { DrainScenes(std::numeric_limits<std::int64_t>::max()); });
-    if (!m_graph.Sink().HasEnded())
-        error.Attempt([] { throw HostError("the end of the stream did not pass the filter graph"); });
-    for (std::size_t i = 0; i < m_settings.detection.methods.size(); ++i)
-        m_graph.Scenes(i).EnableDetection(FALSE);
+    if (!error)
+        error.Attempt([this] { DrainAll(); });
+    const bool isGood = !error && m_samples != 0; // of nothing there is nothing to write
+    for (std::size_t i = 0; i < m_detections.size(); ++i)
+        if (isGood && !m_settings.xmlPaths[i].empty())
+            error.Attempt([&] { EndDetection(i); });
+        else
+            m_graph.Scenes(i).EnableDetection(FALSE);
     m_graph.Stop();
-    error.Attempt([this] { DrainFigures(); });
-    error.Attempt([this] { FinishSceneLists(); });
-    error.Attempt([&] {
-        // Of nothing there is nothing to write.
-        const RunEnd end{m_samples, m_end, isInterrupted, m_range.HasEnded()};
-        if (m_samples != 0)
-            Tell([&end](RunListener& listener) { listener.End(end); });
-    });
-
-    if (m_samples == 0 && !isInterrupted)
+    if (isGood && !error)
+        error.Attempt([&] { WriteOutputs(ending); });
+    if (m_samples == 0 && ending != RunEnding::Stopped)
         error.Attempt([this] {
             throw HostError(m_settings.input + ": no frame lies in the part that was asked for" +
                             (m_range.HasEnded() ? "" : "; it has " + std::to_string(m_skipped)));
         });
-    error.Rethrow();
-    if (isInterrupted)
-        m_reading.console.Message(Named("stopped after " + std::to_string(m_samples) + " frames"));
+    try {
+        error.Rethrow();
+    } catch (const OutputClosed&) {
+        throw;
+    } catch (const std::exception& thrown) {
+        throw HostError(ErrorText(thrown) + (m_samples != 0 ? OutcomeText(m_samples, Outputs()) : ""));
+    }
+    TellOfShortScenes();
     WarnAboutMarks();
     if (m_settings.detection.readTimecode)
         m_reading.console.Answer(Named(m_timecode.Text(m_graph.Scenes(0))));
+    return ending;
+}
+
+void SceneRun::DrainAll() {
+    DrainScenes(std::numeric_limits<std::int64_t>::max());
+    if (!m_graph.Sink().HasEnded())
+        throw HostError("the end of the stream did not pass the filter graph");
+}
+
+// Figures are final once detection is off.
+void SceneRun::WriteOutputs(RunEnding ending) {
+    DrainFigures();
+    FirstError error;
+    for (std::size_t i = 0; i < m_detections.size(); ++i)
+        if (const std::string& path = m_settings.xmlPaths[i]; !path.empty())
+            error.Attempt([&] {
+                WriteFile(path, Existing::Replace, m_detections[i].list);
+                m_detections[i].isListWritten = true;
+            });
+    const RunEnd end{m_samples, m_end, ending, m_range.HasEnded()};
+    error.Attempt([&] { Tell([&end](RunListener& listener) { listener.End(end); }); });
+    error.Rethrow();
+}
+
+RunOutputs SceneRun::Outputs() const {
+    RunOutputs outputs = m_outputs;
+    for (std::size_t i = 0; i < m_detections.size(); ++i)
+        if (const std::string& path = m_settings.xmlPaths[i]; !path.empty())
+            outputs.Add(NameOfOutput(path), m_detections[i].isListWritten);
+    for (const auto& listener : m_listeners)
+        listener->ListOutputs(outputs);
+    return outputs;
 }
 
 std::string SceneRun::Named(const std::string& text) const {
@@ -144,6 +206,8 @@ void SceneRun::FeedGraph() {
             ++m_skipped;
             continue;
         }
+        if (m_range.IsOver(held->picture.place)) // where it has begun
+            return;
         for (std::size_t i = 0; i < m_detections.size(); ++i) {
             RequireComparable(held->picture.format, m_settings.detection.methods[i], m_settings.input);
             if (m_detections[i].marks.IsDue(m_skipped + m_samples))
@@ -175,16 +239,21 @@ void SceneRun::DrainScenes(std::int64_t settledBefore) {
             m_detections[i].positions.push_back(static_cast<std::int32_t>(m_skipped + position));
             m_merge.Add(i, position);
         });
-    m_merge.Take(settledBefore, [this](std::int64_t position, const std::string& method) {
-        const std::int64_t first = m_samples - std::ssize(m_recent);
+    const std::int64_t first = m_samples - std::ssize(m_recent);
+    const auto recent = [&](std::int64_t sample) -> const Picture& {
+        return m_recent[static_cast<std::size_t>(sample - first)]->picture;
+    };
+    m_merge.Take(settledBefore, [&](std::int64_t position, const std::string& method) {
         if (position < first || position >= m_samples)
             throw HostError("the filter reports a scene at " + std::to_string(position) +
                             ", where there is no sample");
-        const Picture& picture = m_recent[static_cast<std::size_t>(position - first)]->picture;
-        const FoundScene scene{++m_sceneCount, position, m_skipped + position,
-                               picture.place,  method,   &picture};
-        Tell([&scene](RunListener& listener) { listener.Scene(scene); });
+        const Picture& picture = recent(position);
+        m_scenes.Add({0, position, m_skipped + position, picture.place, method, PacksOf(picture)});
     });
+    if (settledBefore >= m_samples)
+        m_scenes.Settle(m_end.frame);
+    else if (settledBefore >= first)
+        m_scenes.Settle(recent(settledBefore).place.frame);
 }
 
 void SceneRun::DrainFigures() {
@@ -200,19 +269,29 @@ void SceneRun::DrainFigures() {
             }
 }
 
-void SceneRun::FinishSceneLists() {
-    FirstError error;
-    for (std::size_t i = 0; i < m_settings.detection.methods.size(); ++i) {
-        const std::string& path = m_settings.xmlPaths[i];
-        if (path.empty())
-            continue;
-        const std::vector<std::int32_t>& positions = m_detections[i].positions;
-        // The filter counts from the range's beginning, the file's positions from its own.
-        if (m_skipped != 0)
-            WriteSceneListFile(WideFromUtf8(path), positions, m_settings.detection.methods[i]);
-        error.Attempt([&] { CheckSceneList(path, std::ssize(positions)); });
-    }
-    error.Rethrow();
+// Through a file in memory: an output of whatever kind gets a whole list or none.
+void SceneRun::EndDetection(std::size_t filter) {
+    const MemoryFile file;
+    const std::wstring path = WideFromUtf8(file.Path());
+    Detection& detection = m_detections[filter];
+    if (m_skipped == 0)
+        m_graph.Scenes(filter).EnableSceneListFile(path.c_str());
+    m_graph.Scenes(filter).EnableDetection(FALSE);
+    // The filter counts from the range's beginning, the file's positions from its own.
+    if (m_skipped != 0)
+        WriteSceneListFile(path, detection.positions, m_settings.detection.methods[filter]);
+    detection.list = ReadSceneList(file.Path(), std::ssize(detection.positions));
+}
+
+void SceneRun::TellOfShortScenes() {
+    if (m_scenes.LeftOut() == 0)
+        return;
+    for (std::size_t i = 0; i < m_detections.size(); ++i)
+        if (const std::string& path = m_settings.xmlPaths[i]; !path.empty())
+            m_reading.console.Message(Named(NameOfOutput(path) + " has the " +
+                                            std::to_string(m_detections[i].positions.size()) +
+                                            " scenes that the filter found: --min-scene acts on all other "
+                                            "outputs"));
 }
 
 void SceneRun::WarnAboutMarks() {

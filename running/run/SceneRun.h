@@ -12,6 +12,7 @@
 #include "running/run/RunProgress.h"
 #include "running/run/RunSettings.h"
 #include "running/run/SceneMerge.h"
+#include "running/run/ShortScenes.h"
 
 #include <cstdint>
 #include <deque>
@@ -29,15 +30,20 @@ class SceneRun {
     /// Opens the input and sets the graph up. HostError when either fails.
     SceneRun(const RunSettings& settings, const Reading& reading, RunProgress& progress, Listeners listeners);
 
-    /// Runs to the end of the input. HostError when reading or writing fails: what was found until then has
-    /// been told to the listeners that can still take it.
-    void Run();
-    [[nodiscard]] std::int64_t SceneCount() const { return m_sceneCount; }
+    /// Runs to the end of the input. HostError when reading or writing fails, with what was written all the
+    /// same and what was not.
+    [[nodiscard]] RunEnding Run();
+    [[nodiscard]] std::int64_t SampleCount() const { return m_samples; }
+    [[nodiscard]] std::int64_t SceneCount() const { return m_scenes.Count(); }
+    /// Once it has run.
+    [[nodiscard]] RunOutputs Outputs() const;
 
   private:
     struct Detection {
         MarkSchedule marks;
         std::vector<std::int32_t> positions; // of its scenes in the file
+        std::string list;                    // the scene list as the filter writes it
+        bool isListWritten = false;
     };
 
     void SetUpFilters();
@@ -46,7 +52,10 @@ class SceneRun {
     void FeedGraph();
     void DrainScenes(std::int64_t settledBefore);
     void DrainFigures();
-    void FinishSceneLists();
+    void DrainAll();
+    void EndDetection(std::size_t filter);
+    void WriteOutputs(RunEnding ending);
+    void TellOfShortScenes();
     void WarnAboutMarks();
     [[nodiscard]] std::string Named(const std::string& text) const;
     template <typename Call>
@@ -61,15 +70,16 @@ class SceneRun {
     FilterGraph m_graph;
     std::vector<Detection> m_detections; // as the graph's filters
     SceneMerge m_merge;
+    ShortScenes m_scenes;
+    RunOutputs m_outputs; // of listeners that failed
     StartTimecode m_timecode;
     std::optional<std::size_t> m_measuring; // the filter whose figures are wanted
     bool m_hasBegun = false;
     SampleTable m_measured; // places that figures are still to come for
     RunRange m_range;
-    std::int64_t m_skipped = 0; // before the range
-    std::int64_t m_samples = 0; // that have passed the filters
-    FilePlace m_end;            // behind the last of them
-    std::int64_t m_sceneCount = 0;
+    std::int64_t m_skipped = 0;                 // before the range
+    std::int64_t m_samples = 0;                 // that have passed the filters
+    FilePlace m_end;                            // after the last of them
     std::deque<ComRef<PictureSample>> m_recent; // up to the last, as far as a scene may begin there
 };
 

@@ -14,13 +14,6 @@ HRESULT SinkPin::CheckMediaType(const CMediaType* type) {
     return *type->Type() == MEDIATYPE_Video ? S_OK : S_FALSE;
 }
 
-STDMETHODIMP SinkPin::Receive(IMediaSample* sample) {
-    const HRESULT hr = CBaseInputPin::Receive(sample);
-    if (hr == S_OK)
-        ++m_sampleCount;
-    return hr;
-}
-
 STDMETHODIMP SinkPin::EndOfStream() {
     m_hasEnded = true;
     return S_OK;

@@ -26,12 +26,6 @@ using testing_support::MessageOf;
 using testing_support::ReadWhole;
 using testing_support::TempFolder;
 
-void WriteFile(const std::string& path, Existing existing, const std::string& text) {
-    OutputFile file(path, existing);
-    file.Write(text);
-    file.Commit();
-}
-
 class OutputFileTest : public testing::Test {
   protected:
     [[nodiscard]] std::ptrdiff_t FileCount() const {
@@ -60,6 +54,30 @@ TEST_F(OutputFileTest, AppearsWhenWhole) {
     }
     EXPECT_EQ(ReadWhole(m_path), "a" + large + "bc");
     EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(OutputFileTest, MakesItsFolder) {
+    WriteFile(m_folder / "a" / "b" / "x", Existing::Keep, "x");
+    EXPECT_EQ(ReadWhole(m_folder / "a" / "b" / "x"), "x");
+    WriteFile(m_path, Existing::Keep, "");
+    EXPECT_THAT(MessageOf([&] { WriteFile(m_path + "/x", Existing::Keep, "x"); }),
+                HasSubstr(m_path + ": cannot be written: Not a directory"));
+}
+
+TEST_F(OutputFileTest, TheTailGoesToAnother) {
+    OutputFile file(m_path, Existing::Keep);
+    OutputFile next(m_folder / "next", Existing::Keep);
+    const std::string tail(100'000, 'x');
+    file.Write("head" + tail);
+    file.Write("end");
+    next.Write("before ");
+    file.MoveTail(4, next);
+    EXPECT_EQ(file.Size(), 4);
+    file.Write(" goes on");
+    file.Commit();
+    next.Commit();
+    EXPECT_EQ(ReadWhole(m_path), "head goes on");
+    EXPECT_EQ(ReadWhole(m_folder / "next"), "before " + tail + "end");
 }
 
 TEST_F(OutputFileTest, HasTheModeOfTheUmask) {
@@ -149,6 +167,7 @@ TEST_F(OutputFileTest, ObstaclesShowBeforehand) {
     WriteFile(m_path, Existing::Keep, "old");
     RequireWritable(m_path, Existing::Replace);
     RequireWritable(m_folder / "new", Existing::Keep);
+    RequireWritable(m_folder / "no" / "such" / "folder", Existing::Keep);
     RequireWritable("-", Existing::Keep);
     EXPECT_EQ(ReadWhole(m_path), "old");
     EXPECT_EQ(FileCount(), 1);
@@ -157,8 +176,6 @@ TEST_F(OutputFileTest, ObstaclesShowBeforehand) {
         return MessageOf([&] { RequireWritable(path, Existing::Keep); });
     };
     EXPECT_THAT(obstacle(m_path), HasSubstr("exists already"));
-    EXPECT_THAT(obstacle(m_folder / "no" / "x"),
-                HasSubstr("No such file or directory; make its folder first"));
     EXPECT_THAT(obstacle(m_path + "/x"), HasSubstr("Not a directory"));
     EXPECT_THAT(obstacle(m_folder / ""), HasSubstr("Is a directory"));
     EXPECT_THAT(obstacle(""), HasSubstr("without a name"));
@@ -173,6 +190,17 @@ TEST_F(OutputFileTest, ARunClaimsANameOnce) {
                 HasSubstr("would be written twice by this run"));
     claims.Claim("/dev/null");
     claims.Claim("/dev/null");
+    EXPECT_FALSE(claims.HasStandardOutput());
+    claims.Claim("-");
+    EXPECT_TRUE(claims.HasStandardOutput());
+    EXPECT_EQ(MessageOf([&] { claims.Claim("/dev/stdout"); }),
+              "/dev/stdout: only one output of one input can go there");
+
+    const fs::path before = fs::current_path();
+    fs::current_path(m_folder / "");
+    claims.Claim("new.csv");
+    EXPECT_THAT(MessageOf([&] { claims.Claim("./new.csv"); }), HasSubstr("would be written twice"));
+    fs::current_path(before);
 
     WriteFile(m_folder / "tape", Existing::Keep, "");
     fs::create_hard_link(m_folder / "tape", m_folder / "same");

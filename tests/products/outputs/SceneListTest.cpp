@@ -1,6 +1,5 @@
 // Each list, by the rules of its format; EDL and OpenTimelineIO by checkers made from what is published of
 // them.
-#include "products/outputs/MergeScenes.h"
 #include "products/outputs/OutputFormats.h"
 #include "products/outputs/SceneWriters.h"
 #include "reading/base/HostError.h"
@@ -239,23 +238,6 @@ TEST(OutputFormatChoice, BySuffix) {
     EXPECT_EQ(FormatBySuffix("a.Chapters.XML"), FormatByName("mkvchapters"));
     for (const char* path : {"a.xml", "a.txt", "a.csv/", "dir/.csv", "csv"})
         EXPECT_EQ(FormatBySuffix(path), nullptr) << path;
-}
-
-TEST(ShortScenes, JoinTheirNeighbours) {
-    using Cuts = std::vector<std::int64_t>;
-    const std::pair<Cuts, Cuts> cases[] = {{{0, 10, 20}, {0, 10, 20}},
-                                           {{0, 20, 23, 32, 60, 65}, {0, 32, 65}},
-                                           {{50, 52, 70, 90}, {50, 70, 90}},
-                                           {{0, 3, 6, 12, 60}, {0, 12, 60}},
-                                           {{0, 3, 6}, {0, 6}}};
-    for (const auto& [before, after] : cases) {
-        Cuts frames = {before.front()};
-        for (const SceneSpan& scene : MergeShortScenes(TableOf({25, 1}, before).scenes, 10)) {
-            EXPECT_EQ(scene.start.frame, frames.back());
-            frames.push_back(scene.end.frame);
-        }
-        EXPECT_EQ(frames, after);
-    }
 }
 
 } // namespace

@@ -1,0 +1,121 @@
+#include "running/listeners/OrderedOutput.h"
+
+#include "reading/base/HostError.h"
+#include "tests/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace scenedetect {
+namespace {
+
+using testing_support::ReadWhole;
+using testing_support::TempFolder;
+
+/// Leads the standard output elsewhere.
+class Redirected {
+  public:
+    explicit Redirected(int descriptor) : m_before(dup(STDOUT_FILENO)) {
+        dup2(descriptor, STDOUT_FILENO);
+        close(descriptor);
+    }
+    ~Redirected() {
+        dup2(m_before, STDOUT_FILENO);
+        close(m_before);
+    }
+    Redirected(const Redirected&) = delete;
+    Redirected& operator=(const Redirected&) = delete;
+
+  private:
+    const int m_before;
+};
+
+class OrderedOutputTest : public testing::Test {
+  protected:
+    [[nodiscard]] std::string Printed() const { return ReadWhole(m_path); }
+    [[nodiscard]] int OpenFile() const { return open(m_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600); }
+
+    TempFolder m_folder;
+    const std::string m_path = m_folder / "out";
+    Console m_console{"test"};
+};
+
+TEST_F(OrderedOutputTest, RunsComeInTheirOrderAndNoneWaitsForALaterOne) {
+    const Redirected out(OpenFile());
+    OrderedOutput output(m_console, "header\n", 3, true);
+    output.Print(1, "b1 ");
+    EXPECT_EQ(Printed(), "");
+    output.Print(0, "a1 ");
+    EXPECT_EQ(Printed(), "header\na1 ") << "at once, it is its turn";
+    output.Print(2, "c1 ");
+    output.Abandon(2); // failed, but what it has found counts
+    output.Print(1, "b2 ");
+    output.Close(0);
+    EXPECT_EQ(Printed(), "header\na1 b1 b2 ");
+    output.Print(1, "b3 ");
+    output.Close(1);
+    EXPECT_EQ(Printed(), "header\na1 b1 b2 b3 c1 ");
+    EXPECT_FALSE(output.HasFailed());
+}
+
+TEST_F(OrderedOutputTest, ThreadsDoNotMixTheirLines) {
+    const Redirected out(OpenFile());
+    constexpr std::size_t kRuns = 8;
+    OrderedOutput output(m_console, "", kRuns, true);
+    std::vector<std::thread> threads;
+    std::string expected;
+    for (std::size_t run = 0; run < kRuns; ++run) {
+        threads.emplace_back([&output, run] {
+            for (int line = 0; line < 100; ++line)
+                output.Print(run, std::to_string(run) + '.' + std::to_string(line) + '\n');
+            output.Close(run);
+        });
+        for (int line = 0; line < 100; ++line)
+            expected += std::to_string(run) + '.' + std::to_string(line) + '\n';
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(Printed(), expected);
+}
+
+// One error is told, by the run that meets it; after that nothing is printed.
+TEST_F(OrderedOutputTest, AnErrorIsToldOnce) {
+    const Redirected out(open("/dev/full", O_WRONLY));
+    OrderedOutput output(m_console, "", 2, true);
+    EXPECT_THROW(output.Print(0, "x"), HostError);
+    EXPECT_TRUE(output.HasFailed());
+    output.Print(0, "x");
+    output.Print(1, "x");
+    output.Close(0);
+    EXPECT_FALSE(output.IsClosed());
+}
+
+// A reader that has gone away ends runs that only print; others go on without printing.
+TEST_F(OrderedOutputTest, AReaderMayGoAway) {
+    std::signal(SIGPIPE, SIG_IGN);
+    for (const bool isAll : {true, false}) {
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        close(ends[0]);
+        const Redirected out(ends[1]);
+        OrderedOutput output(m_console, "", 1, isAll);
+        if (isAll) {
+            EXPECT_THROW(output.Print(0, "x"), OutputClosed);
+        } else {
+            output.Print(0, "x");
+        }
+        EXPECT_TRUE(output.IsClosed());
+        EXPECT_FALSE(output.HasFailed());
+        output.Print(0, "y");
+        output.Close(0);
+    }
+}
+
+} // namespace
+} // namespace scenedetect
