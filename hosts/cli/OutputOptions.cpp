@@ -99,7 +99,7 @@ void OutputOptions::AddClips(CLI::App& app) {
     PictureSettings& pictures = m_settings.outputs.pictures;
     AddFolder(app, "--split", clips.folder, "Cut the input into a file a scene, in this folder", kGroup);
     app.add_option("--container", clips.container,
-                   "Container of the clips, with sound; raw DV, or that of the source, unless told")
+                   "Container of the clips, with audio; raw DV, or that of the source, unless told")
         ->type_name("avi|mov|mkv|mp4")
         ->group(kGroup)
         ->check(CLI::IsMember({"avi", "mov", "mkv", "mp4"}));
@@ -113,7 +113,7 @@ void OutputOptions::AddClips(CLI::App& app) {
     };
     app.add_option_function<std::vector<std::string>>(
            "--picture-at", setMoments,
-           "Which frame of a scene: its first, middle or last, or the N-th behind the first; several "
+           "Which frame of a scene: its first, middle or last, or the N-th after the first; several "
            "make several pictures")
         ->type_name("start|middle|end|N")
         ->group(kGroup)
@@ -162,7 +162,7 @@ void OutputOptions::AddRange(CLI::App& app) {
             ->check(TimePointFault);
     };
     add("--start", range.start, "Leave out what is before; positions stay those of the file");
-    CLI::Option* end = add("--end", range.end, "Leave out this and what is behind it");
+    CLI::Option* end = add("--end", range.end, "Leave out this and what comes after it");
     add("--duration", range.duration, "Leave out what is so long after the start, or later")->excludes(end);
 }
 

@@ -34,7 +34,7 @@ std::string CheckNumber(const ParameterRange& range, const std::string& word) {
     const auto [stop, error] = std::from_chars(word.data(), end, number);
     if (error == std::errc() && stop == end && range.Allows(number))
         return "";
-    return word + " is no whole number of " + RangeText(range);
+    return word + " is not a whole number of " + RangeText(range);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "hosts/graph/GraphParts.h"
 
-#include "baseclasses/MediaType.h"
 #include "running/detection/DetectionCalls.h"
 
 #include <functional>
@@ -22,20 +21,6 @@ ComRef<IPin> FindPin(IBaseFilter& filter, PIN_DIRECTION wanted, const std::funct
     return nullptr;
 }
 
-bool OffersVideo(IPin& pin) {
-    IEnumMediaTypes* types = nullptr;
-    if (FAILED(pin.EnumMediaTypes(&types)))
-        return false;
-    const ComRef<IEnumMediaTypes> held(types);
-    AM_MEDIA_TYPE* next = nullptr;
-    bool isVideo = false;
-    while (!isVideo && types->Next(1, &next, nullptr) == S_OK) {
-        isVideo = next->majortype == MEDIATYPE_Video;
-        DeleteMediaType(next);
-    }
-    return isVideo;
-}
-
 } // namespace
 
 AddedFilter::AddedFilter(IGraphBuilder& graph, IBaseFilter& filter, const std::wstring& name)
@@ -50,7 +35,23 @@ ComRef<IPin> FirstPin(IBaseFilter& filter, PIN_DIRECTION direction) {
 }
 
 ComRef<IPin> FirstVideoOutput(IBaseFilter& filter) {
-    return FindPin(filter, PINDIR_OUTPUT, OffersVideo);
+    CMediaType type;
+    return FindPin(filter, PINDIR_OUTPUT, [&type](IPin& pin) { return FindVideoType(pin, type); });
+}
+
+bool FindVideoType(IPin& pin, CMediaType& type) {
+    IEnumMediaTypes* types = nullptr;
+    if (FAILED(pin.EnumMediaTypes(&types)))
+        return false;
+    const ComRef<IEnumMediaTypes> held(types);
+    AM_MEDIA_TYPE* next = nullptr;
+    while (types->Next(1, &next, nullptr) == S_OK) {
+        const bool isVideo = next->majortype == MEDIATYPE_Video && SUCCEEDED(type.Set(*next));
+        DeleteMediaType(next);
+        if (isVideo)
+            return true;
+    }
+    return false;
 }
 
 } // namespace scenedetect

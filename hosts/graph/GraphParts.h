@@ -2,6 +2,7 @@
 #pragma once
 
 #include "baseclasses/ComRef.h"
+#include "baseclasses/MediaType.h"
 
 #include <dshow.h>
 
@@ -26,5 +27,7 @@ class AddedFilter {
 [[nodiscard]] ComRef<IPin> FirstPin(IBaseFilter& filter, PIN_DIRECTION direction);
 /// The filter's first output that offers video; none when there is no such.
 [[nodiscard]] ComRef<IPin> FirstVideoOutput(IBaseFilter& filter);
+/// The first type of video that a pin offers; false when it offers none.
+[[nodiscard]] bool FindVideoType(IPin& pin, CMediaType& type);
 
 } // namespace scenedetect

@@ -8,7 +8,9 @@
 #include "reading/readers/FileInput.h"
 #include "reading/readers/RawDvReader.h"
 
+#include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace scenedetect {
@@ -18,19 +20,20 @@ namespace {
 constexpr std::size_t kForeignBytes = 2 * kDifFrameBytes625;
 constexpr std::size_t kProbeBytes = kForeignBytes + kDifFrameBytes625;
 
-// Splitters of some systems know no pictures with a colour table, and turn those over that begin with the top
-// row.
-bool IsForSystem(const std::string& path, const std::atomic<bool>& stop) {
+// None where the host has to read the file. Splitters of some systems know no pictures with a colour table,
+// turn those over that begin with the top row, and pad the rows of planes.
+std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::string& path,
+                                             const std::atomic<bool>& stop) {
     FileInput file(path, stop);
     const auto format = UncompressedFormat(AviReader(file).Video().format);
-    return format && format->colours.empty() && format->height > 0;
-}
-
-std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::string& path) {
+    if (!format || !format->colours.empty() || format->height < 0)
+        return nullptr;
     try {
-        return std::make_unique<SystemSource>(graph, path);
+        auto source = std::make_unique<SystemSource>(graph, path);
+        const std::uint32_t bytes = source->PictureBytes();
+        return bytes == 0 || bytes == format->imageBytes ? std::move(source) : nullptr;
     } catch (const HostError&) {
-        return nullptr; // the host reads it, then
+        return nullptr;
     }
 }
 
@@ -48,8 +51,8 @@ std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const GraphOptions
     if (AviReader::IsAvi(start)) {
         if (options.source == SourceKind::System)
             return std::make_unique<SystemSource>(graph, path);
-        if (options.source == SourceKind::Automatic && IsForSystem(path, stop))
-            if (auto source = TrySystemSource(graph, path))
+        if (options.source == SourceKind::Automatic)
+            if (auto source = TrySystemSource(graph, path, stop))
                 return source;
         return std::make_unique<OwnSource>(graph, std::make_unique<AviPictures>(std::move(file), damage),
                                            options, stop);

@@ -37,7 +37,7 @@ ComRef<IBaseFilter> SceneDetectModule::MakeFilter() const {
     // What CoCreateInstance does, without the registry.
     void* const entry = m_library.Find("DllGetClassObject");
     if (!entry)
-        throw HostError(m_path + ": is no module of filters");
+        throw HostError(m_path + ": is not a module of filters");
     void* factory = nullptr;
     Require(reinterpret_cast<GetClassObject>(entry)(CLSID_SceneDetectFilter, IID_IClassFactory, &factory),
             m_path + ": does not have " + kFilterName);

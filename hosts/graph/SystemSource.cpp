@@ -24,6 +24,14 @@ SystemSource::SystemSource(IGraphBuilder& graph, const std::string& path)
     Require(m_output ? S_OK : VFW_E_NOT_FOUND, path + ": no video comes out of the system's AVI splitter");
 }
 
+std::uint32_t SystemSource::PictureBytes() const {
+    CMediaType type;
+    if (!FindVideoType(*m_output, type))
+        return 0;
+    const BITMAPINFOHEADER* const header = GetBitmapHeader(type);
+    return header && header->biSizeImage != 0 ? header->biSizeImage : type.lSampleSize;
+}
+
 TimeScale SystemSource::Scale() const {
     CMediaType type;
     Require(m_output->ConnectionMediaType(&type), "the system's AVI splitter is not connected");

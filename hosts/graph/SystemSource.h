@@ -14,6 +14,9 @@ class SystemSource final : public GraphSource {
     /// HostError when the system can't read the file.
     SystemSource(IGraphBuilder& graph, const std::string& path);
 
+    /// Bytes of a picture as the splitter announces it; 0 when it does not.
+    [[nodiscard]] std::uint32_t PictureBytes() const;
+
     [[nodiscard]] IPin& Output() const override { return *m_output; }
     [[nodiscard]] TimeScale Scale() const override;
     [[nodiscard]] FilePlace PlaceOf(std::int32_t position) override { return {position, position, -1}; }

@@ -70,7 +70,7 @@ void OutputFile::Fail(int code) const {
 void OutputFile::OpenBeside() {
     std::error_code error;
     if (std::filesystem::create_directories(FolderOf(m_target.file), error); error)
-        FailToWrite(FolderOf(m_target.file), error.value());
+        FailToWrite(m_path, error.value());
     do {
         m_writingPath = (FolderOf(m_target.file) / HiddenName()).native();
         m_descriptor = open(m_writingPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
@@ -167,6 +167,22 @@ void WriteFile(const std::string& path, Existing existing, std::string_view text
     file.Commit();
 }
 
+namespace {
+
+// `path` is what the folder is wanted for.
+void RequireFolder(const std::filesystem::path& folder, const std::string& path) {
+    std::error_code error;
+    std::filesystem::path nearest = std::filesystem::absolute(folder, error);
+    while (!std::filesystem::exists(nearest, error) && nearest.has_relative_path())
+        nearest = nearest.parent_path();
+    if (!std::filesystem::is_directory(nearest, error))
+        FailToWrite(path, ENOTDIR);
+    if (access(nearest.c_str(), W_OK | X_OK) != 0)
+        FailToWrite(path, errno);
+}
+
+} // namespace
+
 void RequireWritable(const std::string& path, Existing existing) {
     const OutputTarget target = FindOutputTarget(path, existing);
     if (target.kind != OutputTarget::Kind::File)
@@ -175,18 +191,11 @@ void RequireWritable(const std::string& path, Existing existing) {
     if (const auto folder = FolderOf(target.file); std::filesystem::exists(folder, error))
         OutputFile(path, existing); // trying tells more than asking, and leaves nothing
     else
-        RequireWritableFolder(folder);
+        RequireFolder(folder, path);
 }
 
 void RequireWritableFolder(const std::string& folder) {
-    std::error_code error;
-    std::filesystem::path nearest = std::filesystem::absolute(folder, error);
-    while (!std::filesystem::exists(nearest, error) && nearest.has_relative_path())
-        nearest = nearest.parent_path();
-    if (!std::filesystem::is_directory(nearest, error))
-        FailToWrite(folder, ENOTDIR);
-    if (access(nearest.c_str(), W_OK | X_OK) != 0)
-        FailToWrite(folder, errno);
+    RequireFolder(folder, folder);
 }
 
 } // namespace scenedetect

@@ -1,4 +1,4 @@
-// Where the path of an output leads: through symbolic links, and to what is no file.
+// Where the path of an output leads: through symbolic links, and to what is not a file.
 #pragma once
 
 #include <filesystem>
@@ -17,7 +17,7 @@ struct OutputTarget {
     };
     Kind kind = Kind::File;
     int descriptor = -1;
-    std::filesystem::path file; ///< behind any symbolic links
+    std::filesystem::path file; ///< where symbolic links lead
 };
 
 /// "-" and the system's names of the standard streams lead to descriptors. HostError for folders, for a file

@@ -20,7 +20,7 @@ std::string SceneSheet(const SceneTable& table) {
     std::string text = kHeader;
     std::int64_t number = 0;
     for (const SceneSpan& scene : table.scenes) {
-        // The last frame of a scene counted from 1 is the one behind it counted from 0.
+        // The last frame of a scene counted from 1 is the one after it counted from 0.
         text += std::to_string(++number) + Columns(scene.start.frame + 1, scene.start.time, table.scale) +
                 Columns(scene.end.frame, scene.end.time, table.scale) +
                 Columns(scene.FrameCount(), scene.end.time - scene.start.time, table.scale) + "\r\n";

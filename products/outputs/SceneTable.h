@@ -15,7 +15,7 @@ namespace scenedetect {
 
 struct SceneSpan {
     FilePlace start;
-    FilePlace end;      ///< exclusive: frame and time behind the last frame
+    FilePlace end;      ///< exclusive: frame and time after the last frame
     std::string method; ///< how its start was found: "video", "timestamp", "interval" or "manual"
     std::int64_t sample = 0;
 

@@ -13,7 +13,7 @@ struct SceneTable;
 /// CMX 3600. HostError when the rate varies or timecode can't count it.
 [[nodiscard]] std::string Edl(const SceneTable& table);
 [[nodiscard]] std::string Otio(const SceneTable& table);
-/// Version 1.8. HostError when the input is no file that the list could point to.
+/// Version 1.8. HostError when the input is not a file that the list could point to.
 [[nodiscard]] std::string Fcpxml(const SceneTable& table);
 /// For x264 and x265: an IDR frame where a scene begins.
 [[nodiscard]] std::string QpFile(const SceneTable& table);

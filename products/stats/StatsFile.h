@@ -32,7 +32,7 @@ inline constexpr std::string_view kStatsFormat = "1";
 
 /// What a host notes about the run for itself; any text.
 struct StatsNote {
-    std::string name; ///< none of the settings' names
+    std::string name; ///< not a name of the settings
     std::string value;
 
     friend bool operator==(const StatsNote&, const StatsNote&) = default;

@@ -63,7 +63,7 @@ class Parser {
                                           [](const std::string& field) { return !field.empty(); });
         if (hasFrame)
             TakeFrame(fields);
-        m_isBehindFrames = !hasFrame;
+        m_isAfterFrames = !hasFrame;
         if (!fields[kSetting].empty())
             TakeSetting(fields[kSetting], fields[kValue]);
         else if (!hasFrame || !fields[kValue].empty())
@@ -101,8 +101,8 @@ class Parser {
         const auto figure = [&](Column column) {
             return static_cast<LONG>(number(column, 0, kMostInFigures));
         };
-        if (m_isBehindFrames)
-            throw HostError("a frame behind the last one: the file is damaged");
+        if (m_isAfterFrames)
+            throw HostError("a frame after the last one: the file is damaged");
         std::vector<StatsRow>& rows = m_stats.rows;
         const auto sample = static_cast<std::int64_t>(rows.size());
         if (number(kSample, 0, std::numeric_limits<std::int32_t>::max()) != sample)
@@ -153,7 +153,7 @@ class Parser {
     Stats& m_stats;
     const std::vector<StatsNumber> m_numbers;
     std::vector<std::string> m_given; // names of settings
-    bool m_isBehindFrames = false;
+    bool m_isAfterFrames = false;
     std::int64_t m_line = 0;
     std::int64_t m_wrongLine = 0;
     bool m_hasUnit = false;

@@ -60,8 +60,10 @@ bool AviPictures::Next(Picture& picture) {
         }
         m_damage.Report("frame " + std::to_string(frame->number) + " is damaged and left out");
     }
-    if (!m_reader.BreakOffReason().empty())
+    if (!m_reader.BreakOffReason().empty()) {
         m_damage.Warn("breaks off: " + m_reader.BreakOffReason());
+        SetBrokenOff();
+    }
     m_damage.Summarize();
     return false;
 }

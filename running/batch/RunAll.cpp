@@ -53,16 +53,24 @@ class Jobs {
         std::size_t partial = 0;
         std::size_t failed = 0;
         std::int64_t scenes = 0;
-        std::vector<std::string> failures; // inputs
+        std::vector<std::size_t> failures; // inputs
 
         [[nodiscard]] std::size_t Ended() const { return done + partial + failed; }
     };
 
+    struct Result {
+        bool hasBegun = false; // the input is open
+        BatchEnding ending = BatchEnding::Complete;
+        std::int64_t scenes = 0;
+    };
+
     void Work();
-    void RunOne(std::size_t index);
-    [[nodiscard]] BatchEnding ReadOne(std::size_t index, std::int64_t& scenes);
+    [[nodiscard]] bool HasNext() const { return m_next < m_plans.size() || !m_returned.empty(); }
+    [[nodiscard]] std::size_t TakeNext();
+    [[nodiscard]] bool RunOne(std::size_t index);
+    void ReadOne(std::size_t index, Result& result);
     void TellOfEnding(const RunPlan& plan, RunEnding ending, const SceneRun& run);
-    void Tell(const std::string& input, const std::string& error);
+    void Tell(const std::string& input, const std::exception_ptr& failure) noexcept;
     void ShowProgress();
     [[nodiscard]] std::int64_t FrameCount() const;
     void Summarize();
@@ -81,12 +89,16 @@ class Jobs {
     std::condition_variable m_changed;
     // Guarded by the mutex.
     std::size_t m_next = 0;
+    std::vector<std::size_t> m_returned; // to be run after all
     std::size_t m_working = 0;
     Total m_total;
 };
 
 BatchEnding Jobs::Run() {
     m_working = m_workers;
+    // So that noting a run takes no memory.
+    m_returned.reserve(m_plans.size());
+    m_total.failures.reserve(m_plans.size());
     std::vector<std::thread> threads;
     threads.reserve(m_workers);
     try {
@@ -111,55 +123,72 @@ BatchEnding Jobs::Run() {
     m_console.ClearProgress();
     if (m_plans.size() > 1)
         Summarize();
-    return m_stop && m_next < m_plans.size() ? std::max(m_total.ending, BatchEnding::Stopped)
-                                             : m_total.ending;
+    return m_stop && HasNext() ? std::max(m_total.ending, BatchEnding::Stopped) : m_total.ending;
 }
 
 void Jobs::Work() {
     std::unique_lock lock(m_mutex);
-    while (m_next < m_plans.size() && !m_stop) {
-        const std::size_t index = m_next++;
+    bool goesOn = true;
+    while (goesOn && HasNext() && !m_stop) {
+        const std::size_t index = TakeNext();
         lock.unlock();
-        RunOne(index);
+        goesOn = RunOne(index);
         lock.lock();
     }
     --m_working;
     m_changed.notify_one();
 }
 
-void Jobs::RunOne(std::size_t index) {
-    const RunPlan& plan = m_plans[index];
-    std::int64_t scenes = 0;
-    std::string error;
-    BatchEnding ending = BatchEnding::Failed;
+std::size_t Jobs::TakeNext() {
+    if (m_returned.empty())
+        return m_next++;
+    const std::size_t index = m_returned.back();
+    m_returned.pop_back();
+    return index;
+}
+
+// False when there is not the memory for as many runs at a time: this one is for another thread, later.
+bool Jobs::RunOne(std::size_t index) {
+    Result result;
+    std::exception_ptr failure;
+    bool isShortOfMemory = false;
     try {
-        ending = ReadOne(index, scenes);
+        ReadOne(index, result);
         m_output.Close(index);
     } catch (const OutputClosed&) {
         m_stop = true;
-        ending = BatchEnding::OutputClosed;
-        m_output.Abandon(index);
-    } catch (const std::exception& thrown) {
-        ending = BatchEnding::Failed;
-        error = ErrorText(thrown);
-        m_output.Abandon(index);
+        result.ending = BatchEnding::OutputClosed;
+    } catch (const std::bad_alloc&) {
+        isShortOfMemory = true;
+        failure = std::current_exception();
+    } catch (...) {
+        failure = std::current_exception();
     }
-    m_progress[index].fraction = 1;
     const std::lock_guard lock(m_mutex);
-    m_total.scenes += scenes;
-    m_total.ending = std::max(m_total.ending, ending);
-    if (ending != BatchEnding::Failed) {
-        ++(ending == BatchEnding::Complete ? m_total.done : m_total.partial);
-        return;
+    if (isShortOfMemory && !result.hasBegun && m_working > 1) {
+        m_returned.push_back(index);
+        return false;
+    }
+    if (failure)
+        result.ending = BatchEnding::Failed;
+    if (result.ending > BatchEnding::Stopped)
+        m_output.Abandon(index);
+    m_progress[index].fraction = 1;
+    m_total.scenes += result.scenes;
+    m_total.ending = std::max(m_total.ending, result.ending);
+    if (!failure) {
+        ++(result.ending == BatchEnding::Complete ? m_total.done : m_total.partial);
+        return true;
     }
     ++m_total.failed;
-    m_total.failures.push_back(plan.run.input);
+    m_total.failures.push_back(index);
     // What prints nothing any more need not go on, and one line about it is enough.
     if (!m_output.HasFailed() || !m_stop.exchange(true))
-        Tell(plan.run.input, error);
+        Tell(m_plans[index].run.input, failure);
+    return true;
 }
 
-BatchEnding Jobs::ReadOne(std::size_t index, std::int64_t& scenes) {
+void Jobs::ReadOne(std::size_t index, Result& result) {
     const RunPlan& plan = m_plans[index];
     // Alone, a reader knows best how many threads serve it.
     const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
@@ -176,17 +205,19 @@ BatchEnding Jobs::ReadOne(std::size_t index, std::int64_t& scenes) {
     error.Attempt([&] { run.emplace(plan.run, reading, m_progress[index], std::move(listeners)); });
     if (error && m_stop) {
         m_console.Message(plan.run.input + ": stopped before the first picture");
-        return BatchEnding::Stopped;
+        result.ending = BatchEnding::Stopped;
+        return;
     }
     error.Rethrow();
+    result.hasBegun = true;
     RunEnding ending = RunEnding::Complete;
     error.Attempt([&] { ending = run->Run(); });
-    scenes = run->SceneCount();
+    result.scenes = run->SceneCount();
     error.Rethrow();
     TellOfEnding(plan, ending, *run);
-    return ending == RunEnding::Complete   ? BatchEnding::Complete
-           : ending == RunEnding::BrokeOff ? BatchEnding::BrokeOff
-                                           : BatchEnding::Stopped;
+    result.ending = ending == RunEnding::Complete   ? BatchEnding::Complete
+                    : ending == RunEnding::BrokeOff ? BatchEnding::BrokeOff
+                                                    : BatchEnding::Stopped;
 }
 
 void Jobs::TellOfEnding(const RunPlan& plan, RunEnding ending, const SceneRun& run) {
@@ -203,9 +234,18 @@ void Jobs::TellOfEnding(const RunPlan& plan, RunEnding ending, const SceneRun& r
         m_console.Warning(name + "of the first " + frames + " only: " + partial);
 }
 
-void Jobs::Tell(const std::string& input, const std::string& error) {
-    const bool isTold = m_plans.size() == 1 || m_output.HasFailed() || error.find(input) != std::string::npos;
-    m_console.Error(isTold ? error : input + ": " + error);
+void Jobs::Tell(const std::string& input, const std::exception_ptr& failure) noexcept {
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::exception& thrown) {
+        try {
+            const std::string error = ErrorText(thrown);
+            const bool isTold =
+                m_plans.size() == 1 || m_output.HasFailed() || error.find(input) != std::string::npos;
+            m_console.Error(isTold ? error : input + ": " + error);
+        } catch (const std::bad_alloc&) { // the summary names the input
+        }
+    }
 }
 
 std::int64_t Jobs::FrameCount() const {
@@ -256,8 +296,8 @@ void Jobs::Summarize() {
                       (notBegun != 0 ? ", " + std::to_string(notBegun) + " not begun" : "") + "; " +
                       std::to_string(m_total.scenes) + " scenes in " + std::to_string(FrameCount()) +
                       " frames, " + seconds);
-    for (const std::string& input : m_total.failures)
-        m_console.Message("failed: " + input);
+    for (const std::size_t index : m_total.failures)
+        m_console.Message("failed: " + m_plans[index].run.input);
 }
 
 } // namespace

@@ -19,7 +19,7 @@ std::shared_ptr<const Picture> Share(PictureSample& sample) {
 void ClipMaker::Begin(const RunInfo& info) {
     m_info = info;
     const bool isDv = info.format.fourcc == kDvFourcc;
-    // A container's own sound lies beside its frames, so that its packets are what is to be cut.
+    // A container has its audio beside the frames, so that its packets are what is to be cut.
     if (isDv && (info.media.isRawDv || m_settings.container.empty()))
         m_cutter.emplace(m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); });
     else if (info.input == "-")

@@ -25,7 +25,7 @@ struct OutputSettings {
     std::string statsPath;
     ClipSettings clips;
     PictureSettings pictures;
-    bool printsScenes = true; ///< on the standard output, which is no output's then
+    bool printsScenes = true; ///< on the standard output, which none of the above uses then
 };
 
 } // namespace scenedetect

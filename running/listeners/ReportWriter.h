@@ -17,7 +17,7 @@ class TimelineKeeper final : public RunListener {
   public:
     explicit TimelineKeeper(std::shared_ptr<Timeline> timeline) : m_timeline(std::move(timeline)) {}
 
-    void Begin(const RunFacts& facts) override { m_scale = facts.scale; }
+    void Begin(const RunInfo& info) override { m_scale = info.scale; }
     void Figures(const FilePlace& place, const KxFrameFigures& figures) override {
         m_timeline->Add(EditFrame(place, m_scale), figures.nFilled, figures.nLevel,
                         (figures.dwFlags & KxFrameDark) != 0);

@@ -1,4 +1,4 @@
-// The graph of a run: source, scene detect filters one behind the other, and sink.
+// The graph of a run: source, scene detect filters one after another, and sink.
 #pragma once
 
 #include "baseclasses/ComRef.h"

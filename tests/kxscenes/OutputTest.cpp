@@ -178,6 +178,15 @@ TEST_F(Output, TraceHasALineAJudgedFrame) {
     EXPECT_EQ(RunHost({m_file}, silent).err, "");
 }
 
+// The loader takes an empty entry in a program's path for the current folder.
+TEST(Libraries, AreNotTakenFromTheCurrentFolder) {
+    const TempFolder folder;
+    for (const char* name : {"libKxSceneDetect2.so.0", "libpugixml.so.1", "libavformat.so.59"})
+        WriteBytes(folder / name, "");
+    const std::string run = "cd \"$1\" && exec \"$0\" --version";
+    EXPECT_EQ(Process({"sh", "-c", run, KxscenesProgram(), folder / ""}).Wait().exitCode, 0);
+}
+
 // Not with sanitizers, which keep freed memory.
 TEST(Memory, DoesNotGrowWithTheInput) {
     constexpr long kRoomKilobytes = 8 * 1024;

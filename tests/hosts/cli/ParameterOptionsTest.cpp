@@ -26,7 +26,7 @@ TEST(ParameterOptions, TakeWhatIsInRangeToTheFilter) {
     for (const char* option : {"cut-threshold", "dark-level", "clamp", "votes", "longest-scene"})
         for (const char* word : {"-2", "2147483648", "1.5", "x", "''"})
             EXPECT_NE(Parse(std::string("--") + option + '=' + word, choice), "") << option << ' ' << word;
-    EXPECT_EQ(Parse("--votes 5", choice), "--votes: 5 is no whole number of 1 to 4");
+    EXPECT_EQ(Parse("--votes 5", choice), "--votes: 5 is not a whole number of 1 to 4");
 
     choice = {};
     EXPECT_EQ(Parse("", choice), "");

@@ -89,7 +89,7 @@ TEST(StatsFile, DamageIsRefusedInOneLine) {
         {"1,0,92,21,0,0,1,1,144000,unit-num,1001\n", "",
          "line 3: sample is 2 where 1 should be: rows are missing or in another order"},
         {",,,,,,,,,rate-num,30000\n", ",,,,,,,,,rate-num,30000\n8,0,0,,0,0,3,8,,,\n",
-         "line 6: a frame behind the last one"},
+         "line 6: a frame after the last one"},
         {",,,,,,,,,votes,4\n", "", "run.csv: the setting \"votes\" is missing"},
         // 2^61 units of 1001/30000 s, in the row before that tells the unit's second number.
         {"1,144000,unit-num,1001\n7,92,0,,1,1,2,7,",
