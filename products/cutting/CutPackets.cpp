@@ -246,7 +246,7 @@ class CutRun {
 } // namespace
 
 std::string ClipSuffixOf(const std::string& path, const ClipSettings& settings) {
-    return ContainerOf(PacketSource(path), settings).suffix;
+    return ContainerOf(path, PacketSource(path), settings).suffix;
 }
 
 void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims,

@@ -91,6 +91,7 @@ class Jobs {
     std::size_t m_next = 0;
     std::vector<std::size_t> m_returned; // to be run after all
     std::size_t m_working = 0;
+    std::size_t m_surplus = 0; // of the threads that work
     Total m_total;
 };
 
@@ -101,13 +102,16 @@ BatchEnding Jobs::Run() {
     m_total.failures.reserve(m_plans.size());
     std::vector<std::thread> threads;
     threads.reserve(m_workers);
+    std::unique_lock starting(m_mutex); // none works before all are there
     try {
         while (threads.size() < m_workers)
             threads.emplace_back([this] { Work(); });
-    } catch (const std::system_error&) { // the system has no more of them
-        const std::lock_guard lock(m_mutex);
+    } catch (const std::system_error&) {
+        // The system has no more of them. Half of those that it has make room for the others.
         m_working -= m_workers - std::max<std::size_t>(threads.size(), 1);
+        m_surplus = threads.size() / 2;
     }
+    starting.unlock();
     if (threads.empty())
         Work();
     {
@@ -128,7 +132,9 @@ BatchEnding Jobs::Run() {
 
 void Jobs::Work() {
     std::unique_lock lock(m_mutex);
-    bool goesOn = true;
+    bool goesOn = m_surplus == 0;
+    if (!goesOn)
+        --m_surplus;
     while (goesOn && HasNext() && !m_stop) {
         const std::size_t index = TakeNext();
         lock.unlock();

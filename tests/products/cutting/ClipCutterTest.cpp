@@ -54,6 +54,24 @@ TEST_F(ClipCutterTest, ClipsJoinedAreTheTape) {
     }
 }
 
+// A scene that is known so late that its frames are in the clip before already, or only at the end.
+TEST_F(ClipCutterTest, ScenesFoundLateHaveTheSameClips) {
+    MakeTape(m_tape);
+    for (const std::string container : {"", "mov"}) {
+        std::vector<std::vector<std::string>> kinds;
+        for (const std::int64_t delay : {2, 3, 5, 100}) {
+            const std::filesystem::path folder = m_folder / (container + std::to_string(delay));
+            std::vector<std::string>& bytes = kinds.emplace_back();
+            for (const WrittenClip& clip :
+                 CutWhileReading(m_tape, {0, 5, 5, 9}, Into(folder, container), m_claims, delay))
+                bytes.push_back(std::to_string(clip.firstFrame) + ReadWhole(clip.path));
+            EXPECT_EQ(bytes.size(), 3u);
+            EXPECT_TRUE(bytes == kinds.front()) << delay;
+            EXPECT_EQ(FilesIn(folder).size(), 3u);
+        }
+    }
+}
+
 TEST_F(ClipCutterTest, FramesOfContainersAreTheirPackets) {
     MakeTape(m_tape);
     for (const std::string suffix : {".avi", ".mov", ".mkv"}) {

@@ -42,10 +42,11 @@ inline ClipSettings Into(const std::filesystem::path& folder, const std::string&
 }
 
 /// Cuts DV while it is read: a clip from each of these pictures on. The pictures are as few as a graph has
-/// beside one that a filter may keep, and scenes are told as late as can be.
+/// beside one that a filter may keep; scenes but the first are told so many pictures late.
 inline std::vector<WrittenClip> CutWhileReading(const std::filesystem::path& file,
                                                 const std::vector<std::int64_t>& scenes,
-                                                const ClipSettings& settings, OutputClaims& claims) {
+                                                const ClipSettings& settings, OutputClaims& claims,
+                                                std::int64_t delay = ClipCutter::kLookBack) {
     CaptureFfmpegLog();
     Console console("test");
     const auto reader = OpenPictures(file.native(), {kGoOn, console}, {});
@@ -64,7 +65,7 @@ inline std::vector<WrittenClip> CutWhileReading(const std::filesystem::path& fil
         free.pop_back();
         if (!reader->Next(*picture))
             break;
-        for (; told < scenes.size() && scenes[told] + 2 <= number; ++told)
+        for (; told < scenes.size() && (told == 0 || scenes[told] + delay <= number); ++told)
             cutter.BeginScene(scenes[told], SceneName(told));
         cutter.Add(picture);
     }

@@ -61,7 +61,7 @@ TEST_F(OutputFileTest, MakesItsFolder) {
     EXPECT_EQ(ReadWhole(m_folder / "a" / "b" / "x"), "x");
     WriteFile(m_path, Existing::Keep, "");
     EXPECT_THAT(MessageOf([&] { WriteFile(m_path + "/x", Existing::Keep, "x"); }),
-                HasSubstr(m_path + ": cannot be written: Not a directory"));
+                HasSubstr(m_path + "/x: cannot be written: Not a directory"));
 }
 
 TEST_F(OutputFileTest, TheTailGoesToAnother) {
