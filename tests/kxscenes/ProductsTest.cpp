@@ -203,8 +203,9 @@ TEST_P(Pictures, AreThoseOfTheirFrames) {
         const auto distances = Distances(picture, file, each.frame - 1, std::min(each.frame + 1, 54));
         EXPECT_LT(distances[1], 2) << each.name;
         EXPECT_LT(distances[1] * 2, distances.front()) << each.name;
-        if (each.frame < 54)
+        if (each.frame < 54) {
             EXPECT_LT(distances[1] * 2, distances.back()) << each.name;
+        }
     }
 }
 

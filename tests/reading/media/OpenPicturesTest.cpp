@@ -72,7 +72,7 @@ TEST_P(UncompressedAvi, IsReadInItsFormat) {
     Clip clip;
     clip.size = size;
     clip.cuts = {};
-    clip.frames = 2;
+    clip.frames = 10; // fewer do not tell the rate
     MakeRawAvi(format, clip, file);
 
     Console console("test");
