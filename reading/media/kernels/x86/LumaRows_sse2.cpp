@@ -6,7 +6,7 @@
 namespace scenedetect {
 namespace {
 
-void BytesToYuy2(const std::uint8_t* luma, int shift, std::uint8_t* yuy2, std::size_t width) {
+void BytesToYuy2BySse2(const std::uint8_t* luma, int shift, std::uint8_t* yuy2, std::size_t width) {
     const __m128i chroma = _mm_set1_epi8(static_cast<char>(kNeutralChroma));
     std::size_t x = 0;
     for (; x + 16 <= width; x += 16) {
@@ -18,7 +18,7 @@ void BytesToYuy2(const std::uint8_t* luma, int shift, std::uint8_t* yuy2, std::s
     ScalarLumaRow(LumaPixels::Bytes)(luma + x, shift, yuy2 + 2 * x, width - x);
 }
 
-void WordsToYuy2(const std::uint8_t* luma, int shift, std::uint8_t* yuy2, std::size_t width) {
+void WordsToYuy2BySse2(const std::uint8_t* luma, int shift, std::uint8_t* yuy2, std::size_t width) {
     const __m128i chroma = _mm_set1_epi16(static_cast<short>(kNeutralChroma << 8));
     const __m128i lowByte = _mm_set1_epi16(0xFF);
     const __m128i count = _mm_cvtsi32_si128(shift);
@@ -36,7 +36,7 @@ void WordsToYuy2(const std::uint8_t* luma, int shift, std::uint8_t* yuy2, std::s
 LumaRow FindSimdLumaRow(LumaPixels pixels, unsigned cpuFeatures) {
     if ((cpuFeatures & kCpuSse2) == 0)
         return nullptr;
-    return pixels == LumaPixels::Bytes ? BytesToYuy2 : WordsToYuy2;
+    return pixels == LumaPixels::Bytes ? BytesToYuy2BySse2 : WordsToYuy2BySse2;
 }
 
 } // namespace scenedetect
