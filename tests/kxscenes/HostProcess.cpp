@@ -30,7 +30,7 @@ std::string KxscenesProgram() {
 }
 
 std::string LogFolder() {
-    return Setting("TPLOG_FOLDER", TPLOG_FOLDER);
+    return std::filesystem::path(KxscenesProgram()).parent_path();
 }
 
 Process::Process(const std::vector<std::string>& arguments, const ProcessSetup& setup) {

@@ -41,8 +41,8 @@ class Process {
     pid_t m_pid = -1;
 };
 
-/// The kxscenes that is tested, and the folder of its logging library: those that $KXSCENES_PROGRAM and
-/// $TPLOG_FOLDER name, or those of the tests' own build.
+/// The kxscenes that is tested, $KXSCENES_PROGRAM or that of the tests' own build, and the folder of the
+/// logging library beside it.
 std::string KxscenesProgram();
 std::string LogFolder();
 
