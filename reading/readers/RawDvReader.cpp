@@ -35,9 +35,11 @@ bool RawDvReader::Next(Picture& picture) {
     }
     if (ReadFrame(picture))
         return true;
-    if (!m_input->IsStopped() && m_input->Position() < m_input->Size())
+    if (!m_input->IsStopped() && m_input->Position() < m_input->Size()) {
         m_damage.Warn("has become shorter while it was read: ends at byte " +
                       std::to_string(m_input->Position()) + " of " + std::to_string(m_input->Size()));
+        SetBrokenOff();
+    }
     m_damage.Summarize();
     return false;
 }
