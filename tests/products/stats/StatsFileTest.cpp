@@ -91,12 +91,12 @@ TEST(StatsFile, DamageIsRefusedInOneLine) {
         {",,,,,,,,,rate-num,30000\n", ",,,,,,,,,rate-num,30000\n8,0,0,,0,0,3,8,,,\n",
          "line 6: a frame after the last one"},
         {",,,,,,,,,votes,4\n", "", "run.csv: the setting \"votes\" is missing"},
-        // 2^61 units of 1001/30000 s, in the row before that tells the unit's second number.
+        // 2^59 units of 1001/30000 s, in the row before that tells the unit's second number.
         {"1,144000,unit-num,1001\n7,92,0,,1,1,2,7,",
-         "2305843009213693952,144000,unit-num,1001\n7,92,0,,1,1,2,2305843009213693953,",
-         "line 3: time is 2305843009213693952, which is more than 2147483647 seconds"},
-        {"7,92,0,,1,1,2,7,", "7,92,0,,1,1,2,2305843009213693952,",
-         "line 4: time is 2305843009213693952, which is more than 2147483647 seconds"},
+         "576460752303423488,144000,unit-num,1001\n7,92,0,,1,1,2,576460752303423489,",
+         "line 3: time is 576460752303423488, which is more than 2147483647 seconds"},
+        {"7,92,0,,1,1,2,7,", "7,92,0,,1,1,2,576460752303423488,",
+         "line 4: time is 576460752303423488, which is more than 2147483647 seconds"},
         {"format,1", "format,2", "line 2: the table's format is \"2\", and only 1 is known"},
         {"rate-num,30000", "rate-num,0", "line 5: rate-num is \"0\""},
         {"votes,4", "votes,5", "line 10: votes is \"5\" where a whole number of 1 to 4 should be"},
