@@ -12,8 +12,8 @@ TEST(Irregularity, IsASentenceAboutTheFile) {
         Irregularity irregularity;
         const char* text;
     } cases[] = {
-        {{0, 0, 4000, Kind::ForeignBytes, 0}, "4000 bytes at byte 0 are no DV, before frame 0"},
-        {{7, 800, 1, Kind::ForeignBytes, 0}, "1 byte at byte 800 is no DV, before frame 7"},
+        {{0, 0, 4000, Kind::UnknownBytes, 0}, "4000 bytes at byte 0 are no DV, before frame 0"},
+        {{7, 800, 1, Kind::UnknownBytes, 0}, "1 byte at byte 800 is no DV, before frame 7"},
         {{25, 90, 120'000, Kind::Unreadable, 1}, "frame 25 at byte 90 is left out: no DV in 120000 bytes"},
         {{25, 90, 240'000, Kind::Unreadable, 2},
          "frames 25 to 26 at byte 90 are left out: no DV in 240000 bytes"},
