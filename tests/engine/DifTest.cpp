@@ -21,6 +21,15 @@ TEST(Dif, BlocksHaveTheirPlaces) {
         EXPECT_EQ(DifBlockIdAt(test.block), test.id) << test.block;
         EXPECT_EQ(SectionOfDifBlock(test.firstIdByte), test.id.section);
     }
+    // The last pack of a block, and the first of the next and of the next sequence.
+    EXPECT_EQ(kSubcodePacks.Offset(5), 80u + 3 + 5 * 8 + 3);
+    EXPECT_EQ(kSubcodePacks.Offset(6), 2 * 80u + 3 + 3);
+    EXPECT_EQ(kSubcodePacks.Offset(12), 12'000u + 80 + 3 + 3);
+    EXPECT_EQ(kVauxPacks.Offset(14), 3 * 80u + 3 + 14 * 5);
+    EXPECT_EQ(kVauxPacks.Offset(15), 4 * 80u + 3);
+    EXPECT_EQ(kVauxPacks.Offset(45), 12'000u + 3 * 80 + 3);
+    EXPECT_EQ(kAauxPacks.Offset(8), 134 * 80u + 3);
+    EXPECT_EQ(kAauxPacks.Offset(9), 12'000u + 6 * 80 + 3);
     EXPECT_EQ(kDifFrameBytes525, 120'000u);
     EXPECT_EQ(kDifFrameBytes625, 144'000u);
     for (int block = 0; block < kDifSequences625 * kDifSequenceBlocks; ++block) {

@@ -51,6 +51,19 @@ std::optional<std::string> FindFault(PixelLayout layout, BlockSums kernel) {
     return std::nullopt;
 }
 
+TEST(Kernels, AreTheReferencesWithoutCpuFeatures) {
+    for (const PixelLayout layout : kLayouts)
+        EXPECT_EQ(SelectBlockSums(layout, 8, 0), ScalarBlockSums(layout));
+    EXPECT_EQ(SelectByteSum(0), ScalarByteSum);
+    EXPECT_EQ(SelectDifferenceSum(0), ScalarDifferenceSum);
+    if ((CpuFeatures() & kCpuSse2) != 0) {
+        EXPECT_NE(SelectBlockSums(Planar, 8, kCpuSse2), ScalarBlockSums(Planar));
+        EXPECT_EQ(SelectBlockSums(Planar, 4, kCpuSse2), ScalarBlockSums(Planar)) << "they sum blocks of 8";
+        EXPECT_NE(SelectByteSum(kCpuSse2), ScalarByteSum);
+        EXPECT_NE(SelectDifferenceSum(kCpuSse2), ScalarDifferenceSum);
+    }
+}
+
 TEST(BlockSums, EveryKernelEqualsTheReference) {
     for (const PixelLayout layout : kLayouts)
         for (const unsigned mask : kCpuMasks)
