@@ -30,7 +30,7 @@ std::string KxscenesProgram() {
 }
 
 std::string LogFolder() {
-    return std::filesystem::path(KxscenesProgram()).parent_path();
+    return std::filesystem::path(KxscenesProgram()).parent_path() / "tamrak-scene-detect";
 }
 
 Process::Process(const std::vector<std::string>& arguments, const ProcessSetup& setup) {
