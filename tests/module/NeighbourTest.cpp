@@ -99,9 +99,10 @@ TEST_F(Neighbours, AskAndStopFromEveryThread) {
                 if (FAILED(around.Send()))
                     std::this_thread::yield();
         });
-        std::jthread asking([&] {
+        // Questions keep what they are answered: each thread has its own.
+        std::jthread asking([&, own = questions] {
             while (!done)
-                for (const Question& question : questions)
+                for (const Question& question : own)
                     if (!question.forStreamingThread)
                         question.ask();
         });
