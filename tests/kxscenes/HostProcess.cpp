@@ -46,8 +46,6 @@ Process::Process(const std::vector<std::string>& arguments, const ProcessSetup& 
     setenv("XDG_CONFIG_HOME", "/nonexistent", 1); // and not what the tester has configured
     for (const auto& [name, value] : setup.environment)
         setenv(name.c_str(), value.c_str(), 1);
-    // Read by a program that was built with the thread sanitizer, by no other.
-    setenv("TSAN_OPTIONS", (Setting("TSAN_OPTIONS", "") + " suppressions=" + TSAN_SUPPRESSIONS).c_str(), 1);
     OpenAs(setup.inPath, STDIN_FILENO);
     OpenAs(out, STDOUT_FILENO);
     OpenAs(err, STDERR_FILENO);
