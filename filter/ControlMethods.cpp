@@ -51,7 +51,7 @@ STDMETHODIMP SceneDetectFilter::ReleaseScene() {
 STDMETHODIMP SceneDetectFilter::GetStartTimecode(ULONG* pdwFrames) {
     if (!pdwFrames)
         return E_FAIL;
-    *pdwFrames = static_cast<ULONG>(m_nFirstTimecodeFrame);
+    *pdwFrames = static_cast<ULONG>(m_watch.FirstTimecode());
     return S_OK;
 }
 
@@ -86,7 +86,7 @@ STDMETHODIMP SceneDetectFilter::GetFrameCount(ULONG* pdwFrames) {
 }
 
 STDMETHODIMP SceneDetectFilter::GetCurrentTimecode(ULONG* pdwFrames) {
-    *pdwFrames = static_cast<ULONG>(m_nTimecodeOffset);
+    *pdwFrames = static_cast<ULONG>(m_watch.TimecodeOffset());
     return S_OK;
 }
 

@@ -10,9 +10,6 @@ namespace scenedetect {
 
 namespace {
 
-// 29.97 frames per second is 333666 or 333667 units, by the source's rounding.
-constexpr REFERENCE_TIME kNtscFrameDuration = 333666;
-
 struct OfferedSize {
     LONG width;
     LONG height;
@@ -135,13 +132,8 @@ HRESULT SceneDetectFilter::GetMediaType(int position, CMediaType* type) {
 }
 
 HRESULT SceneDetectFilter::SetMediaType(PIN_DIRECTION direction, const CMediaType* type) {
-    if (direction == PINDIR_INPUT) {
-        // Deliberate: 29.97 is the only rate taken as 30; exactly 30 frames per second counts as 25.
-        const std::int32_t rate =
-            (GetFrameDuration(*type) & ~REFERENCE_TIME{1}) == kNtscFrameDuration ? 30 : 25;
-        m_nFramesPerSecond = rate;
-        m_detector.SetFrameRate(rate);
-    }
+    if (direction == PINDIR_INPUT)
+        m_watch.SetFrameDuration(GetFrameDuration(*type));
     return CTransInPlaceFilter::SetMediaType(direction, type);
 }
 

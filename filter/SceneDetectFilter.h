@@ -3,16 +3,11 @@
 #pragma once
 
 #include "baseclasses/TransInPlaceFilter.h"
-#include "engine/Detector.h"
-#include "engine/DvDcImage.h"
-#include "filter/Dvutil.h"
-#include "filter/ReducedSize.h"
+#include "filter/FrameWatch.h"
 #include "scenes/DetectionRun.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <atomic>
-#include <cstdint>
-#include <span>
 
 namespace scenedetect {
 
@@ -75,35 +70,14 @@ class SceneDetectFilter final : public CTransInPlaceFilter,
     SceneDetectFilter(LPUNKNOWN outer, HRESULT* phr);
     ~SceneDetectFilter() override;
 
-    // One sample under watch: its place in the run, its times, its picture.
-    struct Watched;
-
     void WatchSample(IMediaSample& sample, const RunFrame& frame);
     void TakeOverMediaType(IMediaSample& sample);
-    void ReadTimecode(std::span<const std::uint8_t> data);
-    bool IsSceneStart(const Watched& watched);
-    bool IsRecordingTimeJump(const Watched& watched);
-    bool IsPictureChange(const Watched& watched);
-    void SettleGrid(const Watched& watched);
-    void LoadDcImage(const Watched& watched, std::uint8_t* slot);
 
     DetectionRun m_run;
-    Detector m_detector; // streaming thread, but for the frame rate learnt before streaming
-    const Dvutil m_dvutil{};
-    const DvDcImage m_dvDecoder; // its tables are built with the filter, not while streaming
-
-    // Read by the control methods, too.
-    std::atomic<std::int32_t> m_nFirstTimecodeFrame = 0; ///< not corrected for drop-frame
-    std::atomic<std::int32_t> m_nTimecodeOffset = 0;
-    std::atomic<std::int32_t> m_nFramesPerSecond = 30;
+    FrameWatch m_watch{m_run};
     std::atomic<bool> m_bNewStream = true; ///< the next sample's type is to be learnt from the input
 
     // Streaming thread only.
-    bool m_bIsDV = false;
-    bool m_bHaveFirstTimecode = false;
-    std::int32_t m_nFirstTimecodeFrameDF = 0;
-    std::int32_t m_nPrevRecordingFrame = 0;
-    ReducedSize m_reducedSize;
     CMediaType m_mtCurrent;       ///< type of the frames being watched
     REFERENCE_TIME m_rtStart = 0; ///< start of the latest sample, relative to its run's first
 };
