@@ -80,6 +80,11 @@ void Detector::ExtractLuminance(const Dib& frame, std::uint8_t* slot) const {
         ReadLuminance(frame, *layout, {gridWidth, gridHeight, blockSize}, slot);
 }
 
+void Detector::ExtractLuminance(const PixelRows& picture, std::uint8_t* slot) const {
+    if (sampleCount != 0)
+        ReadLuminance(picture, {gridWidth, gridHeight, blockSize}, slot);
+}
+
 bool Detector::ClearFrame(std::uint8_t* slot) const {
     std::memset(slot, 0, static_cast<std::size_t>(sampleCount));
     return false;

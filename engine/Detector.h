@@ -9,6 +9,7 @@
 namespace scenedetect {
 
 class Dib;
+struct PixelRows;
 
 /// For every frame: fill the slot that `NextFrame` returns, then call `Process`. Owned by one filter and used
 /// from its streaming thread only. Hold it by value: there is no virtual destructor.
@@ -45,6 +46,7 @@ class Detector {
     std::uint8_t* NextFrame();
     /// Fills `slot` from a picture; leaves it alone, and logs, when the format is unknown.
     void ExtractLuminance(const Dib& frame, std::uint8_t* slot) const;
+    void ExtractLuminance(const PixelRows& picture, std::uint8_t* slot) const;
     /// Blackens `slot`. Always false.
     bool ClearFrame(std::uint8_t* slot) const;
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -73,10 +74,9 @@ Walk WalkPlanar(const LuminanceGrid& grid) {
             .columnsInPicture = grid.height};
 }
 
-Walk WalkRgb(const Dib& frame, const LuminanceGrid& grid, PixelLayout layout, const LayoutFacts& facts) {
-    const std::int64_t height = RowCount(*frame.GetInfo());
-    const std::int64_t width = std::max<std::int64_t>(frame.GetInfo()->biWidth, 0);
-    const std::int64_t down = frame.RowOffset(1) - frame.RowOffset(0);
+/// Of rows that are `down` bytes apart, the top one at `first`.
+Walk WalkRows(std::int64_t first, std::int64_t down, std::int64_t width, std::int64_t height,
+              const LuminanceGrid& grid, PixelLayout layout, const LayoutFacts& facts) {
     // From the end of a block's row to the start of its next, as pixel addresses tell it.
     std::int64_t rowStep = down - std::int64_t{grid.blockSize} * facts.pixelPitch;
     // Deliberate: with 16 bits per pixel the step counts pixels, not bytes, and so skips every other row.
@@ -84,7 +84,7 @@ Walk WalkRgb(const Dib& frame, const LuminanceGrid& grid, PixelLayout layout, co
         rowStep *= 2;
     return {.rows = grid.height,
             .columns = grid.width,
-            .first = frame.RowOffset(0),
+            .first = first,
             .nextRow = down * grid.blockSize,
             .rowStride = rowStep + std::int64_t{grid.blockSize} * facts.pixelStep,
             .rowsInPicture = (height + grid.blockSize - 1) / grid.blockSize,
@@ -99,27 +99,30 @@ Walk WalkFor(const Dib& frame, const LuminanceGrid& grid, PixelLayout layout, co
     case PixelLayout::Planar:
         return WalkPlanar(grid);
     default:
-        return WalkRgb(frame, grid, layout, facts);
+        return WalkRows(frame.RowOffset(0), frame.RowOffset(1) - frame.RowOffset(0),
+                        std::max<std::int64_t>(frame.GetInfo()->biWidth, 0), RowCount(*frame.GetInfo()), grid,
+                        layout, facts);
     }
 }
 
 /// Sums the blocks of one block row, fast where all their bytes exist.
 class RowReader {
   public:
-    RowReader(const Dib& frame, PixelLayout layout, std::int32_t blockSize, std::int64_t rowStride)
-        : m_bits(frame.GetBits()),
-          m_extent(static_cast<std::int64_t>(frame.GetBitsExtent())),
+    /// `shift` is for Luma16, `palette` for Palette8.
+    RowReader(std::span<const std::uint8_t> bytes, PixelLayout layout, std::int32_t blockSize,
+              std::int64_t rowStride, int shift, const PaletteSums& palette)
+        : m_bits(bytes.data()),
+          m_extent(static_cast<std::int64_t>(bytes.size())),
           m_blockSize(blockSize),
           m_rowStride(rowStride),
           m_blockPitch(std::int64_t{blockSize} * FactsOf(layout).pixelPitch),
           m_runBytes(std::int64_t{blockSize} * FactsOf(layout).pixelStep),
           m_reference(ScalarBlockSums(layout)),
-          m_fast(SelectBlockSums(layout, blockSize, CpuFeatures())) {
-        if (layout == PixelLayout::Palette8)
-            m_palette = SumPalette(frame);
-        m_emptySum =
-            m_palette[0] * static_cast<std::uint32_t>(blockSize) * static_cast<std::uint32_t>(blockSize);
-    }
+          m_fast(SelectBlockSums(layout, blockSize, CpuFeatures())),
+          m_shift(shift),
+          m_palette(palette),
+          m_emptySum(palette[0] * static_cast<std::uint32_t>(blockSize) *
+                     static_cast<std::uint32_t>(blockSize)) {}
 
     /// What a block without any bytes sums up to: with a palette, its first colour.
     [[nodiscard]] std::uint32_t EmptySum() const { return m_emptySum; }
@@ -131,7 +134,7 @@ class RowReader {
             offset + std::max<std::int64_t>(travel, 0) + (blocks - 1) * m_blockPitch + m_runBytes;
         if (begin >= 0 && end <= m_extent) {
             m_fast({m_bits + offset, static_cast<std::ptrdiff_t>(m_rowStride), blocks, m_blockSize,
-                    m_blockSize, m_palette.data()},
+                    m_blockSize, m_palette.data(), m_shift},
                    sums);
         } else if (end <= 0 || begin >= m_extent) {
             std::fill_n(sums, blocks, m_emptySum);
@@ -156,7 +159,7 @@ class RowReader {
                 std::memcpy(run.data() + (begin - offset), m_bits + begin,
                             static_cast<std::size_t>(end - begin));
             std::uint32_t sum = 0;
-            m_reference({run.data(), 0, 1, m_blockSize, 1, m_palette.data()}, &sum);
+            m_reference({run.data(), 0, 1, m_blockSize, 1, m_palette.data(), m_shift}, &sum);
             total += sum;
         }
         return total;
@@ -170,8 +173,9 @@ class RowReader {
     std::int64_t m_runBytes;
     BlockSums m_reference;
     BlockSums m_fast;
-    PaletteSums m_palette{};
-    std::uint32_t m_emptySum = 0;
+    int m_shift;
+    PaletteSums m_palette;
+    std::uint32_t m_emptySum;
 };
 
 /// Division by a constant is several times faster; the two usual divisors have one.
@@ -189,6 +193,28 @@ void Divide(const std::vector<std::uint32_t>& sums, std::uint32_t divisor, std::
         return DivideByConstant<3 * kUsual>(sums, samples);
     std::transform(sums.begin(), sums.end(), samples,
                    [divisor](std::uint32_t sum) { return static_cast<std::uint8_t>(sum / divisor); });
+}
+
+bool IsReadable(const LuminanceGrid& grid) {
+    return grid.width > 0 && grid.height > 0 && grid.blockSize >= 1 && grid.blockSize <= kMaxBlockSize;
+}
+
+void ReadBlocks(const RowReader& reader, const Walk& walk, std::uint32_t divisor, std::uint8_t* samples) {
+    const auto columns = static_cast<int>(std::min<std::int64_t>(walk.columns, walk.columnsInPicture));
+    std::vector<std::uint32_t> sums(static_cast<std::size_t>(walk.columns), reader.EmptySum());
+    for (int row = 0; row < walk.rows; ++row) {
+        if (row < walk.rowsInPicture && columns > 0)
+            reader.Sum(walk.first + row * walk.nextRow, columns, sums.data());
+        else
+            std::fill(sums.begin(), sums.end(), reader.EmptySum());
+        Divide(sums, divisor, samples);
+        samples += walk.columns;
+    }
+}
+
+/// Values summed in one block.
+std::uint32_t DivisorOf(const LayoutFacts& facts, const LuminanceGrid& grid) {
+    return static_cast<std::uint32_t>(facts.components * grid.blockSize * grid.blockSize);
 }
 
 } // namespace
@@ -228,24 +254,28 @@ std::optional<PixelLayout> LayoutOf(const Dib& frame) {
 }
 
 void ReadLuminance(const Dib& frame, PixelLayout layout, const LuminanceGrid& grid, std::uint8_t* samples) {
-    if (frame.GetInfo() == nullptr || grid.width <= 0 || grid.height <= 0 || grid.blockSize < 1 ||
-        grid.blockSize > kMaxBlockSize)
+    if (frame.GetInfo() == nullptr || !IsReadable(grid))
         return;
     const LayoutFacts facts = FactsOf(layout);
     const Walk walk = WalkFor(frame, grid, layout, facts);
-    const RowReader reader(frame, layout, grid.blockSize, walk.rowStride);
-    const auto divisor = static_cast<std::uint32_t>(facts.components * grid.blockSize * grid.blockSize);
-    const auto columns = static_cast<int>(std::min<std::int64_t>(walk.columns, walk.columnsInPicture));
+    const RowReader reader({frame.GetBits(), frame.GetBitsExtent()}, layout, grid.blockSize, walk.rowStride,
+                           0, layout == PixelLayout::Palette8 ? SumPalette(frame) : PaletteSums{});
+    ReadBlocks(reader, walk, DivisorOf(facts, grid), samples);
+}
 
-    std::vector<std::uint32_t> sums(static_cast<std::size_t>(walk.columns), reader.EmptySum());
-    for (int row = 0; row < walk.rows; ++row) {
-        if (row < walk.rowsInPicture && columns > 0)
-            reader.Sum(walk.first + row * walk.nextRow, columns, sums.data());
-        else
-            std::fill(sums.begin(), sums.end(), reader.EmptySum());
-        Divide(sums, divisor, samples);
-        samples += walk.columns;
-    }
+void ReadLuminance(const PixelRows& picture, const LuminanceGrid& grid, std::uint8_t* samples) {
+    if (!IsReadable(grid))
+        return;
+    const LayoutFacts facts = FactsOf(picture.layout);
+    const std::ptrdiff_t toLast = (picture.height - 1) * picture.stride;
+    const auto bytes =
+        static_cast<std::size_t>(std::abs(toLast) + std::ptrdiff_t{picture.width} * facts.pixelPitch);
+    const std::ptrdiff_t first = std::max<std::ptrdiff_t>(-toLast, 0);
+    const Walk walk =
+        WalkRows(first, picture.stride, picture.width, picture.height, grid, picture.layout, facts);
+    const RowReader reader({picture.top - first, bytes}, picture.layout, grid.blockSize, walk.rowStride,
+                           picture.shift, {});
+    ReadBlocks(reader, walk, DivisorOf(facts, grid), samples);
 }
 
 } // namespace scenedetect

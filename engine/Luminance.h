@@ -20,6 +20,17 @@ struct LuminanceGrid {
 /// The largest block whose sums fit into 32 bits for every layout.
 inline constexpr std::int32_t kMaxBlockSize = 2048;
 
+/// The rows of a picture, wherever they lie in memory. All bytes from the first row's first to the last row's
+/// last exist, those between two rows included.
+struct PixelRows {
+    PixelLayout layout;      ///< not Palette8
+    const std::uint8_t* top; ///< the first byte of the picture's top row
+    std::ptrdiff_t stride;   ///< bytes from a row to the one below; negative when the picture lies bottom-up
+    std::int32_t width;      ///< in pixels, above 0
+    std::int32_t height;
+    int shift = 0; ///< for Luma16, see BlockRow
+};
+
 /// How `frame` is read: by its FourCC, then by its pixel size and masks. Nothing for an unknown format.
 [[nodiscard]] std::optional<PixelLayout> LayoutOf(const Dib& frame);
 
@@ -27,5 +38,7 @@ inline constexpr std::int32_t kMaxBlockSize = 2048;
 /// red values alike. Bytes outside the picture's data count as 0. Nothing is written for an empty grid or
 /// a block size outside 1 to kMaxBlockSize. Throws std::bad_alloc.
 void ReadLuminance(const Dib& frame, PixelLayout layout, const LuminanceGrid& grid, std::uint8_t* samples);
+/// Likewise of rows, block by block from the top left in every layout.
+void ReadLuminance(const PixelRows& picture, const LuminanceGrid& grid, std::uint8_t* samples);
 
 } // namespace scenedetect

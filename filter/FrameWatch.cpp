@@ -32,6 +32,7 @@ std::int64_t AbsoluteHeight(const BITMAPINFOHEADER& header) {
 struct FrameWatch::Watched {
     RunFrame frame;
     const Dib& dib;
+    const PixelRows* rows;
     const BITMAPINFOHEADER* header = dib.GetInfo(); // null when the media type has none
     std::span<const std::uint8_t> data{dib.GetBits(), dib.GetBitsExtent()};
 
@@ -47,7 +48,7 @@ void FrameWatch::SetFrameDuration(LONGLONG duration) {
 }
 
 void FrameWatch::Watch(const RunFrame& number, const StreamFrame& frame) {
-    const Watched watched{number, frame.picture};
+    const Watched watched{number, frame.picture, frame.rows};
     // Deliberate: settled here for the whole run, whatever type a later frame brings along.
     if (watched.IsFirst()) {
         m_bIsDV = watched.header && watched.header->biCompression == kDvFourcc;
@@ -130,6 +131,8 @@ bool FrameWatch::IsPictureChange(const Watched& watched) {
     std::uint8_t* slot = m_detector.NextFrame();
     if (m_bIsDV)
         LoadDcImage(watched, slot);
+    else if (watched.rows)
+        m_detector.ExtractLuminance(*watched.rows, slot);
     else
         m_detector.ExtractLuminance(watched.dib, slot);
     const Judgement judgement = m_detector.Judge();

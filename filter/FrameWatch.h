@@ -18,8 +18,9 @@ namespace scenedetect {
 struct StreamFrame {
     const Dib& picture; ///< its bytes as they came, under the stream's bitmap header if that has one
     LONGLONG start = 0;
-    LONGLONG duration = 0;      ///< 0 or less when unknown
-    LONGLONG frameDuration = 0; ///< what the stream says a frame lasts
+    LONGLONG duration = 0;           ///< 0 or less when unknown
+    LONGLONG frameDuration = 0;      ///< what the stream says a frame lasts
+    const PixelRows* rows = nullptr; ///< where the picture lies if it does not as `picture` says
 };
 
 /// Feeds one run. `Watch` is for the thread that streams; what tells of timecode may be asked on any.

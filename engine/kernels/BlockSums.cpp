@@ -2,6 +2,8 @@
 
 #include "engine/kernels/Simd.h"
 
+#include <cstring>
+
 namespace scenedetect {
 namespace {
 
@@ -16,38 +18,38 @@ std::uint32_t SumOfThree(const std::uint8_t* p) {
 
 struct Yuy2 {
     static constexpr LayoutFacts kFacts{2, 2, 1};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t*) { return p[0]; }
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow&) { return p[0]; }
 };
 
 struct Uyvy {
     static constexpr LayoutFacts kFacts{2, 2, 1};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t*) { return p[1]; }
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow&) { return p[1]; }
 };
 
 struct Planar {
     static constexpr LayoutFacts kFacts{1, 1, 1};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t*) { return p[0]; }
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow&) { return p[0]; }
 };
 
 struct Rgb24 {
     static constexpr LayoutFacts kFacts{3, 3, 3};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t*) { return SumOfThree(p); }
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow&) { return SumOfThree(p); }
 };
 
 struct Rgb32 {
     // Deliberate: within a block, four-byte pixels are read as if they were three bytes wide.
     static constexpr LayoutFacts kFacts{4, 3, 3};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t*) { return SumOfThree(p); }
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow&) { return SumOfThree(p); }
 };
 
 struct Palette8 {
     static constexpr LayoutFacts kFacts{1, 1, 3};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t* sums) { return sums[*p]; }
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow& row) { return row.paletteSums[*p]; }
 };
 
 struct Rgb565 {
     static constexpr LayoutFacts kFacts{2, 2, 3};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t*) {
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow&) {
         const std::uint32_t v = Word(p);
         return (v & 0x1F) * 8 + ((v & 0x07E0) >> 3) + ((v & 0xF800) >> 8);
     }
@@ -55,9 +57,18 @@ struct Rgb565 {
 
 struct Rgb555 {
     static constexpr LayoutFacts kFacts{2, 2, 3};
-    static std::uint32_t Value(const std::uint8_t* p, const std::uint16_t*) {
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow&) {
         const std::uint32_t v = Word(p);
         return (v & 0x1F) * 8 + ((v & 0x03E0) >> 2) + ((v & 0x7C00) >> 7);
+    }
+};
+
+struct Luma16 {
+    static constexpr LayoutFacts kFacts{2, 2, 1};
+    static std::uint32_t Value(const std::uint8_t* p, const BlockRow& row) {
+        std::uint16_t word = 0;
+        std::memcpy(&word, p, sizeof word);
+        return static_cast<std::uint8_t>(word >> row.shift);
     }
 };
 
@@ -69,7 +80,7 @@ void SumScalar(const BlockRow& row, std::uint32_t* sums) {
         for (int y = 0; y < row.rows; ++y) {
             const std::uint8_t* p = row.bits + block * blockPitch + y * row.rowStride;
             for (int x = 0; x < row.pixels; ++x)
-                sum += Pixel::Value(p + std::ptrdiff_t{x} * Pixel::kFacts.pixelStep, row.paletteSums);
+                sum += Pixel::Value(p + std::ptrdiff_t{x} * Pixel::kFacts.pixelStep, row);
         }
         sums[block] = sum;
     }
@@ -84,9 +95,9 @@ template <typename Pixel>
 constexpr Reference kReferenceOf{Pixel::kFacts, SumScalar<Pixel>};
 
 /// In the order of PixelLayout.
-constexpr Reference kReferences[] = {kReferenceOf<Yuy2>,   kReferenceOf<Uyvy>,  kReferenceOf<Planar>,
-                                     kReferenceOf<Rgb24>,  kReferenceOf<Rgb32>, kReferenceOf<Palette8>,
-                                     kReferenceOf<Rgb565>, kReferenceOf<Rgb555>};
+constexpr Reference kReferences[] = {kReferenceOf<Yuy2>,   kReferenceOf<Uyvy>,   kReferenceOf<Planar>,
+                                     kReferenceOf<Rgb24>,  kReferenceOf<Rgb32>,  kReferenceOf<Palette8>,
+                                     kReferenceOf<Rgb565>, kReferenceOf<Rgb555>, kReferenceOf<Luma16>};
 
 const Reference& ReferenceFor(PixelLayout layout) {
     return kReferences[static_cast<std::size_t>(layout)];

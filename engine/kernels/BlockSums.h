@@ -6,7 +6,7 @@
 
 namespace scenedetect {
 
-enum class PixelLayout { Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555 };
+enum class PixelLayout { Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555, Luma16 };
 
 struct LayoutFacts {
     int pixelPitch; ///< bytes from one pixel to the next where blocks begin
@@ -23,6 +23,8 @@ struct BlockRow {
     int pixels;
     int rows;
     const std::uint16_t* paletteSums; ///< for Palette8: blue + green + red of each of the 256 indices
+    int shift =
+        0; ///< for Luma16, 0 to 8: of each word in the machine's byte order the 8 bits from here on count
 };
 
 /// Writes one sum for each block: of its luma bytes, or of its blue, green and red values. Sums wrap at 32

@@ -37,11 +37,17 @@ std::uint32_t SumWords(__m128i v) {
 }
 
 struct Yuy2 {
-    static __m128i Words(__m128i v) { return _mm_and_si128(v, _mm_set1_epi16(0xFF)); }
+    static __m128i Words(__m128i v, int) { return _mm_and_si128(v, _mm_set1_epi16(0xFF)); }
 };
 
 struct Uyvy {
-    static __m128i Words(__m128i v) { return _mm_srli_epi16(v, 8); }
+    static __m128i Words(__m128i v, int) { return _mm_srli_epi16(v, 8); }
+};
+
+struct Luma16 {
+    static __m128i Words(__m128i v, int shift) {
+        return _mm_and_si128(_mm_srl_epi16(v, _mm_cvtsi32_si128(shift)), _mm_set1_epi16(0xFF));
+    }
 };
 
 __m128i Component(__m128i v, short mask) {
@@ -49,7 +55,7 @@ __m128i Component(__m128i v, short mask) {
 }
 
 struct Rgb565 {
-    static __m128i Words(__m128i v) {
+    static __m128i Words(__m128i v, int) {
         const __m128i blue = _mm_slli_epi16(Component(v, 0x1F), 3);
         const __m128i green = Component(_mm_srli_epi16(v, 3), 0xFC);
         const __m128i red = Component(_mm_srli_epi16(v, 8), 0xF8);
@@ -58,7 +64,7 @@ struct Rgb565 {
 };
 
 struct Rgb555 {
-    static __m128i Words(__m128i v) {
+    static __m128i Words(__m128i v, int) {
         const __m128i blue = _mm_slli_epi16(Component(v, 0x1F), 3);
         const __m128i green = Component(_mm_srli_epi16(v, 2), 0xF8);
         const __m128i red = Component(_mm_srli_epi16(v, 7), 0xF8);
@@ -73,7 +79,7 @@ void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
         const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 16;
         __m128i words = _mm_setzero_si128();
         for (int y = 0; y < kRows; ++y, p += row.rowStride)
-            words = _mm_add_epi16(words, Pixel::Words(Load16(p)));
+            words = _mm_add_epi16(words, Pixel::Words(Load16(p), row.shift));
         sums[block] = SumWords(words);
     }
 }
@@ -152,6 +158,8 @@ BlockSums FindSimdBlockSums(PixelLayout layout, unsigned cpuFeatures) {
         return SumWordPixels<Rgb565>;
     case PixelLayout::Rgb555:
         return SumWordPixels<Rgb555>;
+    case PixelLayout::Luma16:
+        return SumWordPixels<Luma16>;
     case PixelLayout::Palette8:
         break; // every byte is a table lookup of its own
     }
