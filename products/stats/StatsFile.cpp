@@ -1,10 +1,44 @@
 #include "products/stats/StatsFile.h"
 
+#include "reading/base/HostError.h"
 #include "scenes/ParameterNames.h"
 
-#include <limits>
-
 namespace scenedetect {
+namespace {
+
+bool IsFigure(std::int64_t number) {
+    return number >= 0 && number <= kMostInFigures;
+}
+
+} // namespace
+
+void RequireRows(const Stats& stats) {
+    const Ratio unit = stats.settings.scale.unit;
+    FilePlace before{-1, 0, -1};
+    for (std::size_t i = 0; i < stats.rows.size(); ++i) {
+        const auto& [place, figures] = stats.rows[i];
+        const char* wrong = figures.dwPosition != i                                    ? "sample"
+                            : place.frame <= before.frame || place.frame > kMostFrames ? "frame"
+                            : place.time < before.time || place.time > kMostSeconds * unit.den / unit.num
+                                ? "time"
+                            : place.byteOffset < -1          ? "byte"
+                            : !IsFigure(figures.nDifference) ? "difference"
+                            : !IsFigure(figures.nLevel)      ? "level"
+                            : !IsFigure(figures.nFilled)     ? "filled"
+                                                             : nullptr;
+        if (wrong)
+            throw HostError(stats.path + ", row " + std::to_string(i) + " of the figures: " + wrong +
+                            " is out of its range or order");
+        before = place;
+    }
+}
+
+std::string InputOf(const Stats& stats) {
+    for (const StatsNote& note : stats.settings.notes)
+        if (note.name == "input")
+            return note.value;
+    return stats.path;
+}
 
 std::vector<StatsNumber> NumbersOf(StatsSettings& settings) {
     constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();

@@ -6,6 +6,8 @@
 #include "reading/timing/TimeScale.h"
 #include "scenes/IKxSceneDetect.h"
 
+#include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,6 +58,19 @@ struct Stats {
     StatsSettings settings;
     std::vector<StatsRow> rows;
 };
+
+// The most that a table may hold, so that whoever reckons with it need not look out for overflow.
+inline constexpr std::int64_t kMostInFigures = 255;
+inline constexpr std::int64_t kMostFrames = std::numeric_limits<std::int32_t>::max();
+/// Of times, which are counted in other units later on: 68 years.
+inline constexpr std::int64_t kMostSeconds = std::numeric_limits<std::int32_t>::max();
+
+/// HostError, with the row, unless all rows could stand in a table: numbered without a gap, frames and times
+/// that go forward, all within their bounds. For rows that no table was read for.
+void RequireRows(const Stats& stats);
+
+/// The file that was measured, as it was named then; the table's own path where that is not noted.
+[[nodiscard]] std::string InputOf(const Stats& stats);
 
 /// A whole number, as all settings are: its name, where it stands, and its range.
 struct StatsNumber {

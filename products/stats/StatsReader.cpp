@@ -21,12 +21,8 @@ enum Column { kFrame, kDifference, kLevel, kFilled, kDark, kCut, kSample, kTime,
 constexpr std::size_t kColumns = kValue + 1;
 constexpr const char* kNames[kColumns] = {"frame",  "difference", "level", "filled",  "dark", "cut",
                                           "sample", "time",       "byte",  "setting", "value"};
-constexpr std::int64_t kMostInFigures = 255;
 // So that sums of a few can be reckoned with.
 constexpr std::int64_t kMost = std::int64_t{1} << 60;
-// Of times, which are counted in other units later on: 68 years.
-constexpr std::int64_t kMostSeconds = std::numeric_limits<std::int32_t>::max();
-constexpr std::int64_t kMostFrames = std::numeric_limits<std::int32_t>::max();
 
 /// A field in quotes, short and on one line whatever stands in it.
 std::string Quoted(std::string_view field) {

@@ -21,6 +21,23 @@ bool MayUseColours() {
     return IsErrorTerminal() && (!noColour || *noColour == '\0');
 }
 
+struct Prefix {
+    const char* word;
+    const char* colour;
+};
+
+Prefix PrefixOf(MessageKind kind) {
+    switch (kind) {
+    case MessageKind::Error:
+        return {"error: ", kRed};
+    case MessageKind::Warning:
+        return {"warning: ", kYellow};
+    case MessageKind::Message:
+        break;
+    }
+    return {"", ""};
+}
+
 // Names may have any byte: one that breaks the line, or that a terminal would obey, is not passed on.
 std::string OneLine(std::string text) {
     std::ranges::replace_if(
@@ -36,7 +53,18 @@ Console::Console(std::string program, Verbosity verbosity)
       m_isTerminal(IsErrorTerminal()),
       m_hasColours(MayUseColours()) {}
 
-void Console::Print(const char* colour, const char* word, const std::string& text) {
+Console::Console(Receiver receiver)
+    : m_verbosity(Verbosity::Normal),
+      m_isTerminal(false),
+      m_hasColours(false),
+      m_receiver(std::move(receiver)) {}
+
+void Console::Print(MessageKind kind, const std::string& text) {
+    if (m_receiver) {
+        m_receiver(kind, OneLine(text));
+        return;
+    }
+    const auto [word, colour] = PrefixOf(kind);
     const std::string shown = m_hasColours && *word != '\0' ? std::string(colour) + word + kPlain : word;
     const std::lock_guard lock(m_mutex);
     // One call, so that lines of two programs on one pipe do not mix.
@@ -46,26 +74,26 @@ void Console::Print(const char* colour, const char* word, const std::string& tex
 }
 
 void Console::Error(const std::string& text) {
-    Print(kRed, "error: ", text);
+    Print(MessageKind::Error, text);
 }
 
 void Console::Warning(const std::string& text) {
     if (m_verbosity != Verbosity::Quiet)
-        Print(kYellow, "warning: ", text);
+        Print(MessageKind::Warning, text);
 }
 
 void Console::Message(const std::string& text) {
     if (m_verbosity != Verbosity::Quiet)
-        Print("", "", text);
+        Print(MessageKind::Message, text);
 }
 
 void Console::Answer(const std::string& text) {
-    Print("", "", text);
+    Print(MessageKind::Message, text);
 }
 
 void Console::Detail(const std::string& text) {
     if (m_verbosity == Verbosity::Verbose)
-        Print("", "", text);
+        Print(MessageKind::Message, text);
 }
 
 void Console::ShowProgress(const std::string& text) {

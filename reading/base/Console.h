@@ -1,6 +1,7 @@
 // Standard error: messages, a line each, and the progress line when it is a terminal.
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <string>
 
@@ -12,12 +13,19 @@ enum class Verbosity {
     Verbose ///< details too
 };
 
+enum class MessageKind { Error, Warning, Message };
+
 /// Callable from any thread. Failing to write here is nobody's concern. All texts are UTF-8, without a
 /// newline; the program's name and ": " go before them.
 class Console {
   public:
     /// `program` is the name that begins each line.
     explicit Console(std::string program, Verbosity verbosity = Verbosity::Normal);
+
+    /// Where there is no standard error of one's own: takes each text, without program and kind, on the
+    /// thread that has it.
+    using Receiver = std::function<void(MessageKind kind, const std::string& text)>;
+    explicit Console(Receiver receiver);
 
     /// Something was not done; "error: " goes before the text.
     void Error(const std::string& text);
@@ -37,13 +45,14 @@ class Console {
     void ClearProgress();
 
   private:
-    void Print(const char* colour, const char* word, const std::string& text);
+    void Print(MessageKind kind, const std::string& text);
 
     std::mutex m_mutex;
     const std::string m_program;
     const Verbosity m_verbosity;
     const bool m_isTerminal;
     const bool m_hasColours;
+    const Receiver m_receiver; // in place of standard error
     bool m_hasProgress = false;
 };
 

@@ -8,21 +8,29 @@
 #include "running/run/ShortScenes.h"
 
 namespace scenedetect {
-namespace {
 
-std::string InputOf(const Stats& stats) {
-    for (const StatsNote& note : stats.settings.notes)
-        if (note.name == "input")
-            return note.value;
-    return stats.path;
+RunEnd EndOf(const Stats& stats) {
+    RunEnd end;
+    end.samples = std::ssize(stats.rows);
+    end.place = PlaceAfter(stats.rows.back().place, stats.settings.scale);
+    return end;
 }
 
-} // namespace
+std::vector<FoundScene> DecideScenes(Stats& stats, const DetectionParameters& parameters,
+                                     std::int64_t shortest) {
+    std::vector<FoundScene> found;
+    ShortScenes scenes(shortest, [&found](const FoundScene& scene) { found.push_back(scene); });
+    for (const std::int64_t position : DecideAgain(stats, parameters))
+        scenes.Add({0, position, position, stats.rows[static_cast<std::size_t>(position)].place,
+                    MethodWord(KxMethodVideo)});
+    scenes.Settle(EndOf(stats).place.frame);
+    return found;
+}
 
 void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Console& console) {
     Stats stats = ReadStats(settings.savedStatsPath);
     const DetectionParameters parameters = settings.detection.parameters.On(stats.settings.parameters);
-    const std::vector<std::int64_t> positions = DecideAgain(stats, parameters);
+    const std::vector<FoundScene> scenes = DecideScenes(stats, parameters, settings.shortestScene);
 
     BatchSettings saved = settings;
     saved.inputs = {InputOf(stats)};
@@ -38,20 +46,12 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
             error.Attempt([&] { call(*listener); });
         error.Rethrow();
     };
-    const TimeScale scale = stats.settings.scale;
-    tell([&](RunListener& each) { each.Begin({saved.inputs.front(), scale, {}, {}, {}}); });
+    tell([&](RunListener& each) { each.Begin({saved.inputs.front(), stats.settings.scale, {}, {}, {}}); });
     for (const StatsRow& row : stats.rows)
         tell([&](RunListener& each) { each.Figures(row.place, row.figures); });
-    ShortScenes scenes(settings.shortestScene,
-                       [&](const FoundScene& scene) { tell([&](RunListener& each) { each.Scene(scene); }); });
-    for (const std::int64_t position : positions)
-        scenes.Add({0, position, position, stats.rows[static_cast<std::size_t>(position)].place,
-                    MethodWord(KxMethodVideo)});
-    RunEnd end;
-    end.samples = std::ssize(stats.rows);
-    end.place = PlaceAfter(stats.rows.back().place, scale);
-    scenes.Settle(end.place.frame);
-    tell([&](RunListener& each) { each.End(end); });
+    for (const FoundScene& scene : scenes)
+        tell([&](RunListener& each) { each.Scene(scene); });
+    tell([&](RunListener& each) { each.End(EndOf(stats)); });
 }
 
 } // namespace scenedetect

@@ -1,10 +1,22 @@
 // A run without its input: scenes found again from figures that an earlier run has saved.
 #pragma once
 
+#include "products/stats/StatsFile.h"
 #include "reading/base/Console.h"
 #include "running/batch/RunPlan.h"
+#include "running/run/RunListener.h"
+
+#include <cstdint>
+#include <vector>
 
 namespace scenedetect {
+
+/// The scenes that "Video" finds in the figures with these parameters, but for those of less than `shortest`
+/// frames. `stats` becomes that of the run that had found them. HostError as DecideAgain has it.
+[[nodiscard]] std::vector<FoundScene> DecideScenes(Stats& stats, const DetectionParameters& parameters,
+                                                   std::int64_t shortest);
+/// Of a run that measured all of these figures, which are not empty.
+[[nodiscard]] RunEnd EndOf(const Stats& stats);
 
 /// Prints the scenes and writes lists and report. HostError when the figures can't be read or used, or an
 /// output not be written.

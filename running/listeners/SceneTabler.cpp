@@ -8,35 +8,41 @@
 
 namespace scenedetect {
 
-void SceneTabler::Begin(const RunInfo& info) {
-    m_table.input = info.input;
-    m_table.name = NameOfInput(info.input);
-    m_table.scale = info.scale;
-    m_table.width = info.media.width;
-    m_table.height = info.media.height;
-    m_table.pixelAspect = info.media.pixelAspect;
-    m_table.quarterTurns = info.media.quarterTurns;
-    m_table.delay = info.media.delay;
-    m_table.audio = info.media.audio;
-    m_table.startTimecode = info.media.startTimecode;
+SceneTable TableOf(const RunInfo& info) {
+    SceneTable table;
+    table.input = info.input;
+    table.name = NameOfInput(info.input);
+    table.scale = info.scale;
+    table.width = info.media.width;
+    table.height = info.media.height;
+    table.pixelAspect = info.media.pixelAspect;
+    table.quarterTurns = info.media.quarterTurns;
+    table.delay = info.media.delay;
+    table.audio = info.media.audio;
+    table.startTimecode = info.media.startTimecode;
+    return table;
 }
 
-void SceneTabler::Scene(const FoundScene& scene) {
-    if (!m_table.scenes.empty())
-        m_table.scenes.back().end = scene.place;
+void AddScene(SceneTable& table, const FoundScene& scene) {
+    if (!table.scenes.empty())
+        table.scenes.back().end = scene.place;
     // Two methods' marks at one place are one scene here.
-    if (!m_table.scenes.empty() && m_table.scenes.back().sample == scene.sample)
+    if (!table.scenes.empty() && table.scenes.back().sample == scene.sample)
         return;
-    m_table.scenes.push_back({scene.place, scene.place, scene.method, scene.sample});
+    table.scenes.push_back({scene.place, scene.place, scene.method, scene.sample});
+}
+
+void EndTable(SceneTable& table, const RunEnd& end) {
+    if (!table.scenes.empty())
+        table.scenes.back().end = end.place;
+    table.frameCount = end.place.frame;
+    table.partial = end.ending == RunEnding::BrokeOff  ? "input breaks off"
+                    : end.ending == RunEnding::Stopped ? "stopped"
+                                                       : "";
 }
 
 void SceneTabler::End(const RunEnd& end) {
-    if (!m_table.scenes.empty())
-        m_table.scenes.back().end = end.place;
-    m_table.frameCount = end.place.frame;
-    m_table.partial = end.ending == RunEnding::BrokeOff  ? "input breaks off"
-                      : end.ending == RunEnding::Stopped ? "stopped"
-                                                         : "";
+    EndTable(m_table, end);
     FirstError error;
     for (TableUse& use : m_uses)
         error.Attempt([&] {

@@ -11,6 +11,12 @@
 
 namespace scenedetect {
 
+/// The table of a run that begins, without its scenes.
+[[nodiscard]] SceneTable TableOf(const RunInfo& info);
+void AddScene(SceneTable& table, const FoundScene& scene);
+/// The last scene ends where the run does.
+void EndTable(SceneTable& table, const RunEnd& end);
+
 /// A file that is made of the table once that is whole.
 struct TableUse {
     /// Its text. `lack` takes what makes it lack something only.
@@ -25,8 +31,8 @@ class SceneTabler final : public RunListener {
   public:
     explicit SceneTabler(std::vector<TableUse> uses) : m_uses(std::move(uses)) {}
 
-    void Begin(const RunInfo& info) override;
-    void Scene(const FoundScene& scene) override;
+    void Begin(const RunInfo& info) override { m_table = TableOf(info); }
+    void Scene(const FoundScene& scene) override { AddScene(m_table, scene); }
     void End(const RunEnd& end) override;
     void ListOutputs(RunOutputs& outputs) const override;
 

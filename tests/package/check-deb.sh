@@ -38,6 +38,7 @@ diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-li
 ./share/doc/tamrak-scene-detect/installing.md
 ./share/doc/tamrak-scene-detect/logging.md
 ./share/doc/tamrak-scene-detect/outputs.md
+./share/doc/tamrak-scene-detect/python.md
 ./share/doc/tamrak-scene-detect/tape-log.md
 ./share/doc/tamrak-scene-detect/tuning.md
 ./share/lintian/overrides/tamrak-scene-detect

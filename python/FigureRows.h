@@ -1,0 +1,33 @@
+// The figures of a run as a NumPy array.
+#pragma once
+
+#include "products/stats/StatsFile.h"
+#include "running/detection/DetectionSettings.h"
+
+#include <pybind11/numpy.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace scenedetect {
+
+/// A row of the table of figures (products/stats/StatsFile.h); -1 stands for an empty field. Without padding.
+struct FigureRow {
+    std::int64_t frame;
+    std::int16_t difference;
+    std::int16_t level;
+    std::int16_t filled;
+    bool dark;
+    bool cut;
+    std::int64_t sample;
+    std::int64_t time;
+    std::int64_t byte;
+};
+
+[[nodiscard]] pybind11::array_t<FigureRow> ArrayOf(const std::vector<StatsRow>& rows);
+
+/// From parameter names (with underscores) and values. ValueError for a name that is none, and for a value
+/// out of its range.
+[[nodiscard]] ParameterChoice ParametersOf(const pybind11::dict& parameters);
+
+} // namespace scenedetect

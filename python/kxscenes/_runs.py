@@ -1,0 +1,187 @@
+"""Scenes of files."""
+
+from __future__ import annotations
+
+import os
+import warnings
+from collections.abc import Callable, Iterable, Iterator
+from datetime import timedelta
+from fractions import Fraction
+from typing import Any, Union
+
+from . import _native
+from ._scenes import Scene, SceneList, Video
+
+Point = Union[int, float, Fraction, timedelta, str]
+Progress = Callable[[int, Union[float, None]], object]
+METHODS = ("timestamp", "video", "interval", "manual")
+
+
+class InputWarning(UserWarning):
+    """Something in an input is not as it should be: damage, frames left out, an end too early."""
+
+
+def point_text(point: Point | None) -> str | None:
+    """A point of a file as the program reads it."""
+    if point is None or isinstance(point, str):
+        return point
+    if isinstance(point, bool) or not isinstance(point, (int, float, Fraction, timedelta)):
+        raise TypeError(f"{point!r} is no frame number, seconds or text")
+    if isinstance(point, int):
+        return str(point)
+    seconds = point.total_seconds() if isinstance(point, timedelta) else point
+    return f"{float(seconds):.9f}s"
+
+
+def method_words(method: str | Iterable[str]) -> list[str]:
+    words = method.replace("+", ",").split(",") if isinstance(method, str) else list(method)
+    for word in words:
+        if word not in METHODS:
+            raise ValueError(f"{word!r} is not a method: {', '.join(METHODS)}")
+    if not words or len(set(words)) != len(words):
+        raise ValueError("each method is named once, and one at least")
+    return words
+
+
+def given(parameters: dict[str, int | None]) -> dict[str, int]:
+    """Those of the parameters that are not left to their defaults."""
+    return {name: value for name, value in parameters.items() if value is not None}
+
+
+class SceneIterator(Iterator[Scene]):
+    """Scenes as they are found, while a thread of its own reads the file. For one thread at a time.
+
+    Closing it, or leaving its `with` block, ends the reading.
+    """
+
+    def __init__(self, run: _native.Run, progress: Progress | None) -> None:
+        self._run: _native.Run | None = run
+        self._progress = progress
+        self._video: Video | None = None
+
+    @property
+    def video(self) -> Video:
+        """The video that was read; once the last scene is there."""
+        if self._video is None:
+            raise RuntimeError("the end of the video has not been reached")
+        return self._video
+
+    def __next__(self) -> Scene:
+        if self._run is None:
+            raise StopIteration
+        try:
+            scene = self._run.next(self._progress)
+        except BaseException:
+            self.close()
+            raise
+        self._warn()
+        if scene is not None:
+            return Scene(*scene)
+        self._end(self._run)
+        self.close()
+        raise StopIteration
+
+    def _end(self, run: _native.Run) -> None:
+        self._video = Video(**run.video())
+
+    def _warn(self) -> None:
+        if self._run is not None:
+            for text in self._run.take_warnings():
+                warnings.warn(text, InputWarning, stacklevel=3)
+
+    def close(self) -> None:
+        """Ends the reading."""
+        try:
+            self._warn()
+        finally:
+            self._run = None
+
+    def __enter__(self) -> SceneIterator:
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.close()
+
+
+def new_run(path: str | os.PathLike[str], **settings: Any) -> _native.Run:
+    for name in ("start", "end", "duration"):
+        settings[name] = point_text(settings.get(name))
+    if settings["end"] is not None and settings["duration"] is not None:
+        raise ValueError("end and duration exclude each other")
+    if settings.get("min_scene", 0) < 0:
+        raise ValueError("min_scene is below 0")
+    return _native.Run(path=os.fspath(path), **settings)
+
+
+def scenes(
+    path: str | os.PathLike[str],
+    method: str | Iterable[str] = "video",
+    *,
+    interval: int = 0,
+    marks: Iterable[int] = (),
+    start: Point | None = None,
+    end: Point | None = None,
+    duration: Point | None = None,
+    min_scene: int = 0,
+    cut_threshold: int | None = None,
+    dark_level: int | None = None,
+    clamp: int | None = None,
+    votes: int | None = None,
+    longest_scene: int | None = None,
+    threads: int = 0,
+    progress: Progress | None = None,
+) -> SceneIterator:
+    """Yields the scenes of a file, each as soon as it is settled.
+
+    method: "video" (picture changes), "timestamp" (jumps of the recording time that DV frames carry),
+        "interval" (every `interval`-th frame), "manual" (`marks` only); several as a list, or joined by ",".
+    marks: frames of the file, from 0, at which a scene begins whatever the method finds.
+    start, end, duration: the part of the file to look at: a frame number (int), seconds (float, Fraction,
+        timedelta), or text as the program takes it ("2.5s", "00:01:00.000", "00:01:00:00").
+    min_scene: frames; scenes that are shorter become part of the one before.
+    cut_threshold, dark_level, clamp, votes, longest_scene: of "video", as `default_parameters()` has them
+        unless given.
+    threads: that decoding may take; 0: as many as there are cores.
+    progress: called now and then with the frames that have passed and the fraction of the file (None where
+        that is unknown), on the thread that takes the scenes; what it raises ends the run.
+
+    Raises Error, with the program's text, when the file can't be read; ValueError for settings that make no
+    sense. Warns with InputWarning of damage. Ctrl-C ends it. The interpreter's lock is free while it waits.
+    """
+    words = method_words(method)
+    if (interval > 0) != ("interval" in words):
+        raise ValueError('interval is above 0 with the method "interval", and only with it')
+    frames = sorted(set(marks))
+    if frames and frames[0] < 1:
+        raise ValueError("marks are frames from 1 on: a scene begins at frame 0 anyway")
+    run = new_run(
+        path,
+        methods=words,
+        interval=interval,
+        marks=frames,
+        start=start,
+        end=end,
+        duration=duration,
+        min_scene=min_scene,
+        parameters=given(
+            {
+                "cut_threshold": cut_threshold,
+                "dark_level": dark_level,
+                "clamp": clamp,
+                "votes": votes,
+                "longest_scene": longest_scene,
+            }
+        ),
+        threads=threads,
+    )
+    return SceneIterator(run, progress)
+
+
+def detect(path: str | os.PathLike[str], method: str | Iterable[str] = "video", **settings: Any) -> SceneList:
+    """The scenes of a file, all at once; its `video` tells of the file.
+
+    Settings, errors and warnings are those of `scenes`.
+    """
+    found = scenes(path, method, **settings)
+    every = list(found)
+    return SceneList(every, found.video)
