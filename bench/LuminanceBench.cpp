@@ -2,6 +2,7 @@
 //
 // Every line times reader and reference in turn, on the same frame, and prints the ratio of their speeds as
 // `of_streaming` (1.0: as fast as the streaming sum) or `to_scalar` (2.0: twice as fast as the scalar form).
+#include "bench/Compare.h"
 #include "engine/Dib.h"
 #include "engine/Luminance.h"
 #include "engine/kernels/ByteSums.h"
@@ -10,9 +11,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
-#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -52,27 +51,6 @@ struct Frame {
     Dib dib{reinterpret_cast<const BITMAPINFOHEADER*>(block.data()), block.size(), pixels.data(),
             pixels.size()};
 };
-
-/// Runs both in turn; the reader's time is the line's own, the ratio goes by the best times, in which other
-/// programs have no part.
-template <typename Reader, typename Reference>
-double Compare(benchmark::State& state, Reader&& read, Reference&& reference) {
-    using Clock = std::chrono::steady_clock;
-    using Seconds = std::chrono::duration<double>;
-    double bestRead = std::numeric_limits<double>::max();
-    double bestReference = bestRead;
-    for (auto _ : state) {
-        const auto begin = Clock::now();
-        reference();
-        const auto middle = Clock::now();
-        read();
-        const double readTime = Seconds(Clock::now() - middle).count();
-        bestReference = std::min(bestReference, Seconds(middle - begin).count());
-        bestRead = std::min(bestRead, readTime);
-        state.SetIterationTime(readTime);
-    }
-    return bestReference / bestRead;
-}
 
 constexpr LuminanceGrid kGrid{kWidth / kBlock, kHeight / kBlock, kBlock};
 

@@ -15,7 +15,7 @@ namespace {
 using testing_support::RandomBytes;
 
 using enum PixelLayout;
-constexpr PixelLayout kLayouts[] = {Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555};
+constexpr PixelLayout kLayouts[] = {Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555, Luma16};
 constexpr unsigned kCpuMasks[] = {0, kCpuAll}; // SSE2 is the one feature that there is
 
 /// Runs `kernel` and the reference over many shapes; the first shape on which they differ, or on which the
@@ -40,7 +40,8 @@ std::optional<std::string> FindFault(PixelLayout layout, BlockSums kernel) {
                                    blocks,
                                    8,
                                    8,
-                                   palette.data()};
+                                   palette.data(),
+                                   static_cast<int>(seed % 9)};
                 std::vector<std::uint32_t> expected(static_cast<std::size_t>(blocks) + 1, kGuard);
                 std::vector<std::uint32_t> sums = expected;
                 ScalarBlockSums(layout)(row, expected.data());
@@ -81,8 +82,28 @@ TEST(BlockSums, BrokenKernelsAreFound) {
         ScalarBlockSums(kLayout)(row, sums);
         sums[row.blocks] = 0;
     };
-    for (const BlockSums broken : {offByOne, oneTooMany})
+    const BlockSums packed = [](const BlockRow& row, std::uint32_t* sums) {
+        BlockRow without = row; // the gap between its rows
+        without.rowStride = row.rowStride / 8 * 8;
+        ScalarBlockSums(kLayout)(without, sums);
+    };
+    for (const BlockSums broken : {offByOne, oneTooMany, packed})
         EXPECT_NE(FindFault(kLayout, broken), std::nullopt);
+    const BlockSums unshifted = [](const BlockRow& row, std::uint32_t* sums) {
+        ScalarBlockSums(Yuy2)(row, sums);
+    };
+    EXPECT_NE(FindFault(Luma16, unshifted), std::nullopt);
+}
+
+// 0x0A5C: the words' bits from the lowest, from the third and from the highest eight on.
+TEST(BlockSums, WordsOfLumaAreShifted) {
+    constexpr std::uint16_t kWords[] = {0x0A5C, 0x0001};
+    for (const auto& [shift, expected] : {std::pair{0, 0x5Cu + 1}, {2, 0x97u}, {8, 0x0Au}}) {
+        std::uint32_t sum = 0;
+        ScalarBlockSums(Luma16)({reinterpret_cast<const std::uint8_t*>(kWords), 0, 1, 2, 1, nullptr, shift},
+                                &sum);
+        EXPECT_EQ(sum, expected) << shift;
+    }
 }
 
 // One pixel: its lowest bits, and all of them.

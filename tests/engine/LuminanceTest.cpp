@@ -83,6 +83,21 @@ TEST(Luminance, PlanarSwapsWidthAndHeight) {
     EXPECT_THAT(Read({MakeHeader(16, 8, 12, kI420), picture}, {2, 1, 8}), ElementsAre(100, 64));
 }
 
+// Rows of five pixels, seven bytes apart. The fifth column and the third row fill no block.
+TEST(Luminance, RowsAreReadWhereTheyLie) {
+    const Samples bytes = {10, 20, 30, 40, 99, 1, 1, 12, 22, 34, 40, 99, 1, 1, 99, 99, 99, 99, 99};
+    const auto read = [&](PixelLayout layout, std::size_t top, std::ptrdiff_t stride, int width, int height) {
+        Samples samples(2, 77);
+        ReadLuminance({layout, &bytes[top], stride, width, height}, {2, 1, 2}, samples.data());
+        return samples;
+    };
+    EXPECT_THAT(read(PixelLayout::Planar, 0, 7, 5, 3), ElementsAre(16, 36));
+    EXPECT_THAT(read(PixelLayout::Planar, 7, -7, 5, 2), ElementsAre(16, 36));
+    EXPECT_THAT(read(PixelLayout::Planar, 0, 7, 2, 3), ElementsAre(16, 0)) << "only what the picture has";
+    EXPECT_THAT(read(PixelLayout::Planar, 14, 7, 5, 1), ElementsAre(49, 49)) << "half a block is missing";
+    EXPECT_THAT(read(PixelLayout::Yuy2, 0, 7, 2, 2), ElementsAre((10 + 30 + 12 + 34) / 4, 0));
+}
+
 TEST(Luminance, RgbFollowsTheOrientation) {
     // 8 x 16: blue 1, green 2, red 6 in the first half of the memory, 255 in the second.
     Samples picture;

@@ -84,18 +84,28 @@ void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
     }
 }
 
-void SumPlanar(const BlockRow& row, std::uint32_t* sums) {
-    int block = 0;
-    for (; block + 2 <= row.blocks; block += 2) {
-        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 8;
-        __m128i both = _mm_setzero_si128();
-        for (int y = 0; y < kRows; ++y, p += row.rowStride)
-            both = _mm_add_epi64(both, SumBytes(Load16(p)));
-        sums[block] = Lower(both);
-        sums[block + 1] = Upper(both);
+/// `pairs` times two blocks side by side. Several pairs at a time take whole cache lines of each row.
+template <int pairs>
+void SumPlanarPairs(const std::uint8_t* p, std::ptrdiff_t rowStride, std::uint32_t* sums) {
+    __m128i both[pairs] = {};
+    for (int y = 0; y < kRows; ++y, p += rowStride)
+        for (int i = 0; i < pairs; ++i)
+            both[i] = _mm_add_epi64(both[i], SumBytes(Load16(p + 16 * i)));
+    for (int i = 0; i < pairs; ++i) {
+        sums[2 * i] = Lower(both[i]);
+        sums[2 * i + 1] = Upper(both[i]);
     }
+}
+
+void SumPlanar(const BlockRow& row, std::uint32_t* sums) {
+    const auto at = [&](int block) { return row.bits + std::ptrdiff_t{block} * 8; };
+    int block = 0;
+    for (; block + 8 <= row.blocks; block += 8)
+        SumPlanarPairs<4>(at(block), row.rowStride, sums + block);
+    for (; block + 2 <= row.blocks; block += 2)
+        SumPlanarPairs<1>(at(block), row.rowStride, sums + block);
     if (block < row.blocks) {
-        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 8;
+        const std::uint8_t* p = at(block);
         __m128i last = _mm_setzero_si128();
         for (int y = 0; y < kRows; ++y, p += row.rowStride)
             last = _mm_add_epi64(last, SumBytes(Load8(p)));
