@@ -18,8 +18,9 @@ their scenes begin: at picture changes, for DV without decoding a picture, or
 at jumps of the recording time that DV frames carry.
 .
 The filter itself is in a shared library with headers and a CMake package,
-for programs that capture or import video; a small logging library shows what
-it sees.")
+for programs that capture or import video, and its heart in another with a C
+interface, for programs that have the frames already; a small logging library
+shows what they see.")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS ffmpeg)
 # What is linked says what is needed; the filter's library is found among what was built.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
@@ -28,7 +29,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY
 # latter is an older one.
 set(control ${CMAKE_BINARY_DIR}/debian)
 file(CONFIGURE OUTPUT ${control}/shlibs
-     CONTENT "libKxSceneDetect2 0 ${CPACK_DEBIAN_PACKAGE_NAME} (>= ${PROJECT_VERSION})\n")
+     CONTENT "libKxSceneDetect2 0 ${CPACK_DEBIAN_PACKAGE_NAME} (>= ${PROJECT_VERSION})
+libkxscenes 0 ${CPACK_DEBIAN_PACKAGE_NAME} (>= ${PROJECT_VERSION})\n")
 file(CONFIGURE OUTPUT ${control}/triggers CONTENT "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${control}/shlibs ${control}/triggers)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

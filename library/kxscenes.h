@@ -212,8 +212,8 @@ int32_t kxscenes_get_settings(kxscenes_detector* detector, kxscenes_settings* se
 
 /// Changes settings. Those of the picture comparison take effect with the next run: a run is judged by those
 /// that were set when it began. All others take effect with the next frame; figures that were kept are
-/// dropped when they are no longer wanted. Restart after a change to KXSCENES_VIDEO: blocks are laid out at the
-/// first frame of a run. ERROR_NULL, ERROR_SIZE, ERROR_VALUE, ERROR_MEMORY.
+/// dropped when they are no longer wanted. Restart after a change to KXSCENES_VIDEO: blocks are laid out at
+/// the first frame of a run. ERROR_NULL, ERROR_SIZE, ERROR_VALUE, ERROR_MEMORY.
 int32_t kxscenes_change_settings(kxscenes_detector* detector, const kxscenes_settings* settings);
 
 /// Watches the next frame; its scenes can be taken afterwards. Format, width and height have to stay those of

@@ -16,6 +16,7 @@ dpkg-deb -e "${packages[0]}" "$folder/control"
 # The architecture's own library folder is left out of the names.
 diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-linux-[^/]+/,./lib/,' | LC_ALL=C sort) - <<'LIST'
 ./bin/kxscenes
+./include/kxscenes.h
 ./include/scenedetect/IKxSceneDetect.h
 ./include/scenedetect/KxPlatform.h
 ./lib/cmake/TamrakSceneDetect/TamrakSceneDetectConfig-release.cmake
@@ -24,6 +25,10 @@ diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-li
 ./lib/libKxSceneDetect2.so
 ./lib/libKxSceneDetect2.so.0
 ./lib/libKxSceneDetect2.so.0.1.0
+./lib/libkxscenes.so
+./lib/libkxscenes.so.0
+./lib/libkxscenes.so.0.1.0
+./lib/pkgconfig/kxscenes.pc
 ./lib/tamrak-scene-detect/libtplog.so
 ./share/bash-completion/completions/kxscenes
 ./share/doc/tamrak-scene-detect/changelog.Debian.gz
@@ -33,9 +38,11 @@ diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-li
 ./share/doc/tamrak-scene-detect/dv.md
 ./share/doc/tamrak-scene-detect/examples/CMakeLists.txt
 ./share/doc/tamrak-scene-detect/examples/Peer.h
+./share/doc/tamrak-scene-detect/examples/scenes-of-frames.c
 ./share/doc/tamrak-scene-detect/examples/scenes-of-frames.cpp
 ./share/doc/tamrak-scene-detect/hosting.md
 ./share/doc/tamrak-scene-detect/installing.md
+./share/doc/tamrak-scene-detect/library.md
 ./share/doc/tamrak-scene-detect/logging.md
 ./share/doc/tamrak-scene-detect/outputs.md
 ./share/doc/tamrak-scene-detect/python.md

@@ -23,9 +23,13 @@ diff <(cd "${root[0]}" && find . -type f | LC_ALL=C sort) - <<'LIST'
 ./LICENSE
 ./deliberate-behaviour.md
 ./hosting.md
+./include/kxscenes.h
 ./include/scenedetect/IKxSceneDetect.h
 ./include/scenedetect/KxPlatform.h
 ./kxscenes-graph.exe
+./lib/libkxscenes.dll.a
+./libkxscenes.dll
+./library.md
 ./logging.md
 ./tuning.md
 LIST
