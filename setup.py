@@ -32,8 +32,9 @@ class CMakeBuild(build_ext):
         target = pathlib.Path(self.get_ext_fullpath(extension.name))
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy(folder / "python" / "kxscenes" / target.name, target)
-        # The filter's library, under the name that the native part asks for.
-        shutil.copy(folder / "bin" / "libKxSceneDetect2.so.0", target.parent)
+        # Under the names that the native part asks for.
+        for library in ("libKxSceneDetect2.so.0", "libkxscenes.so.0"):
+            shutil.copy(folder / "bin" / library, target.parent)
 
 
 version = re.search(r"VERSION (\d+\.\d+\.\d+) LANGUAGES", (ROOT / "CMakeLists.txt").read_text()).group(1)

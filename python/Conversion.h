@@ -28,6 +28,7 @@ namespace scenedetect {
 /// Adds to the module what has to do with one subject.
 void BindRuns(pybind11::module_& module);
 void BindFigures(pybind11::module_& module);
+void BindFrames(pybind11::module_& module);
 void BindLists(pybind11::module_& module);
 
 } // namespace scenedetect

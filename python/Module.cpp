@@ -5,10 +5,11 @@
 namespace py = pybind11;
 
 PYBIND11_MODULE(_native, module) {
-    module.attr("version") = KXSCENES_VERSION;
+    module.attr("version") = PACKAGE_VERSION;
     py::register_exception<scenedetect::HostError>(module, "Error", PyExc_RuntimeError).attr("__module__") =
         "kxscenes";
     scenedetect::BindRuns(module);
     scenedetect::BindFigures(module);
+    scenedetect::BindFrames(module);
     scenedetect::BindLists(module);
 }

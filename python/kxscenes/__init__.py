@@ -9,6 +9,7 @@ frames that a program already has, and `write` makes lists for editors and other
 messages are those of the program kxscenes, whose code this is.
 """
 
+from ._detector import Detector
 from ._figures import Figures, decide, figures, read_figures
 from ._lists import formats, to_text, write
 from ._native import Error, default_parameters
@@ -17,6 +18,7 @@ from ._runs import InputWarning, SceneIterator, detect, scenes
 from ._scenes import Scene, SceneList, Video
 
 __all__ = [
+    "Detector",
     "Error",
     "Figures",
     "InputWarning",
