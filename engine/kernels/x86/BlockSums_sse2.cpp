@@ -73,15 +73,25 @@ struct Rgb555 {
 };
 
 /// Two-byte pixels: eight of them give eight words of at most 760, of which eight rows fit into 16 bits.
+/// Several blocks at a time take whole cache lines of each row.
+template <typename Pixel, int blocks>
+void SumWordBlocks(const std::uint8_t* p, const BlockRow& row, std::uint32_t* sums) {
+    __m128i words[blocks] = {};
+    for (int y = 0; y < kRows; ++y, p += row.rowStride)
+        for (int i = 0; i < blocks; ++i)
+            words[i] = _mm_add_epi16(words[i], Pixel::Words(Load16(p + 16 * i), row.shift));
+    for (int i = 0; i < blocks; ++i)
+        sums[i] = SumWords(words[i]);
+}
+
 template <typename Pixel>
 void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
-    for (int block = 0; block < row.blocks; ++block) {
-        const std::uint8_t* p = row.bits + std::ptrdiff_t{block} * 16;
-        __m128i words = _mm_setzero_si128();
-        for (int y = 0; y < kRows; ++y, p += row.rowStride)
-            words = _mm_add_epi16(words, Pixel::Words(Load16(p), row.shift));
-        sums[block] = SumWords(words);
-    }
+    const auto at = [&](int block) { return row.bits + std::ptrdiff_t{block} * 16; };
+    int block = 0;
+    for (; block + 4 <= row.blocks; block += 4)
+        SumWordBlocks<Pixel, 4>(at(block), row, sums + block);
+    for (; block < row.blocks; ++block)
+        SumWordBlocks<Pixel, 1>(at(block), row, sums + block);
 }
 
 /// `pairs` times two blocks side by side. Several pairs at a time take whole cache lines of each row.
