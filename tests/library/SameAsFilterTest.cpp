@@ -15,6 +15,7 @@ namespace {
 using namespace testing_support;
 
 using Bytes = std::vector<std::uint8_t>;
+using Numbers = std::vector<std::uint32_t>;
 
 constexpr int kFrames = 40;
 constexpr int kMarked = 25;
@@ -129,9 +130,11 @@ Found ThroughPins(const CMediaType& type, std::uint32_t method, BytesOf bytesOf)
 }
 
 template <typename PushOne>
-Found ThroughLibrary(std::int32_t method, PushOne pushOne) {
+Found ThroughLibrary(std::int32_t method, PushOne pushOne, std::int32_t rate = 0) {
     kxscenes_settings settings = Defaults();
     settings.method = method;
+    settings.rate_numerator = rate;
+    settings.rate_denominator = rate != 0 ? 1 : 0;
     settings.interval = kInterval;
     settings.keep_figures = 1;
     Detection detection(settings);
@@ -198,11 +201,14 @@ TEST(SameAsFilter, Rgb) {
         }
 }
 
-// Cuts, a jump of the recording time, a damaged frame and a short one.
+// Cuts, a jump of the recording time, and one of a second and a frame if 30 make a second (less than a second
+// of 25), a damaged frame and a short one.
 Bytes DvAt(int frame, bool is625) {
     DvFrame dv(is625);
     dv.SetLuma(frame < 6 ? 180 : frame < 14 ? 250 : 160);
-    dv.SetTime(TimePack(frame < 18 ? 36000 : 40000));
+    dv.SetTime(frame < 18   ? TimePack(36000)
+               : frame < 22 ? RecordingTimePack({11, 0, 0, 29})
+                            : RecordingTimePack({11, 0, 2, 0}));
     dv.SetTimecode(TimePack(60 + frame / 25, frame % 25));
     if (frame == 9)
         dv.Cut(50000);
@@ -224,9 +230,18 @@ TEST(SameAsFilter, Dv) {
             });
             EXPECT_EQ(library, filter) << is625 << ", method " << method;
             if (method == KXSCENES_TIMESTAMP) {
-                EXPECT_EQ(library.positions, (std::vector<std::uint32_t>{0, 18, kMarked}));
+                EXPECT_EQ(library.positions,
+                          is625 ? (Numbers{0, 18, kMarked}) : (Numbers{0, 18, 22, kMarked}));
             }
         }
+}
+
+TEST(SameAsFilter, ARateThatIsToldComesBeforeTheLineSystems) {
+    const auto push = [](Detection& detection, int i) {
+        const Bytes bytes = DvAt(i, false);
+        detection.Push(DvFrameOf(bytes));
+    };
+    EXPECT_EQ(ThroughLibrary(KXSCENES_TIMESTAMP, push, 25).positions, (Numbers{0, 18, kMarked}));
 }
 
 } // namespace
