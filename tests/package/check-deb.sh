@@ -65,3 +65,16 @@ scene,frame,timecode,seconds
 1,0,00:00:00:00,0.000
 2,130,00:00:05:05,5.200
 SCENES
+
+[ -e "$build/CPack-python.cmake" ] || exit 0
+"$cpack" --config "$build/CPack-python.cmake" -G DEB -B "$folder" >"$folder/log" 2>&1 || { cat "$folder/log" && exit 1; }
+packages=("$folder"/python3-kxscenes_*.deb)
+dpkg-deb -x "${packages[0]}" "$folder/python"
+depends=$(dpkg-deb -f "${packages[0]}" Depends)
+for package in 'tamrak-scene-detect (=' python3 python3-numpy libavformat; do
+    [[ $depends = *$package* ]] || { echo "$depends: does not depend on $package" && exit 1; }
+done
+[ -e "$folder/python/usr/share/doc/python3-kxscenes/copyright" ]
+PYTHONPATH=$folder/python/usr/lib/python3/dist-packages /usr/bin/python3 -c '
+import kxscenes, sys
+assert [scene.frame for scene in kxscenes.detect(sys.argv[1], "timestamp")] == [0, 130]' "$folder/tape.dv"
