@@ -10,9 +10,8 @@ using fuzz::Require;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static Console console("avi_fuzz");
     try {
-        AviPictures pictures(
-            std::make_unique<testing_support::MemoryInput>(std::vector<std::uint8_t>(data, data + size)),
-            DamageLog(console, "file"));
+        AviPictures pictures(std::make_unique<testing_support::MemoryInput>(std::span(data, size)),
+                             DamageLog(console, "file"));
         Picture picture;
         FilePlace before{-1, -1, -1};
         while (pictures.Next(picture)) {

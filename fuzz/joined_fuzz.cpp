@@ -6,10 +6,18 @@
 #include "tests/DvFrame.h"
 #include "tests/TypeMaking.h"
 
+#include <cstdlib>
+#include <optional>
+#include <set>
+#include <span>
+#include <vector>
+
 using namespace scenedetect;
 using fuzz::Require;
 
 namespace {
+
+constexpr int kMostFrames = 40;
 
 /// A sample outside any allocator.
 class Sample : public CMediaSample {
@@ -19,6 +27,33 @@ class Sample : public CMediaSample {
         AddRef(); // never given back, since there is no allocator to return to
     }
 };
+
+// Made once each.
+const testing_support::DvFrame& Picture(bool is625, std::uint8_t luma) {
+    static std::optional<testing_support::DvFrame> made[2][256];
+    std::optional<testing_support::DvFrame>& picture = made[is625][luma];
+    if (!picture)
+        picture.emplace(is625).SetLuma(luma);
+    return *picture;
+}
+
+struct Seen {
+    bool is625;
+    int level; // -1: of a damaged frame
+};
+
+// Whether the fourth of six frames begins a scene, where that is plain: they stand still before and after.
+std::optional<bool> IsCut(std::span<const Seen> frames) {
+    constexpr int kPlain = 30, kDark = 25;
+    for (const Seen& each : frames)
+        if (each.level <= kDark || each.is625 != frames[0].is625)
+            return std::nullopt;
+    const int step = std::abs(frames[3].level - frames[2].level);
+    for (const int i : {1, 2, 4, 5})
+        if (frames[i].level != frames[i - 1].level)
+            return std::nullopt;
+    return step == 0 || step > kPlain ? std::optional(step != 0) : std::nullopt;
+}
 
 ULONG FrameCount(SceneDetectFilter& filter) {
     ULONG count = 0;
@@ -46,18 +81,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ULONG sent = 0;
     bool isOnePicture = true;
     bool isTimed = true; // positions of samples without times may lie anywhere
+    std::vector<Seen> run;
     const auto endRun = [&] {
         Require(FrameCount(*filter) == sent);
         ULONG position = 0;
-        for (ULONG scene = 0; filter->GetNextScene(nullptr, nullptr, &position) == S_OK; ++scene)
+        std::set<ULONG> scenes;
+        for (ULONG scene = 0; filter->GetNextScene(nullptr, nullptr, &position) == S_OK; ++scene) {
             Require(scene == 0 ? position == 0 : (position < sent || !isTimed) && !isOnePicture);
+            scenes.insert(position);
+        }
+        for (std::size_t i = 3; isTimed && i + 2 < run.size(); ++i)
+            if (const auto isCut = IsCut({&run[i - 3], 6}))
+                Require(*isCut == scenes.contains(static_cast<ULONG>(i)));
     };
-    for (int frames = 0; !input.IsEmpty() && frames < 100; ++frames) {
+    for (int frames = 0; !input.IsEmpty() && frames < kMostFrames; ++frames) {
         const auto instruction = input.Take<std::uint8_t>();
         if (instruction & kRestart) {
             endRun();
             filter->EnableDetection(TRUE);
             sent = 0;
+            run.clear();
             isOnePicture = true;
             isTimed = true;
         }
@@ -67,10 +110,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             luma = input.Take<std::uint8_t>();
             isOnePicture = isOnePicture && sent == 0;
         }
-        if ((luma + 128) % 256 <= 25)
+        const int level = (luma + 128) % 256;
+        if (level <= 25)
             isOnePicture = false; // a dark picture may begin a scene
-        testing_support::DvFrame frame(is625);
-        frame.SetLuma(luma).SetTimecode(testing_support::TimecodePack({0, 0, frames / 25, frames % 25}));
+        testing_support::DvFrame frame = Picture(is625, luma);
+        frame.SetTimecode(testing_support::TimecodePack({0, 0, frames / 25, frames % 25}));
         if (instruction & kDamage) {
             isOnePicture = false;
             if (const std::size_t place = input.Take<std::uint16_t>() * std::size_t{3};
@@ -92,6 +136,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             sample.SetTime(&start, &stop);
         Require(filter->Transform(&sample) == S_OK);
         ++sent;
+        run.push_back({is625, (instruction & (kDamage | kWrongType)) == 0 ? level : -1});
     }
     endRun();
     return 0;

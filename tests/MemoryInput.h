@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <optional>
 #include <random>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -13,8 +14,10 @@ namespace scenedetect::testing_support {
 
 class MemoryInput final : public ByteInput {
   public:
-    explicit MemoryInput(std::vector<std::uint8_t> bytes)
-        : m_bytes(std::move(bytes)), m_size(std::ssize(m_bytes)) {}
+    /// Bytes that stay as long as the object.
+    explicit MemoryInput(std::span<const std::uint8_t> bytes) : m_bytes(bytes), m_size(std::ssize(m_bytes)) {}
+    explicit MemoryInput(std::vector<std::uint8_t>&& bytes)
+        : m_own(std::move(bytes)), m_bytes(m_own), m_size(std::ssize(m_bytes)) {}
 
     /// From now on like a pipe: of unknown size, with any number of bytes at a time.
     MemoryInput& ComeInPieces(unsigned seed) {
@@ -43,16 +46,17 @@ class MemoryInput final : public ByteInput {
     }
     [[nodiscard]] bool HasReadAt() const override { return !m_random; }
     [[nodiscard]] std::size_t ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const override {
-        const std::int64_t from = std::min(offset, std::ssize(m_bytes));
-        const auto bytes = std::min(std::ssize(target), std::ssize(m_bytes) - from);
-        std::copy_n(m_bytes.begin() + from, bytes, target.begin());
-        return static_cast<std::size_t>(bytes);
+        const auto rest = m_bytes.subspan(std::min(static_cast<std::size_t>(offset), m_bytes.size()));
+        const std::size_t bytes = std::min(target.size(), rest.size());
+        std::ranges::copy(rest.first(bytes), target.begin());
+        return bytes;
     }
     void Skip(std::int64_t bytes) override { m_position += bytes; }
 
   private:
     const std::string m_path = "memory";
-    const std::vector<std::uint8_t> m_bytes;
+    const std::vector<std::uint8_t> m_own;
+    const std::span<const std::uint8_t> m_bytes;
     std::int64_t m_size;
     std::int64_t m_position = 0;
     std::optional<std::minstd_rand> m_random; // of pieces

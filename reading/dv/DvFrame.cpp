@@ -1,5 +1,7 @@
 #include "reading/dv/DvFrame.h"
 
+#include "reading/dv/DvCheck.h"
+
 namespace scenedetect {
 namespace {
 
@@ -16,16 +18,20 @@ DvProfile ProfileOfDvFrame(std::span<const std::uint8_t> frame, DvSystem system)
     constexpr std::uint8_t kApplicationSmpte = 1;
     int voters = 0;
     int forSmpte = 0;
-    for (std::size_t at = kTrackByte; at < frame.size(); at += kDifSequenceBytes) {
+    for (int sequence = 0; sequence < DvSequences(system); ++sequence) {
+        if (!IsDvBlockInPlace(frame, sequence * kDifSequenceBlocks))
+            continue;
         ++voters;
-        forSmpte += (frame[at] & kApplicationBits) == kApplicationSmpte ? 1 : 0;
+        const std::uint8_t track = frame[static_cast<std::size_t>(sequence) * kDifSequenceBytes + kTrackByte];
+        forSmpte += (track & kApplicationBits) == kApplicationSmpte ? 1 : 0;
     }
     if (forSmpte * 2 <= voters)
         return DvProfile::Dv25;
     int packs = 0;
     int forDv50 = 0;
     for (const DifPack pack : DifPacks(frame, kVauxPacks, DvSequences(system))) {
-        if (pack[0] != kPackSource)
+        const auto block = static_cast<int>((pack.data() - frame.data()) / kDifBlockBytes);
+        if (pack[0] != kPackSource || !IsDvBlockInPlace(frame, block))
             continue;
         ++packs;
         forDv50 += (pack[3] & kSignalTypeBits) == kSignalTypeDv50 ? 1 : 0;

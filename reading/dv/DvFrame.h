@@ -31,7 +31,8 @@ enum class DvProfile {
     Dv50,      ///< 4:2:2: two halves of a frame's size after each other
 };
 
-/// The profile of one whole frame (or half of one, at 50 Mbit/s), as most of its headers and packs tell it.
+/// The profile of one whole frame (or half of one, at 50 Mbit/s), as most of its headers and packs tell it
+/// that are in their places.
 [[nodiscard]] DvProfile ProfileOfDvFrame(std::span<const std::uint8_t> frame, DvSystem system);
 
 } // namespace scenedetect

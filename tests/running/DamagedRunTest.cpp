@@ -1,9 +1,9 @@
-// Runs of tapes damaged at random, from the file to its clips. SCENEDETECT_SEEDS is the number of tapes, 100
-// without it.
+// Runs of tapes damaged at random, from the file to its clips: a tape a seed.
 #include "reading/base/HostError.h"
 #include "running/listeners/ClipMaker.h"
 #include "running/run/SceneRun.h"
 #include "tests/DvFrame.h"
+#include "tests/Seeds.h"
 #include "tests/TempFolder.h"
 #include "tests/reading/readers/RandomDamage.h"
 
@@ -110,11 +110,7 @@ void Check(unsigned seed) {
 }
 
 TEST(DamagedRuns, KeepUndamagedCutsAndFrames) {
-    const unsigned count = SeedCount(100);
-    for (unsigned seed = 0; seed < count; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        Check(seed);
-    }
+    ForEachSeed(100, Check);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "scenes/DetectionRun.h"
 
+#include "tests/Seeds.h"
 #include "tests/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 namespace scenedetect {
 namespace {
 
+using testing_support::ForEachSeed;
 using testing_support::ReadWhole;
 using testing_support::TempFolder;
 using testing_support::Wide;
@@ -189,8 +191,8 @@ TEST(DetectionRun, FiguresOfAnEndedRunLeaveNoTrace) {
 
 TEST(FrameCounter, NoFrameIsLostWhenARunEnds) {
     FrameCounter counter;
-    for (int round = 0; round < 100; ++round) {
-        std::atomic<std::int32_t> counted = 0;
+    ForEachSeed(100, [&counter](unsigned round) {
+        std::atomic<std::uint32_t> counted = 0;
         counter.Start();
         std::jthread streaming([&] {
             for (; const auto frame = counter.Current(); ++counted)
@@ -201,7 +203,7 @@ TEST(FrameCounter, NoFrameIsLostWhenARunEnds) {
         counter.Stop();
         streaming.join();
         ASSERT_EQ(counter.Count(), counted);
-    }
+    });
 }
 
 // Run again and again while frames stream, with a scene each: a run's scenes begin at its first frame and
@@ -223,17 +225,16 @@ TEST(DetectionRun, RestartsLeaveNothingOfTheRunBefore) {
             run.EndFrame(*frame);
         }
     });
-    constexpr int kRestarts = 200;
-    for (int restart = 0; restart < kRestarts; ++restart) {
+    ForEachSeed(200, [&run](unsigned restart) {
         run.EnableDetection(true);
         std::uint32_t next = 0;
-        while (next < static_cast<std::uint32_t>(restart % 20)) {
+        while (next < restart % 20) {
             for (const std::uint32_t position : Drain(run))
                 ASSERT_EQ(position, next++);
             std::this_thread::yield();
         }
         if (restart % 3 == 0)
-            continue; // straight into the next run
+            return; // straight into the next run
         run.EnableDetection(false);
         EXPECT_EQ(run.SceneCount(), 0u);
         KxFrameFigures figures[64];
@@ -244,7 +245,7 @@ TEST(DetectionRun, RestartsLeaveNothingOfTheRunBefore) {
                 ASSERT_EQ(one.nDifference, static_cast<LONG>(position++));
             }
         EXPECT_GE(position, next);
-    }
+    });
     done = true;
 }
 

@@ -1,4 +1,4 @@
-// Which line system a frame is of, judged by its headers.
+// Which line system a frame is of, judged by its headers, and which profile.
 #include "reading/dv/DvCheck.h"
 #include "tests/DvFrame.h"
 
@@ -40,6 +40,15 @@ TEST_P(LineSystem, HeadersThatAreNoneHaveNoVote) {
     m_frame.push_back(0);
     EXPECT_EQ(VoteDvSystem(m_frame), m_system);
     EXPECT_EQ(IdentifyDvFrame(m_frame), std::nullopt);
+}
+
+// The only source pack, which tells 50 Mbit/s, lies in a block that is not where its ID belongs.
+TEST(DvProfileOfFrame, PacksOutOfTheirPlacesDoNotCount) {
+    testing_support::DvFrame frame(false);
+    frame.Set({243}, {0x60, 0xFF, 0xFF, 0x04, 0xFF}, 8, 9);
+    EXPECT_EQ(ProfileOfDvFrame(frame.Bytes(), DvSystem::Lines525), DvProfile::Dv50);
+    ++frame.Bytes()[8 * 12'000 + 240 + 2];
+    EXPECT_EQ(ProfileOfDvFrame(frame.Bytes(), DvSystem::Lines525), DvProfile::Dv25);
 }
 
 } // namespace

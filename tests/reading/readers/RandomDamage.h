@@ -5,18 +5,11 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <random>
 #include <utility>
 #include <vector>
 
 namespace scenedetect::testing_support {
-
-/// How many seeds a campaign takes: SCENEDETECT_SEEDS, or `usual` without it.
-inline unsigned SeedCount(unsigned usual) {
-    const char* const wanted = std::getenv("SCENEDETECT_SEEDS");
-    return wanted ? static_cast<unsigned>(std::atoi(wanted)) : usual;
-}
 
 struct TapeFrame {
     std::int64_t frame = 0;
@@ -98,10 +91,12 @@ class RandomDamage {
     }
     void Shift(std::int64_t at, std::int64_t by) {
         const std::int64_t inFrame = at % m_size;
-        // Displaced blocks are known by four in a row; the next frame makes up for those that a frame lacks.
+        // Displaced blocks are known by four in a row, of which a next frame may have the last, and within
+        // two frames.
         const bool isLast = at - inFrame == m_frames.back().offset;
-        const auto rest = static_cast<std::int64_t>(kDifBlockBytes * (isLast ? 5 : 1));
-        if (inFrame != 0 && inFrame < m_size - rest)
+        const std::int64_t rest = kDifBlockBytes * (isLast ? 5 : 1);
+        const bool isNear = inFrame + by + 5 * kDifBlockBytes <= 2 * std::int64_t{kDifFrameBytes625};
+        if (inFrame != 0 && inFrame < m_size - rest && isNear)
             m_losers.push_back(at - inFrame);
         for (TapeFrame& frame : m_frames)
             if (frame.offset >= at)

@@ -1,5 +1,6 @@
-// Raw DV through damage at random. SCENEDETECT_SEEDS is the number of damaged tapes, 400 without it.
+// Raw DV through damage at random: a tape a seed.
 #include "tests/DvFrame.h"
+#include "tests/Seeds.h"
 #include "tests/reading/readers/RandomDamage.h"
 #include "tests/reading/readers/WaysOfReading.h"
 
@@ -28,7 +29,6 @@ void Check(unsigned seed) {
     EXPECT_TRUE(run.isOfStream);
     EXPECT_EQ(run, ReadAll(damage.Stream(), Way::Pipe, seed));
     EXPECT_EQ(run, ReadAll(damage.Stream(), Way::TwoThreads));
-
     EXPECT_TRUE(run.places.empty() || IsAllTold(run, std::ssize(damage.Stream())));
 
     std::vector<std::int64_t> offsets;
@@ -49,11 +49,7 @@ void Check(unsigned seed) {
 }
 
 TEST(RawDvDamage, CostsNoFrameButTheDamaged) {
-    const unsigned count = SeedCount(400);
-    for (unsigned seed = 0; seed < count; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        Check(seed);
-    }
+    ForEachSeed(400, Check);
 }
 
 } // namespace
