@@ -48,7 +48,7 @@ class MemoryInput final : public ByteInput {
     [[nodiscard]] std::size_t ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const override {
         const auto rest = m_bytes.subspan(std::min(static_cast<std::size_t>(offset), m_bytes.size()));
         const std::size_t bytes = std::min(target.size(), rest.size());
-        std::ranges::copy(rest.first(bytes), target.begin());
+        std::copy_n(rest.begin(), bytes, target.begin());
         return bytes;
     }
     void Skip(std::int64_t bytes) override { m_position += bytes; }

@@ -1,5 +1,4 @@
 // Runs of tapes damaged at random, from the file to its clips: a tape a seed.
-#include "reading/base/HostError.h"
 #include "running/listeners/ClipMaker.h"
 #include "running/run/SceneRun.h"
 #include "tests/DvFrame.h"
