@@ -36,6 +36,23 @@ export PKG_CONFIG_PATH
 (cd "$folder/page" && eval "$(grep '^cc ' "$page")")
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir kxscenes) gives "$folder/page/scenes-of-frames" "${scenes[@]}"
 
+# The page on the ways in: its programs in C, which reads raw frames, and in C++.
+page=$folder/moved/share/doc/tamrak-scene-detect/ways-in.md
+sed -n '/^```c$/,/^```$/{/^```/!p}' "$page" >"$folder/page/scenes.c"
+sed -n '/^```cpp$/,/^```$/{/^```/!p}' "$page" >"$folder/page/host.cpp"
+(cd "$folder/page" && eval "$(grep '^cc ' "$page")")
+c++ -std=c++17 -I"$folder/moved/include/scenedetect" -o "$folder/page/host" "$folder/page/host.cpp" \
+    "-L$(pkg-config --variable=libdir kxscenes)" -lKxSceneDetect2
+frames() { # count level: as many grey frames
+    head -c $((640 * 360 * $1)) /dev/zero | tr '\0' "$2"
+}
+(
+    LD_LIBRARY_PATH=$(pkg-config --variable=libdir kxscenes)
+    export LD_LIBRARY_PATH
+    diff <({ frames 10 a && frames 10 A; } | "$folder/page/scenes") <(printf '%s\n' 0 10)
+    "$folder/page/host"
+)
+
 "$folder/moved/bin/kxscenes" --version | grep -q '^kxscenes [0-9]'
 library=$(echo "$folder"/moved/lib*/libKxSceneDetect2.so "$folder"/moved/lib/*/libKxSceneDetect2.so | tr ' ' '\n' |
     grep -v '[*]' | head -n 1)
