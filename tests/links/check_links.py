@@ -11,10 +11,13 @@ import re
 import sys
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
+# A library of another's objects: who links it may include what is the other's.
+OBJECTS = re.compile(r"\$<TARGET_OBJECTS:(\w+)>")
 
 # Libraries from outside: what their headers' names begin with.
 LIBRARIES = {
     "PkgConfig::FFMPEG": ("libav", "libsw"),
+    "PkgConfig::GSTREAMER": ("gst/",),
     "CLI11::CLI11": ("CLI/",),
     "nlohmann_json::nlohmann_json": ("nlohmann/",),
     "pugixml::pugixml": ("pugixml",),
@@ -24,6 +27,7 @@ LIBRARIES = {
 class Room:
     def __init__(self, line):
         self.name, self.kind, self.folder, sources, links = line.rstrip("\n").split("|")
+        self.of_objects = set(OBJECTS.findall(sources))
         self.sources = [pathlib.PurePosixPath(self.folder, source) for source in sources.split(";")]
         self.links = set(links.split(";")) if links != "links-NOTFOUND" else set()
 
@@ -53,7 +57,7 @@ def owners(rooms, root):
 def wrong_includes(rooms, root):
     """Of all sources, and of the headers that they include."""
     header_rooms = owners(rooms, root)
-    used = {room.name: set() for room in rooms}
+    used = {room.name: set(room.of_objects) for room in rooms}
     files = {}
     for room in rooms:
         for source in room.sources:
@@ -114,6 +118,9 @@ def violations(rooms_file, root):
     rooms = [Room(line) for line in lines]
     if not rooms:
         return [f"{rooms_file}: no rooms"]
+    of_objects = {room.name: room.of_objects for room in rooms}
+    for room in rooms:
+        room.links |= {other for link in room.links for other in of_objects.get(link, ())}
     return [*wrong_includes(rooms, pathlib.Path(root)), *circles(rooms)]
 
 

@@ -23,6 +23,8 @@ class CheckLinks(unittest.TestCase):
 
     def test_a_sound_tree_passes(self):
         self.assertEqual(self.check(), [])
+        shared = "shared|SHARED_LIBRARY|low|$<TARGET_OBJECTS:low>|low\n"
+        self.assertEqual(self.check(ROOMS.replace("house;low", "shared") + shared), [])
 
     def test_each_fault_is_told(self):
         self.assertEqual(
