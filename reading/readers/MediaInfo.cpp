@@ -2,8 +2,11 @@
 
 #include "reading/dv/DvPacks.h"
 #include "reading/timing/FrameNumbering.h"
+#include "reading/timing/NumberScanner.h"
 
-#include <cstdio>
+#include <array>
+#include <cstddef>
+#include <string_view>
 
 namespace scenedetect {
 namespace {
@@ -18,17 +21,24 @@ Ratio PixelAspectOf(DvSystem system, bool isWide) {
 } // namespace
 
 std::optional<SourceTimecode> ParseSourceTimecode(const std::string& text, Ratio rate) {
-    TimecodeFields fields;
-    long long hours = 0;
-    char mark[2] = "";
-    int length = 0;
-    if (std::sscanf(text.c_str(), "%2lld%*1[:;.]%2d%*1[:;.]%2d%1[:;.]%3d%n", &hours, &fields.minutes,
-                    &fields.seconds, mark, &fields.frames, &length) != 5 ||
-        static_cast<std::size_t>(length) != text.size())
+    constexpr std::string_view kMarks = ":;.";
+    NumberScanner scanner(text);
+    std::array<std::int64_t, 4> numbers{};
+    char mark = '\0';
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (i != 0 && (mark = scanner.Mark(kMarks)) == '\0')
+            return std::nullopt;
+        const auto number = scanner.Number(1, i == numbers.size() - 1 ? 3 : 2);
+        if (!number)
+            return std::nullopt;
+        numbers[i] = *number;
+    }
+    if (!scanner.IsAtEnd())
         return std::nullopt;
-    fields.hours = hours;
+    const TimecodeFields fields{numbers[0], static_cast<int>(numbers[1]), static_cast<int>(numbers[2]),
+                                static_cast<int>(numbers[3])};
     FrameNumbering numbering = NumberingOf(rate);
-    if (mark[0] == ':')
+    if (mark == ':')
         numbering.dropped = 0;
     const auto frame = FrameOfTimecode(fields, numbering);
     if (!frame)

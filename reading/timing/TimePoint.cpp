@@ -1,24 +1,75 @@
 #include "reading/timing/TimePoint.h"
 
 #include "reading/base/HostError.h"
+#include "reading/timing/NumberScanner.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <regex>
 
 namespace scenedetect {
 namespace {
 
 constexpr std::int64_t kNanoseconds = 1'000'000'000;
 
-std::int64_t Number(const std::string& digits) {
-    return digits.empty() ? 0 : std::stoll(digits);
+constexpr std::size_t kDecimals = 9;
+constexpr std::int64_t kSixty = 60; // minutes, seconds
+
+// The nanoseconds after a point, if there is one.
+std::optional<std::int64_t> Decimals(NumberScanner& text) {
+    if (text.Mark(".") == '\0')
+        return 0;
+    const auto digits = text.Digits(1, kDecimals);
+    if (!digits)
+        return std::nullopt;
+    std::string nanoseconds(*digits);
+    nanoseconds.resize(kDecimals, '0');
+    return std::stoll(nanoseconds);
 }
 
-// Up to nine digits after the point.
-std::int64_t Decimals(std::string digits) {
-    digits.resize(9, '0');
-    return Number(digits);
+std::optional<FramePoint> ParseFrame(NumberScanner text) {
+    const auto frame = text.Number(1, 12);
+    return frame && text.IsAtEnd() ? std::optional(FramePoint{*frame}) : std::nullopt;
+}
+
+std::optional<ClockPoint> ParseSeconds(NumberScanner text) {
+    const auto seconds = text.Number(1, 9);
+    const auto decimals = Decimals(text);
+    if (!seconds || !decimals || text.Mark("s") == '\0' || !text.IsAtEnd())
+        return std::nullopt;
+    return ClockPoint{*seconds * kNanoseconds + *decimals};
+}
+
+// HH:MM:SS and what is left of the text.
+std::optional<TimecodeFields> TakeClock(NumberScanner& text) {
+    const auto hours = text.Number(1, 4);
+    if (!hours || text.Mark(":") == '\0')
+        return std::nullopt;
+    const auto minutes = text.Number(2, 2);
+    if (!minutes || *minutes >= kSixty || text.Mark(":") == '\0')
+        return std::nullopt;
+    const auto seconds = text.Number(2, 2);
+    if (!seconds || *seconds >= kSixty)
+        return std::nullopt;
+    return TimecodeFields{*hours, static_cast<int>(*minutes), static_cast<int>(*seconds), 0};
+}
+
+std::optional<ClockPoint> ParseClock(NumberScanner text) {
+    const auto clock = TakeClock(text);
+    const auto decimals = Decimals(text);
+    if (!clock || !decimals || !text.IsAtEnd())
+        return std::nullopt;
+    const std::int64_t seconds = (clock->hours * kSixty + clock->minutes) * kSixty + clock->seconds;
+    return ClockPoint{seconds * kNanoseconds + *decimals};
+}
+
+std::optional<TimecodePoint> ParseTimecode(NumberScanner text) {
+    auto fields = TakeClock(text);
+    const char mark = text.Mark(":;");
+    const auto frames = text.Number(2, 3);
+    if (!fields || mark == '\0' || !frames || !text.IsAtEnd())
+        return std::nullopt;
+    fields->frames = static_cast<int>(*frames);
+    return TimecodePoint{*fields, mark == ';'};
 }
 
 std::string RateText(Ratio rate) {
@@ -46,24 +97,15 @@ std::int64_t FrameOf(const TimePoint& point, const TimecodePoint& timecode, Rati
 } // namespace
 
 TimePoint ParseTimePoint(const std::string& text) {
-    static const std::regex kFrames("[0-9]{1,12}");
-    static const std::regex kSeconds("([0-9]{1,9})(?:[.]([0-9]{1,9}))?s");
-    static const std::regex kClock("([0-9]{1,4}):([0-5][0-9]):([0-5][0-9])(?:[.]([0-9]{1,9}))?");
-    static const std::regex kTimecode("([0-9]{1,4}):([0-5][0-9]):([0-5][0-9])([:;])([0-9]{2,3})");
-    std::smatch part;
-    if (std::regex_match(text, part, kFrames))
-        return {FramePoint{Number(text)}, text};
-    if (std::regex_match(text, part, kSeconds))
-        return {ClockPoint{Number(part[1]) * kNanoseconds + Decimals(part[2])}, text};
-    if (std::regex_match(text, part, kClock)) {
-        const std::int64_t seconds = (Number(part[1]) * 60 + Number(part[2])) * 60 + Number(part[3]);
-        return {ClockPoint{seconds * kNanoseconds + Decimals(part[4])}, text};
-    }
-    if (std::regex_match(text, part, kTimecode)) {
-        const TimecodeFields fields{Number(part[1]), std::stoi(part[2]), std::stoi(part[3]),
-                                    std::stoi(part[5])};
-        return {TimecodePoint{fields, part[4] == ";"}, text};
-    }
+    const NumberScanner scanner(text);
+    if (const auto frame = ParseFrame(scanner))
+        return {*frame, text};
+    if (const auto seconds = ParseSeconds(scanner))
+        return {*seconds, text};
+    if (const auto clock = ParseClock(scanner))
+        return {*clock, text};
+    if (const auto timecode = ParseTimecode(scanner))
+        return {*timecode, text};
     throw HostError("not a time: '" + text +
                     "'; write frames (75), seconds (2.5s), HH:MM:SS.nnn, or timecode (HH:MM:SS:FF, with "
                     "drop-frame HH:MM:SS;FF)");
