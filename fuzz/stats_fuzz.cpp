@@ -3,6 +3,8 @@
 #include "products/stats/DecideAgain.h"
 #include "products/stats/StatsReader.h"
 #include "products/stats/StatsWriter.h"
+#include "reading/base/CsvField.h"
+#include "reading/base/CsvRecords.h"
 #include "reading/base/HostError.h"
 
 #include <algorithm>
@@ -31,9 +33,26 @@ std::string Write(const Stats& stats) {
     return text;
 }
 
+// What is written as fields comes back. `text` has its own separator.
+void WriteAndReadFields(std::string_view text) {
+    std::vector<std::string> fields = {""};
+    std::string line;
+    for (const char letter : text)
+        if (letter == '\0')
+            line += ',' + CsvField(fields.back()), fields.emplace_back();
+        else
+            fields.back() += letter;
+    line += ',' + CsvField(fields.back()) + '\n';
+    fields.insert(fields.begin(), "");
+    CsvRecords records(line);
+    std::vector<std::string> read;
+    Require(records.Next(read) && read == fields && !records.Next(read));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    WriteAndReadFields({reinterpret_cast<const char*>(data), size});
     // Most inputs are to get past the first line.
     for (const bool withHeader : {false, true}) {
         std::string text(reinterpret_cast<const char*>(data), size);
