@@ -1,6 +1,7 @@
 // Filters of another make beside the module's: what they do within Receive and on other threads must never
 // hang.
 #include "tests/module/Neighbour.h"
+#include "tests/Seeds.h"
 #include "tests/module/LoadedModule.h"
 
 #include <chrono>
@@ -106,7 +107,7 @@ TEST_F(Neighbours, AskAndStopFromEveryThread) {
                     if (!question.forStreamingThread)
                         question.ask();
         });
-        for (int n = 0; n < 200; ++n) {
+        ForEachSeed(200, [&](unsigned n) {
             const std::size_t before = turn;
             EXPECT_EQ(scenes->EnableDetection(n % 2), S_OK);
             EXPECT_GE(around.filter->Pause(), S_OK);
@@ -114,7 +115,7 @@ TEST_F(Neighbours, AskAndStopFromEveryThread) {
             while (turn == before)
                 std::this_thread::yield();
             EXPECT_EQ(around.filter->Stop(), S_OK);
-        }
+        });
         done = true;
     });
 }

@@ -1,4 +1,5 @@
 #include "reading/media/FrameClock.h"
+#include "reading/ffmpeg/Stamps.h"
 
 extern "C" {
 #include <libavutil/avutil.h>
@@ -76,6 +77,17 @@ const ClockCase kCases[] = {
      {0, 1, INT64_MAX, 3, INT64_MIN + 1, 5},
      {0, 1, 2, 3, 4, 5},
      {0, 40, 80, 120, 160, 200}},
+    {"TimesThatWouldRunOver",
+     Frames({25, 1}),
+     {0, kFarthestStamp, -kFarthestStamp, 3, INT64_MAX - 1},
+     {0, 1, 2, 3, 4},
+     {0, 40, 80, 120, 160}},
+    // 2^56 microseconds, from where on times count ticks.
+    {"TheLastTimes",
+     {{1, 1'000'000}, {25, 1}, true, false, std::nullopt},
+     {0, kFarthestStamp, kFarthestStamp + 1, kNone},
+     {0, 1, 2, 3},
+     {0, 72'057'594'037'928, 72'057'594'037'928, 72'057'594'037'928}},
     {"JoinedStreams",
      {{1, 25}, {25, 1}, true, true, std::nullopt},
      {100, 101, 102, 20, 21, 900'000, 900'001},
