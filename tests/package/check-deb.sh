@@ -40,6 +40,7 @@ diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-li
 ./share/doc/tamrak-scene-detect/examples/Peer.h
 ./share/doc/tamrak-scene-detect/examples/scenes-of-frames.c
 ./share/doc/tamrak-scene-detect/examples/scenes-of-frames.cpp
+./share/doc/tamrak-scene-detect/gstreamer.md
 ./share/doc/tamrak-scene-detect/hosting.md
 ./share/doc/tamrak-scene-detect/installing.md
 ./share/doc/tamrak-scene-detect/library.md
