@@ -236,7 +236,6 @@ void gst_kx_scene_detect_class_init(GstKxSceneDetectClass* elementClass) {
 void gst_kx_scene_detect_init(GstKxSceneDetect* self) {
     self->watch = new Watch;
     gst_base_transform_set_passthrough(GST_BASE_TRANSFORM(self), TRUE);
-    gst_base_transform_set_gap_aware(GST_BASE_TRANSFORM(self), TRUE);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
-// Luma is read where it lies in each format, with and without a GstVideoMeta: a step of 14 is a cut, and
-// nothing less would be, so that a part of it that is read elsewhere is missed.
+// Luma is read where it lies in each format, with and without a GstVideoMeta: a step of 16 is a cut, and
+// nothing less would be, so that a part of it that is read elsewhere is missed. It leaves the low bits as
+// they are.
 #include "tests/gstreamer/ElementHarness.h"
 
 #include <gmock/gmock.h>
@@ -60,8 +61,9 @@ class Formats : public testing::TestWithParam<Format> {
     }
     std::vector<int> Scenes(const std::function<GstBuffer*(unsigned level)>& picture) {
         ElementHarness element(m_caps.c_str());
+        element.Set("cut-threshold", 15);
         for (int frame = 0; frame < 12; ++frame)
-            element.Push(picture(frame < 4 ? 100 : frame < 9 ? 114 : 100));
+            element.Push(picture(frame < 4 ? 100 : frame < 9 ? 116 : 100));
         return element.SceneFrames();
     }
 
