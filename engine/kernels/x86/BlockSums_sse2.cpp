@@ -16,6 +16,13 @@ __m128i Load8(const std::uint8_t* p) {
     return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
 }
 
+/// Has the cache line two rows of blocks below fetched. Past the end of the memory nothing happens.
+void FetchBelow(const std::uint8_t* p, std::ptrdiff_t rowStride) {
+    const auto below =
+        reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(2 * kRows * rowStride);
+    _mm_prefetch(reinterpret_cast<const char*>(below), _MM_HINT_T0);
+}
+
 /// The sums of the lower and of the upper eight bytes.
 __m128i SumBytes(__m128i v) {
     return _mm_sad_epu8(v, _mm_setzero_si128());
@@ -77,9 +84,12 @@ struct Rgb555 {
 template <typename Pixel, int blocks>
 void SumWordBlocks(const std::uint8_t* p, const BlockRow& row, std::uint32_t* sums) {
     __m128i words[blocks] = {};
-    for (int y = 0; y < kRows; ++y, p += row.rowStride)
+    for (int y = 0; y < kRows; ++y, p += row.rowStride) {
+        if constexpr (blocks > 1)
+            FetchBelow(p, row.rowStride);
         for (int i = 0; i < blocks; ++i)
             words[i] = _mm_add_epi16(words[i], Pixel::Words(Load16(p + 16 * i), row.shift));
+    }
     for (int i = 0; i < blocks; ++i)
         sums[i] = SumWords(words[i]);
 }
@@ -98,9 +108,12 @@ void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
 template <int pairs>
 void SumPlanarPairs(const std::uint8_t* p, std::ptrdiff_t rowStride, std::uint32_t* sums) {
     __m128i both[pairs] = {};
-    for (int y = 0; y < kRows; ++y, p += rowStride)
+    for (int y = 0; y < kRows; ++y, p += rowStride) {
+        if constexpr (pairs > 1)
+            FetchBelow(p, rowStride);
         for (int i = 0; i < pairs; ++i)
             both[i] = _mm_add_epi64(both[i], SumBytes(Load16(p + 16 * i)));
+    }
     for (int i = 0; i < pairs; ++i) {
         sums[2 * i] = Lower(both[i]);
         sums[2 * i + 1] = Upper(both[i]);
