@@ -5,17 +5,10 @@
 #include "baseclasses/BaseInputPin.h"
 #include "baseclasses/BaseOutputPin.h"
 #include "baseclasses/ComRef.h"
+#include "tests/Testing.h"
 #include "tests/TypeMaking.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
 #include <condition_variable>
-#include <cstdint>
-#include <functional>
-#include <mutex>
-#include <vector>
 
 namespace scenedetect::testing_support {
 

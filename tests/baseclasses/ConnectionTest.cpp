@@ -1,3 +1,4 @@
+#include "tests/Testing.h"
 #include "tests/baseclasses/TestFilters.h"
 
 namespace {

@@ -1,6 +1,5 @@
+#include "tests/Testing.h"
 #include "tests/baseclasses/TestFilters.h"
-
-#include <stdexcept>
 
 namespace {
 

@@ -1,8 +1,5 @@
+#include "tests/Testing.h"
 #include "tests/baseclasses/TestFilters.h"
-
-#include <algorithm>
-#include <new>
-#include <stdexcept>
 
 namespace {
 

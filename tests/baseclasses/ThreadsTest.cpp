@@ -1,7 +1,6 @@
 // Control calls against a streaming thread: what must neither hang nor race.
+#include "tests/Testing.h"
 #include "tests/baseclasses/TestFilters.h"
-
-#include <thread>
 
 namespace {
 

@@ -1,4 +1,5 @@
 // A filter that makes one sample out of another: what CTransformFilter does beyond its in-place kind.
+#include "tests/Testing.h"
 #include "tests/baseclasses/TestFilters.h"
 
 namespace {

@@ -3,20 +3,12 @@
 #include "platform/Archive.h"
 #include "platform/File.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
-#include <cstdlib>
-#include <random>
 
-namespace scenedetect {
 namespace {
-
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
-using testing_support::Wide;
 
 // Three bytes a pixel, red first, the top row first.
 struct Picture {
@@ -95,7 +87,7 @@ std::string Reduce(Picture& picture, int greenBits) {
     return words;
 }
 
-class BitmapExchange : public testing::Test {
+class BitmapExchange : public Test {
   protected:
     void Make(const Picture& truth, const std::string& command) {
         std::ofstream(m_folder / "truth.ppm", std::ios::binary) << truth.Ppm();
@@ -191,15 +183,14 @@ TEST_F(BitmapExchange, IsReadByOthers) {
             SCOPED_TRACE(std::to_string(bitCount) + " bits, " + std::to_string(height) + " rows");
             // A bitmap that was loaded from pieces of memory: rows of whole words, random colours and pixels.
             BITMAPINFOHEADER header =
-                testing_support::MakeHeader(32, height, bitCount, bitCount == 16 ? BI_BITFIELDS : BI_RGB);
+                MakeHeader(32, height, bitCount, bitCount == 16 ? BI_BITFIELDS : BI_RGB);
             header.biSizeImage = static_cast<DWORD>(4 * bitCount * 6);
             std::vector<std::uint8_t> table(bitCount <= 8 ? std::size_t{4} << bitCount : 0);
             if (bitCount == 16)
                 table = {0x00, 0xF8, 0, 0, 0xE0, 0x07, 0, 0, 0x1F, 0x00, 0, 0};
             else
-                table = testing_support::RandomBytes(table.size(), 5);
-            testing_support::Bitmap bitmap(header, testing_support::RandomBytes(header.biSizeImage, 6),
-                                           table);
+                table = RandomBytes(table.size(), 5);
+            Bitmap bitmap(header, RandomBytes(header.biSizeImage, 6), table);
             ASSERT_TRUE(bitmap.dib.WriteToPath(Wide(m_folder / "ours.bmp")));
             ASSERT_NO_FATAL_FAILURE(Shell(IMAGEMAGICK " ours.bmp -alpha off -depth 8 PPM:theirs.ppm"));
             const std::string ppm = ReadWhole(m_folder / "theirs.ppm");
@@ -216,4 +207,3 @@ TEST_F(BitmapExchange, IsReadByOthers) {
 }
 
 } // namespace
-} // namespace scenedetect

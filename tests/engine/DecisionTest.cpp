@@ -1,18 +1,8 @@
 #include "engine/Detector.h"
+#include "tests/Testing.h"
 #include "tests/engine/LogRecorder.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
-namespace scenedetect {
 namespace {
-
-using testing::ElementsAre;
-using testing_support::LogRecorder;
 
 /// A detector whose metrics are told: a grid of one sample, the previous one made up for each frame.
 class ScriptedDetector : public Detector {
@@ -192,4 +182,3 @@ TEST(DecisionTrace, OneLineForEveryJudgedFrame) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,22 +1,9 @@
 #include "engine/Detector.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 #include "tests/engine/LogRecorder.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <span>
-
-namespace scenedetect {
 namespace {
-
-using testing::Each;
-using testing::ElementsAre;
-using testing_support::Bitmap;
-using testing_support::LogRecorder;
-using testing_support::MakeHeader;
 
 std::span<std::uint8_t> Slot(Detector& detector, std::int32_t offset) {
     return {detector.GetFrame(offset), static_cast<std::size_t>(detector.GetSampleCount())};
@@ -124,4 +111,3 @@ TEST(Detector, ExtractsIntoItsGridAndClears) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -3,32 +3,18 @@
 #include "platform/Archive.h"
 #include "platform/File.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 #include "tests/engine/LogRecorder.h"
 
-#include <gtest/gtest.h>
-
-#include <new>
-#include <string>
-#include <vector>
-
-namespace scenedetect {
 namespace {
-
-using testing_support::Bitmap;
-using testing_support::LogRecorder;
-using testing_support::MakeHeader;
-using testing_support::RandomBytes;
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
-using testing_support::Wide;
 
 constexpr const wchar_t* kCutLine = L"700/1 Dib::LoadFromArchive can't read bits\n";
 constexpr const wchar_t* kMemoryLine = L"700/1 Dib::LoadFromArchive: malloc failed\n";
 
 using Lines = std::vector<std::wstring>;
 
-class DibArchive : public testing::Test {
+class DibArchive : public Test {
   protected:
     std::string Stored(Dib& dib) {
         File file;
@@ -170,4 +156,3 @@ TEST(DibDevice, IsRefusedWithoutABitmap) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,30 +1,11 @@
 #include "engine/Dib.h"
 #include "platform/File.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 #include "tests/engine/LogRecorder.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <cstdlib>
-#include <functional>
-#include <string_view>
-
-namespace scenedetect {
 namespace {
-
-using testing::Each;
-using testing::ElementsAre;
-using testing_support::Bitmap;
-using testing_support::LogRecorder;
-using testing_support::MakeHeader;
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
-using testing_support::Wide;
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -36,7 +17,7 @@ TEST(Dib, SizesThatTheHeaderAnnounces) {
         const Dib dib(&header, sizeof header, nullptr, 0);
         EXPECT_THAT((std::array{std::int64_t{dib.GetColourCount()}, dib.GetHeaderSize(), dib.GetRowBytes(),
                                 dib.GetBitsSize()}),
-                    testing::ElementsAreArray(sizes))
+                    ElementsAreArray(sizes))
             << name;
     };
     // Colours, header size, row bytes, bits size.
@@ -315,8 +296,7 @@ TEST(DibFile, ReadsHeadersAndSkipsPictures) {
     EXPECT_TRUE(log.lines.empty());
     File empty;
     EXPECT_FALSE(Dib().LoadHeader(empty));
-    EXPECT_THAT(log.lines, testing::ElementsAre(L"700/1 Dib::LoadHeader can't read file_header\n"));
+    EXPECT_THAT(log.lines, ElementsAre(L"700/1 Dib::LoadHeader can't read file_header\n"));
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,8 +1,6 @@
 #include "engine/Dif.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
 TEST(Dif, BlocksHaveTheirPlaces) {
@@ -39,4 +37,3 @@ TEST(Dif, BlocksHaveTheirPlaces) {
 }
 
 } // namespace
-} // namespace scenedetect

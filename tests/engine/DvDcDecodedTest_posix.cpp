@@ -2,21 +2,11 @@
 // run.
 #include "engine/DvDcImage.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <string>
-#include <vector>
 
-namespace scenedetect {
 namespace {
-
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -50,7 +40,7 @@ void RunFfmpeg(const std::string& arguments) {
 // The byte read is the upper eight of the DC coefficient's nine bits: mean level less 128. So every sample is
 // the mean of 16 blocks, rounded down, except in the 625-line picture of variant 0: four times that, in eight
 // bits. Pictures that FFmpeg encodes, and its own decoding of them, tell whether they are the right blocks.
-class DcAgainstDecodedLuma : public testing::TestWithParam<bool> {};
+class DcAgainstDecodedLuma : public TestWithParam<bool> {};
 
 TEST_P(DcAgainstDecodedLuma, EverySampleIsTheMeanOfItsMacroblocks) {
     const bool isPal = GetParam();
@@ -115,8 +105,7 @@ TEST_P(DcAgainstDecodedLuma, EverySampleIsTheMeanOfItsMacroblocks) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, DcAgainstDecodedLuma, testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(, DcAgainstDecodedLuma, Bool(),
                          [](const auto& param) { return param.param ? "Lines625" : "Lines525"; });
 
 } // namespace
-} // namespace scenedetect

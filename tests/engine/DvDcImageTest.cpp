@@ -1,11 +1,6 @@
 #include "engine/DvDcImage.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <vector>
-
-namespace scenedetect {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -62,4 +57,3 @@ TEST(DvDcImage, FramesThatCanBeRead) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,18 +1,10 @@
 #include "engine/kernels/BlockSums.h"
 #include "engine/kernels/ByteSums.h"
 #include "platform/CpuFeatures.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <optional>
-#include <string>
-
-namespace scenedetect {
 namespace {
-
-using testing_support::RandomBytes;
 
 using enum PixelLayout;
 constexpr PixelLayout kLayouts[] = {Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555, Luma16};
@@ -179,4 +171,3 @@ TEST(ByteSums, BrokenKernelsAreFound) {
 }
 
 } // namespace
-} // namespace scenedetect

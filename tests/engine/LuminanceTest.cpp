@@ -1,19 +1,8 @@
 #include "engine/Luminance.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-
-namespace scenedetect {
 namespace {
-
-using testing::ElementsAre;
-using testing_support::Bitmap;
-using testing_support::MakeHeader;
-using testing_support::RandomBytes;
 
 using Samples = std::vector<std::uint8_t>;
 
@@ -182,4 +171,3 @@ TEST(Luminance, HeadersThatMakeNoSenseReadAsNothing) {
 }
 
 } // namespace
-} // namespace scenedetect

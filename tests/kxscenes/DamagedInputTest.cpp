@@ -1,18 +1,10 @@
 // Inputs that are broken, or are no videos: one clear line, and never a crash.
 #include "engine/Dif.h"
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <random>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 TEST(NoVideo, GivesOneLine) {
     const TempFolder folder;
@@ -37,13 +29,13 @@ TEST(NoVideo, GivesOneLine) {
     }
     EXPECT_THAT(RunHost({folder / "sound.wav"}).err, HasSubstr("no video stream"));
     EXPECT_THAT(RunHost({folder / "text.txt"}).err,
-                testing::AnyOf(HasSubstr("no video stream"), HasSubstr("Invalid data")));
+                AnyOf(HasSubstr("no video stream"), HasSubstr("Invalid data")));
     EXPECT_THAT(RunHost({folder / "missing.dv"}).err, HasSubstr("No such file"));
 }
 
-class DamagedTape : public testing::TestWithParam<const char*> {};
+class DamagedTape : public TestWithParam<const char*> {};
 
-INSTANTIATE_TEST_SUITE_P(Systems, DamagedTape, testing::Values("pal-dv", "ntsc-dv"),
+INSTANTIATE_TEST_SUITE_P(Systems, DamagedTape, Values("pal-dv", "ntsc-dv"),
                          [](const auto& each) { return std::string(each.param, 3); });
 
 // What is wrong with raw DV costs no cut, and is told once.
@@ -185,4 +177,3 @@ TEST(BitFlips, NeverCrash) {
 }
 
 } // namespace
-} // namespace scenedetect

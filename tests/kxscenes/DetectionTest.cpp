@@ -1,22 +1,15 @@
 // Real material through the whole program: every container and format gives exactly its scenes.
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 const std::vector<std::int64_t> kCutsAndStart = {0, 20, 33, 47};
 
 // --- DV: two line systems, four containers ---
 
-class DvContainers : public testing::TestWithParam<std::tuple<const char*, const char*>> {};
+class DvContainers : public TestWithParam<std::tuple<const char*, const char*>> {};
 
 TEST_P(DvContainers, SameScenesInAll) {
     const auto& [target, extension] = GetParam();
@@ -40,15 +33,14 @@ TEST_P(DvContainers, SameScenesInAll) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, DvContainers,
-                         testing::Combine(testing::Values("pal-dv", "ntsc-dv"),
-                                          testing::Values("dv", "avi", "mov", "mkv")),
+                         Combine(Values("pal-dv", "ntsc-dv"), Values("dv", "avi", "mov", "mkv")),
                          [](const auto& each) {
                              return std::string(std::get<0>(each.param), 3) + "_" + std::get<1>(each.param);
                          });
 
 // --- uncompressed AVI: from the top row, and from the bottom one ---
 
-class UncompressedAvi : public testing::TestWithParam<RawFormat> {};
+class UncompressedAvi : public TestWithParam<RawFormat> {};
 
 TEST_P(UncompressedAvi, GivesItsCuts) {
     const TempFolder folder;
@@ -60,7 +52,7 @@ TEST_P(UncompressedAvi, GivesItsCuts) {
                 ElementsAre(HasSubstr(": avi, frames as they are; 320x240 "), HasSubstr("60 frames in")));
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, UncompressedAvi, testing::ValuesIn(kRawFormats),
+INSTANTIATE_TEST_SUITE_P(Cases, UncompressedAvi, ValuesIn(kRawFormats),
                          [](const auto& each) { return std::string(each.param.name); });
 
 // --- everything else is decoded ---
@@ -72,7 +64,7 @@ struct Decoded {
     const char* size = "320x240";
 };
 
-class DecodedFiles : public testing::TestWithParam<Decoded> {};
+class DecodedFiles : public TestWithParam<Decoded> {};
 
 TEST_P(DecodedFiles, GiveTheirCuts) {
     const TempFolder folder;
@@ -108,12 +100,12 @@ const Decoded kDecoded[] = {
     {"InterlacedVob", "vob", {"-target", "pal-dvd", "-flags", "+ilme+ildct"}, "720x576"},
     {"Dv50", "mov", {"-s", "720x576", "-c:v", "dvvideo", "-pix_fmt", "yuv422p"}, "720x576"},
 };
-INSTANTIATE_TEST_SUITE_P(Cases, DecodedFiles, testing::ValuesIn(kDecoded),
+INSTANTIATE_TEST_SUITE_P(Cases, DecodedFiles, ValuesIn(kDecoded),
                          [](const auto& each) { return std::string(each.param.name); });
 
 // --- the other methods ---
 
-class TimestampMethod : public testing::TestWithParam<const char*> {};
+class TimestampMethod : public TestWithParam<const char*> {};
 
 TEST_P(TimestampMethod, FindsJumpsOfMoreThanASecond) {
     const TempFolder folder;
@@ -135,7 +127,7 @@ TEST_P(TimestampMethod, FindsJumpsOfMoreThanASecond) {
     EXPECT_EQ(result.exitCode, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Systems, TimestampMethod, testing::Values("pal-dv", "ntsc-dv"),
+INSTANTIATE_TEST_SUITE_P(Systems, TimestampMethod, Values("pal-dv", "ntsc-dv"),
                          [](const auto& each) { return std::string(each.param, 3); });
 
 TEST_F(OneClip, TimestampMethodNeedsDv) {
@@ -210,4 +202,3 @@ TEST(DemoTape, HasTheScenesItPromises) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,27 +1,14 @@
 // How a run ends, and what it leaves then: whole files, partial ones that say so, or what was there before.
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <algorithm>
 #include <csignal>
-#include <cstdio>
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
-#include <thread>
 
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::StartsWith;
 using Arguments = std::vector<std::string>;
 
 constexpr const char* kHeader = "scene,frame,timecode,seconds\n";
@@ -35,7 +22,7 @@ std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
 }
 
 /// A tape of 60 frames with scenes at 0, 20, 33 and 47.
-class Ending : public testing::Test {
+class Ending : public Test {
   protected:
     void SetUp() override { MakeClip(DvClip("pal-dv"), m_tape); }
 
@@ -118,7 +105,7 @@ TEST_F(Ending, APipeWithoutAWriterIsLeftAtTheFirstSignal) {
     host.Signal(SIGINT);
     const ProcessResult result = host.Wait();
     EXPECT_EQ(result.exitCode, 130);
-    EXPECT_THAT(result.err, testing::Not(HasSubstr("error")));
+    EXPECT_THAT(result.err, Not(HasSubstr("error")));
 }
 
 // Before the run: a pipe that has lost its reader, as standard output.
@@ -139,7 +126,7 @@ TEST_F(Ending, NobodyReadsTheStandardOutput) {
         EXPECT_EQ(result.exitCode, each.exitCode) << each.name;
         EXPECT_EQ(result.err, "") << each.name;
     }
-    EXPECT_THAT(Lines(ReadWhole(m_folder / "list.csv")), testing::SizeIs(5));
+    EXPECT_THAT(Lines(ReadWhole(m_folder / "list.csv")), SizeIs(5));
 }
 
 // Not with sanitizers, which reserve more than any limit.
@@ -205,7 +192,7 @@ TEST_F(Ending, TheStandardOutputIsForOneOutput) {
     for (const auto& each : cases) {
         const ProcessResult result = RunHost(each.arguments);
         EXPECT_THAT(result.out, StartsWith(each.begin));
-        EXPECT_THAT(result.out, testing::Not(HasSubstr(kHeader))) << each.arguments[0];
+        EXPECT_THAT(result.out, Not(HasSubstr(kHeader))) << each.arguments[0];
         EXPECT_THAT(result.err, HasSubstr(each.error)) << each.arguments[0];
         EXPECT_EQ(result.out.empty(), *each.error != '\0') << result.err;
     }
@@ -239,7 +226,7 @@ TEST_F(Ending, WrongOutputsAreRefusedBeforeReading) {
     for (const auto& each : cases) {
         const ProcessResult result = RunHost(each.arguments);
         EXPECT_NE(result.exitCode, 0) << each.error;
-        EXPECT_THAT(Frames(result), testing::SizeIs(testing::Le(1u))) << each.error;
+        EXPECT_THAT(Frames(result), SizeIs(Le(1u))) << each.error;
         EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(each.error)));
         EXPECT_EQ(NamesIn(m_folder / ""), before) << each.error;
     }
@@ -256,4 +243,3 @@ TEST_F(Ending, EveryOutputMakesItsFolder) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,21 +1,9 @@
 // How the program speaks, and what it takes from its configuration file.
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sstream>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::MatchesRegex;
-using testing::Not;
 
 ProcessSetup With(std::vector<std::pair<std::string, std::string>> environment) {
     ProcessSetup setup;
@@ -192,10 +180,9 @@ TEST_F(ConfigFile, WrongOnesGetOneLineWithThePlace) {
         EXPECT_EQ(result.exitCode, 2) << each.name;
         EXPECT_EQ(result.out, "") << each.name;
         EXPECT_THAT(Lines(result.err),
-                    ElementsAre(AllOf(testing::StartsWith("kxscenes: error: "), HasSubstr(each.expected))))
+                    ElementsAre(AllOf(StartsWith("kxscenes: error: "), HasSubstr(each.expected))))
             << each.name;
     }
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,9 +1,8 @@
 #include "tests/kxscenes/HostProcess.h"
+#include "tests/Testing.h"
 
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
-#include <sstream>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,20 +1,9 @@
 // Several methods in one pass, and several inputs in one run.
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
 
 // Two captures of 60 frames, an hour apart, each with its picture cuts.
 void MakeTape(const std::filesystem::path& target) {
@@ -52,7 +41,7 @@ TEST(SeveralMethods, EachSceneNamesThoseThatFoundIt) {
         expected.emplace_back(line);
     }
     EXPECT_EQ(Lines(result.out), expected);
-    EXPECT_THAT(video, testing::IsSupersetOf({0, 5, 20, 33, 47, 80, 93, 107}));
+    EXPECT_THAT(video, IsSupersetOf({0, 5, 20, 33, 47, 80, 93, 107}));
     EXPECT_THAT(ReadWhole(folder / "tape-timestamp.xml"), HasSubstr("count=\"3\" method=\"Timestamp\""));
     EXPECT_THAT(ReadWhole(folder / "tape-interval.xml"), HasSubstr("count=\"4\" method=\"Interval\""));
     EXPECT_THAT(ReadWhole(folder / "tape-video.xml"), HasSubstr("method=\"Video\""));
@@ -88,8 +77,7 @@ TEST(ManyInputs, PrintInOrderAndFailAlone) {
         EXPECT_EQ(result.exitCode, 1);
         EXPECT_EQ(result.out, expected);
         EXPECT_THAT(Lines(result.err),
-                    AllOf(testing::SizeIs(3),
-                          Contains(HasSubstr("3 files: 2 done, 1 failed; 8 scenes in 120 frames")),
+                    AllOf(SizeIs(3), Contains(HasSubstr("3 files: 2 done, 1 failed; 8 scenes in 120 frames")),
                           Contains(EndsWith("failed: " + (folder / "bad.avi").string()))));
     }
     EXPECT_EQ(RunHost({tapes}).exitCode, 0);
@@ -118,4 +106,3 @@ TEST(ManyInputs, NoOutputIsWrittenTwice) {
 }
 
 } // namespace
-} // namespace scenedetect

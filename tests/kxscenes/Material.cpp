@@ -1,10 +1,7 @@
 #include "tests/kxscenes/Material.h"
 
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
-
-#include <cstring>
-#include <fstream>
-#include <gtest/gtest.h>
 
 namespace scenedetect::testing_support {
 

@@ -2,12 +2,7 @@
 #pragma once
 
 #include "tests/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
-#include <vector>
+#include "tests/Testing.h"
 
 namespace scenedetect::testing_support {
 

@@ -1,24 +1,16 @@
 // What the program leaves behind: the scene list, its exit codes, an early end, the trace, memory.
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 #include <csignal>
 #include <fcntl.h>
-#include <fstream>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
 using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::SizeIs;
 
 class Output : public OneClip {};
 
@@ -48,8 +40,7 @@ TEST_F(Output, SceneListThatCannotBeWritten) {
     for (const auto& each : cases) {
         const ProcessResult result = RunHost({"--xml", each.path, m_file});
         EXPECT_EQ(result.exitCode, 1) << each.path;
-        EXPECT_THAT(Lines(result.err),
-                    ElementsAre(testing::AllOf(HasSubstr(each.path), HasSubstr(each.reason))));
+        EXPECT_THAT(Lines(result.err), ElementsAre(AllOf(HasSubstr(each.path), HasSubstr(each.reason))));
     }
     EXPECT_EQ(ReadWhole(m_file), before);
 }
@@ -75,7 +66,7 @@ TEST_F(Output, WrongCommandLine) {
 }
 
 // A pipe that the test feeds, and that stalls in the middle of a frame when the signal comes.
-class Interrupted : public testing::TestWithParam<int> {};
+class Interrupted : public TestWithParam<int> {};
 
 TEST_P(Interrupted, EndsAtOnceAndCleanly) {
     const TempFolder folder;
@@ -108,7 +99,7 @@ TEST_P(Interrupted, EndsAtOnceAndCleanly) {
                     ElementsAre(HasSubstr("stopped after 50 frames"),
                                 HasSubstr("of the first 50 frames only: " + (folder / "list.xml").string())));
         EXPECT_THAT(ReadWhole(folder / "list.xml"), HasSubstr("count=\"4\""));
-        EXPECT_THAT(ReadWhole(folder / "list.xml"), testing::EndsWith("</SceneList>\r\n"));
+        EXPECT_THAT(ReadWhole(folder / "list.xml"), EndsWith("</SceneList>\r\n"));
     }
 }
 
@@ -137,10 +128,9 @@ TEST_P(Interrupted, TheSecondSignalLeavesNothingHidden) {
     EXPECT_EQ(hidden(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, Interrupted, testing::Values(SIGINT, SIGTERM, SIGHUP),
-                         [](const auto& each) {
-                             return each.param == SIGINT ? "Int" : each.param == SIGTERM ? "Term" : "HangUp";
-                         });
+INSTANTIATE_TEST_SUITE_P(Signals, Interrupted, Values(SIGINT, SIGTERM, SIGHUP), [](const auto& each) {
+    return each.param == SIGINT ? "Int" : each.param == SIGTERM ? "Term" : "HangUp";
+});
 
 TEST(StandardInput, IsReadLikeAFile) {
     const TempFolder folder;
@@ -223,4 +213,3 @@ TEST(Memory, DoesNotGrowWithTheInput) {
 }
 
 } // namespace
-} // namespace scenedetect

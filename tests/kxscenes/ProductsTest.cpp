@@ -1,26 +1,12 @@
 // What kxscenes makes of scenes besides printing them: clips, pictures, report, figures, parts of a file.
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
-#include <thread>
 
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
 
 std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
     std::vector<std::string> names;
@@ -30,7 +16,7 @@ std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
     return names;
 }
 
-class Tape : public testing::Test {
+class Tape : public Test {
   protected:
     void SetUp() override { MakeClip(DvClip("pal-dv", "2004-07-17T10:30:00", "01:02:03:04"), m_tape); }
 
@@ -80,7 +66,7 @@ TEST_F(Tape, AnotherOutputFailsAloneAndTheRestIsWhole) {
         {"-o", "/dev/full", "--format", "json", "-o", m_folder / "list.csv", "--format", "csv", m_tape});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(Lines(result.err), ElementsAre(AllOf(HasSubstr("/dev/full"), HasSubstr("No space"))));
-    EXPECT_THAT(Lines(ReadWhole(m_folder / "list.csv")), testing::SizeIs(5));
+    EXPECT_THAT(Lines(ReadWhole(m_folder / "list.csv")), SizeIs(5));
     EXPECT_THAT(NamesIn(m_folder / ""), ElementsAre("list.csv", "tape.dv"));
 }
 
@@ -121,8 +107,7 @@ TEST_F(Tape, SavedFiguresDecideAsTheTapeWould) {
         EXPECT_EQ(RunHost(fromFigures).out, expected.out);
         EXPECT_EQ(expected.exitCode, 0);
     }
-    EXPECT_THAT(Frames(RunHost({"--from-stats", figures, "--longest-scene", "10"})),
-                testing::SizeIs(testing::Gt(4u)));
+    EXPECT_THAT(Frames(RunHost({"--from-stats", figures, "--longest-scene", "10"})), SizeIs(Gt(4u)));
     EXPECT_THAT(RunHost({"--from-stats", figures, "--clamp", "9"}).err, HasSubstr("clamp"));
 }
 
@@ -151,7 +136,7 @@ TEST_F(Tape, PartsOfAFile) {
         arguments.push_back(m_tape);
         const ProcessResult result = RunHost(arguments);
         EXPECT_EQ(result.exitCode, 1);
-        EXPECT_THAT(Lines(result.err), testing::SizeIs(1)) << result.err;
+        EXPECT_THAT(Lines(result.err), SizeIs(1)) << result.err;
     }
 }
 
@@ -177,7 +162,7 @@ std::vector<double> Distances(const std::filesystem::path& picture, const std::f
     return distances;
 }
 
-class Pictures : public testing::TestWithParam<std::vector<std::string>> {};
+class Pictures : public TestWithParam<std::vector<std::string>> {};
 
 // Every frame of this material differs from its neighbours, so that a frame too early or late would be seen.
 TEST_P(Pictures, AreThoseOfTheirFrames) {
@@ -211,15 +196,14 @@ TEST_P(Pictures, AreThoseOfTheirFrames) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, Pictures,
-    testing::Values(std::vector<std::string>{"raw.dv", "-target", "pal-dv"},
-                    std::vector<std::string>{"dv.mov", "-c:v", "dvvideo", "-s", "720x576", "-pix_fmt",
-                                             "yuv420p"},
-                    std::vector<std::string>{"h264.mp4", "-c:v", "libx264", "-bf", "3", "-g", "12"},
-                    std::vector<std::string>{"mpeg2.ts", "-c:v", "mpeg2video", "-bf", "2", "-q:v", "3"},
-                    // Stamps are missing: of the last picture, of all.
-                    std::vector<std::string>{"mpeg2.mpg", "-c:v", "mpeg2video", "-bf", "2", "-q:v", "3"},
-                    std::vector<std::string>{"bare.h264", "-c:v", "libx264", "-bf", "3", "-g", "12"},
-                    std::vector<std::string>{"mjpeg.avi", "-c:v", "mjpeg", "-q:v", "2"}),
+    Values(std::vector<std::string>{"raw.dv", "-target", "pal-dv"},
+           std::vector<std::string>{"dv.mov", "-c:v", "dvvideo", "-s", "720x576", "-pix_fmt", "yuv420p"},
+           std::vector<std::string>{"h264.mp4", "-c:v", "libx264", "-bf", "3", "-g", "12"},
+           std::vector<std::string>{"mpeg2.ts", "-c:v", "mpeg2video", "-bf", "2", "-q:v", "3"},
+           // Stamps are missing: of the last picture, of all.
+           std::vector<std::string>{"mpeg2.mpg", "-c:v", "mpeg2video", "-bf", "2", "-q:v", "3"},
+           std::vector<std::string>{"bare.h264", "-c:v", "libx264", "-bf", "3", "-g", "12"},
+           std::vector<std::string>{"mjpeg.avi", "-c:v", "mjpeg", "-q:v", "2"}),
     [](const auto& each) {
         std::string name = each.param[0];
         std::ranges::replace(name, '.', '_');
@@ -277,7 +261,7 @@ TEST(LostInput, CostsTheReportItsPicturesOnly) {
     std::ifstream list(pipe);
     const std::string text{std::istreambuf_iterator<char>(list), {}};
     const ProcessResult result = run.Wait();
-    EXPECT_THAT(Lines(text), testing::SizeIs(5));
+    EXPECT_THAT(Lines(text), SizeIs(5));
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("tape.dv")));
     EXPECT_THAT(ReadWhole(folder / "r.html"), AllOf(HasSubstr("<svg"), Not(HasSubstr("<img"))));
@@ -292,4 +276,3 @@ TEST(HostileNames, GiveOneLineEach) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,16 +1,9 @@
 // Files whose frames are not one after another: dropped frames, variable rate, a change of line system.
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 TEST(DroppedFrames, LeaveAGapInAvi) {
     const TempFolder folder;
@@ -86,4 +79,3 @@ TEST(JoinedLineSystems, PositionsGoOnCounting) {
 }
 
 } // namespace
-} // namespace scenedetect

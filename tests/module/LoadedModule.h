@@ -5,11 +5,9 @@
 #include "platform/DynamicLibrary.h"
 #include "platform/Text.h"
 #include "scenes/IKxSceneDetect.h"
+#include "tests/Testing.h"
 
 #include <dshow.h>
-#include <gtest/gtest.h>
-
-#include <string>
 
 namespace scenedetect::testing_support {
 

@@ -1,18 +1,13 @@
 // The module as a host meets it: loaded by name, asked for the filter, released and unloaded.
 #include "tests/SceneStream.h"
+#include "tests/Testing.h"
 #include "tests/module/LoadedModule.h"
 
 #include <future>
-#include <memory>
-#include <thread>
 
-namespace scenedetect {
 namespace {
 
-using testing_support::LoadedModule;
-using testing_support::SceneStream;
-
-class Module : public testing::Test, protected LoadedModule {
+class Module : public Test, protected LoadedModule {
   protected:
     void SetUp() override { Load(); }
 };
@@ -116,4 +111,3 @@ TEST_F(Module, CanBeLoadedUsedAndUnloadedAgainAndAgain) {
 }
 
 } // namespace
-} // namespace scenedetect

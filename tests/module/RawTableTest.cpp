@@ -1,14 +1,10 @@
 // A client that knows the interfaces by their tables only: slot numbers, argument sizes, calling convention.
 #include "tests/SceneStream.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/module/LoadedModule.h"
 
-#include <cstring>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 /// Calls what stands at `slot` of the object's table.
 template <typename... Arguments>
@@ -22,7 +18,7 @@ constexpr std::int32_t kOk = 0;
 constexpr std::int32_t kFail = static_cast<std::int32_t>(0x80004005);
 constexpr std::int32_t kNoMoreItems = 0x00040103;
 
-class RawTable : public testing::Test {
+class RawTable : public Test {
   protected:
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(m_module.Load());
@@ -165,4 +161,3 @@ TEST_F(RawTable, SceneListFile) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,19 +1,10 @@
 #include "platform/Archive.h"
 #include "platform/File.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
-namespace scenedetect {
 namespace {
 
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
-using testing_support::Wide;
 using namespace std::string_literals;
 
 // A class with one byte of content that notes its unfinished objects, as every class has to, and one derived
@@ -48,7 +39,7 @@ const RuntimeClass Strict::kRuntimeClass = {"Strict", sizeof(Strict), 7,
 const RuntimeClassRegistration g_note(Note::kRuntimeClass);
 const RuntimeClassRegistration g_strict(Strict::kRuntimeClass);
 
-class ArchiveFile : public testing::Test {
+class ArchiveFile : public Test {
   protected:
     template <typename Body>
     void Store(Body body) {
@@ -183,4 +174,3 @@ TEST_F(ArchiveFile, GoesOneWayOnly) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,8 +1,5 @@
 #include "platform/CpuFeatures.h"
-
-#include <gtest/gtest.h>
-
-using namespace scenedetect;
+#include "tests/Testing.h"
 
 TEST(CpuFeatures, RestrictionTakesAwayAndGivesBack) {
     const unsigned all = CpuFeatures();

@@ -1,12 +1,5 @@
 #include "platform/CriticalSection.h"
-
-#include <gtest/gtest.h>
-
-#include <mutex>
-#include <thread>
-#include <vector>
-
-using namespace scenedetect;
+#include "tests/Testing.h"
 
 TEST(CriticalSection, ExcludesOtherThreadsAndAdmitsItsOwnAgain) {
     CriticalSection section;

@@ -1,17 +1,8 @@
 #include "platform/File.h"
 #include "tests/TempFolder.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <filesystem>
-#include <fstream>
-#include <string>
+#include "tests/Testing.h"
 
 using scenedetect::File;
-using scenedetect::testing_support::ReadWhole;
-using scenedetect::testing_support::TempFolder;
-using scenedetect::testing_support::Wide;
 
 TEST(File, WritesReadsAndSkipsUnderANameBeyondAscii) {
     const TempFolder folder;

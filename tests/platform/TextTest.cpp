@@ -1,11 +1,5 @@
 #include "platform/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cwchar>
-
-using namespace scenedetect;
+#include "tests/Testing.h"
 
 // U+00E9, U+20AC and U+1F3AC need 2, 3 and 4 bytes of UTF-8 and 1, 1 and 2 units of UTF-16.
 TEST(Text, EveryLengthOfCharacter) {

@@ -1,12 +1,5 @@
 #include "platform/WideFormat.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cwchar>
-#include <string>
-
-using namespace scenedetect;
+#include "tests/Testing.h"
 
 namespace {
 

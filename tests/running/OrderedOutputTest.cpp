@@ -2,21 +2,13 @@
 
 #include "reading/base/HostError.h"
 #include "tests/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/Testing.h"
 
 #include <csignal>
 #include <fcntl.h>
-#include <string>
-#include <thread>
 #include <unistd.h>
-#include <vector>
 
-namespace scenedetect {
 namespace {
-
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
 
 /// Leads the standard output elsewhere.
 class Redirected {
@@ -36,7 +28,7 @@ class Redirected {
     const int m_before;
 };
 
-class OrderedOutputTest : public testing::Test {
+class OrderedOutputTest : public Test {
   protected:
     [[nodiscard]] std::string Printed() const { return ReadWhole(m_path); }
     [[nodiscard]] int OpenFile() const { return open(m_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600); }
@@ -118,4 +110,3 @@ TEST_F(OrderedOutputTest, AReaderMayGoAway) {
 }
 
 } // namespace
-} // namespace scenedetect

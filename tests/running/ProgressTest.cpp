@@ -1,9 +1,6 @@
 #include "running/batch/Progress.h"
+#include "tests/Testing.h"
 
-#include <chrono>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
 TEST(Progress, TellsTheTimeLeft) {
@@ -15,4 +12,3 @@ TEST(Progress, TellsTheTimeLeft) {
 }
 
 } // namespace
-} // namespace scenedetect

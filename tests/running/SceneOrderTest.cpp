@@ -1,18 +1,9 @@
 // From what each filter finds to the scenes that are told: joined, in order, none too short, none too late.
 #include "running/run/SceneMerge.h"
 #include "running/run/ShortScenes.h"
+#include "tests/Testing.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <string>
-#include <vector>
-
-namespace scenedetect {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr std::int64_t kEnd = std::numeric_limits<std::int64_t>::max();
 
@@ -42,7 +33,7 @@ TEST(SceneMerge, WhatOneFilterReportsTwiceStaysTwo) {
     merge.Add(0, 3);
     merge.Add(0, 3);
     merge.Add(1, 3); // goes with the first that it has not found yet
-    EXPECT_THAT(Taken(merge, kEnd), testing::UnorderedElementsAre("3 video", "3 video+manual"));
+    EXPECT_THAT(Taken(merge, kEnd), UnorderedElementsAre("3 video", "3 video+manual"));
 }
 
 TEST(SceneMerge, ASingleFilterNeedNotWait) {
@@ -109,4 +100,3 @@ TEST(ShortScenes, AllStayWithoutALimit) {
 }
 
 } // namespace
-} // namespace scenedetect

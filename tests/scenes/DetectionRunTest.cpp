@@ -2,21 +2,9 @@
 
 #include "tests/Seeds.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <atomic>
-#include <mutex>
-#include <thread>
-
-namespace scenedetect {
 namespace {
-
-using testing_support::ForEachSeed;
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
-using testing_support::Wide;
 
 constexpr LONGLONG kPal = 400000;
 
@@ -250,4 +238,3 @@ TEST(DetectionRun, RestartsLeaveNothingOfTheRunBefore) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,17 +1,11 @@
 #include "scenes/SceneListFile.h"
 
 #include "tests/TempFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/Testing.h"
 
 #include <clocale>
 
-namespace scenedetect {
 namespace {
-
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
-using testing_support::Wide;
 
 TEST(SceneListFile, HasTheBytesOfTheFormat) {
     const struct {
@@ -57,4 +51,3 @@ TEST(SceneListFile, TakesAnyNameAndSurvivesAMissingFolder) {
 }
 
 } // namespace
-} // namespace scenedetect

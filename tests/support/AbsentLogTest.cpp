@@ -2,12 +2,9 @@
 #include "platform/WideFormat.h"
 #include "support/DebugLog.h"
 #include "support/LogLibrary.h"
+#include "tests/Testing.h"
 #include "tests/support/LogChild.h"
 
-#include <cstdio>
-#include <filesystem>
-
-using namespace scenedetect;
 namespace fs = std::filesystem;
 
 static int g_formatted = 0;
@@ -33,6 +30,6 @@ TEST(AbsentLog, NothingHappensThenOrLater) {
         DynamicLibrary library;
         std::fprintf(stderr, "%d", library.Open(kLogLibraryFile));
     };
-    EXPECT_CHILD_PRINTS(useThenInstall(), testing::StrEq("00, 2 formatted{loaded}1{released}"));
+    EXPECT_CHILD_PRINTS(useThenInstall(), StrEq("00, 2 formatted{loaded}1{released}"));
     fs::remove(file);
 }

@@ -1,21 +1,8 @@
 #include "support/DebugLog.h"
+#include "tests/Testing.h"
 #include "tests/support/LogChild.h"
 
-#include <atomic>
-#include <cstdio>
-#include <cstdlib>
-#include <cwchar>
 #include <latch>
-#include <new>
-#include <string>
-#include <thread>
-#include <vector>
-
-using namespace scenedetect;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
-using testing::Truly;
 
 namespace {
 

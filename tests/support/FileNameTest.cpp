@@ -1,10 +1,6 @@
 #include "support/FileName.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
-namespace scenedetect {
 namespace {
 
 TEST(FileName, IsTrimmedAndRepaired) {
@@ -54,4 +50,3 @@ TEST(FileName, ProgramPathIsThisProgram) {
 }
 
 } // namespace
-} // namespace scenedetect

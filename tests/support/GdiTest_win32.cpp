@@ -1,18 +1,10 @@
 // Dibs made from the graphics system's bitmaps, and such bitmaps made from Dibs.
 #include "engine/BitmapHeader.h"
 #include "engine/Dib.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <type_traits>
-
-namespace scenedetect {
 namespace {
-
-using testing_support::MakeHeader;
-using testing_support::RandomBytes;
 
 struct DeleteGdiObject {
     void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
@@ -24,7 +16,7 @@ struct Picture {
     int width;
 };
 
-class Gdi : public testing::TestWithParam<Picture> {
+class Gdi : public TestWithParam<Picture> {
   protected:
     Gdi() : m_dc(CreateCompatibleDC(nullptr)) {}
     ~Gdi() override { DeleteDC(m_dc); }
@@ -102,21 +94,20 @@ TEST_P(Gdi, BytesThatDoNotExistAreZeros) {
     const BITMAPINFOHEADER header = MakeHeader(GetParam().width, kHeight, GetParam().bitCount);
     const auto size = [](std::int64_t bytes) { return static_cast<std::size_t>(bytes); };
     // A row of the pixels, and half of the colours.
-    const testing_support::Bitmap cut(header, RandomBytes(size(RowBytes(header)), 9),
-                                      RandomBytes(size(HeaderSize(header) - 40) / 2, 9));
+    const Bitmap cut(header, RandomBytes(size(RowBytes(header)), 9),
+                     RandomBytes(size(HeaderSize(header) - 40) / 2, 9));
     ExpectShown(cut.dib);
 }
 
 // Rows of whole words at every depth, and rows that `Create` does not pad.
 INSTANTIATE_TEST_SUITE_P(Pictures, Gdi,
-                         testing::Values(Picture{1, 32}, Picture{4, 32}, Picture{8, 32}, Picture{16, 32},
-                                         Picture{24, 32}, Picture{32, 32}, Picture{1, 3}, Picture{4, 5},
-                                         Picture{8, 3}, Picture{16, 3}, Picture{24, 3}));
+                         Values(Picture{1, 32}, Picture{4, 32}, Picture{8, 32}, Picture{16, 32},
+                                Picture{24, 32}, Picture{32, 32}, Picture{1, 3}, Picture{4, 5}, Picture{8, 3},
+                                Picture{16, 3}, Picture{24, 3}));
 
 TEST(Gdi, PicturesOfNoPossibleSizeAreRefused) {
-    const testing_support::Bitmap huge(MakeHeader(65536, 65536, 32), RandomBytes(4, 9));
+    const Bitmap huge(MakeHeader(65536, 65536, 32), RandomBytes(4, 9));
     EXPECT_EQ(huge.dib.CreateDDB(GetDC(nullptr)), nullptr);
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,9 +1,6 @@
 #include "support/DebugLog.h"
+#include "tests/Testing.h"
 #include "tests/support/LogChild.h"
-
-#include <cstdio>
-
-using namespace scenedetect;
 
 // The library lacks the list form of printing, which nobody calls.
 TEST(IncompleteLog, IsReleasedAtOnceAndNeverTriedAgain) {
@@ -13,5 +10,5 @@ TEST(IncompleteLog, IsReleasedAtOnceAndNeverTriedAgain) {
             std::fprintf(stderr, "active=%d", IsDebugLevelActive(702, 31));
         }
     };
-    EXPECT_CHILD_PRINTS(useTwice(), testing::StrEq("{loaded}{released}active=0active=0"));
+    EXPECT_CHILD_PRINTS(useTwice(), StrEq("{loaded}{released}active=0active=0"));
 }

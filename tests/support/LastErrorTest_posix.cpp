@@ -1,6 +1,5 @@
 #include "support/DebugLog.h"
-
-#include <gtest/gtest.h>
+#include "tests/Testing.h"
 
 #include <cerrno>
 

@@ -1,8 +1,7 @@
 #include "support/DebugLog.h"
+#include "tests/Testing.h"
 
 #include <windows.h>
-
-#include <gtest/gtest.h>
 
 TEST(LastErrorText, IsTheSystemsMessage) {
     wchar_t* whole = nullptr;

@@ -1,11 +1,7 @@
 // Runs part of a test in a process of its own, since a process binds its logging library only once.
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <cstdlib>
+#include "tests/Testing.h"
 
 // Runs `statements` in a child that then ends as a program does, and checks what it printed on stderr.
 #define EXPECT_CHILD_PRINTS(statements, matcher)                                                             \

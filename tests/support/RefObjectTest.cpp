@@ -2,24 +2,10 @@
 #include "platform/Archive.h"
 #include "platform/File.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/engine/LogRecorder.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
-#include <optional>
-#include <thread>
-#include <vector>
-
-namespace scenedetect {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing_support::LogRecorder;
 
 // Tells when it goes.
 class Watched final : public RefObject {
@@ -220,12 +206,12 @@ TEST(RefObjects, OrphansGoSilentlyAtTheEnd) {
             new Watched(report.living);
             std::exit(report.living == 1 ? 0 : 1);
         },
-        testing::ExitedWithCode(0), "0 living, 0 messages");
+        ExitedWithCode(0), "0 living, 0 messages");
 }
 
 TEST(RefObjects, AreKnownByName) {
-    const testing_support::TempFolder folder;
-    const std::wstring path = testing_support::Wide(folder / "archive");
+    const TempFolder folder;
+    const std::wstring path = Wide(folder / "archive");
     const RuntimeClass* found = RuntimeClass::Find("RefObject");
     ASSERT_EQ(found, &RefObject::kRuntimeClass);
     EXPECT_EQ(found->Version(), 1);
@@ -248,4 +234,3 @@ TEST(RefObjects, AreKnownByName) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,8 +1,6 @@
 #include "support/TimecodeFrames.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
 TEST(TimecodeFrames, TimesOfDayBecomeFrameNumbers) {
@@ -31,4 +29,3 @@ TEST(TimecodeFrames, ABreakIsMoreThanASecondEitherWay) {
 }
 
 } // namespace
-} // namespace scenedetect

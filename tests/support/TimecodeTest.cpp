@@ -1,6 +1,5 @@
 #include "support/Timecode.h"
-
-#include <gtest/gtest.h>
+#include "tests/Testing.h"
 
 using scenedetect::FramesToTimecodeText;
 

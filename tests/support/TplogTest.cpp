@@ -1,19 +1,10 @@
 #include "platform/DynamicLibrary.h"
 #include "support/DebugLog.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/support/LogChild.h"
 
 #include <cstdarg>
-#include <cstdio>
-#include <fstream>
-#include <string>
-#include <thread>
-#include <vector>
-
-using namespace scenedetect;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::StrEq;
 
 namespace {
 
@@ -84,7 +75,7 @@ TEST(Tplog, TheListFormFillsPlaceholders) {
 }
 
 TEST(Tplog, AFileCollectsWholeLinesOfAllThreads) {
-    const testing_support::TempFolder folder;
+    const TempFolder folder;
     const std::string path = (folder / "log").string();
     const auto logFromThreads = [&] {
         SetVariables("5", path);

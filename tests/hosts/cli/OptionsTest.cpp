@@ -1,13 +1,7 @@
 #include "hosts/cli/KxOptions.h"
+#include "tests/Testing.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 std::optional<EarlyEnd> Parse(std::vector<const char*> arguments, KxOptions& options) {
     arguments.insert(arguments.begin(), "kxscenes");
@@ -77,4 +71,3 @@ TEST(Options, HelpAndVersionAreNoErrors) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,12 +1,11 @@
 // The parameters on the command line, and their way into a filter.
 #include "hosts/cli/ParameterOptions.h"
 #include "running/detection/DetectionCalls.h"
+#include "tests/Testing.h"
 #include "tests/filter/WatchedFilter.h"
 
 #include <CLI/CLI.hpp>
-#include <gtest/gtest.h>
 
-namespace scenedetect {
 namespace {
 
 /// What is wrong, if anything.
@@ -34,7 +33,7 @@ TEST(ParameterOptions, TakeWhatIsInRangeToTheFilter) {
     EXPECT_EQ(Parse("--dark-level -1 --clamp=60", choice), "");
     EXPECT_EQ(choice.On({1, 2, 3, 4, 5}), (DetectionParameters{1, -1, 60, 4, 5}));
 
-    testing_support::WatchedFilter filter(KxMethodVideo, testing_support::FourccType("YUY2", 16, 16, 16));
+    WatchedFilter filter(KxMethodVideo, FourccType("YUY2", 16, 16, 16));
     ApplyParameters(*filter.operator->(), choice);
     const LONG expected[] = {13, -1, 60, 3, 0};
     for (ULONG number = 0; number < std::size(expected); ++number) {
@@ -45,4 +44,3 @@ TEST(ParameterOptions, TakeWhatIsInRangeToTheFilter) {
 }
 
 } // namespace
-} // namespace scenedetect

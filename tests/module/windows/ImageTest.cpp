@@ -1,22 +1,13 @@
 // The module's file: what it lets out, what it needs, and what it says about itself.
 #include "platform/Text.h"
+#include "tests/Testing.h"
 
 #include <windows.h>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-namespace scenedetect {
 namespace {
 
-using testing::StartsWith;
-using testing::UnorderedElementsAre;
-
 /// The module as the system has laid it out in memory.
-class Image : public testing::Test {
+class Image : public Test {
   protected:
     void SetUp() override {
         m_base = reinterpret_cast<const char*>(LoadLibraryW(WideFromUtf8(MODULE_PATH).c_str()));
@@ -79,4 +70,3 @@ TEST_F(Image, BearsItsVersion) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,14 +1,10 @@
 // Registration as an installer does it, and what the system then knows. Changes the registry: the test run
 // gives this program a Wine prefix of its own.
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/module/LoadedModule.h"
 
-#include <vector>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 constexpr const wchar_t* kFilterName = L"Tamrak Scene Detect Filter";
 constexpr const wchar_t* kClassKey = L"CLSID\\{54702E50-7AC5-4D09-AF00-C30084627A5F}";
@@ -58,7 +54,7 @@ std::vector<ComRef<IMoniker>> Listed(const CLSID& category, const std::wstring& 
     return listed;
 }
 
-class Registration : public testing::Test {
+class Registration : public Test {
   protected:
     void SetUp() override {
         ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)));
@@ -141,4 +137,3 @@ TEST_F(Registration, WhatIsNotThereCannotBeTakenBack) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,18 +1,13 @@
 // The filter in the system's own graph: pictures pass untouched, states change, nothing hangs or leaks.
 #include "tests/module/windows/SystemGraph.h"
+#include "tests/Testing.h"
 #include "tests/module/LoadedModule.h"
 
 #include <future>
-#include <memory>
-#include <random>
-#include <thread>
 
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
-
-class InSystemGraph : public testing::Test {
+class InSystemGraph : public Test {
   protected:
     void SetUp() override {
         ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)));
@@ -190,4 +185,3 @@ TEST_F(InSystemGraph, LoadsAndUnloadsAgainAndAgain) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,15 +1,10 @@
+#include "tests/Testing.h"
 #include "tests/products/cutting/CutMaterial.h"
 
 #include <csignal>
 #include <sys/resource.h>
 
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 // 12 frames with audio, of which no two are equal.
 void MakeTape(const std::filesystem::path& target, const std::string& system = "pal-dv") {
@@ -26,7 +21,7 @@ std::string Joined(const std::vector<WrittenClip>& clips) {
     return bytes;
 }
 
-class ClipCutterTest : public testing::Test {
+class ClipCutterTest : public Test {
   protected:
     std::vector<WrittenClip> Cut(const std::filesystem::path& file, const std::string& container = "") {
         return CutWhileReading(file, {0, 5, 5, 6}, Into(m_clips, container), m_claims);
@@ -131,7 +126,7 @@ TEST_F(ClipCutterTest, AFrameWithoutItsHeaderGoesIntoAContainer) {
 TEST_F(ClipCutterTest, RefusalsLeaveNothing) {
     MakeTape(m_tape);
     EXPECT_THAT(MessageOf([&] { Cut(m_tape, "mp4"); }),
-                testing::AllOf(HasSubstr("0001.mp4"), HasSubstr("mp4 cannot hold dvvideo")));
+                AllOf(HasSubstr("0001.mp4"), HasSubstr("mp4 cannot hold dvvideo")));
     EXPECT_THAT(FilesIn(m_clips), IsEmpty());
 
     WriteBytes(m_clips / "0002.dv", "mine");
@@ -179,4 +174,3 @@ TEST_F(ClipCutterTest, AFullDiskLeavesWholeClipsOnly) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -7,20 +7,11 @@
 #include "reading/ffmpeg/FfmpegLog.h"
 #include "reading/media/OpenPictures.h"
 #include "tests/MessageOf.h"
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <filesystem>
 #include <map>
-#include <memory>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace scenedetect::testing_support {
 inline const std::atomic<bool> kGoOn = false;

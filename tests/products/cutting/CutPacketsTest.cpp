@@ -1,12 +1,7 @@
+#include "tests/Testing.h"
 #include "tests/products/cutting/CutMaterial.h"
 
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 constexpr int kFrames = 100;
 
@@ -56,7 +51,7 @@ const Kind kKinds[] = {
     {"MjpegInMov", "film.mov", kMjpeg, {0, 30, 31, 70}},
 };
 
-class CutPacketsTest : public testing::TestWithParam<Kind> {
+class CutPacketsTest : public TestWithParam<Kind> {
   protected:
     static constexpr std::int64_t kScenes[] = {0, 30, 31, 70, kFrames};
     TempFolder m_folder;
@@ -104,10 +99,10 @@ TEST_P(CutPacketsTest, PicturesAndAudioAreThoseOfTheSourceFromTheKeyFrameOn) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, CutPacketsTest, testing::ValuesIn(kKinds),
+INSTANTIATE_TEST_SUITE_P(Kinds, CutPacketsTest, ValuesIn(kKinds),
                          [](const auto& kind) { return std::string(kind.param.name); });
 
-class CutFilmTest : public testing::Test {
+class CutFilmTest : public Test {
   protected:
     TempFolder m_folder;
     const std::filesystem::path m_clips = m_folder / "clips";
@@ -175,4 +170,3 @@ TEST_F(CutFilmTest, RefusalsAreClearAndLeaveNothing) {
 }
 
 } // namespace
-} // namespace scenedetect

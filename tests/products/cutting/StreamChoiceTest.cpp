@@ -1,11 +1,9 @@
 #include "products/cutting/PacketSource.h"
 #include "reading/media/MediaInput.h"
+#include "tests/Testing.h"
 #include "tests/products/cutting/CutMaterial.h"
 
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 struct ChoiceCase {
     const char* name;
@@ -63,11 +61,8 @@ TEST(StreamChoice, NoReaderTakesTextForVideo) {
     TempFolder folder;
     const std::filesystem::path text = folder / "film.ans";
     WriteBytes(text, std::string(2000, 'a'));
-    EXPECT_THAT(MessageOf([&] { MediaInput(text.native()).FindVideo(); }),
-                testing::HasSubstr("no video stream"));
-    EXPECT_THAT(MessageOf([&] { PacketSource source(text.native()); }),
-                testing::HasSubstr("no video stream"));
+    EXPECT_THAT(MessageOf([&] { MediaInput(text.native()).FindVideo(); }), HasSubstr("no video stream"));
+    EXPECT_THAT(MessageOf([&] { PacketSource source(text.native()); }), HasSubstr("no video stream"));
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,17 +1,9 @@
 #include "products/files/NamePattern.h"
 
 #include "tests/MessageOf.h"
+#include "tests/Testing.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <string>
-
-namespace scenedetect {
 namespace {
-
-using testing::HasSubstr;
 
 const NameFields kFull{"Holiday 1", 7, "timestamp+video", 1234, "10:00:00;02", "2004-07-17", "10:30:05"};
 
@@ -44,14 +36,14 @@ const NameCase kNames[] = {
     {"BytesThatAreNoText", "{name}", Named("\xFF\xE9*\xA0"), ".dv", "\xFF\xE9_\xA0.dv"},
 };
 
-class NameTest : public testing::TestWithParam<NameCase> {};
+class NameTest : public TestWithParam<NameCase> {};
 
 TEST_P(NameTest, Expands) {
     EXPECT_EQ(NamePattern(GetParam().pattern).Expand(GetParam().fields, GetParam().suffix),
               GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, NameTest, testing::ValuesIn(kNames),
+INSTANTIATE_TEST_SUITE_P(Names, NameTest, ValuesIn(kNames),
                          [](const auto& each) { return std::string(each.param.name); });
 
 TEST(NamePatternTest, WrongPatternsAreTold) {
@@ -74,10 +66,8 @@ TEST(NamePatternTest, WrongPatternsAreTold) {
 TEST(NamePatternTest, NamesThatNoFileSystemTakesAreRefused) {
     const NamePattern pattern("lists/{name}");
     EXPECT_EQ(pattern.Expand(Named(std::string(252, 'x')), ".dv"), "lists/" + std::string(252, 'x') + ".dv");
-    EXPECT_THAT(
-        testing_support::MessageOf([&] { (void)pattern.Expand(Named(std::string(253, 'x')), ".dv"); }),
-        HasSubstr("255 bytes at the most"));
+    EXPECT_THAT(MessageOf([&] { (void)pattern.Expand(Named(std::string(253, 'x')), ".dv"); }),
+                HasSubstr("255 bytes at the most"));
 }
 
 } // namespace
-} // namespace scenedetect

@@ -4,29 +4,19 @@
 #include "reading/base/HostError.h"
 #include "tests/MessageOf.h"
 #include "tests/TempFolder.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/Testing.h"
 
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
-#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
-namespace scenedetect {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::HasSubstr;
-using testing_support::MessageOf;
-using testing_support::ReadWhole;
-using testing_support::TempFolder;
 
-class OutputFileTest : public testing::Test {
+class OutputFileTest : public Test {
   protected:
     [[nodiscard]] std::ptrdiff_t FileCount() const {
         return std::distance(fs::directory_iterator(m_folder / ""), fs::directory_iterator());
@@ -209,4 +199,3 @@ TEST_F(OutputFileTest, ARunClaimsANameOnce) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,20 +1,14 @@
 // Lists that other programs take: chapters put into files by ffmpeg and mkvmerge, key frames set by x264.
 #include "products/outputs/SceneWriters.h"
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 #include "tests/products/outputs/Tables.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
-using testing::ElementsAre;
-
 // A clip of 60 frames, and how ffprobe sees what becomes of it.
-class ReadBack : public testing::Test {
+class ReadBack : public Test {
   protected:
     void SetUp() override { MakeClip({"320x240", "30000/1001", {20, 33}, 60, {"-c:v", "mpeg4"}}, m_clip); }
     static std::vector<std::string> Probe(const std::string& file, const char* entries) {
@@ -68,4 +62,3 @@ TEST_F(ReadBack, EncoderTakesKeyFrames) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,16 +1,8 @@
 #include "products/report/ReportPage.h"
+#include "tests/Testing.h"
 #include "tests/products/outputs/Tables.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
 
 // Without figures, pictures and settings.
 std::string PageOf(const SceneTable& table) {
@@ -41,4 +33,3 @@ TEST(ReportPage, SizeIsThatOfTheUprightPicture) {
 }
 
 } // namespace
-} // namespace scenedetect

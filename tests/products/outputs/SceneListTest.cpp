@@ -3,22 +3,17 @@
 #include "products/outputs/OutputFormats.h"
 #include "products/outputs/SceneWriters.h"
 #include "reading/base/HostError.h"
+#include "tests/Testing.h"
 #include "tests/products/outputs/Tables.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 
-#include <numeric>
 #include <regex>
 
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
 using nlohmann::json;
-using testing::HasSubstr;
 using Spans = std::vector<std::pair<std::int64_t, std::int64_t>>; // begin and end
 
 TEST(SceneSheets, RowsByRate) {
@@ -153,7 +148,7 @@ TEST(EdlList, NamesAndManyEvents) {
     table.name = std::string(69, 'x') + "\xC3\xA9";
     table.input = kOddName;
     table.startTimecode = SourceTimecode{};
-    EXPECT_THAT(ReadEdl(Edl(table), 25, 0), testing::SizeIs(1001));
+    EXPECT_THAT(ReadEdl(Edl(table), 25, 0), SizeIs(1001));
     for (const std::string& line :
          {"TITLE: " + std::string(69, 'x'), std::string("* FROM CLIP NAME: ") + kPlainName})
         EXPECT_THAT(Edl(table), HasSubstr(line + "\r\n"));
@@ -241,4 +236,3 @@ TEST(OutputFormatChoice, BySuffix) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -3,19 +3,12 @@
 #include "products/stats/StatsReader.h"
 #include "products/stats/StatsWriter.h"
 #include "reading/base/HostError.h"
+#include "tests/Testing.h"
 #include "tests/filter/WatchedFilter.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <random>
 #include <set>
 
-namespace scenedetect {
 namespace {
-
-using testing_support::Positions;
 
 // A grid of 2 x 1 samples, so that the clamp has something to cut off.
 constexpr LONG kWidth = 16;
@@ -65,8 +58,7 @@ struct Outcome {
 
 /// The filter's own scenes and figures.
 Outcome Watch(const Film& film, const DetectionParameters& parameters) {
-    testing_support::WatchedFilter filter(KxMethodVideo,
-                                          testing_support::FourccType("YUY2", kWidth, kHeight, 16));
+    WatchedFilter filter(KxMethodVideo, FourccType("YUY2", kWidth, kHeight, 16));
     for (std::size_t i = 0; i < kDetectionParameters.size(); ++i)
         EXPECT_EQ(filter->SetParameter(static_cast<ULONG>(i), parameters.*kDetectionParameters[i].value),
                   S_OK);
@@ -141,4 +133,3 @@ TEST(FromStats, AnotherClampAndAnEmptyTableAreRefused) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -4,17 +4,11 @@
 #include "reading/base/CsvRecords.h"
 #include "reading/base/HostError.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <fstream>
 #include <regex>
-#include <vector>
 
-namespace scenedetect {
 namespace {
-
-using testing_support::TempFolder;
 
 StatsSettings Settings() {
     return {.scale = {{1001, 30000}, {30000, 1001}},
@@ -141,4 +135,3 @@ TEST(StatsFile, FilesAreReadWholeAndGapsNotWritten) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -4,17 +4,10 @@
 #include "tests/DvFrame.h"
 #include "tests/MemoryInput.h"
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 
-#include <cstdlib>
-#include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sstream>
-
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
 using Kind = IrregularityKind;
 
 constexpr int kNoon = 43200;
@@ -157,7 +150,7 @@ struct Case {
     std::function<void(Tape&)> film;
     std::string rows;
 };
-class Tapes : public testing::TestWithParam<Case> {};
+class Tapes : public TestWithParam<Case> {};
 
 TEST_P(Tapes, GiveTheirRows) {
     Tape tape(GetParam().is625);
@@ -302,15 +295,14 @@ const Case kCases[] = {
      "0 unknown bytes 100 0, 0 recording 72, 50 missing frames 10, 70 missing bytes 500 2, "
      "72 recording break 16797 1, 72 recording 10, 82 cut end 999 1"},
 };
-INSTANTIATE_TEST_SUITE_P(Cases, Tapes, testing::ValuesIn(kCases),
-                         [](const auto& each) { return each.param.name; });
+INSTANTIATE_TEST_SUITE_P(Cases, Tapes, ValuesIn(kCases), [](const auto& each) { return each.param.name; });
 
 TEST(TapeLog, MemoryIsBounded) {
     Tape tape(true);
     for (int i = 0; i < 4100; ++i)
         tape.RunShown(i % 2 == 0 ? 0xC8 : 0xCA, 2);
     EXPECT_FALSE(tape.Text().empty());
-    EXPECT_THAT(tape.Rows(), testing::HasSubstr("recording continued"));
+    EXPECT_THAT(tape.Rows(), HasSubstr("recording continued"));
 }
 
 TEST(TapeLog, JoinedCapturesOfFfmpegWithTwoFramesTorn) {
@@ -348,11 +340,9 @@ TEST(TapeLog, JoinedCapturesOfFfmpegWithTwoFramesTorn) {
                             "1, 100 damaged blocks 1 1, "
                             "120 recording break -18446412 1, 120 recording 60, 180 line system change 1, "
                             "180 recording 60");
-    EXPECT_THAT(csv, testing::HasSubstr(
-                         "60,8640000,10:00:02:10,2004-01-01,00:00:10,4:3,625,recording,,,60,119,2.400,\r\n"));
-    EXPECT_THAT(csv,
-                testing::HasSubstr(",00:00:59;00,2003-06-01,12:00:02,4:3,525,recording,,,60,239,2.002,\r\n"));
+    EXPECT_THAT(
+        csv, HasSubstr("60,8640000,10:00:02:10,2004-01-01,00:00:10,4:3,625,recording,,,60,119,2.400,\r\n"));
+    EXPECT_THAT(csv, HasSubstr(",00:00:59;00,2003-06-01,12:00:02,4:3,525,recording,,,60,239,2.002,\r\n"));
 }
 
 } // namespace
-} // namespace scenedetect

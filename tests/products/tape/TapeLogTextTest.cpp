@@ -1,10 +1,9 @@
 // Rows as text of either form.
 #include "products/tape/TapeLogText.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-namespace scenedetect {
 namespace {
 
 std::string Write(TapeLogFormat format, const std::string& source, const std::vector<TapeRow>& rows) {
@@ -59,4 +58,3 @@ TEST(TapeLogText, FormatsBySuffix) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,17 +1,15 @@
 // Which line system a frame is of, judged by its headers, and which profile.
 #include "reading/dv/DvCheck.h"
 #include "tests/DvFrame.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-class LineSystem : public testing::TestWithParam<bool> {
+class LineSystem : public TestWithParam<bool> {
   protected:
-    LineSystem() { testing_support::AppendDifFrame(m_frame, GetParam(), 0); }
+    LineSystem() { AppendDifFrame(m_frame, GetParam(), 0); }
     void DamageHeaders(int headers, std::size_t byte, std::uint8_t bits) {
         for (int i = 0; i < headers; ++i)
             m_frame[static_cast<std::size_t>(i) * 12'000 + byte] ^= bits;
@@ -19,7 +17,7 @@ class LineSystem : public testing::TestWithParam<bool> {
     const DvSystem m_system = GetParam() ? DvSystem::Lines625 : DvSystem::Lines525;
     Bytes m_frame;
 };
-INSTANTIATE_TEST_SUITE_P(Systems, LineSystem, testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(Systems, LineSystem, Bool(),
                          [](const auto& each) { return each.param ? "Lines625" : "Lines525"; });
 
 TEST_P(LineSystem, MostHeadersDecide) {
@@ -52,4 +50,3 @@ TEST(DvProfileOfFrame, PacksOutOfTheirPlacesDoNotCount) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -2,25 +2,22 @@
 #include "reading/dv/DvPacks.h"
 #include "products/tape/BlockStatus.h"
 #include "tests/DvFrame.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
 using namespace std::chrono_literals;
 
 constexpr Pack kNothing = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
 
-class FramePacks : public testing::TestWithParam<bool> {
+class FramePacks : public TestWithParam<bool> {
   protected:
     [[nodiscard]] DvPacks Read() {
         return ReadDvPacks(m_frame.Bytes(), GetParam() ? DvSystem::Lines625 : DvSystem::Lines525);
     }
     DvFrame m_frame{GetParam()};
 };
-INSTANTIATE_TEST_SUITE_P(Systems, FramePacks, testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(Systems, FramePacks, Bool(),
                          [](const auto& each) { return each.param ? "Lines625" : "Lines525"; });
 
 TEST_P(FramePacks, AllAreRead) {
@@ -122,4 +119,3 @@ TEST_P(FramePacks, StatusValues) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,13 +1,10 @@
 #include "reading/ffmpeg/FfmpegLog.h"
+#include "tests/Testing.h"
 
 extern "C" {
 #include <libavutil/log.h>
 }
 
-#include <gtest/gtest.h>
-#include <string>
-
-namespace scenedetect {
 namespace {
 
 // As the libraries' objects begin.
@@ -63,4 +60,3 @@ TEST(FfmpegLog, KeepsErrorsOfContainersAndSurvivesWhateverSpeaks) {
 }
 
 } // namespace
-} // namespace scenedetect

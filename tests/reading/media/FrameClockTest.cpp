@@ -1,16 +1,12 @@
 #include "reading/media/FrameClock.h"
 #include "reading/ffmpeg/Stamps.h"
+#include "tests/Testing.h"
 
 extern "C" {
 #include <libavutil/avutil.h>
 #include <libavutil/mathematics.h>
 }
 
-#include <cstdint>
-#include <gtest/gtest.h>
-#include <vector>
-
-namespace scenedetect {
 namespace {
 
 constexpr std::int64_t kNone = AV_NOPTS_VALUE;
@@ -30,7 +26,7 @@ FrameClock::Setup Milliseconds(AVRational rate, bool constant) {
     return {{1, 1000}, rate, constant, false, std::nullopt};
 }
 
-class FrameClockTest : public testing::TestWithParam<ClockCase> {};
+class FrameClockTest : public TestWithParam<ClockCase> {};
 
 TEST_P(FrameClockTest, NumbersPictures) {
     const ClockCase& each = GetParam();
@@ -95,8 +91,7 @@ const ClockCase kCases[] = {
      {0, 40, 80, 120, 160, 200, 240}},
 };
 
-INSTANTIATE_TEST_SUITE_P(Cases, FrameClockTest, testing::ValuesIn(kCases),
+INSTANTIATE_TEST_SUITE_P(Cases, FrameClockTest, ValuesIn(kCases),
                          [](const auto& each) { return each.param.name; });
 
 } // namespace
-} // namespace scenedetect

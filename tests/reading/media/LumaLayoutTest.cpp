@@ -1,20 +1,12 @@
 #include "reading/media/LumaLayout.h"
 #include "platform/CpuFeatures.h"
 #include "reading/media/kernels/LumaRows.h"
+#include "tests/Testing.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-#include <algorithm>
-#include <cstring>
-#include <gtest/gtest.h>
-#include <memory>
-#include <optional>
-#include <random>
-#include <vector>
-
-namespace scenedetect {
 namespace {
 
 constexpr std::uint8_t kGuard = 0xA5;
@@ -98,7 +90,7 @@ FramePtr MakeFrame(AVPixelFormat format, int width, int height) {
     return frame;
 }
 
-class LumaLayoutFormats : public testing::TestWithParam<AVPixelFormat> {};
+class LumaLayoutFormats : public TestWithParam<AVPixelFormat> {};
 
 TEST_P(LumaLayoutFormats, TakesLumaOverBitForBit) {
     const FramePtr frame = MakeFrame(GetParam(), 46, 10);
@@ -114,11 +106,10 @@ TEST_P(LumaLayoutFormats, TakesLumaOverBitForBit) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, LumaLayoutFormats,
-                         testing::Values(AV_PIX_FMT_YUV420P, AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUV444P,
-                                         AV_PIX_FMT_YUVA420P, AV_PIX_FMT_NV12, AV_PIX_FMT_GRAY8,
-                                         AV_PIX_FMT_YA8, AV_PIX_FMT_YUYV422, AV_PIX_FMT_UYVY422,
-                                         AV_PIX_FMT_YUV420P10LE, AV_PIX_FMT_YUV422P12LE, AV_PIX_FMT_P010LE,
-                                         AV_PIX_FMT_GRAY16LE),
+                         Values(AV_PIX_FMT_YUV420P, AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUV444P,
+                                AV_PIX_FMT_YUVA420P, AV_PIX_FMT_NV12, AV_PIX_FMT_GRAY8, AV_PIX_FMT_YA8,
+                                AV_PIX_FMT_YUYV422, AV_PIX_FMT_UYVY422, AV_PIX_FMT_YUV420P10LE,
+                                AV_PIX_FMT_YUV422P12LE, AV_PIX_FMT_P010LE, AV_PIX_FMT_GRAY16LE),
                          [](const auto& each) { return std::string(av_get_pix_fmt_name(each.param)); });
 
 TEST(LumaLayout, ConvertsRgb) {
@@ -155,4 +146,3 @@ TEST(LumaLayout, TinyPicturesKeepTheirColumns) {
 }
 
 } // namespace
-} // namespace scenedetect

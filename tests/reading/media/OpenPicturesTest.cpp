@@ -1,19 +1,13 @@
 #include "reading/media/OpenPictures.h"
 #include "reading/ffmpeg/FfmpegLog.h"
 #include "tests/MessageOf.h"
+#include "tests/Testing.h"
 #include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::HasSubstr;
 
 const std::atomic<bool> kGoOn = false;
 
@@ -50,9 +44,9 @@ TEST(OpenPictures, APipeThatWouldHaveToBeReadBackwardIsRefusedWithAdvice) {
     const std::filesystem::path pipe = folder / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     Console console("test");
-    const std::pair<std::filesystem::path, testing::Matcher<std::string>> cases[] = {
+    const std::pair<std::filesystem::path, Matcher<std::string>> cases[] = {
         {film, HasSubstr("pipe: no picture can be read; the index of this file lies after its pictures")},
-        {front, testing::IsEmpty()}};
+        {front, IsEmpty()}};
     for (const auto& [file, message] : cases) {
         Process writer({"sh", "-c", "cat \"$0\" > \"$1\"", file, pipe});
         EXPECT_THAT(MessageOf([&] {
@@ -63,7 +57,7 @@ TEST(OpenPictures, APipeThatWouldHaveToBeReadBackwardIsRefusedWithAdvice) {
     }
 }
 
-class UncompressedAvi : public testing::TestWithParam<std::tuple<RawFormat, const char*>> {};
+class UncompressedAvi : public TestWithParam<std::tuple<RawFormat, const char*>> {};
 
 TEST_P(UncompressedAvi, IsReadInItsFormat) {
     const auto& [format, size] = GetParam();
@@ -86,11 +80,9 @@ TEST_P(UncompressedAvi, IsReadInItsFormat) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, UncompressedAvi,
-                         testing::Combine(testing::ValuesIn(kRawFormats),
-                                          testing::Values("320x240", "720x480", "720x576")),
+                         Combine(ValuesIn(kRawFormats), Values("320x240", "720x480", "720x576")),
                          [](const auto& each) {
                              return std::get<0>(each.param).name + std::string("_") + std::get<1>(each.param);
                          });
 
 } // namespace
-} // namespace scenedetect

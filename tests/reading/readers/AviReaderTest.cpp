@@ -4,19 +4,10 @@
 #include "reading/base/HostError.h"
 #include "reading/readers/AviPictures.h"
 #include "tests/MemoryInput.h"
+#include "tests/Testing.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <ostream>
-#include <string>
-
-namespace scenedetect {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing_support::MemoryInput;
 using namespace std::string_literals;
 
 std::string Word(std::int64_t value, int bytes = 4) {
@@ -120,7 +111,7 @@ void PrintTo(const Walk& walk, std::ostream* stream) {
     *stream << walk.name;
 }
 
-class AviWalk : public testing::TestWithParam<Walk> {};
+class AviWalk : public TestWithParam<Walk> {};
 
 TEST_P(AviWalk, FindsFrames) {
     const auto input = Input(GetParam().bytes);
@@ -178,7 +169,7 @@ const Walk kWalks[] = {
     {"ChunkBeyondAnyFile", Avi(kYuy2, kFrame + "00dc" + std::string(4, '\xFF')), {0}, "the end of frame 1"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Cases, AviWalk, testing::ValuesIn(kWalks),
+INSTANTIATE_TEST_SUITE_P(Cases, AviWalk, ValuesIn(kWalks),
                          [](const auto& each) { return std::string(each.param.name); });
 
 std::vector<FilePlace> Places(AviPictures& pictures) {
@@ -279,4 +270,3 @@ TEST(PictureFormat, SizesOfUncompressedPictures) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,8 +1,6 @@
 #include "reading/readers/Irregularity.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
 using Kind = IrregularityKind;
@@ -32,4 +30,3 @@ TEST(Irregularity, IsASentenceAboutTheFile) {
 }
 
 } // namespace
-} // namespace scenedetect

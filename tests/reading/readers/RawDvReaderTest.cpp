@@ -1,15 +1,10 @@
 // Raw DV through damage of every kind, judged by which frames come out, under which number, and what is told.
 #include "tests/DvFrame.h"
+#include "tests/Testing.h"
 #include "tests/reading/readers/WaysOfReading.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
-using namespace testing_support;
-using testing::ElementsAre;
 using Bytes = std::vector<std::uint8_t>;
 using Kind = IrregularityKind;
 
@@ -36,7 +31,7 @@ Bytes Tape(bool is625, int frames) {
     return tape;
 }
 
-class RawDvReading : public testing::TestWithParam<bool> {
+class RawDvReading : public TestWithParam<bool> {
   protected:
     const std::int64_t m_size = GetParam() ? 144'000 : 120'000;
     Bytes m_tape = Tape(GetParam(), 8);
@@ -46,7 +41,7 @@ class RawDvReading : public testing::TestWithParam<bool> {
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Systems, RawDvReading, testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(Systems, RawDvReading, Bool(),
                          [](const auto& each) { return each.param ? "Lines625" : "Lines525"; });
 
 TEST_P(RawDvReading, WholeTapeIsReadInPlace) {
@@ -280,4 +275,3 @@ TEST(RawDvReadingBoth, DropFrameTimecodeHasNoGaps) {
 }
 
 } // namespace
-} // namespace scenedetect

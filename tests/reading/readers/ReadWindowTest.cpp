@@ -1,13 +1,10 @@
 // The window over a file against the file, with and without a second thread.
 #include "reading/readers/ReadWindow.h"
 #include "reading/base/HostError.h"
+#include "tests/Testing.h"
 
-#include <algorithm>
 #include <deque>
-#include <gtest/gtest.h>
-#include <random>
 
-namespace scenedetect {
 namespace {
 
 constexpr std::int64_t kFileBytes = 20'000'000;
@@ -83,8 +80,8 @@ std::int64_t ReadThrough(ReadWindow& window, unsigned seed) {
     }
 }
 
-class ReadWindows : public testing::TestWithParam<bool> {};
-INSTANTIATE_TEST_SUITE_P(Threads, ReadWindows, testing::Bool(),
+class ReadWindows : public TestWithParam<bool> {};
+INSTANTIATE_TEST_SUITE_P(Threads, ReadWindows, Bool(),
                          [](const auto& each) { return each.param ? "Two" : "One"; });
 
 TEST_P(ReadWindows, ShowTheWholeFile) {
@@ -134,4 +131,3 @@ TEST_P(ReadWindows, MayEndAtAnyTime) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,8 +1,6 @@
 #include "reading/timing/SampleTable.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
 
 constexpr std::int64_t kFrameBytes = 144000;
@@ -50,4 +48,3 @@ TEST(SampleTable, GoesOnAfterAllWasForgotten) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,16 +1,9 @@
 #include "reading/timing/TimePoint.h"
 #include "reading/base/HostError.h"
+#include "tests/Testing.h"
 #include "tests/reading/timing/Rates.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 // The first of a constant rate's frames that is at the point.
 std::int64_t FrameAt(const char* text, Ratio rate, std::int64_t from = 0) {
@@ -64,8 +57,7 @@ TEST(TimePoints, Syntax) {
 
 TEST(TimePoints, TimecodeThatTheRateHasNot) {
     const auto refuses = [](Ratio rate, const char* text, const char* reason) {
-        EXPECT_THAT([&] { (void)FrameAt(text, rate); }, testing::ThrowsMessage<HostError>(HasSubstr(reason)))
-            << text;
+        EXPECT_THAT([&] { (void)FrameAt(text, rate); }, ThrowsMessage<HostError>(HasSubstr(reason))) << text;
     };
     refuses(kPal, "00:00:01:25", "00:00:01:25: at 25 frames per second the last frame of a second is 24");
     refuses(kPal, "00:00:01;00", "drop-frame timecode (;) does not go with 25 frames per second");
@@ -74,4 +66,3 @@ TEST(TimePoints, TimecodeThatTheRateHasNot) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,15 +1,9 @@
 #include "reading/timing/TimeScale.h"
 #include "reading/timing/FrameNumbering.h"
+#include "tests/Testing.h"
 #include "tests/reading/timing/Rates.h"
 
-#include <cstdio>
-#include <gtest/gtest.h>
-#include <limits>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 // Counted by the rules, second by second; the first numbers of each and its last one are asked for.
 TEST(FrameNumbering, GoesThroughADayAndBack) {
@@ -121,4 +115,3 @@ TEST(TimeScale, RatesOfFrameDurations) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,17 +1,10 @@
 // Palettes on a display: one that has a palette when the environment says so, else one of true colour.
 #include "support/palette/XPalette.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 #include "tests/engine/LogRecorder.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <vector>
-
-namespace scenedetect {
 namespace {
-
-using testing_support::LogRecorder;
 
 std::vector<PALETTEENTRY> EntriesIn(const XPalette& palette) {
     std::vector<PALETTEENTRY> entries(GetPaletteEntries(palette.Handle(), 0, 0, nullptr));
@@ -19,7 +12,7 @@ std::vector<PALETTEENTRY> EntriesIn(const XPalette& palette) {
     return entries;
 }
 
-class PaletteDevice : public testing::Test {
+class PaletteDevice : public Test {
   protected:
     PaletteDevice() : m_dc(GetDC(nullptr)) {}
     ~PaletteDevice() override { ReleaseDC(nullptr, m_dc); }
@@ -43,7 +36,7 @@ TEST_F(PaletteDevice, MakesPalettes) {
     EXPECT_EQ(entries[2].peRed, 2);
     EXPECT_EQ(entries[2].peFlags, PC_NOCOLLAPSE);
 
-    testing_support::Bitmap picture(testing_support::MakeHeader(1, 1, 1), {0}, {1, 2, 3, 0, 4, 5, 6, 0});
+    Bitmap picture(MakeHeader(1, 1, 1), {0}, {1, 2, 3, 0, 4, 5, 6, 0});
     ASSERT_TRUE(m_palette.CreateFromDib(picture.dib));
     entries = EntriesIn(m_palette);
     ASSERT_EQ(entries.size(), 256u);
@@ -89,4 +82,3 @@ TEST_F(PaletteDevice, TakesTheColoursOfTheDisplayOver) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,18 +1,10 @@
 #include "support/palette/PaletteEntries.h"
 #include "support/palette/XPalette.h"
+#include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"
 #include "tests/engine/LogRecorder.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-namespace scenedetect {
 namespace {
-
-using testing::ElementsAre;
-using testing_support::Bitmap;
-using testing_support::LogRecorder;
-using testing_support::MakeHeader;
 
 std::vector<int> Numbers(const PALETTEENTRY& entry) {
     return {entry.peRed, entry.peGreen, entry.peBlue, entry.peFlags};
@@ -93,4 +85,3 @@ TEST(Palette, TellsWhenItCannotBeMade) {
 }
 
 } // namespace
-} // namespace scenedetect
