@@ -13,11 +13,12 @@ CBasePin* CTransInPlaceFilter::GetPin(int n) {
         m_pInput = new (std::nothrow) CTransInPlaceInputPin(NAME("input"), this, &hr, L"Input");
     if (!m_pOutput)
         m_pOutput = new (std::nothrow) CTransInPlaceOutputPin(NAME("output"), this, &hr, L"Output");
-    return CTransformFilter::GetPin(n);
-}
-
-HRESULT CTransInPlaceFilter::Transform(IMediaSample*, IMediaSample*) {
-    return E_UNEXPECTED;
+    // Each pin relies on the other.
+    if (!m_pInput || !m_pOutput)
+        return nullptr;
+    if (n == 0)
+        return m_pInput;
+    return n == 1 ? m_pOutput : nullptr;
 }
 
 HRESULT CTransInPlaceFilter::CheckTransform(const CMediaType*, const CMediaType*) {

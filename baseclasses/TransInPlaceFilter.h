@@ -18,9 +18,10 @@ class CTransInPlaceFilter : public CTransformFilter {
     /// Works on the sample. S_FALSE drops it. Streaming thread, under m_csReceive.
     virtual HRESULT Transform(IMediaSample* pSample) = 0;
 
+    /// Makes both pins when first asked.
     CBasePin* GetPin(int n) override;
-    HRESULT Transform(IMediaSample* pIn, IMediaSample* pOut) override;
-    HRESULT CheckTransform(const CMediaType* mtIn, const CMediaType* mtOut) override;
+    /// Not asked by these pins, which ask the pins on the other side instead.
+    virtual HRESULT CheckTransform(const CMediaType* mtIn, const CMediaType* mtOut);
     HRESULT CompleteConnect(PIN_DIRECTION dir, IPin* pReceivePin) override;
     HRESULT Receive(IMediaSample* pSample) override;
 

@@ -1,6 +1,5 @@
 #include "baseclasses/TransformFilter.h"
 
-#include "baseclasses/ComRef.h"
 #include "baseclasses/MediaSample.h"
 
 #include <string_view>
@@ -15,21 +14,6 @@ CTransformFilter::~CTransformFilter() {
 
 int CTransformFilter::GetPinCount() {
     return 2;
-}
-
-CBasePin* CTransformFilter::GetPin(int n) {
-    CAutoLock lock(&m_infoLock);
-    HRESULT hr = S_OK;
-    if (!m_pInput)
-        m_pInput = new (std::nothrow) CTransformInputPin(NAME("input"), this, &hr, L"Input");
-    if (!m_pOutput)
-        m_pOutput = new (std::nothrow) CTransformOutputPin(NAME("output"), this, &hr, L"Output");
-    // Each pin relies on the other.
-    if (!m_pInput || !m_pOutput)
-        return nullptr;
-    if (n == 0)
-        return m_pInput;
-    return n == 1 ? m_pOutput : nullptr;
 }
 
 STDMETHODIMP CTransformFilter::FindPin(LPCWSTR Id, IPin** ppPin) {
@@ -89,18 +73,6 @@ STDMETHODIMP CTransformFilter::Pause() {
     m_bSampleSkipped = false;
     m_bQualityChanged = false;
     return hr;
-}
-
-HRESULT CTransformFilter::Receive(IMediaSample* pSample) {
-    if (m_pInput->SampleProps()->dwStreamId != AM_STREAM_MEDIA)
-        return m_pOutput->Deliver(pSample);
-
-    IMediaSample* pOut = nullptr;
-    const HRESULT hr = InitializeOutputSample(pSample, &pOut);
-    if (FAILED(hr))
-        return hr;
-    const ComRef<IMediaSample> out(pOut);
-    return DeliverTransformed(Transform(pSample, pOut), pOut);
 }
 
 HRESULT CTransformFilter::DeliverTransformed(HRESULT transformed, IMediaSample* pSample) {

@@ -1,4 +1,4 @@
-// A filter with one input and one output that makes one sample out of another.
+// A filter with one input and one output: its pins, states and events.
 #pragma once
 
 #include "baseclasses/BaseFilter.h"
@@ -13,10 +13,7 @@ class CTransformFilter : public CBaseFilter {
     CTransformFilter(LPCTSTR pName, LPUNKNOWN pUnk, REFCLSID clsid);
     ~CTransformFilter() override;
 
-    /// Makes the output sample. S_FALSE drops it. Streaming thread, under m_csReceive.
-    virtual HRESULT Transform(IMediaSample* pIn, IMediaSample* pOut) = 0;
     virtual HRESULT CheckInputType(const CMediaType* mtIn) = 0;
-    virtual HRESULT CheckTransform(const CMediaType* mtIn, const CMediaType* mtOut) = 0;
     virtual HRESULT DecideBufferSize(IMemAllocator* pAllocator, ALLOCATOR_PROPERTIES* pProperties) = 0;
     /// The types that the output pin offers.
     virtual HRESULT GetMediaType(int iPosition, CMediaType* pMediaType) = 0;
@@ -29,15 +26,13 @@ class CTransformFilter : public CBaseFilter {
     virtual HRESULT CompleteConnect(PIN_DIRECTION direction, IPin* pReceivePin);
 
     /// What the input pin does with a checked sample, and with the stream's events.
-    virtual HRESULT Receive(IMediaSample* pSample);
+    virtual HRESULT Receive(IMediaSample* pSample) = 0;
     virtual HRESULT EndOfStream();
     virtual HRESULT BeginFlush();
     virtual HRESULT EndFlush();
     virtual HRESULT NewSegment(REFERENCE_TIME tStart, REFERENCE_TIME tStop, double dRate);
 
     int GetPinCount() override;
-    /// Makes both pins when first asked, unless the derived class has made its own.
-    CBasePin* GetPin(int n) override;
     /// "In" and "Out".
     STDMETHODIMP FindPin(LPCWSTR Id, IPin** ppPin) override;
 

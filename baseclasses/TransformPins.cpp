@@ -64,14 +64,6 @@ HRESULT CTransformInputPin::CompleteConnect(IPin* pReceivePin) {
     return FAILED(hr) ? hr : m_pTransformFilter->CompleteConnect(PINDIR_INPUT, pReceivePin);
 }
 
-HRESULT CTransformInputPin::CheckMediaType(const CMediaType* pmt) {
-    const HRESULT hr = m_pTransformFilter->CheckInputType(pmt);
-    CMediaType out;
-    if (hr != S_OK || FAILED(m_pTransformFilter->m_pOutput->ConnectionMediaType(&out)))
-        return hr;
-    return m_pTransformFilter->CheckTransform(pmt, &out);
-}
-
 HRESULT CTransformInputPin::SetMediaType(const CMediaType* pmt) {
     const HRESULT hr = CBasePin::SetMediaType(pmt);
     return FAILED(hr) ? hr : m_pTransformFilter->SetMediaType(PINDIR_INPUT, pmt);
@@ -133,13 +125,6 @@ HRESULT CTransformOutputPin::BreakConnect() {
 HRESULT CTransformOutputPin::CompleteConnect(IPin* pReceivePin) {
     const HRESULT hr = CBaseOutputPin::CompleteConnect(pReceivePin);
     return FAILED(hr) ? hr : m_pTransformFilter->CompleteConnect(PINDIR_OUTPUT, pReceivePin);
-}
-
-HRESULT CTransformOutputPin::CheckMediaType(const CMediaType* pmt) {
-    CMediaType in;
-    if (FAILED(m_pTransformFilter->m_pInput->ConnectionMediaType(&in)))
-        return E_INVALIDARG;
-    return m_pTransformFilter->CheckTransform(&in, pmt);
 }
 
 HRESULT CTransformOutputPin::SetMediaType(const CMediaType* pmt) {

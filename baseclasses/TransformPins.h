@@ -22,8 +22,6 @@ class CTransformInputPin : public CBaseInputPin {
     HRESULT CheckConnect(IPin* pPin) override;
     HRESULT BreakConnect() override;
     HRESULT CompleteConnect(IPin* pReceivePin) override;
-    /// The filter must take the type and, once the output is connected, be able to turn it into that type.
-    HRESULT CheckMediaType(const CMediaType* pmt) override;
     HRESULT SetMediaType(const CMediaType* pmt) override;
     /// VFW_E_NOT_CONNECTED also when the output is not connected.
     HRESULT CheckStreaming() override;
@@ -47,7 +45,6 @@ class CTransformOutputPin : public CBaseOutputPin {
     HRESULT CheckConnect(IPin* pPin) override;
     HRESULT BreakConnect() override;
     HRESULT CompleteConnect(IPin* pReceivePin) override;
-    HRESULT CheckMediaType(const CMediaType* pmt) override;
     HRESULT SetMediaType(const CMediaType* pmt) override;
     HRESULT GetMediaType(int iPosition, CMediaType* pMediaType) override;
     HRESULT DecideBufferSize(IMemAllocator* pAlloc, ALLOCATOR_PROPERTIES* pProp) override;
