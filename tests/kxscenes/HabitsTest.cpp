@@ -1,7 +1,8 @@
 // How the program speaks, and what it takes from its configuration file.
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -74,28 +75,34 @@ TEST(Messages, AreColouredOnATerminalOnly) {
 
 TEST(Messages, ProgressStaysOnItsLine) {
     const TempFolder folder;
-    const std::string fifo = folder / "slow";
     MakeClip(DvClip("pal-dv"), folder / "tape.dv");
-    // A tape that comes while the program looks on.
-    const std::string slow = "sh -c 'mkfifo " + fifo + "; (sleep 1; cat " + (folder / "tape.dv").string() +
-                             "; sleep 1) > " + fifo + " & exec " + KxscenesProgram() + " --jobs 100 " + fifo +
-                             ' ' + fifo + ".missing'";
-    const auto run = [&](const char* kind) {
-        std::filesystem::remove(fifo);
-        return Process({"script", "-qec", "stty cols 20; export TERM=" + std::string(kind) + "; " + slow,
-                        "/dev/null"})
-            .Wait()
-            .out;
+    const auto start = [&folder](const std::string& kind) {
+        const std::string pipe = folder / kind;
+        EXPECT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        return Process({"script", "-qec",
+                        "stty cols 20; TERM=" + kind + " exec " + KxscenesProgram() + " --jobs 100 " + pipe +
+                            ' ' + pipe + ".missing",
+                        "/dev/null"});
     };
+    Process dumb = start("dumb");
+    Process terminal = start("xterm");
+    // Tapes that come when one program has told that it waits for them.
+    std::ofstream tapes[] = {std::ofstream(folder / "dumb"), std::ofstream(folder / "xterm")};
+    while (terminal.OutputSoFar().find(" files  ") == std::string::npos)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    for (std::ofstream& tape : tapes) {
+        tape << ReadWhole(folder / "tape.dv");
+        tape.close();
+    }
     int count = 0;
-    std::istringstream written(run("xterm"));
+    std::istringstream written(terminal.Wait().out);
     for (std::string line; std::getline(written, line, '\r');)
         if (const auto end = line.find("\x1b[K"); end != std::string::npos && line.find(" files  ") == 3) {
             EXPECT_LE(end, 19u) << line;
             ++count;
         }
     EXPECT_GT(count, 0);
-    EXPECT_THAT(run("dumb"), Not(HasSubstr("files  ")));
+    EXPECT_THAT(dumb.Wait().out, Not(HasSubstr("files  ")));
 }
 
 struct Configured {
