@@ -1,6 +1,7 @@
 // A file that is a block of memory, read in one of the ways in which bytes come.
 #pragma once
 
+#include "reading/base/HostError.h"
 #include "reading/readers/ByteInput.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@
 
 namespace scenedetect::testing_support {
 
-class MemoryInput final : public ByteInput {
+class MemoryInput : public ByteInput {
   public:
     /// Bytes that stay as long as the object.
     explicit MemoryInput(std::span<const std::uint8_t> bytes) : m_bytes(bytes), m_size(std::ssize(m_bytes)) {}
@@ -31,6 +32,9 @@ class MemoryInput final : public ByteInput {
         return *this;
     }
 
+    /// From now on one that cannot be read where its bytes end.
+    void FailAtTheEnd() { m_fails = true; }
+
     [[nodiscard]] const std::string& Path() const override { return m_path; }
     [[nodiscard]] std::int64_t Size() const override { return m_size; }
     [[nodiscard]] std::int64_t Position() const override { return m_position; }
@@ -48,6 +52,8 @@ class MemoryInput final : public ByteInput {
     [[nodiscard]] std::size_t ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const override {
         const auto rest = m_bytes.subspan(std::min(static_cast<std::size_t>(offset), m_bytes.size()));
         const std::size_t bytes = std::min(target.size(), rest.size());
+        if (m_fails && bytes < target.size())
+            throw HostError("broken");
         std::copy_n(rest.begin(), bytes, target.begin());
         return bytes;
     }
@@ -59,6 +65,7 @@ class MemoryInput final : public ByteInput {
     const std::span<const std::uint8_t> m_bytes;
     std::int64_t m_size;
     std::int64_t m_position = 0;
+    bool m_fails = false;
     std::optional<std::minstd_rand> m_random; // of pieces
 };
 

@@ -3,12 +3,14 @@
 
 #include "platform/Text.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace scenedetect::testing_support {
 
@@ -46,6 +48,15 @@ inline std::string ReadWhole(const std::filesystem::path& path) {
     std::ostringstream bytes; // copies at the speed of the library, however tests are compiled
     bytes << std::ifstream(path, std::ios::binary).rdbuf();
     return bytes.str();
+}
+
+/// Names of all that is there, hidden ones too.
+inline std::vector<std::string> FilesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    std::ranges::sort(names);
+    return names;
 }
 
 } // namespace scenedetect::testing_support

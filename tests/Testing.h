@@ -30,3 +30,6 @@ namespace scenedetect::testing_support {}
 using namespace scenedetect;
 using namespace scenedetect::testing_support;
 using namespace testing;
+
+/// Names the cases of a suite by their field `name`.
+inline constexpr auto kByName = [](const auto& each) { return std::string(each.param.name); };

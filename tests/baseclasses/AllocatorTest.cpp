@@ -20,34 +20,6 @@ ComRef<IMediaSample> Buffer(IMemAllocator* allocator) {
     return ComRef<IMediaSample>(sample);
 }
 
-/// Hands out samples over memory of its caller and notes when it gets them back.
-class ForeignAllocator : public CBaseAllocator {
-  public:
-    ForeignAllocator() : CBaseAllocator(NAME("foreign"), nullptr, nullptr) {}
-    ~ForeignAllocator() override {
-        while (CMediaSample* sample = m_lFree.RemoveHead())
-            delete sample;
-    }
-    STDMETHODIMP ReleaseBuffer(IMediaSample* sample) override {
-        ++returned;
-        static_cast<CMediaSample*>(sample)->SetPointer(nullptr, 0);
-        return CBaseAllocator::ReleaseBuffer(sample);
-    }
-    int returned = 0;
-    int allocs = 0;
-
-  protected:
-    HRESULT Alloc() override {
-        const HRESULT hr = CBaseAllocator::Alloc();
-        if (hr == S_OK)
-            ++allocs;
-        for (; hr == S_OK && m_lAllocated < m_lCount; ++m_lAllocated)
-            m_lFree.Add(new CMediaSample(NAME("sample"), this, nullptr));
-        return hr;
-    }
-    void Free() override {}
-};
-
 } // namespace
 
 TEST(MemAllocator, PropertiesAreCheckedAndRounded) {
@@ -121,27 +93,6 @@ TEST(MemAllocator, LifeOfItsBuffers) {
     EXPECT_EQ(CBaseObject::ObjectsActive(), before);
     sample.reset();
     EXPECT_EQ(CBaseObject::ObjectsActive(), before - 1);
-}
-
-TEST(BaseAllocator, SamplesOverForeignMemory) {
-    auto* allocator = new ForeignAllocator;
-    const ComRef<IMemAllocator> hold(allocator);
-    allocator->AddRef();
-    ASSERT_EQ(SetProperties(allocator, {2, 1, 1, 0}), S_OK);
-    ASSERT_EQ(allocator->Commit(), S_OK);
-    BYTE frame[10] = {};
-    for (int n = 0; n < 5; ++n) {
-        auto sample = Buffer(allocator);
-        static_cast<CMediaSample*>(sample.get())->SetPointer(frame, sizeof frame);
-        EXPECT_EQ(sample->GetActualDataLength(), 10);
-        sample.reset();
-        EXPECT_EQ(allocator->returned, n + 1);
-        EXPECT_EQ(Buffer(allocator)->GetSize(), 0);
-        --allocator->returned;
-    }
-    EXPECT_EQ(allocator->Decommit(), S_OK);
-    EXPECT_EQ(allocator->Commit(), S_OK);
-    EXPECT_EQ(allocator->allocs, 1); // the same samples serve again
 }
 
 TEST(MediaSample, Times) {

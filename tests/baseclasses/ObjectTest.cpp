@@ -33,19 +33,6 @@ ComRef<IClassFactory> Factory(const CLSID& clsid) {
     return ComRef<IClassFactory>(static_cast<IClassFactory*>(factory));
 }
 
-/// An outer object that counts the references of its interfaces.
-struct Outer : IUnknown {
-    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override {
-        if (riid == IID_IUnknown)
-            return GetInterface(this, ppv);
-        return inner->QueryInterface(riid, ppv);
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++count; }
-    STDMETHODIMP_(ULONG) Release() override { return --count; }
-    ULONG count = 1;
-    IUnknown* inner = nullptr;
-};
-
 bool Exposes(IUnknown* object, REFIID riid) {
     void* found = &found;
     const HRESULT hr = object->QueryInterface(riid, &found);
@@ -112,10 +99,6 @@ TEST(Factory, ChecksItsArguments) {
     EXPECT_EQ(result, nullptr);
 
     const auto factory = Factory(kFilterClass);
-    Outer outer;
-    result = &result;
-    EXPECT_EQ(factory->CreateInstance(&outer, IID_IBaseFilter, &result), E_NOINTERFACE);
-    EXPECT_EQ(result, nullptr);
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IPin, &result), E_NOINTERFACE);
     EXPECT_EQ(factory->CreateInstance(nullptr, IID_IBaseFilter, nullptr), E_POINTER);
     EXPECT_EQ(Factory(kFailingClass)->CreateInstance(nullptr, IID_IBaseFilter, &result), VFW_E_RUNTIME_ERROR);
@@ -123,49 +106,9 @@ TEST(Factory, ChecksItsArguments) {
     EXPECT_EQ(result, nullptr);
 }
 
-TEST(Factory, TheModuleStaysWhileAnythingLives) {
-    ASSERT_EQ(CanUnloadNow(), S_OK);
-    auto factory = Factory(kFilterClass);
-    EXPECT_EQ(CanUnloadNow(), S_FALSE);
-    void* filter = nullptr;
-    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IBaseFilter, &filter), S_OK);
-    factory->LockServer(TRUE);
-    static_cast<IBaseFilter*>(filter)->Release();
-    factory.reset();
-    EXPECT_EQ(CanUnloadNow(), S_FALSE);
-    Factory(kFilterClass)->LockServer(FALSE);
-    EXPECT_EQ(CanUnloadNow(), S_OK);
-}
-
 TEST(Factory, InitRoutinesHearOfLoadAndUnload) {
     EXPECT_TRUE(DllEntryPoint(nullptr, DLL_PROCESS_ATTACH, nullptr));
     EXPECT_EQ(g_loads, 1);
     EXPECT_TRUE(DllEntryPoint(nullptr, DLL_PROCESS_DETACH, nullptr));
     EXPECT_EQ(g_loads, 11);
-}
-
-TEST(Aggregation, InterfacesDelegateAndTheInnerUnknownDoesNot) {
-    Outer outer;
-    void* inner = nullptr;
-    ASSERT_EQ(Factory(kFilterClass)->CreateInstance(&outer, IID_IUnknown, &inner), S_OK);
-    outer.inner = static_cast<IUnknown*>(inner);
-    EXPECT_EQ(outer.count, 1u);
-
-    const auto filter = QueryFor<IBaseFilter>(&outer, IID_IBaseFilter);
-    ASSERT_TRUE(filter);
-    EXPECT_EQ(outer.count, 2u);
-    EXPECT_EQ(QueryFor<IUnknown>(filter.get(), IID_IUnknown).get(), &outer);
-    IPin* pin = nullptr;
-    ASSERT_EQ(filter->FindPin(L"In", &pin), S_OK);
-    EXPECT_EQ(outer.count, 3u);
-    pin->Release();
-
-    EXPECT_EQ(outer.inner->AddRef(), 2u);
-    EXPECT_EQ(outer.inner->Release(), 1u);
-    EXPECT_EQ(QueryFor<IUnknown>(outer.inner, IID_IUnknown).get(), outer.inner);
-    EXPECT_EQ(outer.count, 2u);
-    const LONG before = CBaseObject::ObjectsActive();
-    EXPECT_EQ(outer.inner->Release(), 0u);
-    EXPECT_EQ(CBaseObject::ObjectsActive(), before - 3); // filter and two pins
-    static_cast<void>(const_cast<ComRef<IBaseFilter>&>(filter).release());
 }

@@ -1,17 +1,10 @@
 // The control interfaces, and the filter in a graph: samples pass untouched while hosts steer and drain.
 #include "tests/TempFolder.h"
+#include "tests/Testing.h"
 #include "tests/filter/FilterGraph.h"
 #include "tests/filter/WatchedFilter.h"
 
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 TEST(Control, InterfacesOfTheFilter) {
     const WatchedFilter filter(KxMethodManual, Yuy2());
@@ -208,4 +201,3 @@ TEST(Control, HostsSteerAndDrainWhileTheStreamRuns) {
 }
 
 } // namespace
-} // namespace scenedetect

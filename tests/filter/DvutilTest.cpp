@@ -1,17 +1,9 @@
 #include "filter/Dvutil.h"
 
 #include "tests/DvFrame.h"
+#include "tests/Testing.h"
 
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <vector>
-
-namespace scenedetect {
 namespace {
-
-using testing_support::DvFrame;
-using testing_support::Pack;
 
 /// Where PC0 of a subcode or VAUX pack lies in its sequence.
 constexpr int Subcode(int slot) {
@@ -126,4 +118,3 @@ TEST(Dvutil, DisplayAspect) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,14 +1,11 @@
 #include "filter/MediaTypes.h"
 
+#include "tests/Testing.h"
 #include "tests/TypeMaking.h"
 
-#include <gtest/gtest.h>
 #include <mmreg.h>
 
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 constexpr GUID kMpeg4Video = {0xE1C79847, 0x41CF, 0x4477, {0x90, 0x87, 0x12, 0xC8, 0x79, 0xCC, 0x3D, 0x60}};
 constexpr GUID kMpeg2Audio = {0xE06D802B, 0xDB46, 0x11CF, {0xB4, 0xD1, 0x00, 0x80, 0x5F, 0x6C, 0xBB, 0xEA}};
@@ -201,4 +198,3 @@ TEST(MediaTypes, Descriptions) {
 }
 
 } // namespace
-} // namespace scenedetect

@@ -1,15 +1,9 @@
 // Pins, media types and buffers: what the filter takes, offers and asks for.
+#include "tests/Testing.h"
 #include "tests/TypeMaking.h"
 #include "tests/filter/FilterGraph.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 TEST(Negotiation, TypesByMethod) {
     const GUID someSubtype = {1, 2, 3, {4}};
@@ -64,36 +58,6 @@ TEST(Negotiation, VideoInfo2IsTakenWhileStreamingOnly) {
     EXPECT_NE(graph.in->QueryAccept(&changed), S_OK);
 }
 
-TEST(Negotiation, PinsAreNamedAndFound) {
-    Graph graph;
-    const struct {
-        int number;
-        const wchar_t* name;
-        const wchar_t* id;
-        PIN_DIRECTION direction;
-    } cases[] = {{0, L"Input", L"In", PINDIR_INPUT}, {1, L"Output", L"Out", PINDIR_OUTPUT}};
-    ASSERT_EQ(graph.made.GetPinCount(), 2);
-    for (const auto& one : cases) {
-        CBasePin* pin = graph.made.GetPin(one.number);
-        PIN_INFO info{};
-        ASSERT_EQ(pin->QueryPinInfo(&info), S_OK);
-        EXPECT_EQ(std::wstring(info.achName), one.name);
-        EXPECT_EQ(info.dir, one.direction);
-        info.pFilter->Release();
-        LPWSTR id = nullptr;
-        ASSERT_EQ(pin->QueryId(&id), S_OK);
-        EXPECT_EQ(std::wstring(id), one.id);
-        IPin* found = nullptr;
-        EXPECT_EQ(graph.made.FindPin(id, &found), S_OK);
-        EXPECT_EQ(found, static_cast<IPin*>(pin));
-        found->Release();
-        CoTaskMemFree(id);
-        EXPECT_EQ(pin->QueryId(nullptr), E_POINTER);
-        ULONG count = 0;
-        EXPECT_EQ(pin->QueryInternalConnections(nullptr, &count), E_NOTIMPL);
-    }
-}
-
 TEST(Negotiation, UnconnectedTheOutputOffersFiveSizes) {
     Graph graph;
     const LONG sizes[][2] = {{160, 120}, {180, 120}, {180, 144}, {88, 60}, {88, 76}};
@@ -125,13 +89,6 @@ TEST(Negotiation, ConnectedTheOutputOffersTheInputsType) {
     EXPECT_EQ(graph.made.GetMediaType(0, &type), S_OK);
     EXPECT_TRUE(type == yuy2);
     EXPECT_EQ(graph.made.GetMediaType(1, &type), VFW_S_NO_MORE_ITEMS);
-}
-
-TEST(Negotiation, TheMethodDecidesAtConnecting) {
-    Graph graph;
-    graph.made.SetDetectionMethod(KxMethodTimestamp);
-    EXPECT_TRUE(FAILED(graph.ConnectInput(Yuy2())));
-    EXPECT_EQ(graph.ConnectInput(DvType()), S_OK);
 }
 
 // Grants what the test says, whatever is asked for.
@@ -205,4 +162,3 @@ TEST(Negotiation, BuffersFollowTheInputsAllocator) {
 }
 
 } // namespace
-} // namespace scenedetect

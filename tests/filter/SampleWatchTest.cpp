@@ -1,16 +1,10 @@
 // Sample processing: each method's scenes, DV metadata on the way, and frames that can't be watched.
 #include "filter/ReducedSize.h"
 #include "tests/DvFrame.h"
+#include "tests/Testing.h"
 #include "tests/filter/WatchedFilter.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 constexpr REFERENCE_TIME kNtsc = 333667;
 
@@ -54,52 +48,6 @@ TEST(SampleWatch, IntervalAndManual) {
         EXPECT_EQ(filter.Drain(), one.positions) << one.method << "/" << one.interval;
         EXPECT_EQ(filter.FrameCount(), 7u);
     }
-}
-
-TEST(SampleWatch, MarksAddOneSceneEach) {
-    WatchedFilter filter(KxMethodInterval, Yuy2());
-    filter->SetSceneInterval(4);
-    filter->EnableDetection(TRUE);
-    for (int i = 0; i < 8; ++i) {
-        if (i == 2 || i == 4) // the second coincides with the interval's own
-            filter->MarkScene();
-        filter.Send(Grey(kYuy2Bytes, 90));
-    }
-    EXPECT_EQ(filter.Drain(), (Positions{0, 2, 4}));
-}
-
-TEST(SampleWatch, VideoFindsTheCutFrames) {
-    const auto solid = [](std::size_t bytes) {
-        return [bytes](int, bool bright) { return Grey(bytes, bright ? 200 : 90); };
-    };
-    const struct {
-        const char* name;
-        CMediaType type;
-        std::size_t bytes;
-    } cases[] = {
-        {"YUY2", Yuy2(), kYuy2Bytes},
-        {"UYVY", FourccType("UYVY", kWidth, kHeight, 16), kYuy2Bytes},
-        {"I420", FourccType("I420", kWidth, kHeight, 12), kYuy2Bytes * 3 / 4},
-        {"YV12", FourccType("YV12", kWidth, kHeight, 12), kYuy2Bytes * 3 / 4},
-        {"RGB24", RgbType(MEDIASUBTYPE_RGB24, kWidth, kHeight, 24), kYuy2Bytes * 3 / 2},
-        {"RGB24 top-down", RgbType(MEDIASUBTYPE_RGB24, kWidth, -kHeight, 24), kYuy2Bytes * 3 / 2},
-    };
-    for (const auto& one : cases) {
-        WatchedFilter filter(KxMethodVideo, one.type);
-        EXPECT_EQ(VideoScenes(filter, 30, {7, 12, 20}, solid(one.bytes)), (Positions{0, 7, 12, 20}))
-            << one.name;
-    }
-}
-
-TEST(SampleWatch, VideoMarksLieTwoFramesBefore) {
-    WatchedFilter filter(KxMethodVideo, Yuy2());
-    filter->EnableDetection(TRUE);
-    for (int i = 0; i < 10; ++i) {
-        if (i == 7)
-            filter->MarkScene();
-        filter.Send(Grey(kYuy2Bytes, 90));
-    }
-    EXPECT_EQ(filter.Drain(), (Positions{0, 5}));
 }
 
 TEST(SampleWatch, VideoOnDvComparesDcPictures) {
@@ -164,8 +112,7 @@ TEST(SampleWatch, RecordingTimeJumpsOfMoreThanASecondStartScenes) {
         {{10, 0, 1, 1}, true},  // ... but the next frame is compared with it
         {{24, 0, 0, 0}, true},
     };
-    WatchedFilter filter(KxMethodTimestamp, DvType());
-    filter->EnableDetection(TRUE);
+    RunningFilter filter(KxMethodTimestamp, DvType());
     Positions expected;
     ULONG number = 0;
     for (const auto& one : frames) {
@@ -178,8 +125,7 @@ TEST(SampleWatch, RecordingTimeJumpsOfMoreThanASecondStartScenes) {
 }
 
 TEST(SampleWatch, FramesWithoutRecordingTimeAreSteppedOver) {
-    WatchedFilter filter(KxMethodTimestamp, DvType());
-    filter->EnableDetection(TRUE);
+    RunningFilter filter(KxMethodTimestamp, DvType());
     const auto at = [](int seconds) { return DvFrame().SetTime(RecordingTimePack({1, 0, seconds, 0})); };
     filter.Send(at(0).Bytes());
     filter.Send(DvFrame().Bytes());          // no pack
@@ -195,31 +141,23 @@ TEST(SampleWatch, TimecodeIsReadFromDv) {
     WatchedFilter filter(KxMethodManual, DvType(false, kNtsc));
     filter->EnableTimecode(TRUE);
     filter->EnableDetection(TRUE);
-    ULONG first = 0;
-    ULONG offset = 0;
     filter.Send(DvFrame(false).Bytes()); // none yet
     filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 0, 59, 29})).Bytes());
-    filter->GetStartTimecode(&first);
-    EXPECT_EQ(first, 1799u);
+    EXPECT_EQ(filter.Number(&SceneDetectFilter::GetStartTimecode), 1799u);
     filter.Send(DvFrame(false)
                     .SetTimecode(TimecodePack({0, 1, 0, 2}))
                     .Bytes()); // the next frame: ;00 and ;01 are dropped
-    filter->GetCurrentTimecode(&offset);
-    EXPECT_EQ(offset, 1u);
+    EXPECT_EQ(filter.Number(&SceneDetectFilter::GetCurrentTimecode), 1u);
     filter.Send(DvFrame(false).SetTimecode(TimecodePack({4, 0, 0, 0})).Bytes()); // unusable: the offset stays
-    filter->GetCurrentTimecode(&offset);
-    EXPECT_EQ(offset, 1u);
-    filter->GetStartTimecode(&first);
-    EXPECT_EQ(first, 1799u);
+    EXPECT_EQ(filter.Number(&SceneDetectFilter::GetCurrentTimecode), 1u);
+    EXPECT_EQ(filter.Number(&SceneDetectFilter::GetStartTimecode), 1799u);
     filter->EnableTimecode(FALSE);
     filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 2, 0, 2})).Bytes());
-    filter->GetCurrentTimecode(&offset);
-    EXPECT_EQ(offset, 1u);
+    EXPECT_EQ(filter.Number(&SceneDetectFilter::GetCurrentTimecode), 1u);
 }
 
 TEST(SampleWatch, OnlyLowerCaseDvsdMakesADvRun) {
-    WatchedFilter filter(KxMethodTimestamp, FourccType("DVSD", 720, 576, 24));
-    filter->EnableDetection(TRUE);
+    RunningFilter filter(KxMethodTimestamp, FourccType("DVSD", 720, 576, 24));
     filter.Send(DvFrame().SetTime(RecordingTimePack({1, 0, 0, 0})).Bytes());
     filter.Send(DvFrame().SetTime(RecordingTimePack({9, 0, 0, 0})).Bytes());
     EXPECT_EQ(filter.Drain(), Positions{0});
@@ -230,8 +168,7 @@ TEST(SampleWatch, UnwatchableFramesCount) {
     for (const CMediaType& type :
          {FourccType("YUY2", 7, 64, 16), FourccType("YUY2", 64, 7, 16), FourccType("YUY2", -64, 48, 16),
           FourccType("YUY2", 0, 0, 16), FourccType("YUY2", 0x7FFFFFFF, static_cast<LONG>(0x80000000), 16)}) {
-        WatchedFilter filter(KxMethodVideo, type);
-        filter->EnableDetection(TRUE);
+        RunningFilter filter(KxMethodVideo, type);
         for (int i = 0; i < 6; ++i) {
             if (i == 5)
                 filter->MarkScene();
@@ -277,8 +214,7 @@ TEST(SampleWatch, HeadersThatAnnounceMoreThanThereIsAreSafe) {
     for (const CMediaType& type :
          {FourccType("I420", 8000, 6000, 12), RgbType(MEDIASUBTYPE_RGB24, 4096, -2160, 24),
           RgbType(MEDIASUBTYPE_RGB555, 64, 48, 16), palette}) {
-        WatchedFilter filter(KxMethodVideo, type);
-        filter->EnableDetection(TRUE);
+        RunningFilter filter(KxMethodVideo, type);
         for (int i = 0; i < 6; ++i)
             filter.Send(Grey(i == 3 ? 0 : 1000, 200));
         EXPECT_EQ(filter.Drain().front(), 0u);
@@ -287,8 +223,7 @@ TEST(SampleWatch, HeadersThatAnnounceMoreThanThereIsAreSafe) {
 }
 
 TEST(SampleWatch, AMethodChangedInMidRunUsesTheGridThereIs) {
-    WatchedFilter filter(KxMethodManual, DvType());
-    filter->EnableDetection(TRUE);
+    RunningFilter filter(KxMethodManual, DvType());
     filter.Send(DvFrame().SetLuma(180).Bytes());
     filter->SetDetectionMethod(KxMethodVideo); // grid not settled: 300 samples take part of 396
     for (int i = 1; i < 20; ++i)
@@ -308,8 +243,7 @@ class SampleWithoutStop : public LooseSample {
 
 TEST(SampleWatch, PositionsOfSamplesWithoutStopTime) {
     // The sample class reports start + 1: a duration, so that sample times count.
-    WatchedFilter timed(KxMethodVideo, Yuy2());
-    timed->EnableDetection(TRUE);
+    RunningFilter timed(KxMethodVideo, Yuy2());
     for (int i = 0; i < 8; ++i) {
         LooseSample sample(Grey(kYuy2Bytes, 90));
         REFERENCE_TIME start = 10 * i * 400000;
@@ -321,8 +255,7 @@ TEST(SampleWatch, PositionsOfSamplesWithoutStopTime) {
     EXPECT_EQ(timed.Drain(), (Positions{0, 68}));
 
     // A stop of 0 leaves the frames to be counted, with the host's offset.
-    WatchedFilter counted(KxMethodVideo, Yuy2());
-    counted->EnableDetection(TRUE);
+    RunningFilter counted(KxMethodVideo, Yuy2());
     counted.Ex().SetFrameOffset(5);
     for (int i = 0; i < 8; ++i) {
         SampleWithoutStop sample(Grey(kYuy2Bytes, 90));
@@ -348,8 +281,7 @@ TEST(SampleWatch, PositionsOfSamplesWithoutTimes) {
         {kFirst + 400000, 99}, // relative 1 frame
         {kNoTime, 52},         // starts at 1 frame, stops at 0: counted
     };
-    WatchedFilter filter(KxMethodVideo, Yuy2());
-    filter->EnableDetection(TRUE);
+    RunningFilter filter(KxMethodVideo, Yuy2());
     filter.Ex().SetFrameOffset(50);
     filter.Ex().SetTimeOffset(100 * 400000);
     for (const auto& one : samples) {
@@ -365,22 +297,18 @@ TEST(SampleWatch, PositionsOfSamplesWithoutTimes) {
 }
 
 TEST(SampleWatch, AnAttachedTypeIsTakenOverWhenItDiffers) {
-    WatchedFilter filter(KxMethodManual, DvType(true, 400000));
-    filter->EnableDetection(TRUE);
+    RunningFilter filter(KxMethodManual, DvType(true, 400000));
     filter->EnableTimecode(TRUE);
     filter.Send(DvFrame(true).SetTimecode(TimecodePack({0, 0, 1, 0})).Bytes());
-    ULONG first = 0;
-    filter->GetStartTimecode(&first);
-    EXPECT_EQ(first, 25u);
+    EXPECT_EQ(filter.Number(&SceneDetectFilter::GetStartTimecode), 25u);
     EXPECT_TRUE(filter->GetPin(0)->CurrentMediaType() == DvType(true, 400000));
 
     filter.SetType(DvType(false, kNtsc));
     filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 0, 2, 0})).Bytes());
     for (const int pin : {0, 1})
         EXPECT_TRUE(filter->GetPin(pin)->CurrentMediaType() == DvType(false, kNtsc));
-    ULONG offset = 0;
-    filter->GetCurrentTimecode(&offset);
-    EXPECT_EQ(offset, 60u - 25u) << "the frame rate follows the type";
+    EXPECT_EQ(filter.Number(&SceneDetectFilter::GetCurrentTimecode), 60u - 25u)
+        << "the frame rate follows the type";
 }
 
 TEST(SampleWatch, Only2997CountsAs30FramesPerSecond) {
@@ -389,12 +317,9 @@ TEST(SampleWatch, Only2997CountsAs30FramesPerSecond) {
         ULONG rate;
     } cases[] = {{400000, 25}, {333665, 25}, {333666, 30}, {333667, 30}, {333668, 25}, {333333, 25}, {0, 25}};
     for (const auto& one : cases) {
-        WatchedFilter filter(KxMethodManual, DvType(false, one.frameDuration));
-        filter->EnableDetection(TRUE);
+        RunningFilter filter(KxMethodManual, DvType(false, one.frameDuration));
         filter.Send(DvFrame(false).SetTimecode(TimecodePack({0, 0, 1, 0})).Bytes());
-        ULONG second = 0;
-        filter->GetStartTimecode(&second);
-        EXPECT_EQ(second, one.rate) << one.frameDuration;
+        EXPECT_EQ(filter.Number(&SceneDetectFilter::GetStartTimecode), one.rate) << one.frameDuration;
     }
 }
 
@@ -420,4 +345,3 @@ TEST(SampleWatch, ARestartedRunStartsClean) {
 }
 
 } // namespace
-} // namespace scenedetect

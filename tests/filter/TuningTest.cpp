@@ -1,20 +1,8 @@
 // The parameters of the picture comparison, filter by filter, and the figures that it hands out.
+#include "tests/Testing.h"
 #include "tests/filter/WatchedFilter.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cstdlib>
-#include <future>
-#include <limits>
-#include <random>
-#include <thread>
-
-namespace scenedetect {
 namespace {
-
-using namespace testing_support;
 
 // A grid of 2 x 2 samples.
 constexpr LONG kSide = 16;
@@ -127,43 +115,6 @@ TEST(Tuning, FiguresTellWhatWasFilledDarkAndCut) {
                                       "4 10 20 10 6", "5 10 30 10 0"}));
 }
 
-TEST(Tuning, FiguresEqualPlainSumsOverThePictures) {
-    std::mt19937 random(7);
-    for (const int clamp : {255, 40, 1}) {
-        TunedFilter filter;
-        filter->SetParameter(KxClamp, clamp);
-        filter->EnableFrameFigures(TRUE);
-        filter->EnableDetection(TRUE);
-        std::array<int, 4> before{};
-        Rows expected;
-        for (int frame = 0; frame < 40; ++frame) {
-            std::vector<std::uint8_t> picture(kBytes);
-            for (std::size_t byte = 0; byte < kBytes; ++byte)
-                picture[byte] =
-                    static_cast<std::uint8_t>(byte % 2 == 0 ? random() % (frame % 4 * 85 + 1) : random());
-            std::array<int, 4> grid{};
-            for (std::size_t pixel = 0; pixel < kBytes / 2; ++pixel)
-                grid[pixel / 128 * 2 + pixel % 16 / 8] += picture[pixel * 2];
-            int difference = 0;
-            int level = 0;
-            for (std::size_t i = 0; i < 4; ++i) {
-                grid[i] /= 64;
-                difference += std::min(std::abs(grid[i] - before[i]), clamp);
-                level += grid[i];
-            }
-            before = grid;
-            expected.push_back(std::to_string(frame) + ' ' + std::to_string(difference / 4) + ' ' +
-                               std::to_string(level / 4) + ' ');
-            filter.Send(picture);
-        }
-        filter->EnableDetection(FALSE);
-        const Rows rows = filter.Figures();
-        ASSERT_EQ(rows.size(), expected.size());
-        for (std::size_t i = 0; i < rows.size(); ++i)
-            EXPECT_TRUE(rows[i].starts_with(expected[i])) << rows[i] << " for " << expected[i];
-    }
-}
-
 TEST(Tuning, FiguresAreKeptOnRequestAndWithinBounds) {
     TunedFilter filter;
     KxFrameFigures one{};
@@ -195,37 +146,4 @@ TEST(Tuning, FiguresAreKeptOnRequestAndWithinBounds) {
     EXPECT_EQ(rows.back(), "65543 0 90 0 0");
 }
 
-// Each has a thread that streams and one that drains.
-TEST(Tuning, FiltersDoNotDisturbEachOther) {
-    std::vector<std::uint8_t> levels;
-    std::mt19937 random(11);
-    for (int frame = 0; frame < 1000; ++frame)
-        levels.push_back(static_cast<std::uint8_t>(frame % 7 != 0 ? levels.back() : random()));
-    // Scenes and figures of a run in a thread of its own, drained meanwhile.
-    const auto run = [&levels](LONG threshold, LONG longest) {
-        TunedFilter filter;
-        filter->SetParameter(KxCutThreshold, threshold);
-        filter->SetParameter(KxLongestScene, longest);
-        filter->EnableFrameFigures(TRUE);
-        filter->EnableDetection(TRUE);
-        std::pair<Positions, Rows> outcome;
-        std::jthread streaming([&] { filter.SendAll(levels); });
-        while (filter.FrameCount() < levels.size())
-            std::ranges::move(filter.Figures(), std::back_inserter(outcome.second));
-        streaming.join();
-        outcome.first = filter.Drain();
-        filter->EnableDetection(FALSE);
-        std::ranges::move(filter.Figures(), std::back_inserter(outcome.second));
-        return outcome;
-    };
-    const auto strict = run(100, 0);
-    const auto loose = run(5, 40);
-    EXPECT_LT(strict.first.size(), loose.first.size());
-    EXPECT_EQ(strict.second.size(), levels.size());
-    auto beside = std::async(std::launch::async, run, 100, 0);
-    EXPECT_TRUE(run(5, 40) == loose);
-    EXPECT_TRUE(beside.get() == strict);
-}
-
 } // namespace
-} // namespace scenedetect

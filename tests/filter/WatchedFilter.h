@@ -5,14 +5,8 @@
 #include "baseclasses/MediaSample.h"
 #include "filter/MediaTypes.h"
 #include "filter/SceneDetectFilter.h"
+#include "tests/Testing.h"
 #include "tests/TypeMaking.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace scenedetect::testing_support {
 
@@ -90,11 +84,13 @@ class WatchedFilter {
         return rows;
     }
 
-    ULONG FrameCount() {
-        ULONG frames = 0;
-        m_filter->GetFrameCount(&frames);
-        return frames;
+    /// What this control method tells.
+    ULONG Number(HRESULT (STDMETHODCALLTYPE SceneDetectFilter::*method)(ULONG*)) {
+        ULONG number = 77;
+        EXPECT_EQ((m_filter->*method)(&number), S_OK);
+        return number;
     }
+    ULONG FrameCount() { return Number(&SceneDetectFilter::GetFrameCount); }
 
   private:
     SceneDetectFilter* m_filter = nullptr;
@@ -102,6 +98,13 @@ class WatchedFilter {
     CMediaType m_type;
     bool m_typeSent = false;
     std::int64_t m_sent = 0;
+};
+
+/// With detection switched on.
+struct RunningFilter : WatchedFilter {
+    RunningFilter(std::uint32_t method, const CMediaType& type) : WatchedFilter(method, type) {
+        (*this)->EnableDetection(TRUE);
+    }
 };
 
 using Positions = std::vector<ULONG>;

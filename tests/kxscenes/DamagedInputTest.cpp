@@ -1,7 +1,6 @@
 // Inputs that are broken, or are no videos: one clear line, and never a crash.
 #include "engine/Dif.h"
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 namespace {
@@ -91,7 +90,7 @@ TEST(RuinedTape, HasTenLinesAndACount) {
 TEST(Dv411Of625, IsRefusedByTheMethodThatWouldMixPlaces) {
     const TempFolder folder;
     Clip clip = DvClip("pal-dv");
-    clip.encoding = {"-c:v", "dvvideo", "-pix_fmt", "yuv411p", "-f", "rawvideo"};
+    clip.encoding = Words("-c:v dvvideo -pix_fmt yuv411p -f rawvideo");
     MakeClip(clip, folder / "tape.dv");
     clip.encoding.resize(4);
     MakeClip(clip, folder / "tape.mov");
@@ -109,7 +108,7 @@ TEST(Dv411Of625, IsRefusedByTheMethodThatWouldMixPlaces) {
 TEST(Dv50, IsDecodedFromRawStreamsToo) {
     const TempFolder folder;
     Clip clip = DvClip("pal-dv");
-    clip.encoding = {"-c:v", "dvvideo", "-pix_fmt", "yuv422p", "-f", "rawvideo"};
+    clip.encoding = Words("-c:v dvvideo -pix_fmt yuv422p -f rawvideo");
     MakeClip(clip, folder / "tape.dv");
     EXPECT_THAT(Frames(RunHost({folder / "tape.dv"})), ElementsAre(0, 20, 33, 47));
 }
@@ -153,7 +152,7 @@ TEST(BitFlips, NeverCrash) {
     Remux(folder / "clip.dv", folder / "clip.avi");
     Remux(folder / "clip.dv", folder / "clip.mkv");
     Clip h264;
-    h264.encoding = {"-c:v", "libx264", "-preset", "veryfast", "-movflags", "faststart"};
+    h264.encoding = Words("-c:v libx264 -preset veryfast -movflags faststart");
     MakeClip(h264, folder / "clip.mp4");
     std::mt19937 random(7);
     for (const char* name : {"clip.dv", "clip.avi", "clip.mkv", "clip.mp4"}) {

@@ -1,6 +1,5 @@
 // How a run ends, and what it leaves then: whole files, partial ones that say so, or what was there before.
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 #include <csignal>
@@ -12,14 +11,6 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 constexpr const char* kHeader = "scene,frame,timecode,seconds\n";
-
-std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 /// A tape of 60 frames with scenes at 0, 20, 33 and 47.
 class Ending : public Test {
@@ -68,7 +59,7 @@ TEST_F(Ending, AnErrorLeavesWholeClipsAndOlderFiles) {
                           HasSubstr("; written: 2 clips in "), HasSubstr("; not written: "),
                           HasSubstr("the other clips in "), HasSubstr("list.json"), HasSubstr("log.csv"),
                           HasSubstr("report.html"), HasSubstr("stats.csv"), HasSubstr("list.xml"))));
-    EXPECT_THAT(NamesIn(m_folder / "clips"), ElementsAre("tape-0001.dv", "tape-0002.dv"));
+    EXPECT_THAT(FilesIn(m_folder / "clips"), ElementsAre("tape-0001.dv", "tape-0002.dv"));
     EXPECT_EQ(ReadWhole(m_folder / "clips/tape-0002.dv").size(), 10u * 144'000);
     for (const auto& [option, name] : kFiles)
         EXPECT_EQ(ReadWhole(m_folder / name), "older");
@@ -159,11 +150,11 @@ TEST_F(Ending, ShortScenesAreLeftOutEverywhere) {
     // Those from 20 to 33 and from 47 to 60 have 13 frames.
     const ProcessResult result = Run(arguments, m_tape);
     EXPECT_THAT(Frames(result), ElementsAre(0, 33));
-    EXPECT_THAT(NamesIn(m_folder / "clips"), ElementsAre("tape-0001.dv", "tape-0002.dv"));
+    EXPECT_THAT(FilesIn(m_folder / "clips"), ElementsAre("tape-0001.dv", "tape-0002.dv"));
     EXPECT_EQ(ReadWhole(m_folder / "clips/tape-0001.dv").size(), 33u * 144'000);
     EXPECT_EQ(ReadWhole(m_folder / "clips/tape-0001.dv") + ReadWhole(m_folder / "clips/tape-0002.dv"),
               ReadWhole(m_tape));
-    EXPECT_THAT(NamesIn(m_folder / "stills"), ElementsAre("tape-0001.png", "tape-0002.png"));
+    EXPECT_THAT(FilesIn(m_folder / "stills"), ElementsAre("tape-0001.png", "tape-0002.png"));
     EXPECT_THAT(Lines(ReadWhole(m_folder / "list.csv")),
                 ElementsAre(StartsWith("Scene Number,"), StartsWith("1,1,"), StartsWith("2,34,")));
     EXPECT_EQ(nlohmann::json::parse(ReadWhole(m_folder / "list.json")).at("scenes").size(), 2u);
@@ -205,7 +196,8 @@ TEST_F(Ending, WrongOutputsAreRefusedBeforeReading) {
     clip.encoding = {"-c:v", "mpeg2video", "-g", "5"};
     const auto film = m_folder / "film.mkv";
     MakeClip(clip, film);
-    std::filesystem::create_directory(m_folder / "there");
+    for (const char* name : {"there", "empty"})
+        std::filesystem::create_directory(m_folder / name);
     for (const char* name : {"film-0001.mkv", "film-0001.png"})
         WriteBytes(m_folder / "there" / name, "mine");
     const std::string there = m_folder / "there";
@@ -216,30 +208,24 @@ TEST_F(Ending, WrongOutputsAreRefusedBeforeReading) {
         {{"-o", m_folder / "zz.csv", "--stats", m_folder / "./zz.csv", m_tape}, "written twice"},
         {{"--config", m_folder / "run.conf", "-o", m_folder / "run.conf", "--format", "csv", m_tape},
          "would be overwritten"},
+        {{"--xml", m_folder / "l.xml", "--method", "video,timestamp", m_tape}, "would be written twice"},
+        {{"--xml", m_folder / "l.xml", m_tape, m_tape}, "would be written twice"},
+        {{m_folder / "empty"}, "no video file"},
         {{"--duration", "0", m_tape}, "no frame lies in the part"},
         {{"--pictures", there, "--picture-at", "start,start", m_tape}, "--picture-at start is given twice"},
         {{"-o", m_folder / "x.fcpxml", "-"}, "fcpxml has to point to a file"},
         {{"--split", there, film}, "film-0001.mkv: exists already; --force overwrites it"},
         {{"--pictures", there, film}, "film-0001.png: exists already; --force overwrites it"},
         {{"-o", m_folder / (std::string(260, 'x') + ".csv"), m_tape}, "255 bytes at the most"}};
-    const auto before = NamesIn(m_folder / "");
+    const auto before = FilesIn(m_folder / "");
     for (const auto& each : cases) {
         const ProcessResult result = RunHost(each.arguments);
         EXPECT_NE(result.exitCode, 0) << each.error;
         EXPECT_THAT(Frames(result), SizeIs(Le(1u))) << each.error;
         EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(each.error)));
-        EXPECT_EQ(NamesIn(m_folder / ""), before) << each.error;
+        EXPECT_EQ(FilesIn(m_folder / ""), before) << each.error;
     }
     EXPECT_EQ(ReadWhole(m_folder / "run.conf"), "jobs = 1\n");
-}
-
-TEST_F(Ending, EveryOutputMakesItsFolder) {
-    Arguments arguments;
-    for (const auto& [option, name] : kFiles)
-        arguments.insert(arguments.end(), {option, m_folder / "new" / option / name});
-    EXPECT_EQ(Run(arguments, m_tape).err, "");
-    for (const auto& [option, name] : kFiles)
-        EXPECT_GT(std::filesystem::file_size(m_folder / "new" / option / name), 0u);
 }
 
 } // namespace

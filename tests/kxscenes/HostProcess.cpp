@@ -85,6 +85,11 @@ ProcessResult RunHost(std::vector<std::string> arguments, const ProcessSetup& se
     return Process(arguments, setup).Wait();
 }
 
+std::vector<std::string> Words(const std::string& text) {
+    std::istringstream words(text);
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
 std::vector<std::string> Lines(const std::string& text) {
     std::istringstream stream(text);
     std::vector<std::string> lines;

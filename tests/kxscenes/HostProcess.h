@@ -53,6 +53,8 @@ ProcessResult RunHost(std::vector<std::string> arguments, const ProcessSetup& se
 std::vector<std::string> Rows(const ProcessResult& result);
 /// The second column.
 std::vector<std::int64_t> Frames(const ProcessResult& result);
+/// The words of a text: arguments that have no spaces.
+std::vector<std::string> Words(const std::string& text);
 /// The lines of a text, without their ends.
 std::vector<std::string> Lines(const std::string& text);
 

@@ -1,6 +1,5 @@
 // Several methods in one pass, and several inputs in one run.
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 namespace {
@@ -47,16 +46,6 @@ TEST(SeveralMethods, EachSceneNamesThoseThatFoundIt) {
     EXPECT_THAT(ReadWhole(folder / "tape-video.xml"), HasSubstr("method=\"Video\""));
 }
 
-TEST(SeveralMethods, OneThatRefusesTheVideoIsNamed) {
-    const TempFolder folder;
-    Clip clip;
-    clip.encoding = {"-c:v", "mpeg2video"};
-    MakeClip(clip, folder / "clip.mpg");
-    const ProcessResult result = RunHost({"--method", "video,timestamp", folder / "clip.mpg"});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("--method timestamp needs DV")));
-}
-
 TEST(ManyInputs, PrintInOrderAndFailAlone) {
     const TempFolder folder;
     const auto tapes = folder / "tapes";
@@ -81,28 +70,6 @@ TEST(ManyInputs, PrintInOrderAndFailAlone) {
                           Contains(EndsWith("failed: " + (folder / "bad.avi").string()))));
     }
     EXPECT_EQ(RunHost({tapes}).exitCode, 0);
-}
-
-TEST(ManyInputs, NoOutputIsWrittenTwice) {
-    const TempFolder folder;
-    MakeTape(folder / "tape.dv");
-    std::filesystem::create_directories(folder / "empty");
-    const std::string tape = folder / "tape.dv";
-    const std::string list = folder / "list.xml";
-    const struct {
-        std::vector<std::string> arguments;
-        int exitCode;
-        const char* message;
-    } cases[] = {{{"--xml", list, "--method", "video,timestamp", tape}, 1, "would be written twice"},
-                 {{"--xml", list, tape, tape}, 1, "would be written twice"},
-                 {{folder / "empty"}, 1, "no video file"}};
-    for (const auto& each : cases) {
-        const ProcessResult result = RunHost(each.arguments);
-        EXPECT_EQ(result.exitCode, each.exitCode);
-        EXPECT_EQ(result.out, "");
-        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(each.message)));
-    }
-    EXPECT_FALSE(std::filesystem::exists(list));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "tests/kxscenes/Material.h"
 
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 
 namespace scenedetect::testing_support {
 

@@ -3,6 +3,7 @@
 
 #include "tests/TempFolder.h"
 #include "tests/Testing.h"
+#include "tests/kxscenes/HostProcess.h"
 
 namespace scenedetect::testing_support {
 

@@ -1,6 +1,5 @@
 // What the program leaves behind: the scene list, its exit codes, an early end, the trace, memory.
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 #include <csignal>
@@ -14,37 +13,6 @@ using namespace std::chrono_literals;
 
 class Output : public OneClip {};
 
-TEST_F(Output, SceneListByteForByte) {
-    const auto list = m_folder / "list \xC3\xA9.xml";
-    WriteBytes(list, std::string(5000, 'x'));
-    const ProcessResult result = RunHost({"--xml", list, m_file});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(ReadWhole(list), "<SceneList count=\"4\" method=\"Video\">\r\n"
-                               "<Scene pos=\"0\"/>\r\n"
-                               "<Scene pos=\"20\"/>\r\n"
-                               "<Scene pos=\"33\"/>\r\n"
-                               "<Scene pos=\"47\"/>\r\n"
-                               "</SceneList>\r\n");
-}
-
-TEST_F(Output, SceneListThatCannotBeWritten) {
-    const struct {
-        std::string path;
-        const char* reason;
-    } cases[] = {{"/dev/full", "No space left on device"},
-                 {m_file.string() + "/list.xml", "Not a directory"},
-                 {(m_folder / "x").parent_path().string(), "Is a directory"},
-                 {m_file, "would be overwritten"}};
-    const std::string before = ReadWhole(m_file);
-    for (const auto& each : cases) {
-        const ProcessResult result = RunHost({"--xml", each.path, m_file});
-        EXPECT_EQ(result.exitCode, 1) << each.path;
-        EXPECT_THAT(Lines(result.err), ElementsAre(AllOf(HasSubstr(each.path), HasSubstr(each.reason))));
-    }
-    EXPECT_EQ(ReadWhole(m_file), before);
-}
-
 TEST_F(Output, StandardOutputThatCannotBeWritten) {
     ProcessSetup full;
     full.outPath = "/dev/full";
@@ -56,13 +24,6 @@ TEST_F(Output, StandardOutputThatCannotBeWritten) {
         EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("standard output")));
     }
     EXPECT_EQ(RunHost({"--help"}, full).exitCode, 1);
-}
-
-TEST_F(Output, WrongCommandLine) {
-    const ProcessResult result = RunHost({"--interval", "3", m_file});
-    EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_THAT(Lines(result.err), SizeIs(1));
 }
 
 // A pipe that the test feeds, and that stalls in the middle of a frame when the signal comes.
@@ -196,16 +157,8 @@ TEST(Memory, DoesNotGrowWithTheInput) {
         Clip clip;
         clip.cuts = {};
         clip.frames = frames;
-        clip.encoding = {"-vf",
-                         "setpts='(N+0.3*mod(N*N,3))/25/TB'",
-                         "-vsync",
-                         "vfr",
-                         "-c:v",
-                         "libx264",
-                         "-preset",
-                         "ultrafast",
-                         "-video_track_timescale",
-                         "90000"};
+        clip.encoding = Words("-vf setpts='(N+0.3*mod(N*N,3))/25/TB' -vsync vfr -c:v libx264 -preset "
+                              "ultrafast -video_track_timescale 90000");
         MakeClip(clip, file);
         return RunHost({file}).peakKilobytes;
     };

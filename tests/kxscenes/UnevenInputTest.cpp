@@ -1,6 +1,5 @@
 // Files whose frames are not one after another: dropped frames, variable rate, a change of line system.
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 namespace {
@@ -31,18 +30,8 @@ TEST(VariableRate, FramesAreOrdinalsAndTimesAreStamps) {
     const TempFolder folder;
     // 40 ms a frame up to frame 30, 100 ms from there: frame 33 shows at 1.2 + 0.3 s, frame 47 at 2.9 s.
     Clip clip;
-    clip.encoding = {"-vf",
-                     "setpts='if(lt(N,30),N/25,1.2+(N-30)/10)/TB'",
-                     "-vsync",
-                     "vfr",
-                     "-enc_time_base",
-                     "1/1000",
-                     "-c:v",
-                     "libx264",
-                     "-preset",
-                     "veryfast",
-                     "-video_track_timescale",
-                     "90000"};
+    clip.encoding = Words("-vf setpts='if(lt(N,30),N/25,1.2+(N-30)/10)/TB' -vsync vfr -enc_time_base 1/1000 "
+                          "-c:v libx264 -preset veryfast -video_track_timescale 90000");
     MakeClip(clip, folder / "clip.mp4");
     clip.encoding.resize(clip.encoding.size() - 2);
     MakeClip(clip, folder / "clip.mkv");

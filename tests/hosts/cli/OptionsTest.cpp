@@ -8,16 +8,6 @@ std::optional<EarlyEnd> Parse(std::vector<const char*> arguments, KxOptions& opt
     return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data(), options);
 }
 
-TEST(Options, DefaultsToThePictureMethod) {
-    KxOptions options;
-    ASSERT_FALSE(Parse({"tape.dv"}, options));
-    EXPECT_THAT(options.batch.detection.methods, ElementsAre(KxMethodVideo));
-    EXPECT_THAT(options.batch.inputs, ElementsAre("tape.dv"));
-    EXPECT_TRUE(options.batch.detection.marks.empty());
-    EXPECT_TRUE(options.batch.xmlPath.empty());
-    EXPECT_FALSE(options.batch.detection.readTimecode);
-}
-
 TEST(Options, ReadsAll) {
     KxOptions options;
     ASSERT_FALSE(Parse({"--method", "interval", "--interval", "250", "--mark", "30,7", "--timecode", "--xml",
@@ -57,16 +47,6 @@ TEST(Options, WrongOnesGetOneLine) {
         EXPECT_EQ(end->exitCode, 2);
         EXPECT_EQ(end->text.find('\n'), end->text.size() - 1) << end->text;
         EXPECT_THAT(end->text, HasSubstr("kxscenes: error: "));
-    }
-}
-
-TEST(Options, HelpAndVersionAreNoErrors) {
-    for (const char* option : {"--help", "-h", "--version"}) {
-        KxOptions options;
-        const auto end = Parse({option}, options);
-        ASSERT_TRUE(end);
-        EXPECT_EQ(end->exitCode, 0);
-        EXPECT_THAT(end->text, HasSubstr("kxscenes"));
     }
 }
 

@@ -25,66 +25,6 @@ class InSystemGraph : public Test {
     std::optional<SceneStream> m_stream;
 };
 
-TEST_F(InSystemGraph, PicturesPassUntouched) {
-    for (const bool readOnly : {false, true}) {
-        SCOPED_TRACE(readOnly ? "copied from read-only buffers" : "in shared buffers");
-        SceneStream stream(m_module.MakeFilter());
-        stream.source->pin.readOnly = readOnly;
-        stream.scenes->SetDetectionMethod(KxMethodVideo);
-        const SystemGraph graph(stream);
-        graph.Connect();
-        EXPECT_EQ(stream.source->pin.Allocator() == stream.sink->pin.Allocator(), !readOnly);
-        stream.scenes->EnableDetection(TRUE);
-        graph.Change(State_Running);
-
-        Picture picture(kYuy2Bytes);
-        REFERENCE_TIME sent = 0;
-        stream.sink->pin.onSample = [&](IMediaSample* sample) {
-            EXPECT_EQ(sample == stream.lastSent, !readOnly);
-            BYTE* data = nullptr;
-            sample->GetPointer(&data);
-            ASSERT_EQ(sample->GetActualDataLength(), static_cast<LONG>(kYuy2Bytes));
-            EXPECT_TRUE(std::equal(picture.begin(), picture.end(), data));
-            REFERENCE_TIME start = 0;
-            REFERENCE_TIME stop = 0;
-            EXPECT_EQ(sample->GetTime(&start, &stop), S_OK);
-            EXPECT_EQ(start, sent);
-            EXPECT_EQ(stop, sent + SceneStream::kFrame);
-        };
-        std::mt19937 random(1);
-        for (; sent < 10 * SceneStream::kFrame; sent += SceneStream::kFrame) {
-            std::generate(picture.begin(), picture.end(),
-                          [&] { return static_cast<std::uint8_t>(random()); });
-            EXPECT_EQ(stream.Send(picture, sent), S_OK);
-        }
-        EXPECT_EQ(stream.sink->pin.samples, 10);
-        ULONG frames = 0;
-        stream.scenes->GetFrameCount(&frames);
-        EXPECT_EQ(frames, 10u);
-    }
-}
-
-TEST_F(InSystemGraph, StatesFollowInEveryOrder) {
-    for (const bool connected : {false, true}) {
-        SCOPED_TRACE(connected);
-        SceneStream stream(m_module.MakeFilter());
-        const SystemGraph graph(stream);
-        if (connected)
-            graph.Connect();
-        for (const FILTER_STATE next :
-             {State_Stopped, State_Running, State_Paused, State_Running, State_Stopped, State_Paused,
-              State_Stopped, State_Running, State_Stopped}) {
-            graph.Change(next);
-            FILTER_STATE state{};
-            EXPECT_EQ(stream.filter->GetState(0, &state), S_OK);
-            EXPECT_EQ(state, next);
-            if (connected) {
-                EXPECT_EQ(stream.SendGrey(1), next == State_Stopped ? VFW_E_NOT_COMMITTED : S_OK);
-            }
-        }
-    }
-}
-
 TEST_F(InSystemGraph, DownstreamsTypeAndAllocatorReachTheSource) {
     const CMediaType wide = FourccType("YUY2", 128, 48, 16);
     const CMediaType narrow = FourccType("YUY2", 64, 48, 16);

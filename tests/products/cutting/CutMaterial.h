@@ -8,7 +8,6 @@
 #include "reading/media/OpenPictures.h"
 #include "tests/MessageOf.h"
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 #include <map>
@@ -132,15 +131,6 @@ inline std::map<std::string, PacketPlace> Packets(const std::filesystem::path& f
         packets[hash] = {std::stod(pts == "N/A" ? dts : pts), type == "video"};
     }
     return packets;
-}
-
-/// Names of all files there, hidden ones too.
-inline std::vector<std::string> FilesIn(const std::filesystem::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        names.push_back(entry.path().filename().string());
-    std::ranges::sort(names);
-    return names;
 }
 
 } // namespace scenedetect::testing_support

@@ -22,11 +22,6 @@ struct Kind {
     std::vector<std::int64_t> starts; // of the clips, where scenes begin at 0, 30, 31 and 70
 };
 
-std::vector<std::string> Words(const std::string& text) {
-    std::istringstream words(text);
-    return {std::istream_iterator<std::string>(words), {}};
-}
-
 const auto kH264 = Words("-c:v libx264 -g 24 -keyint_min 24 -sc_threshold 0 -bf 3 -b_strategy 0 -c:a aac");
 const auto kMpeg2 = Words("-c:v mpeg2video -g 12 -bf 2 -sc_threshold 1000000000 -b:v 8M -c:a mp2");
 const auto kMpeg4 = Words("-c:v mpeg4 -g 12 -bf 2 -sc_threshold 1000000000 -b:v 4M -c:a mp3");
@@ -99,8 +94,7 @@ TEST_P(CutPacketsTest, PicturesAndAudioAreThoseOfTheSourceFromTheKeyFrameOn) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, CutPacketsTest, ValuesIn(kKinds),
-                         [](const auto& kind) { return std::string(kind.param.name); });
+INSTANTIATE_TEST_SUITE_P(Kinds, CutPacketsTest, ValuesIn(kKinds), kByName);
 
 class CutFilmTest : public Test {
   protected:

@@ -43,8 +43,7 @@ TEST_P(NameTest, Expands) {
               GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, NameTest, ValuesIn(kNames),
-                         [](const auto& each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(Names, NameTest, ValuesIn(kNames), kByName);
 
 TEST(NamePatternTest, WrongPatternsAreTold) {
     const std::pair<const char*, const char*> cases[] = {

@@ -1,7 +1,6 @@
 // Lists that other programs take: chapters put into files by ffmpeg and mkvmerge, key frames set by x264.
 #include "products/outputs/SceneWriters.h"
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 #include "tests/products/outputs/Tables.h"
 

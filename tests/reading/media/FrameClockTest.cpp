@@ -91,7 +91,6 @@ const ClockCase kCases[] = {
      {0, 40, 80, 120, 160, 200, 240}},
 };
 
-INSTANTIATE_TEST_SUITE_P(Cases, FrameClockTest, ValuesIn(kCases),
-                         [](const auto& each) { return each.param.name; });
+INSTANTIATE_TEST_SUITE_P(Cases, FrameClockTest, ValuesIn(kCases), kByName);
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "reading/ffmpeg/FfmpegLog.h"
 #include "tests/MessageOf.h"
 #include "tests/Testing.h"
-#include "tests/kxscenes/HostProcess.h"
 #include "tests/kxscenes/Material.h"
 
 #include <sys/stat.h>

@@ -104,7 +104,7 @@ struct Walk {
     const char* name;
     std::string bytes;
     std::vector<std::int64_t> frames;
-    const char* breakOff; // part of the reason; empty: none
+    const char* breakOff = ""; // part of the reason; empty: none
 };
 
 void PrintTo(const Walk& walk, std::ostream* stream) {
@@ -136,29 +136,21 @@ std::string WithMoviSizeZero(std::string bytes) {
 }
 
 const Walk kWalks[] = {
-    {"Plain", kThree, {0, 1, 2}, ""},
-    {"BothKindsOfPicture", Avi(kYuy2, kFrame + Chunk("00db", std::string(16, 'x'))), {0, 1}, ""},
-    {"EmptyChunksAreDroppedFrames",
-     Avi(kYuy2, kEmpty + kFrame + kEmpty + kEmpty + kFrame + kEmpty),
-     {1, 4},
-     ""},
+    {"Plain", kThree, {0, 1, 2}},
+    {"BothKindsOfPicture", Avi(kYuy2, kFrame + Chunk("00db", std::string(16, 'x'))), {0, 1}},
+    {"EmptyChunksAreDroppedFrames", Avi(kYuy2, kEmpty + kFrame + kEmpty + kEmpty + kFrame + kEmpty), {1, 4}},
     {"OtherChunksAreNoFrames",
      Avi(kYuy2,
          Chunk("01wb", "odd") + kFrame + Chunk("00pc", "ab") + Chunk("ix00", "cd") + Chunk("01dc", "ef") +
              Chunk("JUNK", kFrame) + kFrame,
          Chunk("idx1", kFrame)),
-     {0, 1},
-     ""},
-    {"ListsOfRecords",
-     Avi(kYuy2, List("rec ", kFrame + Chunk("01wb", "x")) + List("rec ", kFrame)),
-     {0, 1},
-     ""},
+     {0, 1}},
+    {"ListsOfRecords", Avi(kYuy2, List("rec ", kFrame + Chunk("01wb", "x")) + List("rec ", kFrame)), {0, 1}},
     {"FurtherParts",
      kThree + Chunk("RIFF", "AVIX" + List("movi", kFrame)) + Chunk("RIFF", "AVIX" + List("movi", kFrame)),
-     {0, 1, 2, 3, 4},
-     ""},
-    {"WhatFollowsIsForeign", kThree + std::string(100, '\0'), {0, 1, 2}, ""},
-    {"SizesNeverWritten", WithMoviSizeZero(kThree), {0, 1, 2}, ""},
+     {0, 1, 2, 3, 4}},
+    {"WhatFollowsIsForeign", kThree + std::string(100, '\0'), {0, 1, 2}},
+    {"SizesNeverWritten", WithMoviSizeZero(kThree), {0, 1, 2}},
     {"CutInsideAFrame", kThree.substr(0, kThree.size() - 1), {0, 1}, "the end of frame 2 is missing"},
     {"CutInsideAHeader", kThree.substr(0, kThree.size() - 20), {0, 1}, "no chunk at byte"},
     {"CutBetweenFrames",
@@ -169,8 +161,7 @@ const Walk kWalks[] = {
     {"ChunkBeyondAnyFile", Avi(kYuy2, kFrame + "00dc" + std::string(4, '\xFF')), {0}, "the end of frame 1"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Cases, AviWalk, ValuesIn(kWalks),
-                         [](const auto& each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(Cases, AviWalk, ValuesIn(kWalks), kByName);
 
 std::vector<FilePlace> Places(AviPictures& pictures) {
     std::vector<FilePlace> places;

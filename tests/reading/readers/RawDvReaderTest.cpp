@@ -95,34 +95,37 @@ TEST_P(RawDvReading, LostBytesOfALastBlock) {
     }
 }
 
-TEST_P(RawDvReading, LostBytesOfTheFirstFrame) {
-    m_tape.erase(At(0, 5000), At(0, 5080));
-    const Outcome run = ReadAll(m_tape);
-    EXPECT_THAT(Frames(run), ElementsAre(1, 2, 3, 4, 5, 6, 7));
-    EXPECT_THAT(run.told, ElementsAre(Irregularity{0, 0, 80, Kind::MissingBytes, 1}));
-}
-
-TEST_P(RawDvReading, GapsOverFrameEnds) {
-    // The end of 3 and the beginning of 4.
-    m_tape.erase(At(3, m_size - 7000), At(4, 9000));
-    const Outcome run = ReadAll(m_tape);
-    EXPECT_THAT(Frames(run), ElementsAre(0, 1, 2, 5, 6, 7));
-    EXPECT_THAT(run.told, ElementsAre(Irregularity{3, 3 * m_size, 16'000, Kind::MissingBytes, 2}));
-}
-
-TEST_P(RawDvReading, TheTimecodeTellsWhatTheSizeDoesNot) {
-    // From the middle of 2 to the end of 4: half a frame is left of three.
-    m_tape.erase(At(2, m_size / 2), At(5));
-    const Outcome run = ReadAll(m_tape);
-    EXPECT_THAT(Frames(run), ElementsAre(0, 1, 5, 6, 7));
-    EXPECT_THAT(run.told, ElementsAre(Irregularity{2, 2 * m_size, m_size / 2 * 5, Kind::MissingBytes, 3}));
-}
-
-TEST_P(RawDvReading, FramesThatAreMissingWhole) {
-    m_tape.erase(At(3), At(5));
-    const Outcome run = ReadAll(m_tape);
-    EXPECT_THAT(Frames(run), ElementsAre(0, 1, 2, 5, 6, 7));
-    EXPECT_THAT(run.told, ElementsAre(Irregularity{3, 3 * m_size, 0, Kind::MissingFrames, 2}));
+TEST_P(RawDvReading, LossesOfMoreThanAFrame) {
+    const struct {
+        const char* name;
+        std::int64_t from, to; // bytes of the tape
+        std::vector<std::int64_t> frames;
+        Irregularity told;
+    } cases[] = {
+        {"in the first frame", 5000, 5080, {1, 2, 3, 4, 5, 6, 7}, {0, 0, 80, Kind::MissingBytes, 1}},
+        {"over the end of a frame",
+         4 * m_size - 7000,
+         4 * m_size + 9000,
+         {0, 1, 2, 5, 6, 7},
+         {3, 3 * m_size, 16'000, Kind::MissingBytes, 2}},
+        {"half a frame is left of three: the timecode tells how many were lost",
+         2 * m_size + m_size / 2,
+         5 * m_size,
+         {0, 1, 5, 6, 7},
+         {2, 2 * m_size, m_size / 2 * 5, Kind::MissingBytes, 3}},
+        {"whole frames",
+         3 * m_size,
+         5 * m_size,
+         {0, 1, 2, 5, 6, 7},
+         {3, 3 * m_size, 0, Kind::MissingFrames, 2}},
+    };
+    for (const auto& each : cases) {
+        Bytes damaged = m_tape;
+        damaged.erase(damaged.begin() + each.from, damaged.begin() + each.to);
+        const Outcome run = ReadAll(damaged);
+        EXPECT_EQ(Frames(run), each.frames) << each.name;
+        EXPECT_THAT(run.told, ElementsAre(each.told)) << each.name;
+    }
 }
 
 // Whether the frame has one timecode pack or two in each sequence.
@@ -251,22 +254,12 @@ TEST(RawDvReadingBoth, LineSystemsFollowEachOther) {
 
 // From 00:00:59;29 the next drop-frame timecode is 00:01:00;02, and from 00:09:59;29 it is 00:10:00;00.
 TEST(RawDvReadingBoth, DropFrameTimecodeHasNoGaps) {
-    for (const auto& [minute, frames] : {std::pair<int, int>{0x01, 0x02}, {0x10, 0x00}}) {
-        Bytes tape = Tape(false, 6);
-        const auto setTimecode = [&tape](int frame, int minutes, int seconds, int number) {
-            for (int sequence = 0; sequence < 10; ++sequence)
-                for (const std::size_t block : {1, 2}) {
-                    std::uint8_t* pack =
-                        &tape[static_cast<std::size_t>(frame * 10 + sequence) * 12'000 + block * 80 + 6];
-                    pack[1] = static_cast<std::uint8_t>(0x40 | number);
-                    pack[2] = static_cast<std::uint8_t>(seconds);
-                    pack[3] = static_cast<std::uint8_t>(minutes);
-                }
-        };
-        const int before = minute == 0x10 ? 0x09 : 0x00;
-        for (int i = 0; i < 3; ++i) {
-            setTimecode(i, before, 0x59, 0x27 + i);
-            setTimecode(3 + i, minute, 0, frames + i);
+    for (const auto& [minute, first] : {std::pair{1, 2}, {10, 0}}) {
+        Bytes tape;
+        for (int i = -3; i < 3; ++i) {
+            DvFrame frame(false);
+            frame.SetTimecode(TimePack(minute * 60 - (i < 0), i < 0 ? 30 + i : first + i, true));
+            tape.insert(tape.end(), frame.Bytes().begin(), frame.Bytes().end());
         }
         EXPECT_TRUE(ReadAll(tape).told.empty()) << minute;
         tape.erase(tape.begin() + 240'000, tape.begin() + 360'000);

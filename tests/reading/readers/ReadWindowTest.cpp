@@ -1,6 +1,7 @@
 // The window over a file against the file, with and without a second thread.
 #include "reading/readers/ReadWindow.h"
 #include "reading/base/HostError.h"
+#include "tests/MemoryInput.h"
 #include "tests/Testing.h"
 
 #include <deque>
@@ -9,44 +10,24 @@ namespace {
 
 constexpr std::int64_t kFileBytes = 20'000'000;
 
-std::uint8_t ByteAt(std::int64_t offset) {
-    return static_cast<std::uint8_t>(static_cast<std::uint64_t>(offset) * 2'654'435'761u >> 24);
-}
+// More than there are in the file.
+const std::vector<std::uint8_t> kBytes = [] {
+    std::vector<std::uint8_t> bytes(kFileBytes + 1'000'000);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::uint8_t>(i * 2'654'435'761u >> 24);
+    return bytes;
+}();
 
-// Tells kFileBytes, and has more or fewer, or fails after them, if asked to.
-class File final : public ByteInput {
-  public:
-    [[nodiscard]] const std::string& Path() const override { return m_path; }
-    [[nodiscard]] std::int64_t Size() const override { return kFileBytes; }
-    [[nodiscard]] std::int64_t Position() const override { return m_position; }
-    [[nodiscard]] bool IsStopped() const override { return false; }
-    [[nodiscard]] std::size_t Read(std::span<std::uint8_t> target) override {
-        const std::size_t bytes = ReadAt(target, m_position);
-        m_position += static_cast<std::int64_t>(bytes);
-        return bytes;
+// Tells kFileBytes, and has as many as it is told.
+struct File : MemoryInput {
+    explicit File(std::int64_t has = kFileBytes)
+        : MemoryInput(std::span(kBytes).first(static_cast<std::size_t>(has))) {
+        Lack(kFileBytes - has);
     }
-    [[nodiscard]] bool HasReadAt() const override { return true; }
-    [[nodiscard]] std::size_t ReadAt(std::span<std::uint8_t> target, std::int64_t offset) const override {
-        const std::int64_t left = std::clamp<std::int64_t>(has - offset, 0, std::ssize(target));
-        if (fails && left < std::ssize(target))
-            throw HostError("broken");
-        for (std::int64_t i = 0; i < left; ++i)
-            target[static_cast<std::size_t>(i)] = ByteAt(offset + i);
-        return static_cast<std::size_t>(left);
-    }
-    void Skip(std::int64_t bytes) override { m_position += bytes; }
-
-    std::int64_t has = kFileBytes;
-    bool fails = false;
-
-  private:
-    const std::string m_path = "file";
-    std::int64_t m_position = 0;
 };
 
 bool IsOfFile(std::span<const std::uint8_t> bytes, std::int64_t offset) {
-    return std::all_of(bytes.begin(), bytes.end(),
-                       [&](std::uint8_t byte) { return byte == ByteAt(offset++); });
+    return std::equal(bytes.begin(), bytes.end(), kBytes.begin() + offset);
 }
 
 /// Bytes that are held for a while after the window.
@@ -94,17 +75,15 @@ TEST_P(ReadWindows, ShowTheWholeFile) {
 
 TEST_P(ReadWindows, EndWhereTheFileDoesByNow) {
     for (const std::int64_t has : {0, 576'000, 12'345'678, 21'000'000}) {
-        File file;
-        file.has = has;
+        File file(has);
         ReadWindow window(file, GetParam());
         EXPECT_EQ(ReadThrough(window, 1), has);
     }
 }
 
 TEST_P(ReadWindows, GiveWhatComesBeforeAnError) {
-    File file;
-    file.has = 10'000'000;
-    file.fails = true;
+    File file(10'000'000);
+    file.FailAtTheEnd();
     ReadWindow window(file, GetParam());
     EXPECT_THROW(ReadThrough(window, 1), HostError);
     EXPECT_GT(window.Offset(), 8'500'000);
