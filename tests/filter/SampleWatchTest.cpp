@@ -222,6 +222,16 @@ TEST(SampleWatch, HeadersThatAnnounceMoreThanThereIsAreSafe) {
     }
 }
 
+TEST(SampleWatch, ASampleWithoutDataHasAnEmptyPicture) {
+    RunningFilter filter(KxMethodManual, Yuy2());
+    LooseSample sample(Grey(kYuy2Bytes, 90));
+    sample.SetActualDataLength(0);
+    filter.Send(sample);
+    BITMAPINFOHEADER* header = nullptr;
+    ASSERT_EQ(filter->GetNextScene(&header, nullptr, nullptr), S_OK);
+    EXPECT_EQ(header->biSizeImage, 0u);
+}
+
 TEST(SampleWatch, AMethodChangedInMidRunUsesTheGridThereIs) {
     RunningFilter filter(KxMethodManual, DvType());
     filter.Send(DvFrame().SetLuma(180).Bytes());

@@ -122,6 +122,24 @@ TEST(RefObjects, PlacedOnesLeaveTheirStorageAlone) {
     EXPECT_THAT(log.lines, ElementsAre(kCopied, L"700/1 RefObject: destroying object with -1 references\n"));
 }
 
+// Storage is taken before the object's arguments are made, and so before the objects among these.
+TEST(RefObjects, TenInTheMakingAreKnownToBeNew) {
+    const LogRecorder log;
+    int living = 0;
+    std::vector<Watched*> made;
+    const std::function<int&(int)> nest = [&](int more) -> int& {
+        if (more > 0)
+            made.push_back(new Watched(nest(more - 1)));
+        return living;
+    };
+    nest(12);
+    RefObject::DeleteOrphans();
+    EXPECT_EQ(living, 2) << "the outermost two";
+    delete made[10];
+    delete made[11];
+    EXPECT_EQ(living, 0);
+}
+
 TEST(RefObjects, CopiesCountForThemselves) {
     int living = 0;
     const RefPtr<Watched> original(new Watched(living));
