@@ -61,23 +61,27 @@ inline bool IsAllTold(const Outcome& outcome, std::int64_t streamBytes) {
     const auto require = [&isRight](bool condition) { isRight = isRight && condition; };
     const auto isGap = [](const Irregularity& each) { return each.kind != IrregularityKind::DamagedBlocks; };
     const auto nextGap = [&] { return told = std::find_if(told, outcome.told.end(), isGap); };
+    // The last block of a frame may lack bytes, and what follows begin in it.
+    const auto isEarly = [&end](std::int64_t offset) {
+        return offset < end && offset > end - std::int64_t{kDifBlockBytes};
+    };
     const auto pass = [&](std::int64_t to) {
         const Irregularity& gap = *told++;
         const bool isMissing =
             gap.kind == IrregularityKind::MissingBytes || gap.kind == IrregularityKind::MissingFrames;
-        require(gap.frame == frame && gap.byteOffset == end && (isMissing || gap.bytes == to - end));
+        require(gap.frame == frame && (gap.byteOffset == end || isEarly(gap.byteOffset)));
+        require(isMissing || gap.bytes == to - gap.byteOffset);
         require((gap.kind == IrregularityKind::UnknownBytes) == (gap.frames == 0));
-        require((gap.kind == IrregularityKind::MissingFrames) == (to == end));
+        require((gap.kind == IrregularityKind::MissingFrames) == (to == gap.byteOffset));
         frame += gap.frames;
         end = to;
     };
     for (std::size_t i = 0; i < outcome.places.size(); ++i) {
         const FilePlace& place = outcome.places[i];
-        // The last block of a frame may lack bytes, and the next frame begin in it.
-        const bool isEarly = place.byteOffset < end && place.byteOffset > end - std::int64_t{kDifBlockBytes};
-        if (nextGap() != outcome.told.end() && told->byteOffset <= place.byteOffset && !isEarly)
+        if (nextGap() != outcome.told.end() && told->byteOffset <= place.byteOffset)
             pass(place.byteOffset);
-        require(place.frame == frame && place.time > time && (place.byteOffset == end || isEarly));
+        require(place.frame == frame && place.time > time);
+        require(place.byteOffset == end || isEarly(place.byteOffset));
         frame = place.frame + 1;
         end = place.byteOffset + outcome.sizes[i];
         time = place.time;
