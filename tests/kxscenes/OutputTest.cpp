@@ -78,9 +78,8 @@ TEST_P(Interrupted, TheSecondSignalLeavesNothingHidden) {
             count += entry.path().filename().native().front() == '.';
         return count;
     };
-    while (Lines(host.OutputSoFar()).size() < 5)
+    while (Lines(host.OutputSoFar()).size() < 5 || hidden() != 1) // a scene is printed before its clip begins
         std::this_thread::sleep_for(5ms);
-    EXPECT_EQ(hidden(), 1);
     do { // signals that come too fast are one
         host.Signal(GetParam());
         std::this_thread::sleep_for(20ms);
