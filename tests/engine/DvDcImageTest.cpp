@@ -11,8 +11,10 @@ TEST(DvDcImage, Sizes) {
         EXPECT_EQ(std::pair(image->width, image->height), std::pair(width, height));
         EXPECT_EQ(image->pixels, nullptr);
     };
-    expect(0, true, 90, 72);
-    expect(1, false, 90, 60);
+    for (const int mode : {0, 1}) {
+        expect(mode, true, 90, 72);
+        expect(mode, false, 90, 60);
+    }
     expect(2, true, 22, 18);
     expect(2, false, 22, 15);
 }
