@@ -8,6 +8,7 @@ from fractions import Fraction
 from typing import Any, Union
 
 import numpy as np
+from numpy.typing import NDArray
 
 from . import _native
 from ._figures import Figures
@@ -65,7 +66,7 @@ class Detector:
             raise ValueError('interval is above 0 with the method "interval", and only with it')
         return METHODS.index(self._method)
 
-    def push(self, frame: np.ndarray, time: Time | None = None) -> list[Scene]:
+    def push(self, frame: NDArray[Any], time: Time | None = None) -> list[Scene]:
         """Looks at the next frame; gives the scenes that it settles, of "video" up to two frames later.
 
         frame: height x width luma (uint8 or uint16), or height x width x 3 (uint8; the order of the colours makes

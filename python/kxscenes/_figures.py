@@ -7,13 +7,14 @@ from fractions import Fraction
 from typing import Any
 
 import numpy as np
+from numpy.typing import NDArray
 
 from . import _native
 from ._runs import Point, Progress, SceneIterator, given, new_run
 from ._scenes import Scene, SceneList, Video
 
 
-class Figures(np.ndarray):
+class Figures(np.ndarray[Any, Any]):
     """A row a frame, with the fields of the program's --stats table.
 
     frame (from 0), difference and level (0 to 255), filled (what the difference was taken for; -1: as it is),
@@ -32,7 +33,7 @@ class Figures(np.ndarray):
     _ATTRIBUTES = ("input", "time_base", "rate", "parameters")
 
     def __new__(
-        cls, rows: np.ndarray, *, input: str, time_base: Fraction, rate: Fraction, parameters: dict[str, int]
+        cls, rows: NDArray[Any], *, input: str, time_base: Fraction, rate: Fraction, parameters: dict[str, int]
     ) -> Figures:
         figures = np.asarray(rows).view(cls)
         figures.input, figures.time_base, figures.rate = input, time_base, rate
@@ -45,7 +46,8 @@ class Figures(np.ndarray):
                 setattr(self, name, getattr(source, name))
 
     def __reduce__(self) -> Any:
-        rebuild, arguments, state = super().__reduce__()
+        reduced: Any = super().__reduce__()
+        rebuild, arguments, state = reduced
         return rebuild, arguments, (state, dict(self.__dict__))
 
     def __setstate__(self, state: Any) -> None:
@@ -63,7 +65,7 @@ def read_figures(path: str | os.PathLike[str]) -> Figures:
 
 
 class _FigureIterator(SceneIterator):
-    figures: np.ndarray
+    figures: NDArray[Any]
 
     def _end(self, run: _native.Run) -> None:
         super()._end(run)
