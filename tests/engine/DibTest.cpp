@@ -109,6 +109,7 @@ TEST(Dib, CreateMakesOneUnpaddedBlock) {
     EXPECT_EQ(indices[255], 255);
     EXPECT_EQ(indices[256], 0);
     EXPECT_TRUE(dib.Create(1, 1, 65535, false)); // the most that the header can hold
+    EXPECT_TRUE(dib.Create(0, 3, 24, false));
     const int refused[][3] = {{-3, 3, 24},       {3, -3, 24}, {-3, -3, 24}, {INT32_MAX, INT32_MAX, 32},
                               {65536, 65536, 8}, {1, 1, -1},  {1, 1, 65536}};
     for (const auto& [width, height, bitCount] : refused) {

@@ -116,6 +116,7 @@ TEST(MediaTypes, AudioRates) {
     EXPECT_EQ(GetMpegAudioVersion(WaveType(MEDIASUBTYPE_PCM, WAVE_FORMAT_MPEG)), 1);
     EXPECT_EQ(GetMpegAudioVersion(WaveType(kMpeg2Audio, WAVE_FORMAT_MPEG)), 2);
     EXPECT_EQ(GetMpegAudioVersion(WaveType(MEDIASUBTYPE_PCM, WAVE_FORMAT_PCM)), 0);
+    EXPECT_EQ(GetMpegAudioVersion(FourccType("dvsd", 720, 576, 24)), 0);
 }
 
 TEST(MediaTypes, CodecFamilies) {
