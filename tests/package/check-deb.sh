@@ -80,3 +80,12 @@ done
 PYTHONPATH=$folder/python/usr/lib/python3/dist-packages /usr/bin/python3 -c '
 import kxscenes, sys
 assert [scene.frame for scene in kxscenes.detect(sys.argv[1], "timestamp")] == [0, 130]' "$folder/tape.dv"
+
+[ -e "$build/CPack-gstreamer.cmake" ] || exit 0
+"$cpack" --config "$build/CPack-gstreamer.cmake" -G DEB -B "$folder" >"$folder/log" 2>&1 || { cat "$folder/log" && exit 1; }
+packages=("$folder"/gstreamer1.0-kxscenes_*.deb)
+dpkg-deb -x "${packages[0]}" "$folder/gstreamer"
+dpkg-deb -f "${packages[0]}" Depends | grep -q libgstreamer
+plugin=$(find "$folder/gstreamer" -name libgstkxscenes.so)
+[[ $plugin = */gstreamer-1.0/libgstkxscenes.so ]]
+GST_REGISTRY=$folder/registry GST_PLUGIN_PATH=$(dirname "$plugin") gst-inspect-1.0 kxscenedetect >/dev/null
