@@ -44,9 +44,8 @@ copy_new_prefix() {
 }
 
 mkdir -p "$(dirname "$WINEPREFIX")"
-# The prefix's server outlives the program for a minute: starting one takes longer than most tests. The system's
-# own processes are started here, apart from the program's output, which would stay open for as long. Programs
-# that start together wait for the one that does this.
+# The prefix's server outlives the program for a minute: starting one takes longer than most tests. Programs that start
+# together wait for the one that does this.
 (
     flock 9
     [ -d "$WINEPREFIX" ] || copy_new_prefix 9>&-
@@ -54,4 +53,13 @@ mkdir -p "$(dirname "$WINEPREFIX")"
         "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&-
     fi
 ) 9>"$WINEPREFIX.lock"
-exec "$wine" "$@"
+[ ! -t 1 ] || exec "$wine" "$@"
+# What the program starts of the system's own processes keeps its output open for as long as the server lives, which whoever
+# reads that to its end would wait for: they get files.
+output=$(mktemp -d)
+trap 'rm -rf "$output"' EXIT
+status=0
+"$wine" "$@" >"$output/out" 2>"$output/err" || status=$?
+cat "$output/out"
+cat "$output/err" >&2
+exit $status
