@@ -20,14 +20,8 @@ class CMakeBuild(build_ext):
     def build_extension(self, extension):
         folder = pathlib.Path(os.environ.get("KXSCENES_BUILD", self.build_temp)).resolve()
         if not (folder / "CMakeCache.txt").exists():
-            options = [
-                "-DCMAKE_BUILD_TYPE=Release",
-                "-DCMAKE_UNITY_BUILD=ON",
-                "-DSCENEDETECT_TESTS=OFF",
-                "-DSCENEDETECT_PYTHON=ON",
-                f"-DPython_EXECUTABLE={sys.executable}",
-            ]
-            subprocess.run(["cmake", "-S", ROOT, "-B", folder, "-G", "Ninja", *options], check=True)
+            python = f"-DPython_EXECUTABLE={sys.executable}"
+            subprocess.run(["cmake", "--preset", "python", "-B", folder, python], cwd=ROOT, check=True)
         subprocess.run(["cmake", "--build", folder, "--target", "python_native"], check=True)
         target = pathlib.Path(self.get_ext_fullpath(extension.name))
         target.parent.mkdir(parents=True, exist_ok=True)
