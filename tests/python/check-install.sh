@@ -1,5 +1,6 @@
 #!/bin/bash
-# Installs the package into a fresh virtual environment and uses it there: check-install.sh PYTHON BUILD_FOLDER
+# Installs the package into a fresh virtual environment and uses it there: check-install.sh PYTHON [BUILD_FOLDER]
+# Without a folder that is built already pip builds all of it.
 set -euo pipefail
 
 root=$(dirname "$(readlink -f "$0")")/../..
@@ -9,9 +10,10 @@ trap 'rm -rf "$folder"' EXIT
 "$1" -m venv --system-site-packages "$folder/venv"
 # The sources alone, so that what setuptools leaves behind lies nowhere.
 mkdir "$folder/sources"
-(cd "$root" && cp -r CMakeLists.txt LICENSE pyproject.toml setup.py docs python "$folder/sources")
+tar -C "$root" --exclude=./build --exclude=./.git -c . | tar -C "$folder/sources" -x
+[ $# -lt 2 ] || export KXSCENES_BUILD=$2
 (cd "$folder/sources" &&
-    KXSCENES_BUILD=$2 "$folder/venv/bin/pip" install -q --no-build-isolation --no-index .) >"$folder/log" 2>&1 ||
+    "$folder/venv/bin/pip" install -q --no-build-isolation --no-index .) >"$folder/log" 2>&1 ||
     { cat "$folder/log" && exit 1; }
 "$root/hosts/kxscenes/make-demo-tape.sh" "$folder/tape.dv"
 cd "$folder"
