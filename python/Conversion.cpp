@@ -2,6 +2,8 @@
 
 #include "products/files/NamePattern.h"
 
+#include <pybind11/stl.h>
+
 #include <limits>
 #include <string>
 
@@ -13,18 +15,22 @@ namespace {
 constexpr std::int64_t kMicroseconds = 1'000'000;
 constexpr int kQuarterTurn = 90; // degrees
 
-// A datetime.datetime where the tape says date and time, else None.
+// Nothing where the tape does not say both.
 py::object RecordedAt(const DvPacks& tape) {
     if (!tape.date || !tape.time)
         return py::none();
     const std::chrono::hh_mm_ss time(*tape.time);
-    return py::module_::import("datetime")
-        .attr("datetime")(static_cast<int>(tape.date->year()), static_cast<unsigned>(tape.date->month()),
-                          static_cast<unsigned>(tape.date->day()), time.hours().count(),
-                          time.minutes().count(), time.seconds().count());
+    const auto number = [](auto part) { return static_cast<int>(static_cast<unsigned>(part)); };
+    return DatetimeOf({static_cast<int>(tape.date->year()), number(tape.date->month()),
+                       number(tape.date->day()), static_cast<int>(time.hours().count()),
+                       static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count())});
 }
 
 } // namespace
+
+py::object DatetimeOf(const std::array<int, 6>& parts) {
+    return py::module_::import("datetime").attr("datetime")(*py::cast(parts));
+}
 
 py::object FractionOf(std::int64_t num, std::int64_t den) {
     return py::module_::import("fractions").attr("Fraction")(num, den);

@@ -7,11 +7,14 @@
 
 #include <pybind11/pybind11.h>
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
 namespace scenedetect {
 
+/// A datetime.datetime of year, month, day, hours, minutes and seconds.
+[[nodiscard]] pybind11::object DatetimeOf(const std::array<int, 6>& parts);
 /// A fractions.Fraction.
 [[nodiscard]] pybind11::object FractionOf(std::int64_t num, std::int64_t den);
 /// A positive fraction. ValueError for one whose parts are beyond 32 bits.

@@ -55,9 +55,8 @@ void Choose(kxscenes_settings& settings, const py::dict& parameters) {
 py::object RecordedAt(const kxscenes_recorded& recorded) {
     if (recorded.year < 0 || recorded.hours < 0)
         return py::none();
-    return py::module_::import("datetime")
-        .attr("datetime")(recorded.year, recorded.month, recorded.day, recorded.hours, recorded.minutes,
-                          recorded.seconds);
+    return DatetimeOf(
+        {recorded.year, recorded.month, recorded.day, recorded.hours, recorded.minutes, recorded.seconds});
 }
 
 class Detector {

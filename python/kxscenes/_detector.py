@@ -54,7 +54,7 @@ class Detector:
         self._method = method
         self._interval = interval
         self._keeps_figures = figures
-        self._parameters = given(parameters)
+        self._parameters = given(**parameters)
         self._recent: deque[tuple[int, Time | None]] = deque(maxlen=LOOK_BACK)
         self._found = 0
         self._native = _native.Detector(self._number(), interval, self.rate, figures, self._parameters)
@@ -104,11 +104,11 @@ class Detector:
         self._method = method or self._method
         self._interval = interval if interval is not None else self._interval if method in (None, "interval") else 0
         try:
-            self._native.change(self._number(), self._interval, given(parameters))
+            self._native.change(self._number(), self._interval, given(**parameters))
         except Exception:
             self._method, self._interval = before
             raise
-        self._parameters |= given(parameters)
+        self._parameters |= given(**parameters)
 
     def end(self) -> None:
         """Ends the run: all its figures are final."""

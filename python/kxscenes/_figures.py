@@ -88,13 +88,7 @@ def figures(
 ) -> Figures:
     """What the picture comparison measures in a file; arguments and errors as `scenes` has them."""
     parameters = given(
-        {
-            "cut_threshold": cut_threshold,
-            "dark_level": dark_level,
-            "clamp": clamp,
-            "votes": votes,
-            "longest_scene": longest_scene,
-        }
+        cut_threshold=cut_threshold, dark_level=dark_level, clamp=clamp, votes=votes, longest_scene=longest_scene
     )
     run = new_run(
         path,
@@ -138,13 +132,7 @@ def decide(
     if not isinstance(figures, Figures):
         raise TypeError("figures are what kxscenes.figures or kxscenes.read_figures gives")
     parameters = given(
-        {
-            "cut_threshold": cut_threshold,
-            "dark_level": dark_level,
-            "clamp": clamp,
-            "votes": votes,
-            "longest_scene": longest_scene,
-        }
+        cut_threshold=cut_threshold, dark_level=dark_level, clamp=clamp, votes=votes, longest_scene=longest_scene
     )
     found, video = _native.decide(figures, parameters, min_scene)
     return SceneList([Scene(*scene) for scene in found], Video(**video))

@@ -43,7 +43,7 @@ def method_words(method: str | Iterable[str]) -> list[str]:
     return words
 
 
-def given(parameters: dict[str, int | None]) -> dict[str, int]:
+def given(**parameters: int | None) -> dict[str, int]:
     """Those of the parameters that are not left to their defaults."""
     return {name: value for name, value in parameters.items() if value is not None}
 
@@ -154,6 +154,9 @@ def scenes(
     frames = sorted(set(marks))
     if frames and frames[0] < 1:
         raise ValueError("marks are frames from 1 on: a scene begins at frame 0 anyway")
+    parameters = given(
+        cut_threshold=cut_threshold, dark_level=dark_level, clamp=clamp, votes=votes, longest_scene=longest_scene
+    )
     run = new_run(
         path,
         methods=words,
@@ -163,15 +166,7 @@ def scenes(
         end=end,
         duration=duration,
         min_scene=min_scene,
-        parameters=given(
-            {
-                "cut_threshold": cut_threshold,
-                "dark_level": dark_level,
-                "clamp": clamp,
-                "votes": votes,
-                "longest_scene": longest_scene,
-            }
-        ),
+        parameters=parameters,
         threads=threads,
     )
     return SceneIterator(run, progress)
