@@ -1,6 +1,7 @@
 #include "products/tape/TapeLogText.h"
 
 #include "reading/base/CsvField.h"
+#include "reading/dv/PackText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -18,41 +19,13 @@ using Json = nlohmann::ordered_json;
 
 constexpr int kVersion = 1;
 
-template <typename... Numbers>
-std::string Format(const char* format, Numbers... numbers) {
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), format, numbers...);
-    return text.data();
-}
-
-std::string Text(const DvTimecode& it) {
-    return Format("%02d:%02d:%02d%c%02d", it.hours, it.minutes, it.seconds, it.isDropFrame ? ';' : ':',
-                  it.frames);
-}
-
-std::string Text(const std::chrono::year_month_day& date) {
-    return Format("%04d-%02u-%02u", static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                  static_cast<unsigned>(date.day()));
-}
-
-std::string Text(std::chrono::seconds time) {
-    const auto seconds = static_cast<int>(time.count());
-    return Format("%02d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
-}
-
-std::string Text(DvAspect aspect) {
-    constexpr std::array kTexts = {
-        "4:3", "14:9", "16:9", "14:9 letterbox", "16:9 letterbox", "letterbox wider than 16:9"};
-    return kTexts[static_cast<std::size_t>(aspect)];
-}
-
 int LinesOf(DvSystem system) {
     return system == DvSystem::Lines625 ? 625 : 525;
 }
 
 std::string DetailOf(const TapeRow& row) {
     if (row.aspectBefore)
-        return "from " + Text(*row.aspectBefore);
+        return "from " + TextOf(*row.aspectBefore);
     if (row.systemBefore)
         return "from " + std::to_string(LinesOf(*row.systemBefore));
     std::string detail;
@@ -76,7 +49,7 @@ double SecondsOf(const TapeRow& row, DvSystem system) {
 
 template <typename Value>
 Json TextOrNull(const std::optional<Value>& value) {
-    return value ? Json(Text(*value)) : Json();
+    return value ? Json(TextOf(*value)) : Json();
 }
 
 // The columns of both forms, in their order; null where there is nothing to tell.
@@ -102,8 +75,11 @@ Json Members(const TapeRow& row) {
 std::string FieldOf(const Json& value) {
     if (value.is_null())
         return "";
-    if (value.is_number_float())
-        return Format("%.3f", value.get<double>());
+    if (value.is_number_float()) {
+        std::array<char, 64> text{};
+        std::snprintf(text.data(), text.size(), "%.3f", value.get<double>());
+        return text.data();
+    }
     if (!value.is_string())
         return value.dump();
     return CsvField(value.get_ref<const std::string&>());

@@ -54,14 +54,18 @@ FrameNumbering NumberingOf(Ratio rate) {
     return {whole, DroppedPerMinute(rate.Value())};
 }
 
-std::string FrameTimecode(std::int64_t frame, const FrameNumbering& numbering) {
+std::string NumberTimecode(std::int64_t number, const FrameNumbering& numbering) {
     constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
-    const std::int64_t number = std::clamp<std::int64_t>(NumberOfFrame(frame, numbering), 0, kMost);
     std::wstring text;
-    FramesToTimecodeText(text, static_cast<std::int32_t>(number), true, numbering.framesPerSecond);
+    FramesToTimecodeText(text, static_cast<std::int32_t>(std::clamp<std::int64_t>(number, 0, kMost)), true,
+                         numbering.framesPerSecond);
     if (numbering.IsDropFrame())
         text[text.rfind(L':')] = L';';
     return Utf8FromWide(text);
+}
+
+std::string FrameTimecode(std::int64_t frame, const FrameNumbering& numbering) {
+    return NumberTimecode(NumberOfFrame(frame, numbering), numbering);
 }
 
 std::optional<std::int64_t> FrameOfTimecode(const TimecodeFields& fields, const FrameNumbering& numbering) {

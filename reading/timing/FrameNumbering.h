@@ -28,8 +28,10 @@ struct TimecodeFields {
 /// The whole rate nearest to this one; with drop-frame at 29.97 and 59.94 frames per second.
 [[nodiscard]] FrameNumbering NumberingOf(Ratio rate);
 
-/// HH:MM:SS:FF, or HH:MM:SS;FF with drop-frame, of a count of frames from 00:00:00:00 on. Hours are not
-/// reduced modulo 24.
+/// HH:MM:SS:FF, or HH:MM:SS;FF with drop-frame, of a timecode's number: without gaps where frame numbers are
+/// dropped. Hours are not reduced modulo 24.
+[[nodiscard]] std::string NumberTimecode(std::int64_t number, const FrameNumbering& numbering);
+/// The same of a count of frames from 00:00:00:00 on.
 [[nodiscard]] std::string FrameTimecode(std::int64_t frame, const FrameNumbering& numbering);
 
 /// The count of frames before the one with this number; nothing for one that is left out or more than a

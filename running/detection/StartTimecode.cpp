@@ -1,11 +1,9 @@
 #include "running/detection/StartTimecode.h"
 
 #include "filter/Dvutil.h"
-#include "platform/Text.h"
 #include "reading/dv/DvCheck.h"
-#include "support/Timecode.h"
-
-#include <cstdio>
+#include "reading/dv/PackText.h"
+#include "reading/timing/FrameNumbering.h"
 
 namespace scenedetect {
 
@@ -24,10 +22,7 @@ void StartTimecode::Note(const Picture& first) {
     m_first = isUsable           ? FirstFrame::Usable
               : hours != kUnread ? FirstFrame::BeyondReach
                                  : FirstFrame::Without;
-    char text[64];
-    std::snprintf(text, sizeof text, "%02d:%02d:%02d%c%02d", hours, minutes, seconds, m_is525 ? ';' : ':',
-                  frames);
-    m_onTape = text;
+    m_onTape = TextOf(DvTimecode{hours, minutes, seconds, frames, m_is525});
 }
 
 std::string StartTimecode::Text(IKxSceneDetect& scenes) const {
@@ -40,11 +35,7 @@ std::string StartTimecode::Text(IKxSceneDetect& scenes) const {
     if (start == 0 && m_first == FirstFrame::BeyondReach)
         return "no start timecode: the tape's starts at " + m_onTape +
                ", and the filter makes none of four hours or more";
-    std::wstring text;
-    FramesToTimecodeText(text, static_cast<std::int32_t>(start), true, m_is525 ? 30 : 25);
-    if (m_is525)
-        text[text.rfind(L':')] = L';';
-    return "start timecode " + Utf8FromWide(text);
+    return "start timecode " + NumberTimecode(start, m_is525 ? FrameNumbering{30, 2} : FrameNumbering{25, 0});
 }
 
 } // namespace scenedetect

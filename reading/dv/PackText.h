@@ -1,0 +1,15 @@
+// What DV packs say, as text.
+#pragma once
+
+#include "reading/dv/DvPacks.h"
+
+#include <string>
+
+namespace scenedetect {
+
+[[nodiscard]] std::string TextOf(const DvTimecode& timecode); ///< HH:MM:SS:FF, drop-frame HH:MM:SS;FF
+[[nodiscard]] std::string TextOf(const std::chrono::year_month_day& date); ///< YYYY-MM-DD
+[[nodiscard]] std::string TextOf(std::chrono::seconds time);               ///< of the day: HH:MM:SS
+[[nodiscard]] std::string TextOf(DvAspect aspect);                         ///< "16:9", "16:9 letterbox"
+
+} // namespace scenedetect
