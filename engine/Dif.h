@@ -93,6 +93,7 @@ inline int AnnouncedDifSequences(std::span<const std::uint8_t> frame) {
 using DifPack = std::span<const std::uint8_t, 5>;
 
 inline constexpr std::uint8_t kPackTimecode = 0x13;
+inline constexpr std::uint8_t kPackAudioSource = 0x50;
 inline constexpr std::uint8_t kPackAudioSourceControl = 0x51;
 inline constexpr std::uint8_t kPackSourceControl = 0x61;
 inline constexpr std::uint8_t kPackRecordingDate = 0x62;

@@ -90,6 +90,10 @@ class DvFrame {
     DvFrame& SetSourceControl(const Pack& pack) { return Set({253}, pack); }
     /// PC2 of 0x51.
     DvFrame& SetMarks(std::uint8_t marks) { return Set({483}, {0x51, 0x3F, marks, 0xA0, 0xFF}); }
+    /// PC4 of 0x50, in the second audio block: 0xC0 is 48 kHz at 16 bits, 0xD1 is 32 kHz at 12.
+    DvFrame& SetAudio(std::uint8_t format) {
+        return Set({1763}, {0x50, 0xD4, static_cast<std::uint8_t>(format % 8 == 1 ? 0x20 : 0), 0xE0, format});
+    }
     /// STA of the `index`-th video block of a sequence, counted as its ID does.
     DvFrame& SetStatus(int sequence, int index, int status) {
         *VideoBlock(sequence, index, 3) = static_cast<std::uint8_t>(status << 4);

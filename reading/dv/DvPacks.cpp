@@ -91,20 +91,26 @@ void ReadSubcode(std::span<const std::uint8_t> frame, DvSystem system, DvPacks& 
 // decides, the other where it has none, so that audio dubbed on the second channel marks nothing.
 void ReadAaux(std::span<const std::uint8_t> frame, DvSystem system, DvPacks& result) {
     const int sequences = DvSequences(system) / 2;
-    Majority<int> marks;
-    const auto read = [](DifPack pack) {
+    std::optional<int> marks;
+    const auto readMarks = [](DifPack pack) {
         return std::optional(pack[2] & (kNoRecordingStart | kNoRecordingEnd));
     };
     for (const std::size_t first : {0, sequences}) {
+        Majority<int> halfMarks;
+        Majority<DvAudioFormat> audio;
         for (const DifPack pack : DifPacks(frame.subspan(first * kDifSequenceBytes), kAauxPacks, sequences))
             if (pack[0] == kPackAudioSourceControl)
-                marks.Add(pack, read);
-        if (marks.Winner())
-            break;
+                halfMarks.Add(pack, readMarks);
+            else if (pack[0] == kPackAudioSource)
+                audio.Add(pack, AudioFormatOf);
+        if (!marks)
+            marks = halfMarks.Winner();
+        if (!result.audio)
+            result.audio = audio.Winner();
     }
-    if (marks.Winner()) {
-        result.isRecordingStart = (*marks.Winner() & kNoRecordingStart) == 0;
-        result.isRecordingEnd = (*marks.Winner() & kNoRecordingEnd) == 0;
+    if (marks) {
+        result.isRecordingStart = (*marks & kNoRecordingStart) == 0;
+        result.isRecordingEnd = (*marks & kNoRecordingEnd) == 0;
     }
 }
 
@@ -171,6 +177,20 @@ std::optional<DvAspect> AspectOf(DifPack pack) {
         // A pack that was never filled is no picture of 16:9.
         return pack[2] == kNoInformation ? std::nullopt : std::optional(DvAspect::Full16By9);
     }
+}
+
+std::optional<DvAudioFormat> AudioFormatOf(DifPack pack) {
+    constexpr std::array kRates = {48000, 44100, 32000}; // SMP
+    constexpr std::array kBits = {16, 12, 20};           // QU
+    constexpr std::uint8_t kUnlocked = 0x80;             // LF
+    constexpr std::uint8_t kPairs = 0x20;                // CHN: 0 or 1, others are reserved
+    constexpr std::uint8_t kChannels = 0x60;
+    const std::size_t rate = pack[4] >> 3 & 7;
+    const std::size_t bits = pack[4] & 7;
+    const int channels = pack[2] & kChannels;
+    if (rate >= kRates.size() || bits >= kBits.size() || (channels != 0 && channels != kPairs))
+        return std::nullopt;
+    return DvAudioFormat{kRates[rate], kBits[bits], channels == kPairs ? 4 : 2, (pack[1] & kUnlocked) == 0};
 }
 
 DvPacks ReadDvPacks(std::span<const std::uint8_t> frame, DvSystem system) {

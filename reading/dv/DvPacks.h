@@ -1,4 +1,5 @@
-// What the packs of DV frames say: timecode, date and time of the recording, aspect, the recorder's marks.
+// What the packs of DV frames say: timecode, date and time of the recording, aspect, audio format, the
+// recorder's marks.
 #pragma once
 
 #include "reading/dv/DvFrame.h"
@@ -38,6 +39,16 @@ enum class DvAspect {
     LetterboxWider,
 };
 
+/// How the audio of a frame is coded, from the AAUX source pack (IEC 61834-4, SMPTE 314M).
+struct DvAudioFormat {
+    int samplingRate = 0;  ///< 48000, 44100 or 32000 Hz
+    int bits = 0;          ///< of a sample: 16, linear; 12, nonlinear; 20, linear
+    int channels = 0;      ///< that there is room for: 2, or 4 where each audio block carries a pair
+    bool isLocked = false; ///< the sampling clock is tied to the video's
+
+    friend bool operator==(const DvAudioFormat&, const DvAudioFormat&) = default;
+};
+
 /// Two-digit years from this on are of the 20th century.
 inline constexpr int kFirstYearOf1900s = 75;
 
@@ -46,6 +57,7 @@ inline constexpr int kFirstYearOf1900s = 75;
 [[nodiscard]] std::optional<std::chrono::year_month_day> DateOf(DifPack pack);
 [[nodiscard]] std::optional<std::chrono::seconds> TimeOf(DifPack pack); ///< of the day
 [[nodiscard]] std::optional<DvAspect> AspectOf(DifPack pack);
+[[nodiscard]] std::optional<DvAudioFormat> AudioFormatOf(DifPack pack);
 
 /// What one frame says, each where it has a valid pack of the kind.
 struct DvPacks {
@@ -53,6 +65,7 @@ struct DvPacks {
     std::optional<std::chrono::year_month_day> date;
     std::optional<std::chrono::seconds> time;
     std::optional<DvAspect> aspect;
+    std::optional<DvAudioFormat> audio;
     bool isRecordingStart = false;
     bool isRecordingEnd = false;
 

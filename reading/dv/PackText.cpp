@@ -36,4 +36,8 @@ std::string TextOf(DvAspect aspect) {
     return kTexts[static_cast<std::size_t>(aspect)];
 }
 
+std::string TextOf(const DvAudioFormat& format) {
+    return Format("%d Hz %d bits %d channels", format.samplingRate, format.bits, format.channels);
+}
+
 } // namespace scenedetect

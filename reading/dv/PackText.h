@@ -11,5 +11,6 @@ namespace scenedetect {
 [[nodiscard]] std::string TextOf(const std::chrono::year_month_day& date); ///< YYYY-MM-DD
 [[nodiscard]] std::string TextOf(std::chrono::seconds time);               ///< of the day: HH:MM:SS
 [[nodiscard]] std::string TextOf(DvAspect aspect);                         ///< "16:9", "16:9 letterbox"
+[[nodiscard]] std::string TextOf(const DvAudioFormat& format);             ///< "48000 Hz 16 bits 2 channels"
 
 } // namespace scenedetect

@@ -27,11 +27,13 @@ TEST_P(FramePacks, AllAreRead) {
     m_frame.SetTime({0x63, 0xFF, 0x80 | 0x07, 0x80 | 0x06, 0xC0 | 0x05});
     m_frame.SetSourceControl({0x61, 0x3F, 0xC8 | 2, 0xFC, 0xFF});
     m_frame.SetMarks(0x4F);
+    m_frame.SetAudio(0xD1);
     const DvPacks packs = Read();
     EXPECT_EQ(packs.timecode, (DvTimecode{23, 58, 59, 24, true}));
     EXPECT_EQ(packs.date, std::chrono::February / 29 / 2004);
     EXPECT_EQ(packs.time, 5h + 6min + 7s);
     EXPECT_EQ(packs.aspect, DvAspect::Full16By9);
+    EXPECT_EQ(packs.audio, (DvAudioFormat{32000, 12, 4, false}));
     EXPECT_TRUE(packs.isRecordingStart && !packs.isRecordingEnd);
     m_frame.SetMarks(0x8F);
     EXPECT_TRUE(!Read().isRecordingStart && Read().isRecordingEnd);
@@ -95,6 +97,28 @@ TEST_P(FramePacks, Aspects) {
     for (const auto& each : cases) {
         m_frame.SetSourceControl({0x61, 0x3F, each.pc2, each.pc3, 0xFF});
         EXPECT_EQ(Read().aspect, each.aspect) << int{each.pc2} << ' ' << int{each.pc3};
+    }
+}
+
+TEST_P(FramePacks, AudioFormats) {
+    // PC1, PC2 and PC4; the first two as ffmpeg writes them.
+    const struct {
+        std::uint8_t pc1, pc2, pc4;
+        std::optional<DvAudioFormat> format;
+    } cases[] = {{0xD4, 0x00, 0x80, DvAudioFormat{48000, 16, 2, false}},
+                 {0xD0, 0x00, 0x90, DvAudioFormat{32000, 16, 2, false}},
+                 {0x54, 0x30, 0xD1, DvAudioFormat{32000, 12, 4, true}},
+                 {0x40, 0x0F, 0xC8, DvAudioFormat{44100, 16, 2, true}},
+                 {0x40, 0x00, 0xC2, DvAudioFormat{48000, 20, 2, true}},
+                 {0x40, 0x00, 0xD8, std::nullopt} /* rate */,
+                 {0x40, 0x00, 0xC3, std::nullopt} /* quantisation */,
+                 {0x40, 0x40, 0xC0, std::nullopt} /* channels */};
+    const int half = m_frame.Sequences() / 2;
+    for (const auto& each : cases) {
+        m_frame.SetAudio(0xC0);
+        m_frame.Set({1763}, {0x50, each.pc1, each.pc2, 0xE0, each.pc4}, 0, half);
+        EXPECT_EQ(Read().audio, each.format.value_or(DvAudioFormat{48000, 16, 2, false}))
+            << int{each.pc2} << ' ' << int{each.pc4};
     }
 }
 
