@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace {
 
 constexpr bool AreEqual(const IID& one, const IID& other) {
@@ -20,37 +22,59 @@ static_assert(AreEqual(IID_IKxSceneDetectEx,
 static_assert(AreEqual(IID_IKxSceneDetectTuning,
                        {0x6769FA65, 0xC136, 0x45B3, {0xA6, 0x05, 0xAC, 0xFA, 0xC4, 0xB9, 0xD7, 0x85}}));
 
-TEST(PublicHeaders, SufficeToSteerTheFilter) {
+// With these types, in memory and as arguments, other languages call the methods.
+static_assert(sizeof(ULONG) == 4 && sizeof(LONG) == 4 && sizeof(BOOL) == 4 && sizeof(LONGLONG) == 8);
+static_assert(sizeof(KxFrameFigures) == 20);
+
+/// The place of a method in its interface's table, if its arguments are of these types. The compilers of both
+/// systems make of a pointer to a virtual method one more than its offset there.
+template <typename Interface, typename... Arguments>
+std::size_t SlotOf(HRESULT (STDMETHODCALLTYPE Interface::*method)(Arguments...)) {
+    std::size_t words[2];
+    static_assert(sizeof words == sizeof method);
+    std::memcpy(words, &method, sizeof words);
+    return (words[0] - 1) / sizeof(void*);
+}
+
+TEST(PublicHeaders, MethodsHaveTheirSlotsAndArguments) {
+    using Scenes = IKxSceneDetect;
+    EXPECT_EQ((SlotOf<Scenes, BOOL>(&Scenes::EnableDetection)), 3u);
+    EXPECT_EQ((SlotOf<Scenes, BITMAPINFOHEADER**, BYTE**, ULONG*>(&Scenes::GetNextScene)), 4u);
+    EXPECT_EQ((SlotOf<Scenes>(&Scenes::ReleaseScene)), 5u);
+    EXPECT_EQ((SlotOf<Scenes, ULONG*>(&Scenes::GetStartTimecode)), 6u);
+    EXPECT_EQ((SlotOf<Scenes, ULONG>(&Scenes::SetDetectionMethod)), 7u);
+    EXPECT_EQ((SlotOf<Scenes, ULONG*>(&Scenes::GetDetectionMethod)), 8u);
+    EXPECT_EQ((SlotOf<Scenes, ULONG>(&Scenes::SetSceneInterval)), 9u);
+    EXPECT_EQ((SlotOf<Scenes>(&Scenes::MarkScene)), 10u);
+    EXPECT_EQ((SlotOf<Scenes, ULONG*>(&Scenes::GetFrameCount)), 11u);
+    EXPECT_EQ((SlotOf<Scenes, ULONG*>(&Scenes::GetCurrentTimecode)), 12u);
+    EXPECT_EQ((SlotOf<Scenes, BOOL>(&Scenes::EnableTimecode)), 13u);
+    EXPECT_EQ((SlotOf<Scenes>(&Scenes::IsTimecodeEnabled)), 14u);
+    using Scenes2 = IKxSceneDetect2;
+    EXPECT_EQ((SlotOf<Scenes2, LPCWSTR>(&Scenes2::EnableSceneListFile)), 15u);
+    EXPECT_EQ((SlotOf<Scenes2>(&Scenes2::DisableSceneListFile)), 16u);
+    using Ex = IKxSceneDetectEx;
+    EXPECT_EQ((SlotOf<Ex, LONG>(&Ex::SetFrameOffset)), 3u);
+    EXPECT_EQ((SlotOf<Ex, LONGLONG>(&Ex::SetTimeOffset)), 4u);
+    EXPECT_EQ((SlotOf<Ex, ULONG*>(&Ex::GetSceneCount)), 5u);
+    EXPECT_EQ((SlotOf<Ex, BOOL>(&Ex::EnableSceneBitmaps)), 6u);
+    using Tuning = IKxSceneDetectTuning;
+    EXPECT_EQ((SlotOf<Tuning, ULONG, LONG>(&Tuning::SetParameter)), 3u);
+    EXPECT_EQ((SlotOf<Tuning, ULONG, LONG*>(&Tuning::GetParameter)), 4u);
+    EXPECT_EQ((SlotOf<Tuning, ULONG, LONG*, LONG*, LONG*>(&Tuning::GetParameterRange)), 5u);
+    EXPECT_EQ((SlotOf<Tuning>(&Tuning::ResetParameters)), 6u);
+    EXPECT_EQ((SlotOf<Tuning, BOOL>(&Tuning::EnableFrameFigures)), 7u);
+    EXPECT_EQ((SlotOf<Tuning, ULONG, KxFrameFigures*, ULONG*>(&Tuning::GetFrameFigures)), 8u);
+}
+
+TEST(PublicHeaders, SufficeToMakeTheFilter) {
     void* made = nullptr;
     ASSERT_EQ(DllGetClassObject(CLSID_SceneDetectFilter, IID_IClassFactory, &made), S_OK);
     auto* factory = static_cast<IClassFactory*>(made);
     ASSERT_EQ(factory->CreateInstance(nullptr, IID_IKxSceneDetect2, &made), S_OK);
     factory->Release();
     auto* scenes = static_cast<IKxSceneDetect2*>(made);
-    ASSERT_EQ(scenes->QueryInterface(IID_IKxSceneDetectEx, &made), S_OK);
-    auto* scenesEx = static_cast<IKxSceneDetectEx*>(made);
-
-    ASSERT_EQ(scenes->QueryInterface(IID_IKxSceneDetectTuning, &made), S_OK);
-    auto* tuning = static_cast<IKxSceneDetectTuning*>(made);
-
-    EXPECT_EQ(tuning->SetParameter(KxVotes, 4), S_OK);
-    EXPECT_EQ(tuning->EnableFrameFigures(TRUE), S_OK);
-    KxFrameFigures figures[10];
-    ULONG taken = 0;
-    EXPECT_EQ(tuning->GetFrameFigures(10, figures, &taken), VFW_S_NO_MORE_ITEMS);
     EXPECT_EQ(scenes->SetDetectionMethod(KxMethodInterval), S_OK);
-    EXPECT_EQ(scenes->SetSceneInterval(25), S_OK);
-    EXPECT_EQ(scenesEx->EnableSceneBitmaps(FALSE), S_OK);
-    EXPECT_EQ(scenes->EnableDetection(TRUE), S_OK);
-    BITMAPINFOHEADER* header = nullptr;
-    BYTE* bits = nullptr;
-    ULONG position = 0;
-    EXPECT_EQ(scenes->GetNextScene(&header, &bits, &position), VFW_S_NO_MORE_ITEMS);
-    EXPECT_EQ(position, 0xFFFFFFFFu);
-    EXPECT_EQ(scenes->EnableDetection(FALSE), S_OK);
-
-    tuning->Release();
-    scenesEx->Release();
     scenes->Release();
     EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }

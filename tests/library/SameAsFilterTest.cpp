@@ -1,6 +1,6 @@
-// The same material through the filter's pins and through the C interface: the same positions and figures.
+// The same material through the filter and through the C interface: the same positions and figures.
 #include "tests/DvFrame.h"
-#include "tests/filter/FilterGraph.h"
+#include "tests/filter/WatchedFilter.h"
 #include "tests/library/Detection.h"
 
 #include <gmock/gmock.h>
@@ -87,45 +87,21 @@ kxscenes_frame View(const Form& form, const Bytes& bytes, int width, int height)
 }
 
 template <typename BytesOf>
-Found ThroughPins(const CMediaType& type, std::uint32_t method, BytesOf bytesOf) {
-    Graph graph;
-    graph.scenes->SetDetectionMethod(KxMethodManual); // which takes any type
-    graph.scenes->SetSceneInterval(kInterval);
-    graph.made.EnableFrameFigures(TRUE);
-    graph.source->pin.properties = {3, static_cast<LONG>(bytesOf(0).size()), 1, 0};
-    EXPECT_EQ(graph.ConnectInput(type), S_OK);
-    EXPECT_EQ(graph.out->Connect(&graph.sink->pin, &graph.source->pin.CurrentMediaType()), S_OK);
-    graph.scenes->SetDetectionMethod(method);
-    graph.Pause();
-    graph.scenes->EnableDetection(TRUE);
+Found ThroughFilter(const CMediaType& type, std::uint32_t method, BytesOf bytesOf) {
+    WatchedFilter filter(method, type);
+    filter->SetSceneInterval(kInterval);
+    filter->EnableFrameFigures(TRUE);
+    filter->EnableDetection(TRUE);
     for (int i = 0; i < kFrames; ++i) {
         if (i == kMarked)
-            graph.scenes->MarkScene();
-        const Bytes bytes = bytesOf(i);
-        const ComRef<IMediaSample> sample = graph.Buffer();
-        BYTE* data = nullptr;
-        sample->GetPointer(&data);
-        std::copy(bytes.begin(), bytes.end(), data);
-        sample->SetActualDataLength(static_cast<LONG>(bytes.size()));
-        REFERENCE_TIME start = i * GetFrameDuration(type);
-        REFERENCE_TIME stop = start + GetFrameDuration(type);
-        sample->SetTime(&start, &stop);
-        EXPECT_EQ(graph.source->pin.Deliver(sample.get()), S_OK);
+            filter->MarkScene();
+        filter.Send(bytesOf(i));
     }
     Found found;
-    ULONG position = 0;
-    while (graph.scenes->GetNextScene(nullptr, nullptr, &position) == S_OK) {
+    for (const ULONG position : filter.Drain())
         found.positions.push_back(static_cast<std::uint32_t>(position));
-        graph.scenes->ReleaseScene();
-    }
-    graph.scenes->EnableDetection(FALSE);
-    KxFrameFigures one;
-    ULONG taken = 0;
-    while (graph.made.GetFrameFigures(1, &one, &taken) == S_OK)
-        found.figures.push_back(std::to_string(one.dwPosition) + ' ' + std::to_string(one.nDifference) + ' ' +
-                                std::to_string(one.nLevel) + ' ' + std::to_string(one.nFilled) + ' ' +
-                                std::to_string(one.dwFlags));
-    graph.Stop();
+    filter->EnableDetection(FALSE);
+    found.figures = filter.Figures();
     return found;
 }
 
@@ -169,8 +145,8 @@ TEST(SameAsFilter, LumaOfAllForms) {
     for (const std::int32_t method :
          {KXSCENES_VIDEO, KXSCENES_INTERVAL, KXSCENES_MANUAL, KXSCENES_TIMESTAMP}) {
         const Found filter =
-            ThroughPins(FourccType("YUY2", kCropped, kLumaHeight, 16), static_cast<std::uint32_t>(method),
-                        [&](int i) { return Draw(yuy2, i, kCropped, kLumaHeight); });
+            ThroughFilter(FourccType("YUY2", kCropped, kLumaHeight, 16), static_cast<std::uint32_t>(method),
+                          [&](int i) { return Draw(yuy2, i, kCropped, kLumaHeight); });
         EXPECT_EQ(filter.figures.size(), method == KXSCENES_VIDEO ? kFrames : 0u);
         for (const Form& form : forms)
             EXPECT_EQ(PicturesThroughLibrary(method, form, kLumaWidth, kLumaHeight), filter)
@@ -189,9 +165,9 @@ TEST(SameAsFilter, Rgb) {
             const Form form{"", format, 0, isUp};
             const bool isWide = format == KXSCENES_RGB32;
             const Found filter =
-                ThroughPins(RgbType(isWide ? MEDIASUBTYPE_RGB32 : MEDIASUBTYPE_RGB24, kWidth,
-                                    isUp ? kLumaHeight : -kLumaHeight, isWide ? 32 : 24),
-                            KxMethodVideo, [&](int i) { return Draw(form, i, kWidth, kLumaHeight); });
+                ThroughFilter(RgbType(isWide ? MEDIASUBTYPE_RGB32 : MEDIASUBTYPE_RGB24, kWidth,
+                                      isUp ? kLumaHeight : -kLumaHeight, isWide ? 32 : 24),
+                              KxMethodVideo, [&](int i) { return Draw(form, i, kWidth, kLumaHeight); });
             EXPECT_EQ(PicturesThroughLibrary(KXSCENES_VIDEO, form, kWidth, kLumaHeight), filter)
                 << format << (isUp ? ", bottom-up" : "");
             if (!isWide) {
@@ -222,8 +198,8 @@ TEST(SameAsFilter, Dv) {
         for (const std::int32_t method :
              {KXSCENES_VIDEO, KXSCENES_TIMESTAMP, KXSCENES_INTERVAL, KXSCENES_MANUAL}) {
             const Found filter =
-                ThroughPins(DvType(is625, is625 ? 400000 : 333667), static_cast<std::uint32_t>(method),
-                            [&](int i) { return DvAt(i, is625); });
+                ThroughFilter(DvType(is625, is625 ? 400000 : 333667), static_cast<std::uint32_t>(method),
+                              [&](int i) { return DvAt(i, is625); });
             const Found library = ThroughLibrary(method, [&](Detection& detection, int i) {
                 const Bytes bytes = DvAt(i, is625);
                 detection.Push(DvFrameOf(bytes));
