@@ -24,7 +24,7 @@ namespace scenedetect {
 /// All calls from one thread at a time.
 class BackgroundRun {
   public:
-    /// Begins at once. `threads` that decoding may take; 0: as many as there are cores.
+    /// Begins at once. `threads` that decoding may take; 0: as many as usable cores.
     BackgroundRun(RunSettings settings, int threads);
     /// Stops the run, and waits for it.
     ~BackgroundRun();

@@ -2,6 +2,7 @@
 
 #include "hosts/cli/ConfigFile.h"
 #include "hosts/cli/OutputOptions.h"
+#include "platform/UsableCores.h"
 
 #include <CLI/CLI.hpp>
 
@@ -11,9 +12,7 @@ extern "C" {
 #include <libswscale/swscale.h>
 }
 
-#include <algorithm>
 #include <memory>
-#include <thread>
 
 namespace scenedetect {
 namespace {
@@ -23,7 +22,8 @@ constexpr const char* kDescription =
 
 constexpr const char* kNotes = R"(
 Several methods find their scenes side by side in one pass over the file; the column "method" then
-says which found a scene ("timestamp+video": both). --mark goes to all of them.
+says which found a scene ("timestamp+video": both). --mark goes to all of them. A method that does
+not take the video of a file is skipped there with a warning, unless none does.
 
 Input: any file that FFmpeg's libraries read, or "-" for the standard input, of which each scene is
 printed as soon as it can be known. A folder stands for the video files in it and its folders. DV
@@ -41,12 +41,10 @@ the file's name (column "file").
 
 constexpr const char* kExitNotes =
     R"(Exit codes: 0 done, 1 an input cannot be read or an output not be written (then lists, logs and
-report of that input keep what they had, and clips that were whole stay), 2 wrong command line, 3 an
-input ends early, 130 and 143 stopped by Ctrl-C or a kill: what is written then is partial.)";
-
-int CoreCount() {
-    return static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
-}
+report of that input keep what they had, and clips that were whole stay), 2 wrong command line or
+configuration, 3 an input ends early, 129, 130 and 143 stopped by a hang-up, Ctrl-C or a kill (what is
+written after this and 3 is partial), 141 nobody reads the standard output any more. Of several inputs
+the worst counts: 1, then 129 and above, then 3; the others are run all the same.)";
 
 std::string LibraryVersion(const char* name, unsigned version) {
     return ' ' + std::string(name) + ' ' + std::to_string(AV_VERSION_MAJOR(version)) + '.' +
@@ -68,7 +66,7 @@ std::string CheckFileName(const std::string& name) {
 
 void AddRunOptions(CLI::App& app, KxOptions& options) {
     app.add_option("--jobs", options.batch.jobs,
-                   "Files that are read at the same time; all cores unless told")
+                   "Files that are read at the same time; as many as it may use cores unless told")
         ->type_name("N")
         ->check(CLI::Range(1, 1024))
         ->group("General");
@@ -102,7 +100,7 @@ void AddConfigOptions(CLI::App& app, KxOptions& options) {
 
 HostProgram KxProgram(KxOptions& options) {
     BatchSettings& batch = options.batch;
-    batch.jobs = CoreCount();
+    batch.jobs = UsableCores();
     const auto outputs = std::make_shared<OutputOptions>(batch);
     HostProgram program{"kxscenes",
                         kDescription,

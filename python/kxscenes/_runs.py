@@ -141,7 +141,7 @@ def scenes(
     min_scene: frames; scenes that are shorter become part of the one before.
     cut_threshold, dark_level, clamp, votes, longest_scene: of "video", as `default_parameters()` has them
         unless given.
-    threads: that decoding may take; 0: as many as there are cores.
+    threads: that decoding may take; 0: as many as usable cores.
     progress: called now and then with the frames that have passed and the fraction of the file (None where
         that is unknown), on the thread that takes the scenes; what it raises ends the run.
 

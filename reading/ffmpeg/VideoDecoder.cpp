@@ -1,7 +1,12 @@
 #include "reading/ffmpeg/VideoDecoder.h"
 
+#include "platform/UsableCores.h"
 #include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegLog.h"
+
+extern "C" {
+#include <libavutil/cpu.h>
+}
 
 #include <utility>
 
@@ -16,6 +21,7 @@ FfmpegPtr<AVCodecContext> OpenDecoder(const MediaFile& file, int threads) {
     auto decoder = OwnFfmpeg(avcodec_alloc_context3(codec));
     int result = avcodec_parameters_to_context(decoder.get(), &stream);
     decoder->pkt_timebase = file.Video().time_base;
+    av_cpu_force_count(UsableCores()); // from which it chooses when told 0
     decoder->thread_count = threads;
     decoder->thread_type = FF_THREAD_FRAME | FF_THREAD_SLICE;
     if (result >= 0)

@@ -15,7 +15,7 @@ namespace scenedetect {
 struct Reading {
     const std::atomic<bool>& stop;
     Console& console;
-    int threads = 0; ///< that decoding and reading ahead may take; 0: as many as there are cores
+    int threads = 0; ///< that decoding and reading ahead may take; 0: as many as usable cores
 };
 
 /// Opens a file and reads up to its first picture: DV frames and the uncompressed frames of AVI files come as

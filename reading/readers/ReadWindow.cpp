@@ -1,8 +1,9 @@
 #include "reading/readers/ReadWindow.h"
 
+#include "platform/UsableCores.h"
+
 #include <algorithm>
 #include <cstring>
-#include <thread>
 #include <utility>
 
 namespace scenedetect {
@@ -22,7 +23,7 @@ ReadWindow::ReadWindow(ByteInput& input, bool hasThread) : m_input(input), m_off
 }
 
 bool ReadWindow::GainsByThread(const ByteInput& input) {
-    return input.Size() - input.Position() > kShortFile && std::thread::hardware_concurrency() > 1;
+    return input.Size() - input.Position() > kShortFile && UsableCores() > 1;
 }
 
 // The window goes on in another buffer, whose bytes in front of `begin` are free.

@@ -1,7 +1,5 @@
 #include "running/batch/Inputs.h"
 
-#include "reading/base/HostError.h"
-
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -30,34 +28,38 @@ bool IsVideoFile(const fs::directory_entry& entry) {
            entry.is_regular_file(none);
 }
 
-std::vector<std::string> VideoFilesIn(const std::string& folder) {
-    std::vector<std::string> files;
+void AddVideoFilesIn(const fs::path& folder, std::vector<Input>& found) {
     std::error_code error;
-    fs::recursive_directory_iterator entry(folder, error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error))
-        if (IsVideoFile(*entry))
-            files.push_back(entry->path().string());
+    fs::directory_iterator entry(folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        std::error_code none;
+        if (entry->is_directory(none) && !entry->is_symlink(none))
+            AddVideoFilesIn(entry->path(), found);
+        else if (IsVideoFile(*entry))
+            found.push_back({entry->path().string(), ""});
+    }
     if (error)
-        throw HostError(folder + ": cannot be read: " + error.message());
-    if (files.empty())
-        throw HostError(folder + ": no video file in this folder");
-    std::sort(files.begin(), files.end());
-    return files;
+        found.push_back({folder.string(), "cannot be read: " + error.message()});
 }
 
 } // namespace
 
-std::vector<std::string> ExpandInputs(const std::vector<std::string>& inputs) {
-    std::vector<std::string> files;
+std::vector<Input> ExpandInputs(const std::vector<std::string>& inputs) {
+    std::vector<Input> all;
     for (const std::string& input : inputs) {
         std::error_code none;
-        if (fs::is_directory(input, none))
-            for (std::string& file : VideoFilesIn(input))
-                files.push_back(std::move(file));
-        else
-            files.push_back(input);
+        if (!fs::is_directory(input, none)) {
+            all.push_back({input, ""});
+            continue;
+        }
+        std::vector<Input> found;
+        AddVideoFilesIn(input, found);
+        if (found.empty())
+            found.push_back({input, "no video file in this folder"});
+        std::ranges::sort(found);
+        all.insert(all.end(), found.begin(), found.end());
     }
-    return files;
+    return all;
 }
 
 } // namespace scenedetect

@@ -1,4 +1,4 @@
-// The files that the command line's inputs stand for.
+// Which files the inputs of a command stand for.
 #pragma once
 
 #include <string>
@@ -6,9 +6,16 @@
 
 namespace scenedetect {
 
+struct Input {
+    std::string path;
+    std::string fault; ///< why this folder gives no files; empty: it is one of them
+
+    friend auto operator<=>(const Input&, const Input&) = default;
+};
+
 /// A folder stands for the video files in it and in its folders, known by their suffixes, in the order of
-/// their names; everything else for itself. Links to folders are not followed. HostError when a folder cannot
-/// be read or has none.
-[[nodiscard]] std::vector<std::string> ExpandInputs(const std::vector<std::string>& inputs);
+/// their names; everything else for itself. Links to folders are not followed. A folder that cannot be read
+/// to its end, or that has no video file, is in its own place.
+[[nodiscard]] std::vector<Input> ExpandInputs(const std::vector<std::string>& inputs);
 
 } // namespace scenedetect

@@ -1,5 +1,6 @@
 #include "running/batch/RunAll.h"
 
+#include "platform/UsableCores.h"
 #include "reading/base/HostError.h"
 #include "running/batch/Progress.h"
 #include "running/listeners/Listeners.h"
@@ -41,7 +42,8 @@ class Jobs {
           m_stop(stop),
           m_console(console),
           m_columns(ColumnsFor(plans)),
-          m_output(console, SceneCsv::Header(m_columns), plans.size(), plans.front().OnlyPrints()),
+          m_output(console, SceneCsv::Header(m_columns), plans.size(),
+                   std::ranges::all_of(plans, &RunPlan::OnlyPrints)),
           m_progress(plans.size()) {}
 
     BatchEnding Run();
@@ -196,16 +198,17 @@ bool Jobs::RunOne(std::size_t index) {
 
 void Jobs::ReadOne(std::size_t index, Result& result) {
     const RunPlan& plan = m_plans[index];
+    if (!plan.fault.empty())
+        throw HostError(plan.run.input + ": " + plan.fault);
     // Alone, a reader knows best how many threads serve it.
-    const int cores = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
     const Reading reading{m_stop, m_console,
-                          m_workers == 1 ? 0 : std::max(1, cores / static_cast<int>(m_workers))};
+                          m_workers == 1 ? 0 : std::max(1, UsableCores() / static_cast<int>(m_workers))};
     SceneRun::Listeners listeners =
         MakeListeners(plan.run, plan.outputs, m_claims, m_console, m_progress[index]);
     if (plan.outputs.printsScenes)
         listeners.push_back(std::make_unique<ScenePrinter>(m_output, index, m_columns));
     if (m_console.IsVerbose())
-        listeners.push_back(std::make_unique<VerboseLog>(m_console, plan.run.detection.MethodWords(", ")));
+        listeners.push_back(std::make_unique<VerboseLog>(m_console));
     std::optional<SceneRun> run;
     FirstError error;
     error.Attempt([&] { run.emplace(plan.run, reading, m_progress[index], std::move(listeners)); });

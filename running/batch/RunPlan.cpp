@@ -42,19 +42,21 @@ bool RunPlan::OnlyPrints() const {
 }
 
 std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& claims) {
-    const std::vector<std::string> inputs = ExpandInputs(settings.inputs);
-    for (const std::string& input : inputs)
-        claims.AddInput(input);
+    const std::vector<Input> inputs = ExpandInputs(settings.inputs);
+    for (const Input& input : inputs)
+        claims.AddInput(input.path);
     for (const std::string& path : {settings.savedStatsPath, settings.configPath})
         claims.AddInput(path);
     for (const std::string& folder : {settings.outputs.clips.folder, settings.outputs.pictures.folder})
         if (!folder.empty())
             RequireWritableFolder(folder);
     std::vector<RunPlan> plans;
-    for (const std::string& input : inputs) {
+    for (const auto& [input, fault] : inputs) {
+        RunPlan& plan = plans.emplace_back(
+            RunPlan{{input, settings.detection, {}, settings.range}, settings.outputs, fault});
+        if (!fault.empty())
+            continue;
         const Paths paths(input, claims);
-        RunPlan& plan =
-            plans.emplace_back(RunPlan{{input, settings.detection, {}, settings.range}, settings.outputs});
         plan.run.isOneOfMany = inputs.size() > 1;
         plan.run.shortestScene = settings.shortestScene;
         for (const KxDetectionMethod method : settings.detection.methods)

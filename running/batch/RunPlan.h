@@ -27,13 +27,14 @@ struct BatchSettings {
 struct RunPlan {
     RunSettings run;
     OutputSettings outputs;
+    std::string fault{}; ///< why there is nothing to run; empty: there is
 
     /// Whether nothing but the standard output is written.
     [[nodiscard]] bool OnlyPrints() const;
 };
 
 /// One plan an input, folders being what is in them. HostError when two outputs would be the same file, when
-/// one would overwrite an input or cannot be written, when a folder cannot be read.
+/// one would overwrite an input or cannot be written.
 [[nodiscard]] std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& claims);
 
 } // namespace scenedetect

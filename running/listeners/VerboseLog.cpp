@@ -28,7 +28,7 @@ std::string RateText(Ratio rate) {
 void VerboseLog::Begin(const RunInfo& info) {
     m_input = info.input;
     m_console.Detail(info.input + ": " + info.reader + "; " + FormatText(info.format) + ", " +
-                     RateText(info.scale.rate) + "; filters: " + m_methods);
+                     RateText(info.scale.rate) + "; filters: " + info.methods);
 }
 
 void VerboseLog::End(const RunEnd& end) {

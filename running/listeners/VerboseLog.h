@@ -6,22 +6,19 @@
 
 #include <chrono>
 #include <string>
-#include <utility>
 
 namespace scenedetect {
 
 /// `console` must outlive the object.
 class VerboseLog final : public RunListener {
   public:
-    /// `methods` are the words of those that find the scenes.
-    VerboseLog(Console& console, std::string methods) : m_console(console), m_methods(std::move(methods)) {}
+    explicit VerboseLog(Console& console) : m_console(console) {}
 
     void Begin(const RunInfo& info) override;
     void End(const RunEnd& end) override;
 
   private:
     Console& m_console;
-    const std::string m_methods;
     std::string m_input;
     const std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
 };

@@ -22,8 +22,9 @@ struct RunInfo {
     TimeScale scale;
     PictureFormat format; ///< of the first picture
     MediaInfo media;
-    FilePlace firstPlace; ///< of the first picture of the file, which a range may leave out
-    std::string reader{}; ///< how the pictures are read, for people
+    FilePlace firstPlace;  ///< of the first picture of the file, which a range may leave out
+    std::string reader{};  ///< how the pictures are read, for people
+    std::string methods{}; ///< that find the scenes, for people
 };
 
 struct FoundScene {

@@ -38,6 +38,41 @@ std::string List(const char* word, const std::vector<std::string>& names) {
     return text;
 }
 
+// Why the method can't find scenes in such pictures; empty: it can.
+std::string Refusal(KxDetectionMethod method, const RunSettings& settings, const PictureFormat& format) {
+    try {
+        RequireComparable(format, method, settings.input);
+    } catch (const HostError& error) {
+        return error.what();
+    }
+    FilterGraph graph(format, 1);
+    ChooseDetection(graph.Scenes(0), graph.ScenesEx(0), method, settings.detection);
+    return graph.Connect() ? RefusalText(method, settings.input) : "";
+}
+
+// The methods that are left find what they find alone.
+RunSettings WithoutRefused(RunSettings settings, const PictureFormat& format, Console& console) {
+    std::vector<KxDetectionMethod> methods;
+    std::vector<std::string> xmlPaths;
+    std::vector<std::string> refusals;
+    for (std::size_t i = 0; i < settings.detection.methods.size(); ++i) {
+        const KxDetectionMethod method = settings.detection.methods[i];
+        if (const std::string refusal = Refusal(method, settings, format); !refusal.empty()) {
+            refusals.push_back(refusal);
+            continue;
+        }
+        methods.push_back(method);
+        xmlPaths.push_back(settings.xmlPaths[i]);
+    }
+    if (methods.empty())
+        throw HostError(refusals.front());
+    for (const std::string& refusal : refusals)
+        console.Warning(refusal + ": skipped");
+    settings.detection.methods = std::move(methods);
+    settings.xmlPaths = std::move(xmlPaths);
+    return settings;
+}
+
 // What became of a run that failed.
 std::string OutcomeText(std::int64_t frames, const RunOutputs& outputs) {
     return " (after " + std::to_string(frames) + (frames == 1 ? " frame" : " frames") +
@@ -48,14 +83,14 @@ std::string OutcomeText(std::int64_t frames, const RunOutputs& outputs) {
 
 SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgress& progress,
                    Listeners listeners)
-    : m_settings(settings),
-      m_reading(reading),
+    : m_reading(reading),
       m_progress(progress),
       m_listeners(std::move(listeners)),
       m_reader(OpenPictures(settings.input, reading,
                             [this](const Irregularity& each) { m_irregularities.push_back(each); })),
-      m_graph(m_reader->Format(), settings.detection.methods.size()),
-      m_merge(MethodWordsOf(settings.detection)),
+      m_settings(WithoutRefused(settings, m_reader->Format(), reading.console)),
+      m_graph(m_reader->Format(), m_settings.detection.methods.size()),
+      m_merge(MethodWordsOf(m_settings.detection)),
       m_scenes(settings.shortestScene,
                [this](const FoundScene& scene) {
                    Tell([&scene](RunListener& listener) { listener.Scene(scene); });
@@ -67,7 +102,6 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
 void SceneRun::SetUpFilters() {
     for (std::size_t i = 0; i < m_settings.detection.methods.size(); ++i) {
         const KxDetectionMethod method = m_settings.detection.methods[i];
-        RequireComparable(m_reader->Format(), method, m_settings.input);
         ChooseDetection(m_graph.Scenes(i), m_graph.ScenesEx(i), method, m_settings.detection);
         m_detections.push_back({MarkSchedule(m_settings.detection.marks, method), {}, {}, false});
         if (method != KxMethodVideo)
@@ -179,9 +213,13 @@ std::string SceneRun::Named(const std::string& text) const {
 void SceneRun::Begin(const FilePlace& first) {
     if (std::exchange(m_hasBegun, true))
         return;
-    const RunInfo info{
-        m_settings.input,       m_reader->Scale(), m_reader->Format(), m_reader->Info(), first,
-        m_reader->Description()};
+    const RunInfo info{m_settings.input,
+                       m_reader->Scale(),
+                       m_reader->Format(),
+                       m_reader->Info(),
+                       first,
+                       m_reader->Description(),
+                       m_settings.detection.MethodWords(", ")};
     Tell([&info](RunListener& listener) { listener.Begin(info); });
 }
 

@@ -22,12 +22,13 @@
 
 namespace scenedetect {
 
-/// All on one thread. `settings`, `reading` and `progress` must outlive the object.
+/// All on one thread. `reading` and `progress` must outlive the object.
 class SceneRun {
   public:
     using Listeners = std::vector<std::unique_ptr<RunListener>>;
 
-    /// Opens the input and sets the graph up. HostError when either fails.
+    /// Opens the input and sets the graph up, with those of several methods that can find scenes in such
+    /// pictures; a warning tells of each other. HostError when either fails, and when no method can.
     SceneRun(const RunSettings& settings, const Reading& reading, RunProgress& progress, Listeners listeners);
 
     /// Runs to the end of the input. HostError when reading or writing fails, with what was written all the
@@ -61,12 +62,12 @@ class SceneRun {
     template <typename Call>
     void Tell(Call call);
 
-    const RunSettings& m_settings;
     const Reading& m_reading;
     RunProgress& m_progress;
     Listeners m_listeners;                      // one that failed is no more there
     std::vector<Irregularity> m_irregularities; // that nobody was told of yet
     const std::unique_ptr<PictureReader> m_reader;
+    const RunSettings m_settings; // with the methods that can find scenes here
     FilterGraph m_graph;
     std::vector<Detection> m_detections; // as the graph's filters
     SceneMerge m_merge;

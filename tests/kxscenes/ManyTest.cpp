@@ -72,4 +72,56 @@ TEST(ManyInputs, PrintInOrderAndFailAlone) {
     EXPECT_EQ(RunHost({tapes}).exitCode, 0);
 }
 
+TEST(ManyInputs, FoldersThatCannotBeReadCostALine) {
+    const TempFolder folder;
+    std::filesystem::create_directories(folder / "empty");
+    std::filesystem::create_directories(folder / "tapes/locked");
+    MakeClip(DvClip("pal-dv"), folder / "tapes/tape.dv");
+    std::filesystem::permissions(folder / "tapes/locked", std::filesystem::perms::none);
+    std::vector<std::string> command = {KxscenesProgram(),     "--no-config",    "--xml",
+                                        folder / "{name}.xml", folder / "empty", folder / "tapes"};
+    if (geteuid() == 0) // whom permissions do not keep out
+        command.insert(command.begin(), {"setpriv", "--bounding-set", "-dac_override,-dac_read_search"});
+    const ProcessResult result = Process(command).Wait();
+    std::filesystem::permissions(folder / "tapes/locked", std::filesystem::perms::owner_all);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(Lines(result.out).size(), 5u);
+    EXPECT_TRUE(std::filesystem::exists(folder / "tape.xml"));
+    const std::string error = "kxscenes: error: ";
+    EXPECT_THAT(
+        Lines(result.err),
+        AllOf(SizeIs(5), Contains(error + (folder / "empty").string() + ": no video file in this folder"),
+              Contains(error + (folder / "tapes/locked").string() + ": cannot be read: Permission denied"),
+              Contains(HasSubstr("3 files: 1 done, 2 failed"))));
+}
+
+TEST(ManyInputs, MethodsThatDoNotTakeAFileAreSkippedThere) {
+    const TempFolder folder;
+    MakeTape(folder / "a.dv");
+    Clip clip = DvClip("pal-dv");
+    clip.encoding = Words("-c:v dvvideo -pix_fmt yuv411p -f rawvideo");
+    MakeClip(clip, folder / "b.dv");
+    MakeClip({}, folder / "c.mkv");
+    const ProcessResult result =
+        RunHost({"--method", "timestamp,video", "--jobs", "1", "--stats", folder / "{name}.csv", "--xml",
+                 folder / "{name}-{method}.xml", folder / ""});
+    EXPECT_EQ(result.exitCode, 0);
+    const std::string warning = "kxscenes: warning: " + (folder / "").string();
+    EXPECT_THAT(Lines(result.err),
+                ElementsAre(AllOf(StartsWith(warning + "b.dv: --method video "), EndsWith(": skipped")),
+                            AllOf(StartsWith(warning + "c.mkv: --method timestamp "), EndsWith(": skipped")),
+                            HasSubstr("3 files: 3 done, 0 failed")));
+    std::vector<std::string> expected = {"file,scene,frame,timecode,seconds,method"};
+    for (const auto& [name, methods] :
+         {std::pair{"a.dv", "timestamp,video"}, {"b.dv", "timestamp"}, {"c.mkv", "video"}})
+        for (const std::string& line : Lines(RunHost({"--method", methods, folder / name}).out))
+            if (!line.starts_with("scene,"))
+                expected.push_back((folder / name).string() + ',' + line +
+                                   (name[0] == 'a' ? "" : std::string(",") + methods));
+    EXPECT_EQ(Lines(result.out), expected);
+    EXPECT_THAT(FilesIn(folder / ""),
+                ElementsAre("a-timestamp.xml", "a-video.xml", "a.csv", "a.dv", "b-timestamp.xml", "b.csv",
+                            "b.dv", "c-video.xml", "c.csv", "c.mkv"));
+}
+
 } // namespace
