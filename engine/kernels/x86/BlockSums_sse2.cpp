@@ -43,16 +43,17 @@ std::uint32_t SumWords(__m128i v) {
     return Lower(_mm_add_epi32(halves, _mm_shuffle_epi32(halves, 1)));
 }
 
-struct Yuy2 {
-    static __m128i Words(__m128i v, int) { return _mm_and_si128(v, _mm_set1_epi16(0xFF)); }
+// The eight words of a pixel each, in 16 bytes of two-byte pixels.
+struct Yuy2Words {
+    static __m128i Of(__m128i v, int) { return _mm_and_si128(v, _mm_set1_epi16(0xFF)); }
 };
 
-struct Uyvy {
-    static __m128i Words(__m128i v, int) { return _mm_srli_epi16(v, 8); }
+struct UyvyWords {
+    static __m128i Of(__m128i v, int) { return _mm_srli_epi16(v, 8); }
 };
 
-struct Luma16 {
-    static __m128i Words(__m128i v, int shift) {
+struct Luma16Words {
+    static __m128i Of(__m128i v, int shift) {
         return _mm_and_si128(_mm_srl_epi16(v, _mm_cvtsi32_si128(shift)), _mm_set1_epi16(0xFF));
     }
 };
@@ -61,8 +62,8 @@ __m128i Component(__m128i v, short mask) {
     return _mm_and_si128(v, _mm_set1_epi16(mask));
 }
 
-struct Rgb565 {
-    static __m128i Words(__m128i v, int) {
+struct Rgb565Words {
+    static __m128i Of(__m128i v, int) {
         const __m128i blue = _mm_slli_epi16(Component(v, 0x1F), 3);
         const __m128i green = Component(_mm_srli_epi16(v, 3), 0xFC);
         const __m128i red = Component(_mm_srli_epi16(v, 8), 0xF8);
@@ -70,8 +71,8 @@ struct Rgb565 {
     }
 };
 
-struct Rgb555 {
-    static __m128i Words(__m128i v, int) {
+struct Rgb555Words {
+    static __m128i Of(__m128i v, int) {
         const __m128i blue = _mm_slli_epi16(Component(v, 0x1F), 3);
         const __m128i green = Component(_mm_srli_epi16(v, 2), 0xF8);
         const __m128i red = Component(_mm_srli_epi16(v, 7), 0xF8);
@@ -81,27 +82,27 @@ struct Rgb555 {
 
 /// Two-byte pixels: eight of them give eight words of at most 760, of which eight rows fit into 16 bits.
 /// Several blocks at a time take whole cache lines of each row.
-template <typename Pixel, int blocks>
+template <typename Words, int blocks>
 void SumWordBlocks(const std::uint8_t* p, const BlockRow& row, std::uint32_t* sums) {
     __m128i words[blocks] = {};
     for (int y = 0; y < kRows; ++y, p += row.rowStride) {
         if constexpr (blocks > 1)
             FetchBelow(p, row.rowStride);
         for (int i = 0; i < blocks; ++i)
-            words[i] = _mm_add_epi16(words[i], Pixel::Words(Load16(p + 16 * i), row.shift));
+            words[i] = _mm_add_epi16(words[i], Words::Of(Load16(p + 16 * i), row.shift));
     }
     for (int i = 0; i < blocks; ++i)
         sums[i] = SumWords(words[i]);
 }
 
-template <typename Pixel>
+template <typename Words>
 void SumWordPixels(const BlockRow& row, std::uint32_t* sums) {
     const auto at = [&](int block) { return row.bits + std::ptrdiff_t{block} * 16; };
     int block = 0;
     for (; block + 4 <= row.blocks; block += 4)
-        SumWordBlocks<Pixel, 4>(at(block), row, sums + block);
+        SumWordBlocks<Words, 4>(at(block), row, sums + block);
     for (; block < row.blocks; ++block)
-        SumWordBlocks<Pixel, 1>(at(block), row, sums + block);
+        SumWordBlocks<Words, 1>(at(block), row, sums + block);
 }
 
 /// `pairs` times two blocks side by side. Several pairs at a time take whole cache lines of each row.
@@ -178,9 +179,9 @@ BlockSums FindSimdBlockSums(PixelLayout layout, unsigned cpuFeatures) {
         return nullptr;
     switch (layout) {
     case PixelLayout::Yuy2:
-        return SumWordPixels<Yuy2>;
+        return SumWordPixels<Yuy2Words>;
     case PixelLayout::Uyvy:
-        return SumWordPixels<Uyvy>;
+        return SumWordPixels<UyvyWords>;
     case PixelLayout::Planar:
         return SumPlanar;
     case PixelLayout::Rgb24:
@@ -188,11 +189,11 @@ BlockSums FindSimdBlockSums(PixelLayout layout, unsigned cpuFeatures) {
     case PixelLayout::Rgb32:
         return SumRgb32;
     case PixelLayout::Rgb565:
-        return SumWordPixels<Rgb565>;
+        return SumWordPixels<Rgb565Words>;
     case PixelLayout::Rgb555:
-        return SumWordPixels<Rgb555>;
+        return SumWordPixels<Rgb555Words>;
     case PixelLayout::Luma16:
-        return SumWordPixels<Luma16>;
+        return SumWordPixels<Luma16Words>;
     case PixelLayout::Palette8:
         break; // every byte is a table lookup of its own
     }
