@@ -6,11 +6,12 @@ namespace scenedetect {
 
 std::optional<TapeFrame> ReadTapeFrame(const Picture& picture) {
     const auto bytes = picture.Bytes();
-    if (bytes.size() != kDifFrameBytes525 && bytes.size() != kDifFrameBytes625)
+    const auto system = DvSystemOfSize(bytes.size());
+    if (!system)
         return std::nullopt;
     TapeFrame frame;
     frame.place = picture.place;
-    frame.system = bytes.size() == kDifFrameBytes625 ? DvSystem::Lines625 : DvSystem::Lines525;
+    frame.system = *system;
     frame.packs = ReadDvPacks(bytes, frame.system);
     frame.blocks = ReadBlockStatus(bytes);
     const DvCheck check = CheckDvFrame(bytes, frame.system);

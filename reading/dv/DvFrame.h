@@ -4,6 +4,7 @@
 #include "engine/Dif.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace scenedetect {
@@ -22,6 +23,14 @@ inline constexpr int kDvTicksPerSecond = 30000;
 
 [[nodiscard]] constexpr std::size_t DvFrameBytes(DvSystem system) {
     return system == DvSystem::Lines625 ? kDifFrameBytes625 : kDifFrameBytes525;
+}
+
+/// Of the two sizes that whole frames have; nothing for another.
+[[nodiscard]] constexpr std::optional<DvSystem> DvSystemOfSize(std::size_t bytes) {
+    for (const DvSystem system : {DvSystem::Lines525, DvSystem::Lines625})
+        if (bytes == DvFrameBytes(system))
+            return system;
+    return std::nullopt;
 }
 
 /// What the stream is, beyond its line system (docs/dv.md names the fields).

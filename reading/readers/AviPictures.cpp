@@ -33,7 +33,7 @@ AviPictures::AviPictures(std::unique_ptr<ByteInput> input, const DamageLog& dama
 bool AviPictures::ReadFrame(const AviReader::Frame& frame, Picture& picture) {
     const bool isDv = !m_uncompressed;
     const std::size_t bytes = isDv ? frame.bytes : m_uncompressed->imageBytes;
-    if (frame.bytes < bytes || (isDv && bytes != kDifFrameBytes525 && bytes != kDifFrameBytes625))
+    if (frame.bytes < bytes || (isDv && !DvSystemOfSize(bytes)))
         return false;
     if (m_input->Read({picture.OwnBuffer(bytes), bytes}) != bytes)
         return false;

@@ -25,10 +25,8 @@ std::vector<std::string> MethodWordsOf(const DetectionSettings& detection) {
 }
 
 DvPacks PacksOf(const Picture& picture) {
-    if (picture.format.fourcc != kDvFourcc)
-        return {};
-    const std::span<const std::uint8_t> bytes = picture.Bytes();
-    return ReadDvPacks(bytes, bytes.size() >= kDifFrameBytes625 ? DvSystem::Lines625 : DvSystem::Lines525);
+    const auto system = DvSystemOfSize(picture.Bytes().size());
+    return system && picture.format.fourcc == kDvFourcc ? ReadDvPacks(picture.Bytes(), *system) : DvPacks();
 }
 
 std::string List(const char* word, const std::vector<std::string>& names) {
