@@ -1,5 +1,7 @@
 #include "products/tape/TapeLog.h"
 
+#include "reading/dv/PackText.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -24,14 +26,6 @@ TapeEvent EventOf(IrregularityKind kind) {
     return TapeEvent::CutEnd;
 }
 
-std::int64_t DayFramesOf(DvSystem system, bool isDropFrame) {
-    constexpr DvTimecode kLastHour{23, 0, 0, 0, false};
-    DvTimecode hour = kLastHour;
-    hour.isDropFrame = isDropFrame;
-    // Every hour has as many.
-    return FrameCountOf(hour, system) / hour.hours * (hour.hours + 1);
-}
-
 } // namespace
 
 TapeLog::TapeLog(TapeLogFormat format, std::string source, TapeLogText::Sink sink)
@@ -39,14 +33,10 @@ TapeLog::TapeLog(TapeLogFormat format, std::string source, TapeLogText::Sink sin
       m_rows([this](const TapeRow& row) { m_text.Add(row); }) {}
 
 void TapeLog::Note(const TapeFrame& noted) {
-    Frame frame{noted};
-    if (m_pending)
-        frame.position = m_pending->position +
-                         (frame.place.frame - m_pending->place.frame) * DvFrameTicks(m_pending->system);
-    if (m_pending)
-        Settle(*m_pending, &frame);
+    if (const auto verdict = m_judge.Note(noted.place.frame, noted.system, noted.packs))
+        Settle(*m_pending, *verdict);
     SettleIrregularities();
-    m_pending = frame;
+    m_pending = noted;
 }
 
 void TapeLog::Note(const Irregularity& irregularity) {
@@ -58,18 +48,15 @@ void TapeLog::Note(const Irregularity& irregularity) {
 }
 
 void TapeLog::Finish() {
-    if (m_pending)
-        Settle(*m_pending, nullptr);
+    if (const auto verdict = m_judge.Finish())
+        Settle(*m_pending, *verdict);
     SettleIrregularities();
     m_rows.Finish(m_last ? m_last->place.frame + 1 : 0);
     m_text.End();
 }
 
-void TapeLog::Settle(const Frame& frame, const Frame* next) {
-    Verdict verdict;
-    JudgeClock(frame, next, verdict);
-    JudgeTimecode(frame, next, verdict);
-    const bool begins = BeginsRecording(frame, verdict);
+void TapeLog::Settle(const TapeFrame& frame, const TapeVerdict& verdict) {
+    const bool begins = verdict.beginsRecording;
     TapeRow row;
     row.frame = row.lastFrame = frame.place.frame;
     row.frames = 1;
@@ -96,95 +83,25 @@ void TapeLog::Settle(const Frame& frame, const Frame* next) {
     add(!frame.packs.time, TapeEvent::NoRecordingTime);
     add(verdict.isTimecodeStray, TapeEvent::StrayTimecode);
     add(verdict.isTimeStray, TapeEvent::StrayRecordingTime);
-    AddChanges(row);
+    AddChanges(verdict, row);
     AddBlocks(frame, row);
     m_last = frame;
 }
 
-void TapeLog::JudgeClock(const Frame& frame, const Frame* next, Verdict& verdict) {
-    const auto reading = ReadingOf(frame.packs, frame.position);
-    if (!reading)
-        return;
-    const auto size = m_clock.BreakAt(*reading);
-    const auto following = next ? ReadingOf(next->packs, next->position) : std::nullopt;
-    if (!size) {
-        verdict.isClockGoingOn = m_clock.HasReading();
-    } else if (following && !m_clock.BreakAt(*following)) {
-        verdict.isTimeStray = true;
-        return;
-    } else {
-        verdict.recordingBreak = size;
-    }
-    m_clock.Follow(*reading);
-}
-
-void TapeLog::JudgeTimecode(const Frame& frame, const Frame* next, Verdict& verdict) {
-    const auto count = CountOf(frame);
-    if (!count)
-        return;
-    if (m_count && m_count->system == count->system) {
-        const std::int64_t jump = JumpAt(*count);
-        const auto following = next ? CountOf(*next) : std::nullopt;
-        if (jump != 0 && following && following->system == count->system && JumpAt(*following) == 0) {
-            verdict.isTimecodeStray = true;
-            return;
-        }
-        if (jump != 0)
-            verdict.timecodeJump = jump;
-    }
-    m_count = count;
-}
-
-std::optional<TapeLog::Count> TapeLog::CountOf(const Frame& frame) {
-    const auto& timecode = frame.packs.timecode;
-    if (!timecode)
-        return std::nullopt;
-    return Count{FrameCountOf(*timecode, frame.system), DayFramesOf(frame.system, timecode->isDropFrame),
-                 frame.place.frame, frame.system};
-}
-
-// By how many frames the timecode has gone more than the frames have: the nearest of both directions.
-std::int64_t TapeLog::JumpAt(const Count& count) const {
-    const std::int64_t day = count.dayFrames;
-    const std::int64_t jump = (count.timecode - m_count->timecode - (count.frame - m_count->frame)) % day;
-    if (jump > day / 2)
-        return jump - day;
-    return jump < -day / 2 ? jump + day : jump;
-}
-
-bool TapeLog::BeginsRecording(const Frame& frame, const Verdict& verdict) const {
-    // Where something is wrong with every frame, not every frame is a recording.
-    const auto isFirst = [this, &frame](TapeEvent event) {
-        return !m_rows.IsRunning(event, frame.place.frame);
-    };
-    if (!m_last || m_last->system != frame.system)
-        return true;
-    if (verdict.recordingBreak && isFirst(TapeEvent::RecordingBreak))
-        return true;
-    // While the clock goes on, it is frames that are missing, or a timecode that was set.
-    if (verdict.timecodeJump && !verdict.isClockGoingOn && isFirst(TapeEvent::TimecodeJump))
-        return true;
-    return frame.packs.isRecordingStart && isFirst(TapeEvent::RecorderStart);
-}
-
-void TapeLog::AddChanges(TapeRow row) {
+void TapeLog::AddChanges(const TapeVerdict& verdict, TapeRow row) {
     row.size.reset();
-    if (m_last && m_last->system != row.system) {
-        row.event = TapeEvent::LineSystemChange;
-        row.systemBefore = m_last->system;
+    const auto add = [this, &row](TapeEvent event, const auto& before) {
+        if (!before)
+            return;
+        row.event = event;
+        row.before = TextOf(*before);
         m_rows.Add(row);
-        row.systemBefore.reset();
-    }
-    if (!row.packs.aspect)
-        return;
-    row.aspectBefore = std::exchange(m_aspect, row.packs.aspect);
-    if (!row.aspectBefore || row.aspectBefore == m_aspect)
-        return;
-    row.event = TapeEvent::AspectChange;
-    m_rows.Add(row);
+    };
+    add(TapeEvent::LineSystemChange, verdict.systemBefore);
+    add(TapeEvent::AspectChange, verdict.aspectBefore);
 }
 
-void TapeLog::AddBlocks(const Frame& frame, TapeRow row) {
+void TapeLog::AddBlocks(const TapeFrame& frame, TapeRow row) {
     if (const std::int64_t concealed = frame.blocks.Count(); concealed != 0) {
         row.event = TapeEvent::ConcealedBlocks;
         row.size = concealed;

@@ -19,15 +19,9 @@ using Json = nlohmann::ordered_json;
 
 constexpr int kVersion = 1;
 
-int LinesOf(DvSystem system) {
-    return system == DvSystem::Lines625 ? 625 : 525;
-}
-
 std::string DetailOf(const TapeRow& row) {
-    if (row.aspectBefore)
-        return "from " + TextOf(*row.aspectBefore);
-    if (row.systemBefore)
-        return "from " + std::to_string(LinesOf(*row.systemBefore));
+    if (!row.before.empty())
+        return "from " + row.before;
     std::string detail;
     const auto append = [&detail](std::int64_t count, std::string_view what) {
         if (count != 0)
@@ -62,7 +56,7 @@ Json Members(const TapeRow& row) {
             {"recording_date", TextOrNull(row.packs.date)},
             {"recording_time", TextOrNull(row.packs.time)},
             {"aspect", TextOrNull(row.packs.aspect)},
-            {"lines", row.system ? Json(LinesOf(*row.system)) : Json()},
+            {"lines", row.system ? Json(DvLines(*row.system)) : Json()},
             {"event", kind.name},
             {"size", row.size ? Json(*row.size) : Json()},
             {"unit", row.size ? Json(kind.unit) : Json()},

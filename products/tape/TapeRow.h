@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace scenedetect {
@@ -52,8 +53,7 @@ struct TapeRow {
     DvPacks packs; ///< of the first frame; empty for frames that were not handed out
     std::optional<std::int64_t> size;
     BlockStatus blocks; ///< of concealed ones
-    std::optional<DvAspect> aspectBefore;
-    std::optional<DvSystem> systemBefore;
+    std::string before; ///< of a change: what was
 };
 
 } // namespace scenedetect

@@ -23,13 +23,13 @@ class TapeRows {
     /// `row` is about one frame or the like; it extends the row of the same event that ended shortly before,
     /// if there is one. Frames never go backward.
     void Add(const TapeRow& row);
-    /// Whether a row of this event would be extended by `frame`.
-    [[nodiscard]] bool IsRunning(TapeEvent event, std::int64_t frame) const;
     [[nodiscard]] bool IsFull() const;
     /// The last recording ends before the frame with the number `frames`; all that is left is written.
     void Finish(std::int64_t frames);
 
   private:
+    // Whether a row of this event would be extended by `frame`.
+    [[nodiscard]] bool IsRunning(TapeEvent event, std::int64_t frame) const;
     void EndRecording(std::int64_t frame);
     void WriteUntil(std::int64_t frame);
 

@@ -11,6 +11,10 @@ namespace scenedetect {
 
 enum class DvSystem { Lines525, Lines625 };
 
+[[nodiscard]] constexpr int DvLines(DvSystem system) {
+    return system == DvSystem::Lines625 ? 625 : 525;
+}
+
 [[nodiscard]] constexpr int DvSequences(DvSystem system) {
     return system == DvSystem::Lines625 ? kDifSequences625 : kDifSequences525;
 }

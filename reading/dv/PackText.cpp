@@ -40,4 +40,8 @@ std::string TextOf(const DvAudioFormat& format) {
     return Format("%d Hz %d bits %d channels", format.samplingRate, format.bits, format.channels);
 }
 
+std::string TextOf(DvSystem system) {
+    return std::to_string(DvLines(system));
+}
+
 } // namespace scenedetect

@@ -1,4 +1,4 @@
-// What DV packs say, as text.
+// What DV frames and their packs say, as text.
 #pragma once
 
 #include "reading/dv/DvPacks.h"
@@ -12,5 +12,6 @@ namespace scenedetect {
 [[nodiscard]] std::string TextOf(std::chrono::seconds time);               ///< of the day: HH:MM:SS
 [[nodiscard]] std::string TextOf(DvAspect aspect);                         ///< "16:9", "16:9 letterbox"
 [[nodiscard]] std::string TextOf(const DvAudioFormat& format);             ///< "48000 Hz 16 bits 2 channels"
+[[nodiscard]] std::string TextOf(DvSystem system);                         ///< "625"
 
 } // namespace scenedetect

@@ -1,4 +1,4 @@
-#include "products/tape/RecordingClock.h"
+#include "reading/dv/RecordingClock.h"
 
 #include <algorithm>
 
