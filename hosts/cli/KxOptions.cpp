@@ -25,6 +25,11 @@ Several methods find their scenes side by side in one pass over the file; the co
 says which found a scene ("timestamp+video": both). --mark goes to all of them. A method that does
 not take the video of a file is skipped there with a warning, unless none does.
 
+A DV tape tells itself where something begins; --cut-at takes that for scenes, beside those of the
+methods or without them: recordings (the date or the time of day does not go on; midnight is no
+such place), record-flag (the recorder's start mark), timecode (a jump), aspect, audio (sampling
+rate, bits, channels), lines (525 or 625). "method" names these, too. --xml has the methods' only.
+
 Input: any file that FFmpeg's libraries read, or "-" for the standard input, of which each scene is
 printed as soon as it can be known. A folder stands for the video files in it and its folders. DV
 frames and the uncompressed frames of AVI files are examined as they are, everything else is
@@ -62,6 +67,45 @@ std::string VersionNotes() {
 
 std::string CheckFileName(const std::string& name) {
     return name.empty() ? "a file name is empty" : "";
+}
+
+constexpr const char* kScenes = "scenes";
+
+void AddCutOption(CLI::App& app, KxOptions& options) {
+    std::string names = kScenes;
+    for (std::size_t i = 0; i < kTapeCuts; ++i)
+        names += '|' + TapeCutOption(static_cast<TapeCut>(i));
+    std::vector<TapeCut>& cuts = options.batch.detection.cuts;
+    const auto setCuts = [&options, &cuts](const std::vector<std::string>& words) {
+        options.findsScenes = std::ranges::count(words, kScenes) != 0;
+        cuts.clear();
+        for (const std::string& word : words)
+            if (const auto cut = TapeCutOf(word); cut && std::ranges::count(cuts, *cut) == 0)
+                cuts.push_back(*cut);
+    };
+    app.add_option_function<std::vector<std::string>>(
+           "--cut-at", setCuts,
+           "Where scenes begin: where the method finds them, which is the default, and where a DV tape "
+           "tells something new; several side by side")
+        ->type_name(names)
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->take_all()
+        ->check([](const std::string& word) {
+            return word == kScenes || TapeCutOf(word) ? "" : "nothing to cut at: " + word;
+        })
+        ->group("Detection");
+}
+
+// What --cut-at leaves of the methods, and what goes with them.
+std::string SettleMethods(KxOptions& options) {
+    if (options.findsScenes)
+        return "";
+    DetectionSettings& detection = options.batch.detection;
+    detection.methods.clear();
+    return options.batch.xmlPath.empty() && detection.marks.empty() && !detection.readTimecode
+               ? ""
+               : "--xml, --mark and --timecode need the methods: add scenes to --cut-at";
 }
 
 void AddRunOptions(CLI::App& app, KxOptions& options) {
@@ -110,12 +154,16 @@ HostProgram KxProgram(KxOptions& options) {
                         true};
     program.versionNotes = VersionNotes();
     program.addOptions = [&options, outputs](CLI::App& app) {
+        AddCutOption(app, options);
         outputs->AddTo(app);
         AddRunOptions(app, options);
         AddMessageOptions(app, options);
         AddConfigOptions(app, options);
     };
-    program.check = [outputs] { return outputs->Check(); };
+    program.check = [&options, outputs] {
+        const std::string wrong = SettleMethods(options);
+        return wrong.empty() ? outputs->Check() : wrong;
+    };
     program.readSettings = [&options] {
         std::string& path = options.batch.configPath;
         if (path.empty() && !options.ignoresConfig)

@@ -12,6 +12,7 @@ namespace scenedetect {
 /// All that the program is asked, checked for sense.
 struct KxOptions {
     BatchSettings batch;
+    bool findsScenes = true; ///< by the methods; not only what the tape tells
     bool isQuiet = false;
     bool isVerbose = false;
     bool ignoresConfig = false;

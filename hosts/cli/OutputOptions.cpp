@@ -231,8 +231,8 @@ std::string OutputOptions::FindBeyondStats() const {
     const bool wantsFrames = !outputs.clips.folder.empty() || !outputs.pictures.folder.empty() ||
                              !outputs.tapeLogPath.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
                              !detection.marks.empty() || detection.readTimecode ||
-                             detection.methods != std::vector{KxMethodVideo} || range.start || range.end ||
-                             range.duration;
+                             detection.methods != std::vector{KxMethodVideo} || !detection.cuts.empty() ||
+                             range.start || range.end || range.duration;
     return wantsFrames ? "--from-stats goes with -o, --report, --min-scene and the parameters only" : "";
 }
 

@@ -16,7 +16,7 @@ namespace scenedetect {
 struct SceneSpan {
     FilePlace start;
     FilePlace end;      ///< exclusive: frame and time after the last frame
-    std::string method; ///< how its start was found: "video", "timestamp", "interval" or "manual"
+    std::string method; ///< how its start was found: "video", "timestamp", ... or "recording", "aspect", ...
     std::int64_t sample = 0;
 
     [[nodiscard]] std::int64_t FrameCount() const { return end.frame - start.frame; }

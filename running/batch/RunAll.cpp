@@ -29,7 +29,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kProgressInterval = 250ms;
 
 SceneCsv::Columns ColumnsFor(const std::vector<RunPlan>& plans) {
-    return {plans.size() > 1, plans.front().run.detection.methods.size() > 1};
+    return {plans.size() > 1, plans.front().run.detection.Words().size() > 1};
 }
 
 class Jobs {

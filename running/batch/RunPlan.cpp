@@ -61,7 +61,7 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
         plan.run.shortestScene = settings.shortestScene;
         for (const KxDetectionMethod method : settings.detection.methods)
             plan.run.xmlPaths.push_back(paths.Settle(settings.xmlPath, MethodWord(method)));
-        const std::string methods = settings.detection.MethodWords("+");
+        const std::string methods = settings.detection.WordList("+");
         OutputSettings& outputs = plan.outputs;
         for (OutputSettings::List& list : outputs.lists)
             list.path = paths.Settle(list.path, methods);

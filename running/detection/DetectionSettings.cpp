@@ -1,6 +1,7 @@
 #include "running/detection/DetectionSettings.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace scenedetect {
@@ -27,6 +28,17 @@ std::optional<KxDetectionMethod> MethodOf(const std::string& word) {
     return std::nullopt;
 }
 
+std::string TapeCutOption(TapeCut cut) {
+    return cut == TapeCut::Recording ? "recordings" : TapeCutWord(cut);
+}
+
+std::optional<TapeCut> TapeCutOf(const std::string& option) {
+    for (std::size_t i = 0; i < kTapeCuts; ++i)
+        if (const auto cut = static_cast<TapeCut>(i); TapeCutOption(cut) == option)
+            return cut;
+    return std::nullopt;
+}
+
 DetectionParameters ParameterChoice::On(DetectionParameters base) const {
     for (std::size_t i = 0; i < values.size(); ++i)
         base.*kDetectionParameters[i].value = values[i].value_or(base.*kDetectionParameters[i].value);
@@ -37,11 +49,18 @@ bool DetectionSettings::Uses(KxDetectionMethod method) const {
     return std::find(methods.begin(), methods.end(), method) != methods.end();
 }
 
-std::string DetectionSettings::MethodWords(const char* separator) const {
-    std::string words;
-    for (const KxDetectionMethod method : methods)
-        words += (words.empty() ? "" : separator) + MethodWord(method);
+std::vector<std::string> DetectionSettings::Words() const {
+    std::vector<std::string> words;
+    std::ranges::transform(methods, std::back_inserter(words), MethodWord);
+    std::ranges::transform(cuts, std::back_inserter(words), TapeCutWord);
     return words;
+}
+
+std::string DetectionSettings::WordList(const char* separator) const {
+    std::string list;
+    for (const std::string& word : Words())
+        list += (list.empty() ? "" : separator) + word;
+    return list;
 }
 
 } // namespace scenedetect

@@ -1,7 +1,9 @@
-// How the scenes of a run are found: methods, marks, and the parameters of the picture comparison.
+// How the scenes of a run are found: methods, marks, the parameters of the picture comparison, and what the
+// tape itself tells.
 #pragma once
 
 #include "engine/DetectionParameters.h"
+#include "reading/dv/TapeJudge.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <array>
@@ -16,6 +18,10 @@ namespace scenedetect {
 [[nodiscard]] std::string MethodWord(KxDetectionMethod method);
 [[nodiscard]] std::optional<KxDetectionMethod> MethodOf(const std::string& word);
 
+/// The word that users ask for a cut by: "recordings", else as TapeCutWord.
+[[nodiscard]] std::string TapeCutOption(TapeCut cut);
+[[nodiscard]] std::optional<TapeCut> TapeCutOf(const std::string& option);
+
 /// The parameters that were given, each within its range, in the order of KxDetectionParameter.
 struct ParameterChoice {
     std::array<std::optional<std::int32_t>, kDetectionParameters.size()> values{};
@@ -28,15 +34,18 @@ struct ParameterChoice {
 
 /// Already checked for sense.
 struct DetectionSettings {
-    std::vector<KxDetectionMethod> methods; ///< one or more, each once, in the order they were given
+    std::vector<KxDetectionMethod> methods; ///< each once, in the order they were given
+    std::vector<TapeCut> cuts;              ///< likewise; together with the methods one or more
     std::uint32_t interval = 0;       ///< frames per scene; above 0 exactly when the interval is a method
     std::vector<std::uint32_t> marks; ///< positions of manual scenes: ascending, without duplicates
     bool readTimecode = false;
     ParameterChoice parameters; ///< of the video method
 
     [[nodiscard]] bool Uses(KxDetectionMethod method) const;
-    /// The words of the methods with `separator` between them.
-    [[nodiscard]] std::string MethodWords(const char* separator) const;
+    /// For all that finds scenes the word that tells so: methods first, then cuts.
+    [[nodiscard]] std::vector<std::string> Words() const;
+    /// With `separator` between them.
+    [[nodiscard]] std::string WordList(const char* separator) const;
 };
 
 } // namespace scenedetect

@@ -18,8 +18,8 @@ namespace {
 // The settings of a run, for people.
 std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& run,
                                                             const DetectionParameters& parameters) {
-    std::vector<std::pair<std::string, std::string>> settings = {
-        {"input", run.input}, {"methods", run.detection.MethodWords(", ")}};
+    std::vector<std::pair<std::string, std::string>> settings = {{"input", run.input},
+                                                                 {"methods", run.detection.WordList(", ")}};
     const auto addNumber = [&settings](const char* name, std::int64_t value) {
         if (value != 0)
             settings.emplace_back(name, std::to_string(value));

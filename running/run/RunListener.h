@@ -32,7 +32,7 @@ struct FoundScene {
     std::int64_t sample = 0;   ///< which picture of the run, from 0
     std::int64_t position = 0; ///< which picture of the file: also those before the run's range count
     FilePlace place;
-    std::string method; ///< "video", or "timestamp+video" where several methods agree
+    std::string method; ///< "video", or "timestamp+recording" where several agree
     DvPacks tape{};     ///< what its first frame says, if that is DV
 };
 

@@ -1,4 +1,4 @@
-// Scenes of several filters side by side, put into one order.
+// Scenes that several methods and rules find side by side, put into one order.
 #pragma once
 
 #include <cstddef>

@@ -17,13 +17,6 @@
 namespace scenedetect {
 namespace {
 
-std::vector<std::string> MethodWordsOf(const DetectionSettings& detection) {
-    std::vector<std::string> words;
-    for (const KxDetectionMethod method : detection.methods)
-        words.push_back(MethodWord(method));
-    return words;
-}
-
 DvPacks PacksOf(const Picture& picture) {
     const auto system = DvSystemOfSize(picture.Bytes().size());
     return system && picture.format.fourcc == kDvFourcc ? ReadDvPacks(picture.Bytes(), *system) : DvPacks();
@@ -48,7 +41,7 @@ std::string Refusal(KxDetectionMethod method, const RunSettings& settings, const
     return graph.Connect() ? RefusalText(method, settings.input) : "";
 }
 
-// The methods that are left find what they find alone.
+// What is left finds what it finds alone.
 RunSettings WithoutRefused(RunSettings settings, const PictureFormat& format, Console& console) {
     std::vector<KxDetectionMethod> methods;
     std::vector<std::string> xmlPaths;
@@ -62,7 +55,13 @@ RunSettings WithoutRefused(RunSettings settings, const PictureFormat& format, Co
         methods.push_back(method);
         xmlPaths.push_back(settings.xmlPaths[i]);
     }
-    if (methods.empty())
+    std::vector<TapeCut>& cuts = settings.detection.cuts;
+    if (!cuts.empty() && format.fourcc != kDvFourcc) {
+        refusals.push_back(settings.input + ": --cut-at " + TapeCutOption(cuts.front()) +
+                           " needs DV video of 25 Mbit/s");
+        cuts.clear();
+    }
+    if (methods.empty() && cuts.empty())
         throw HostError(refusals.front());
     for (const std::string& refusal : refusals)
         console.Warning(refusal + ": skipped");
@@ -88,7 +87,10 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
                             [this](const Irregularity& each) { m_irregularities.push_back(each); })),
       m_settings(WithoutRefused(settings, m_reader->Format(), reading.console)),
       m_graph(m_reader->Format(), m_settings.detection.methods.size()),
-      m_merge(MethodWordsOf(m_settings.detection)),
+      m_merge(m_settings.detection.Words()),
+      m_tapeScenes(
+          m_settings.detection.cuts,
+          [this](std::size_t cut, std::int64_t sample) { m_merge.Add(m_detections.size() + cut, sample); }),
       m_scenes(settings.shortestScene,
                [this](const FoundScene& scene) {
                    Tell([&scene](RunListener& listener) { listener.Scene(scene); });
@@ -166,7 +168,7 @@ RunEnding SceneRun::Run() {
     } catch (const std::exception& thrown) {
         throw HostError(ErrorText(thrown) + (m_samples != 0 ? OutcomeText(m_samples, Outputs()) : ""));
     }
-    TellOfShortScenes();
+    TellOfFullLists();
     WarnAboutMarks();
     if (m_settings.detection.readTimecode)
         m_reading.console.Answer(Named(m_timecode.Text(m_graph.Scenes(0))));
@@ -174,6 +176,7 @@ RunEnding SceneRun::Run() {
 }
 
 void SceneRun::DrainAll() {
+    m_tapeScenes.Finish();
     DrainScenes(std::numeric_limits<std::int64_t>::max());
     if (!m_graph.Sink().HasEnded())
         throw HostError("the end of the stream did not pass the filter graph");
@@ -217,7 +220,7 @@ void SceneRun::Begin(const FilePlace& first) {
                        m_reader->Info(),
                        first,
                        m_reader->Description(),
-                       m_settings.detection.MethodWords(", ")};
+                       m_settings.detection.WordList(", ")};
     Tell([&info](RunListener& listener) { listener.Begin(info); });
 }
 
@@ -258,6 +261,7 @@ void SceneRun::FeedGraph() {
             m_measured.Append(held->picture.place);
         m_end = PlaceAfter(held->picture.place, m_reader->Scale());
         m_recent.push_back(std::move(held));
+        m_tapeScenes.Note(m_recent.back()->picture, m_samples);
         ++m_samples;
         DrainScenes(m_samples - RunListener::kLookBack);
         DrainFigures();
@@ -319,15 +323,18 @@ void SceneRun::EndDetection(std::size_t filter) {
     detection.list = ReadSceneList(file.Path(), std::ssize(detection.positions));
 }
 
-void SceneRun::TellOfShortScenes() {
-    if (m_scenes.LeftOut() == 0)
+void SceneRun::TellOfFullLists() {
+    const bool hasCuts = !m_settings.detection.cuts.empty();
+    if (m_scenes.LeftOut() == 0 && !hasCuts)
         return;
+    const std::string option = !hasCuts                  ? "--min-scene acts"
+                               : m_scenes.LeftOut() == 0 ? "--cut-at acts"
+                                                         : "--cut-at and --min-scene act";
     for (std::size_t i = 0; i < m_detections.size(); ++i)
         if (const std::string& path = m_settings.xmlPaths[i]; !path.empty())
-            m_reading.console.Message(Named(NameOfOutput(path) + " has the " +
-                                            std::to_string(m_detections[i].positions.size()) +
-                                            " scenes that the filter found: --min-scene acts on all other "
-                                            "outputs"));
+            m_reading.console.Message(
+                Named(NameOfOutput(path) + " has the " + std::to_string(m_detections[i].positions.size()) +
+                      " scenes that the filter found: " + option + " on all other outputs"));
 }
 
 void SceneRun::WarnAboutMarks() {

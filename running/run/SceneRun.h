@@ -13,6 +13,7 @@
 #include "running/run/RunSettings.h"
 #include "running/run/SceneMerge.h"
 #include "running/run/ShortScenes.h"
+#include "running/run/TapeScenes.h"
 
 #include <cstdint>
 #include <deque>
@@ -56,7 +57,7 @@ class SceneRun {
     void DrainAll();
     void EndDetection(std::size_t filter);
     void WriteOutputs(RunEnding ending);
-    void TellOfShortScenes();
+    void TellOfFullLists();
     void WarnAboutMarks();
     [[nodiscard]] std::string Named(const std::string& text) const;
     template <typename Call>
@@ -67,10 +68,11 @@ class SceneRun {
     Listeners m_listeners;                      // one that failed is no more there
     std::vector<Irregularity> m_irregularities; // that nobody was told of yet
     const std::unique_ptr<PictureReader> m_reader;
-    const RunSettings m_settings; // with the methods that can find scenes here
+    const RunSettings m_settings; // with what can find scenes here
     FilterGraph m_graph;
     std::vector<Detection> m_detections; // as the graph's filters
-    SceneMerge m_merge;
+    SceneMerge m_merge;                  // of the filters, then of the tape's cuts
+    TapeScenes m_tapeScenes;
     ShortScenes m_scenes;
     RunOutputs m_outputs; // of listeners that failed
     StartTimecode m_timecode;

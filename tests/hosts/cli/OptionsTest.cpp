@@ -22,6 +22,18 @@ TEST(Options, ReadsAll) {
     EXPECT_THAT(options.batch.inputs, ElementsAre("-", "-tape.dv"));
 }
 
+TEST(Options, CutsBesideTheMethodsOrWithoutThem) {
+    for (const bool findsScenes : {true, false}) {
+        KxOptions options;
+        const char* cuts = findsScenes ? "scenes,lines,recordings" : "lines,recordings";
+        ASSERT_FALSE(Parse({"--cut-at", cuts, "--cut-at", "lines", "--method", "video", "a"}, options));
+        std::vector<std::string> words{"lines", "recording"};
+        if (findsScenes)
+            words.insert(words.begin(), "video");
+        EXPECT_EQ(options.batch.detection.Words(), words);
+    }
+}
+
 TEST(Options, WrongOnesGetOneLine) {
     const std::vector<std::vector<const char*>> wrong = {
         {},
@@ -39,6 +51,11 @@ TEST(Options, WrongOnesGetOneLine) {
         {"--xml", "", "a"},
         {"--xml"},
         {"--speed", "a"},
+        {"--cut-at", "recording", "a"},
+        {"--cut-at", "recordings", "--xml", "list.xml", "a"},
+        {"--cut-at", "lines", "--mark", "7", "a"},
+        {"--cut-at", "lines", "--cut-threshold", "7", "a"},
+        {"--cut-at", "scenes,lines", "--from-stats", "stats.csv"},
     };
     for (const auto& arguments : wrong) {
         KxOptions options;
