@@ -1,6 +1,8 @@
 #include "reading/media/DecodedReader.h"
 
 #include "reading/base/HostError.h"
+#include "reading/media/SkipAhead.h"
+
 #include <limits>
 #include <utility>
 
@@ -12,66 +14,54 @@ constexpr std::size_t kBufferSlack = 64;
 
 constexpr WORD kYuy2Bits = 16;
 
+PacketQueue QueueOf(AVPacket& first) {
+    PacketQueue packets;
+    packets.push_back(OwnFfmpeg(av_packet_alloc()));
+    av_packet_move_ref(packets.back().get(), &first);
+    return packets;
+}
+
 } // namespace
 
 DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first, const DamageLog& damage,
                              int threads)
-    : m_input(std::move(input)),
-      m_clock(m_input->ClockSetup()),
+    : m_threads(threads),
       m_damage(damage),
-      m_decoder(
-          m_input->File(), threads, [this](AVPacket& packet) { return ReadPacket(packet); },
-          [this] { ReportDamage(); }) {
-    av_packet_move_ref(m_first.get(), &first);
+      m_stream(std::make_unique<DecodedStream>(std::move(input), QueueOf(first), threads,
+                                               [this] { ReportDamage(); })),
+      m_clock(Input().ClockSetup()) {
     // The picture's true size and format are those of the first one that comes out.
-    if (!Decode())
-        throw HostError(m_input->Path() + (m_input->File().IsStopped() ? ": stopped before the first picture"
-                                                                       : ": no picture can be decoded"));
+    if (!m_stream->Next(*m_frame))
+        throw HostError(Input().Path() + (Input().File().IsStopped() ? ": stopped before the first picture"
+                                                                     : ": no picture can be decoded"));
     m_isFramePending = true;
     m_layout = std::make_unique<LumaLayout>(*m_frame);
     if (m_layout->Bytes() > std::numeric_limits<std::int32_t>::max())
-        throw HostError(m_input->Path() + ": pictures are too large");
+        throw HostError(Input().Path() + ": pictures are too large");
     m_format.fourcc = MAKEFOURCC('Y', 'U', 'Y', '2');
     m_format.width = m_layout->Width();
     m_format.height = m_layout->Height();
     m_format.bitCount = kYuy2Bits;
     m_format.imageBytes = static_cast<std::uint32_t>(m_layout->Bytes());
     m_format.frameDuration = FrameDurationOf(m_clock.Scale().rate);
-    m_info = m_input->Info();
-    m_info.delay = m_input->MicrosecondsIn(m_frame->best_effort_timestamp);
+    m_info = Input().Info();
+    m_info.delay = Input().MicrosecondsIn(m_frame->best_effort_timestamp);
     m_damage.Begin();
 }
 
 std::string DecodedReader::Description() const {
-    return m_input->FormatName() + ", decoded by " + m_decoder.Name();
-}
-
-bool DecodedReader::ReadPacket(AVPacket& packet) {
-    if (m_first->size > 0) {
-        av_packet_move_ref(&packet, m_first.get());
-        return true;
-    }
-    if (m_input->ReadPacket(packet))
-        return true;
-    if (!m_input->BreakOffReason().empty()) {
-        m_damage.Warn("breaks off: " + m_input->BreakOffReason());
-        SetBrokenOff();
-    }
-    return false;
+    return Input().FormatName() + ", decoded by " + m_stream->DecoderName();
 }
 
 void DecodedReader::ReportDamage() {
     m_damage.Report("damaged picture data near frame " + std::to_string(m_lastFrame) + " left out");
 }
 
-bool DecodedReader::Decode() {
-    return m_decoder.Next(*m_frame) && !m_input->File().IsStopped();
-}
-
 bool DecodedReader::Next(Picture& picture) {
     picture.Clear();
-    while (std::exchange(m_isFramePending, false) || Decode()) {
-        picture.place = m_clock.Next(m_frame->best_effort_timestamp, m_frame->pkt_pos);
+    while (std::exchange(m_isFramePending, false) || m_stream->Next(*m_frame)) {
+        m_lastStamp = m_frame->best_effort_timestamp;
+        picture.place = m_clock.Next(m_lastStamp, m_frame->pkt_pos);
         m_lastFrame = picture.place.frame;
         const bool isLaidOut =
             m_layout->LayOut(*m_frame, picture.OwnBuffer(m_layout->Bytes() + kBufferSlack));
@@ -82,11 +72,31 @@ bool DecodedReader::Next(Picture& picture) {
         }
         picture.format = m_format;
         picture.HoldOwnBuffer(m_layout->Bytes());
-        SetFraction(m_input->Fraction());
+        SetFraction(Input().Fraction());
         return true;
+    }
+    if (!Input().BreakOffReason().empty()) {
+        m_damage.Warn("breaks off: " + Input().BreakOffReason());
+        SetBrokenOff();
     }
     m_damage.Summarize();
     return false;
+}
+
+std::int64_t DecodedReader::PassOver(const IsWanted& isWanted) {
+    auto again = Input().OpenAgain();
+    if (!again)
+        return 0;
+    auto skipped =
+        SkipAhead(std::move(again), m_clock, m_lastStamp, isWanted, m_threads, [this] { ReportDamage(); });
+    if (!skipped)
+        return 0;
+    m_stream = std::move(skipped->stream);
+    m_clock = skipped->clock;
+    m_isFramePending = skipped->picture != nullptr;
+    if (m_isFramePending)
+        m_frame = std::move(skipped->picture);
+    return skipped->count;
 }
 
 } // namespace scenedetect

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "reading/ffmpeg/FfmpegPointers.h"
-#include "reading/ffmpeg/VideoDecoder.h"
+#include "reading/media/DecodedStream.h"
 #include "reading/media/FrameClock.h"
 #include "reading/media/LumaLayout.h"
 #include "reading/media/MediaInput.h"
@@ -24,20 +24,20 @@ class DecodedReader final : public PictureReader {
     [[nodiscard]] MediaInfo Info() const override { return m_info; }
     [[nodiscard]] std::string Description() const override;
     [[nodiscard]] bool Next(Picture& picture) override;
+    [[nodiscard]] std::int64_t PassOver(const IsWanted& isWanted) override;
 
   private:
-    [[nodiscard]] bool Decode();
-    [[nodiscard]] bool ReadPacket(AVPacket& packet);
+    [[nodiscard]] MediaInput& Input() const { return m_stream->Input(); }
     void ReportDamage();
 
-    const std::unique_ptr<MediaInput> m_input;
-    FrameClock m_clock;
+    const int m_threads;
     DamageLog m_damage;
-    const FfmpegPtr<AVPacket> m_first = OwnFfmpeg(av_packet_alloc()); // empty once it is decoded
-    VideoDecoder m_decoder;
-    const FfmpegPtr<AVFrame> m_frame = OwnFfmpeg(av_frame_alloc());
+    std::unique_ptr<DecodedStream> m_stream;
+    FrameClock m_clock;
+    FfmpegPtr<AVFrame> m_frame = OwnFfmpeg(av_frame_alloc());
     bool m_isFramePending = false; // m_frame is still to be handed out
     std::int64_t m_lastFrame = 0;
+    std::int64_t m_lastStamp = 0; // as decoded
     std::unique_ptr<LumaLayout> m_layout;
     PictureFormat m_format;
     MediaInfo m_info;

@@ -22,7 +22,7 @@ class StampFiller {
     void Forget() { m_expected = kNoStamp; }
 
   private:
-    const std::int64_t m_step;
+    std::int64_t m_step;
     std::int64_t m_expected = 0; // a stream without stamps is counted from 0
 };
 
@@ -52,9 +52,9 @@ class FrameClock {
   private:
     [[nodiscard]] std::optional<std::int64_t> TimeOf(std::int64_t stamp);
 
-    const Setup m_setup;
-    const AVRational m_timeBase;
-    const std::int64_t m_frameTime; // in ticks of m_timeBase
+    Setup m_setup;
+    AVRational m_timeBase;
+    std::int64_t m_frameTime; // in ticks of m_timeBase
     StampFiller m_stamps;
     bool m_isConstant;
     std::optional<std::int64_t> m_origin;

@@ -67,13 +67,22 @@ FfmpegPtr<AVIOContext> BytesOf(StreamInput& stream) {
 } // namespace
 
 MediaInput::MediaInput(std::string path, const std::atomic<bool>* stop)
-    : m_file(std::move(path), stop), m_size(SizeNow()) {}
+    : m_stop(stop), m_file(std::move(path), stop), m_size(SizeNow()) {}
 
 MediaInput::MediaInput(std::shared_ptr<StreamInput> stream, const std::atomic<bool>& stop)
-    : m_stream(std::move(stream)),
+    : m_stop(&stop),
+      m_stream(std::move(stream)),
       m_bytes(BytesOf(*m_stream)),
       m_file(m_stream->Path(), *m_bytes, &stop),
       m_size(SizeNow()) {}
+
+std::unique_ptr<MediaInput> MediaInput::OpenAgain() const {
+    if (m_stream)
+        return nullptr;
+    auto input = std::make_unique<MediaInput>(Path(), m_stop);
+    input->FindVideo();
+    return input;
+}
 
 std::int64_t MediaInput::SizeNow() const {
     return m_file.Context().pb ? avio_size(m_file.Context().pb) : 0;

@@ -25,6 +25,8 @@ class MediaInput {
 
     [[nodiscard]] const MediaFile& File() const { return m_file; }
     [[nodiscard]] const std::string& Path() const { return m_file.Path(); }
+    /// The same file once more, at its beginning; null when it has no name by which it can be opened.
+    [[nodiscard]] std::unique_ptr<MediaInput> OpenAgain() const;
     /// Whether the bytes can be read in any order.
     [[nodiscard]] bool IsSeekable() const { return !m_stream || m_stream->IsFile(); }
     /// The part of the file that was read, 0 to 1; negative when its size is unknown.
@@ -60,6 +62,7 @@ class MediaInput {
     [[nodiscard]] std::int64_t SizeNow() const;
     [[nodiscard]] bool IsEndMissing() const;
 
+    const std::atomic<bool>* const m_stop;
     const std::shared_ptr<StreamInput> m_stream; // or none
     const FfmpegPtr<AVIOContext> m_bytes;        // of the stream
     MediaFile m_file;

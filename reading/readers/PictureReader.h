@@ -6,6 +6,8 @@
 #include "reading/timing/TimeScale.h"
 
 #include <atomic>
+#include <cstdint>
+#include <functional>
 #include <string>
 
 namespace scenedetect {
@@ -28,6 +30,11 @@ class PictureReader {
     /// Fills `picture` with the next one. Damaged ones are left out with a warning. False at the end, where
     /// the file breaks off (with a warning), or once the run was stopped. HostError when reading fails.
     [[nodiscard]] virtual bool Next(Picture& picture) = 0;
+
+    /// Passes over pictures from the next one on that are not wanted, by their places, where that takes less
+    /// than reading them: returns how many. Once one is wanted, all that follow are.
+    using IsWanted = std::function<bool(const FilePlace& place)>;
+    [[nodiscard]] virtual std::int64_t PassOver(const IsWanted& /*isWanted*/) { return 0; }
 
     /// Once Next has returned false: whether the file ends early, in the middle of a frame or before the end
     /// that it announces.

@@ -1,5 +1,7 @@
 #include "reading/timing/RunRange.h"
 
+#include <utility>
+
 namespace scenedetect {
 
 RunRange::RunRange(const RangeChoice& choice, const TimeScale& scale)
@@ -14,10 +16,9 @@ RunRange::RunRange(const RangeChoice& choice, const TimeScale& scale)
 }
 
 bool RunRange::HasBegun(const FilePlace& place) {
-    if (m_hasBegun || (m_start && !m_start->IsReachedBy(place)))
-        return m_hasBegun;
-    m_hasBegun = true;
-    if (m_duration)
+    if (!Begins(place))
+        return false;
+    if (!std::exchange(m_hasBegun, true) && m_duration)
         m_end = Resolve(*m_duration, m_scale, place);
     return true;
 }

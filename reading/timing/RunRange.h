@@ -21,6 +21,10 @@ class RunRange {
     RunRange(const RangeChoice& choice, const TimeScale& scale);
 
     [[nodiscard]] bool HasBegun(const FilePlace& place);
+    /// Whether it would begin with this place or has begun before it.
+    [[nodiscard]] bool Begins(const FilePlace& place) const {
+        return m_hasBegun || !m_start || m_start->IsReachedBy(place);
+    }
     /// Whether this place and all that follow lie after the range.
     [[nodiscard]] bool IsOver(const FilePlace& place);
     [[nodiscard]] bool HasEnded() const { return m_hasEnded; }

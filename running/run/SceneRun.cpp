@@ -242,7 +242,9 @@ void SceneRun::FeedGraph() {
         if (!ReadPicture(held->picture) || m_range.IsOver(held->picture.place))
             return;
         if (!m_range.HasBegun(held->picture.place)) {
-            ++m_skipped;
+            if (m_skipped++ == 0) // by now all have begun that want to know of the file's first picture
+                m_skipped +=
+                    m_reader->PassOver([this](const FilePlace& place) { return m_range.Begins(place); });
             continue;
         }
         if (m_range.IsOver(held->picture.place)) // where it has begun
