@@ -90,7 +90,8 @@ inline int AnnouncedDifSequences(std::span<const std::uint8_t> frame) {
 }
 
 /// One pack: its header byte PC0 and four data bytes PC1 to PC4.
-using DifPack = std::span<const std::uint8_t, 5>;
+inline constexpr std::size_t kDifPackBytes = 5;
+using DifPack = std::span<const std::uint8_t, kDifPackBytes>;
 
 inline constexpr std::uint8_t kPackTimecode = 0x13;
 inline constexpr std::uint8_t kPackAudioSource = 0x50;
@@ -126,6 +127,7 @@ inline constexpr DifPackArea kSubcodePacks{kDifFirstSubcodeBlock, 2, 6, kDifIdBy
 inline constexpr DifPackArea kVauxPacks{kDifFirstVauxBlock, 3, 15, kDifIdBytes, 5};
 /// Audio auxiliary data: one pack before the samples of each audio block.
 inline constexpr DifPackArea kAauxPacks{kDifFirstGroupBlock, kDifGroups, 1, kDifIdBytes, 5, kDifGroupBlocks};
+inline constexpr std::size_t kDifAudioBytes = kDifBlockBytes - kDifIdBytes - kDifPackBytes; ///< of samples
 
 /// The packs of one area in the first `sequences` sequences, in the order of the stream. Empty when `frame`
 /// is shorter than that.

@@ -90,9 +90,21 @@ class DvFrame {
     DvFrame& SetSourceControl(const Pack& pack) { return Set({253}, pack); }
     /// PC2 of 0x51.
     DvFrame& SetMarks(std::uint8_t marks) { return Set({483}, {0x51, 0x3F, marks, 0xA0, 0xFF}); }
-    /// PC4 of 0x50, in the second audio block: 0xC0 is 48 kHz at 16 bits, 0xD1 is 32 kHz at 12.
+    /// PC4 of 0x50, in the fourth audio block: 0xC0 is 48 kHz at 16 bits, with 1,920 or 1,602 samples, 0xD1
+    /// is 32 kHz at 12 bits, with 1,280 or 1,068.
     DvFrame& SetAudio(std::uint8_t format) {
-        return Set({1763}, {0x50, 0xD4, static_cast<std::uint8_t>(format % 8 == 1 ? 0x20 : 0), 0xE0, format});
+        const bool is12 = format == 0xD1;
+        const int size = is12 ? (m_is625 ? 16 : 15) : (m_is625 ? 24 : 22);
+        return Set({4323}, {0x50, static_cast<std::uint8_t>(0xC0 | size),
+                            static_cast<std::uint8_t>(is12 ? 0x20 : 0), 0xE0, format});
+    }
+    /// The bytes of all samples.
+    template <typename Next>
+    DvFrame& FillAudio(Next next) {
+        for (int sequence = 0; sequence < Sequences(); ++sequence)
+            for (int block = 6; block < 150; block += 16)
+                std::generate_n(m_bytes.begin() + sequence * kSequence + block * kBlock + 8, 72, next);
+        return *this;
     }
     /// STA of the `index`-th video block of a sequence, counted as its ID does.
     DvFrame& SetStatus(int sequence, int index, int status) {

@@ -1,8 +1,10 @@
 #include "products/cutting/ClipCutter.h"
 
+#include "products/cutting/MendedDv.h"
 #include "products/cutting/RemuxDv.h"
 #include "products/files/OutputFile.h"
 #include "reading/base/HostError.h"
+#include "reading/dv/PackText.h"
 
 #include <algorithm>
 #include <span>
@@ -16,22 +18,30 @@ std::optional<Container> ContainerOf(const ClipSettings& settings) {
     return settings.container.empty() ? std::nullopt : std::optional(ContainerNamed(settings.container));
 }
 
+template <typename Value>
+std::string ChangeText(const std::optional<Value>& before, const std::optional<Value>& after) {
+    return (before ? TextOf(*before) : "none") + ", then " + (after ? TextOf(*after) : "none");
+}
+
 } // namespace
+
+struct ClipCutter::OpenFrame {
+    std::int64_t number; // in the source
+    std::int64_t offset; // in the clip
+    std::optional<DvSystem> system;
+    std::optional<DvAudioFormat> audio;
+    bool isMended = false;
+    bool isSilent = false;
+};
 
 // Under a container the file is never committed: its hidden one holds the frames until they are remuxed.
 struct ClipCutter::OpenClip {
     OpenClip(const std::string& path, Existing existing) : file(path, existing) {}
 
-    struct Frame {
-        std::int64_t number; // in the source
-        std::int64_t offset; // in the clip
-        std::uint32_t bytes;
-        bool isMended;
-    };
-
     OutputFile file;
     WrittenClip clip;
-    std::vector<Frame> frames;
+    NameFields names;
+    std::vector<OpenFrame> frames;
 };
 
 ClipCutter::ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener listener)
@@ -50,28 +60,38 @@ void ClipCutter::BeginScene(std::int64_t sample, const NameFields& names) {
 }
 
 void ClipCutter::Add(std::shared_ptr<const Picture> picture) {
-    m_held.push_back(std::move(picture));
+    const auto system = DvSystemOfSize(picture->Bytes().size());
+    if (m_container && system)
+        NoteAudio(m_judge.Note(picture->place.frame, *system, ReadDvPacks(picture->Bytes(), *system)));
+    m_held.push_back({std::move(picture), m_held.empty() ? std::nullopt : m_held.back().audio});
     if (m_held.size() > kLookBack)
         WriteOldest();
 }
 
+// The verdict comes when the next picture is there, while the one it is about is still held.
+void ClipCutter::NoteAudio(const std::optional<TapeVerdict>& verdict) {
+    if (verdict && !m_held.empty())
+        m_held.back().audio = verdict->audio;
+}
+
 void ClipCutter::Finish() {
+    NoteAudio(m_judge.Finish());
     while (!m_held.empty())
         WriteOldest();
     FinishClip();
 }
 
 void ClipCutter::WriteOldest() {
-    const std::shared_ptr<const Picture> picture = std::move(m_held.front());
+    const Held oldest = std::move(m_held.front());
     m_held.pop_front();
     try {
         if (auto scene = m_scenes.extract(m_oldest)) {
             FinishClip();
-            BeginClip(picture->place.frame, std::move(scene.mapped()));
+            BeginClip(oldest.picture->place.frame, std::move(scene.mapped()));
         }
         ++m_oldest;
         if (m_clip) // pictures before the first scene are no scene's
-            AppendFrame(*picture);
+            AppendFrame(oldest);
     } catch (...) {
         m_clip.reset();
         m_held.clear();
@@ -86,6 +106,7 @@ void ClipCutter::BeginClip(std::int64_t frame, NameFields names) {
     m_clip = std::make_unique<OpenClip>(path, m_settings.existing);
     m_clip->clip.path = path;
     m_clip->clip.firstFrame = frame;
+    m_clip->names = std::move(names);
 }
 
 // The last frames of the clip are a scene of their own.
@@ -100,7 +121,7 @@ void ClipCutter::SplitClip(std::int64_t sample, const NameFields& names) {
     BeginClip(first->number, names);
     m_clip->frames.assign(first, before->frames.end());
     const std::int64_t offset = first->offset;
-    for (OpenClip::Frame& frame : m_clip->frames)
+    for (OpenFrame& frame : m_clip->frames)
         frame.offset -= offset;
     before->file.MoveTail(offset, m_clip->file);
     before->frames.erase(first, before->frames.end());
@@ -109,51 +130,69 @@ void ClipCutter::SplitClip(std::int64_t sample, const NameFields& names) {
     m_clip = std::move(next);
 }
 
-void ClipCutter::AppendFrame(const Picture& picture) {
-    OpenClip::Frame frame{picture.place.frame, m_clip->file.Size(), picture.format.imageBytes, false};
-    std::span<const std::uint8_t> bytes = picture.Bytes();
-    if (const auto header = m_container ? MendedHeader(bytes) : std::nullopt) {
-        m_clip->file.Write(*header);
-        bytes = bytes.subspan(header->size());
-        frame.isMended = true;
-    }
-    m_clip->file.Write(bytes);
+void ClipCutter::AppendFrame(const Held& held) {
+    const std::span<const std::uint8_t> bytes = held.picture->Bytes();
+    const auto system = DvSystemOfSize(bytes.size());
+    OpenFrame frame{held.picture->place.frame, m_clip->file.Size(), system, held.audio};
+    const auto mended = m_container && system ? Mend(bytes, *system, held.audio) : std::nullopt;
+    m_clip->file.Write(mended ? mended->bytes : bytes);
+    frame.isSilent = mended && mended->isSilent;
+    frame.isMended = mended && !mended->isSilent;
     m_clip->frames.push_back(frame);
-}
-
-void ClipCutter::RequireOneSystem(const OpenClip& open) {
-    for (const OpenClip::Frame& frame : open.frames)
-        if (frame.bytes != open.frames.front().bytes)
-            throw HostError(
-                open.clip.path + ": frame " + std::to_string(frame.number) +
-                " has another line system, and a container holds one only; without --container the "
-                "clip holds both");
 }
 
 void ClipCutter::FinishClip() {
     if (!m_clip)
         return;
     const std::unique_ptr<OpenClip> open = std::move(m_clip);
-    WrittenClip& clip = open->clip;
-    clip.bytes = open->file.Size();
-    clip.frames = std::ssize(open->frames);
-    if (m_container) {
-        RequireOneSystem(*open);
-        open->file.Flush();
-        OutputFile target(clip.path, m_settings.existing);
-        const RemuxedDv remuxed = RemuxDv(open->file.WritingPath(), *m_container, target);
-        target.Commit();
-        if (const std::int64_t lost = clip.frames - remuxed.frames; lost != 0)
-            clip.note = "lacks " + FramesText(lost) + " that FFmpeg's libraries cannot read";
-        else if (const auto mended = std::ranges::count(open->frames, true, &OpenClip::Frame::isMended))
-            clip.note = "the headers of " + FramesText(mended) + " are mended";
-        clip.frames = remuxed.frames;
-        clip.bytes = remuxed.bytes;
-    } else {
-        open->file.Commit();
+    if (m_container)
+        return Remux(*open);
+    open->clip.bytes = open->file.Size();
+    open->clip.frames = std::ssize(open->frames);
+    open->file.Commit();
+    m_listener(open->clip);
+}
+
+void ClipCutter::Remux(OpenClip& open) {
+    open.file.Flush();
+    WrittenClip& clip = open.clip;
+    std::span<const OpenFrame> left = open.frames;
+    for (int part = 2;; ++part) {
+        const auto end = std::ranges::find_if_not(left, [&left](const OpenFrame& frame) {
+            return frame.system == left.front().system && frame.audio == left.front().audio;
+        });
+        const auto frames = left.first(static_cast<std::size_t>(end - left.begin()));
+        left = left.subspan(frames.size());
+        RemuxPart(open, frames, left.empty() ? open.file.Size() : left.front().offset);
+        if (left.empty())
+            return;
+        const OpenFrame& before = frames.back();
+        const OpenFrame& next = left.front();
+        open.names.frame = clip.firstFrame = next.number;
+        clip.note = "goes on from " + NameOfOutput(clip.path) + " with another " +
+                    (before.system != next.system ? "line system: " + ChangeText(before.system, next.system)
+                                                  : "audio format: " + ChangeText(before.audio, next.audio));
+        clip.path =
+            ClaimClipPath(m_settings, open.names, '-' + std::to_string(part) + m_container->suffix, m_claims);
     }
-    if (m_listener)
-        m_listener(clip);
+}
+
+void ClipCutter::RemuxPart(OpenClip& open, std::span<const OpenFrame> frames, std::int64_t end) {
+    WrittenClip& clip = open.clip;
+    OutputFile target(clip.path, m_settings.existing);
+    const RemuxedDv remuxed =
+        RemuxDv(open.file.WritingPath(), {frames.front().offset, end}, *m_container, target);
+    target.Commit();
+    const auto note = [&clip](const char* before, std::int64_t count, const char* after) {
+        if (count != 0)
+            clip.note += (clip.note.empty() ? "" : "; ") + (before + FramesText(count)) + after;
+    };
+    clip.frames = remuxed.frames;
+    clip.bytes = remuxed.bytes;
+    note("lacks ", std::ssize(frames) - remuxed.frames, " that FFmpeg's libraries cannot read");
+    note("the headers of ", std::ranges::count(frames, true, &OpenFrame::isMended), " are mended");
+    note("the audio of ", std::ranges::count(frames, true, &OpenFrame::isSilent), " cannot be read: silence");
+    m_listener(clip);
 }
 
 } // namespace scenedetect

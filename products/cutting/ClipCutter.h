@@ -3,6 +3,7 @@
 
 #include "products/cutting/ClipSettings.h"
 #include "products/cutting/Container.h"
+#include "reading/dv/TapeJudge.h"
 #include "reading/readers/Picture.h"
 
 #include <cstdint>
@@ -10,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace scenedetect {
@@ -17,6 +19,9 @@ namespace scenedetect {
 /// Holds the last samples until the scenes in them are known, so that their bytes go to the file without a
 /// copy; the frames of a scene that is known later are moved from the clip before. All members throw
 /// HostError when a clip can't be written; of that clip nothing remains then. One thread at a time.
+///
+/// In a container a clip has one line system and one audio format: it ends where they change, and goes on in
+/// "NAME-2", "NAME-3" and so on.
 class ClipCutter {
   public:
     /// So many samples are held; a scene that begins before them costs a copy.
@@ -40,13 +45,20 @@ class ClipCutter {
 
   private:
     struct OpenClip;
+    struct OpenFrame;
+    struct Held {
+        std::shared_ptr<const Picture> picture;
+        std::optional<DvAudioFormat> audio; // that holds there
+    };
 
     void WriteOldest();
     void BeginClip(std::int64_t frame, NameFields names);
-    void AppendFrame(const Picture& picture);
+    void NoteAudio(const std::optional<TapeVerdict>& verdict);
+    void AppendFrame(const Held& held);
     void SplitClip(std::int64_t sample, const NameFields& names);
     void FinishClip();
-    static void RequireOneSystem(const OpenClip& open);
+    void Remux(OpenClip& open);
+    void RemuxPart(OpenClip& open, std::span<const OpenFrame> frames, std::int64_t end);
 
     const ClipSettings m_settings;
     const std::optional<Container> m_container; // none: raw
@@ -54,7 +66,8 @@ class ClipCutter {
     const ClipListener m_listener;
 
     std::map<std::int64_t, NameFields> m_scenes; // that begin at samples held or to come
-    std::deque<std::shared_ptr<const Picture>> m_held;
+    std::deque<Held> m_held;
+    TapeJudge m_judge;         // of audio formats, for a container
     std::int64_t m_oldest = 0; // number of the first sample held
     std::unique_ptr<OpenClip> m_clip;
 };

@@ -8,8 +8,7 @@
 
 namespace scenedetect {
 
-PacketSource::PacketSource(std::string path, const char* demuxer)
-    : m_file(std::move(path), nullptr, demuxer), m_streams(FindStreams(m_file)) {
+PacketSource::PacketSource(MediaFile file) : m_file(std::move(file)), m_streams(FindStreams(m_file)) {
     m_file.ReadOnly(m_streams);
     // AVI has no PTS. The libraries find them where no pictures but the usual B frames are reordered.
     if (Video().codecpar->video_delay <= 1)

@@ -14,8 +14,11 @@ namespace scenedetect {
 /// One thread at a time.
 class PacketSource {
   public:
-    /// Opens a regular file, as `demuxer` if that is named. HostError when it can't be read or has no video.
-    explicit PacketSource(std::string path, const char* demuxer = nullptr);
+    /// Opens a regular file. HostError when it can't be read or has no video.
+    explicit PacketSource(std::string path) : PacketSource(MediaFile(std::move(path))) {}
+    /// A part of one that is raw DV.
+    PacketSource(std::string path, const FilePart& part)
+        : PacketSource(MediaFile(std::move(path), part, "dv")) {}
 
     [[nodiscard]] AVFormatContext& Context() const { return m_file.Context(); }
     [[nodiscard]] AVStream& Video() const { return m_file.Video(); }
@@ -32,6 +35,8 @@ class PacketSource {
     [[nodiscard]] int Read(AVPacket& packet);
 
   private:
+    explicit PacketSource(MediaFile file);
+
     [[nodiscard]] static std::vector<AVStream*> FindStreams(MediaFile& file);
 
     MediaFile m_file;

@@ -3,13 +3,9 @@
 
 #include "products/cutting/Container.h"
 #include "products/files/OutputFile.h"
+#include "reading/ffmpeg/MediaFile.h"
 
-#include "engine/Dif.h"
-
-#include <array>
 #include <cstdint>
-#include <optional>
-#include <span>
 #include <string>
 
 namespace scenedetect {
@@ -19,13 +15,9 @@ struct RemuxedDv {
     std::int64_t bytes = 0; ///< of the container's file
 };
 
-/// FFmpeg's libraries go by a frame's first block, and lose track of the frames where that is damaged: the
-/// block to write instead, made from those that begin the frame's other sequences. Nothing when it is valid.
-[[nodiscard]] std::optional<std::array<std::uint8_t, kDifBlockBytes>>
-MendedHeader(std::span<const std::uint8_t> frame);
-
-/// `raw` holds whole frames of one line system and nothing else. Commits nothing. HostError when the
-/// container refuses DV, or reading or writing fails.
-RemuxedDv RemuxDv(const std::string& raw, const Container& container, OutputFile& target);
+/// The part of `raw` is whole frames of one line system and one audio format. Commits nothing. HostError when
+/// the container refuses DV, or reading or writing fails.
+RemuxedDv RemuxDv(const std::string& raw, const FilePart& part, const Container& container,
+                  OutputFile& target);
 
 } // namespace scenedetect

@@ -57,6 +57,7 @@ TapeVerdict TapeJudge::Judge(const Frame& frame, const Frame* next) {
     verdict.aspectBefore =
         JudgeChange(&DvPacks::aspect, frame.packs, following, m_aspect, verdict.isAspectStray);
     verdict.audioBefore = JudgeChange(&DvPacks::audio, frame.packs, following, m_audio, verdict.isAudioStray);
+    verdict.audio = m_audio;
     if (const auto before = std::exchange(m_system, frame.system); before != frame.system)
         verdict.systemBefore = before;
     NoteBeginnings(frame, verdict);

@@ -32,6 +32,7 @@ struct TapeVerdict {
     std::optional<DvSystem> systemBefore;       ///< where it has changed; and so on
     std::optional<DvAspect> aspectBefore;
     std::optional<DvAudioFormat> audioBefore;
+    std::optional<DvAudioFormat> audio; ///< that holds from here on, whatever a stray pack says
     // What this frame alone says, and the next one no more: that begins nothing.
     bool isTimeStray = false;
     bool isTimecodeStray = false;

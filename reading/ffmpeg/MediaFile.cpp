@@ -30,10 +30,17 @@ const AVDictionaryEntry* FindTimecode(const AVDictionary* metadata) {
 
 } // namespace
 
-MediaFile::MediaFile(std::string path, const std::atomic<bool>* stop, const char* demuxer)
+// The prefix "file:" keeps names with a colon from being taken for addresses.
+MediaFile::MediaFile(std::string path, const std::atomic<bool>* stop)
     : m_path(std::move(path)), m_stop(stop), m_errorsBefore(FormatErrorCount()) {
-    // The prefix keeps names with a colon from being taken for addresses.
-    Open(("file:" + m_path).c_str(), demuxer, nullptr);
+    Open(("file:" + m_path).c_str(), nullptr, nullptr);
+}
+
+MediaFile::MediaFile(std::string path, const FilePart& part, const char* demuxer)
+    : m_path(std::move(path)), m_stop(nullptr), m_errorsBefore(FormatErrorCount()) {
+    const std::string url = "subfile,,start," + std::to_string(part.begin) + ",end," +
+                            std::to_string(part.end) + ",,:file:" + m_path;
+    Open(url.c_str(), demuxer, nullptr);
 }
 
 MediaFile::MediaFile(std::string name, AVIOContext& bytes, const std::atomic<bool>* stop)
@@ -47,7 +54,7 @@ void MediaFile::Open(const char* url, const char* demuxer, AVIOContext* bytes) {
         throw std::bad_alloc();
     context->pb = bytes;
     context->interrupt_callback = {IsStopSet, const_cast<std::atomic<bool>*>(m_stop)};
-    context->protocol_whitelist = av_strdup("file");
+    context->protocol_whitelist = av_strdup("file,subfile");
     const AVInputFormat* const format = demuxer ? av_find_input_format(demuxer) : nullptr;
     // Where opening fails, the context is freed.
     if (const int opened = avformat_open_input(&context, url, format, nullptr); opened < 0)

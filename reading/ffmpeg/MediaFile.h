@@ -14,13 +14,20 @@ extern "C" {
 
 namespace scenedetect {
 
+/// Some of a file's bytes.
+struct FilePart {
+    std::int64_t begin = 0;
+    std::int64_t end = 0; ///< exclusive
+};
+
 /// One thread at a time; `stop`, if any, must outlive the object, may be set by any thread and ends a
 /// blocking read. No play list makes it open anything but files.
 class MediaFile {
   public:
-    /// Opens a regular file, as `demuxer` where that is named. HostError when it can't be read.
-    explicit MediaFile(std::string path, const std::atomic<bool>* stop = nullptr,
-                       const char* demuxer = nullptr);
+    /// Opens a regular file. HostError when it can't be read.
+    explicit MediaFile(std::string path, const std::atomic<bool>* stop = nullptr);
+    /// A part of it, by the demuxer of this name.
+    MediaFile(std::string path, const FilePart& part, const char* demuxer);
     /// The same by its bytes, which must outlive the object; `name` is for messages.
     MediaFile(std::string name, AVIOContext& bytes, const std::atomic<bool>* stop);
 

@@ -123,6 +123,40 @@ TEST_F(ClipCutterTest, AFrameWithoutItsHeaderGoesIntoAContainer) {
     EXPECT_EQ(PictureHashes(clips.at(2).path), std::vector(pictures.begin() + 6, pictures.end()));
 }
 
+// From the fourth frame on at 32 kHz, where the clip goes on in another; frames that tell another format
+// alone, or none, are as long as the others.
+TEST_F(ClipCutterTest, AudioIsAsLongAsThePictures) {
+    MakeTape(m_tape);
+    const std::string samples = Samples(m_tape);
+    std::string bytes = ReadWhole(m_tape);
+    const auto setSource = [&bytes](std::size_t frame, int sequences, char rate, char bits) {
+        for (int i = 0; i < sequences; ++i)
+            for (const std::size_t block : {0, 3}) { // as ffmpeg writes them
+                char* pack = &bytes[frame * 144000 + i * 12000 + (6 + 16 * block) * 80 + 3];
+                if (*pack == 0x50)
+                    pack[1] = rate, pack[4] = bits;
+            }
+    };
+    for (std::size_t frame = 4; frame < 12; ++frame)
+        setSource(frame, 12, '\xD0', '\x90'); // 1,264 + 16 samples
+    setSource(2, 3, '\xFF', '\xFF');          // others still tell
+    setSource(3, 12, '\xFF', '\xFF');
+    setSource(9, 12, '\xD8', '\x80');
+    WriteBytes(m_tape, bytes);
+    const std::vector<WrittenClip> clips = CutWhileReading(m_tape, {0}, Into(m_clips, "mov"), m_claims);
+    ASSERT_EQ(clips.size(), 2u);
+    EXPECT_EQ(clips[0].note,
+              "the headers of 1 frame are mended; the audio of 1 frame cannot be read: silence");
+    EXPECT_THAT(clips[1].note,
+                AllOf(HasSubstr("goes on from "), HasSubstr("48000 Hz 16 bits 2 channels, then 32000"),
+                      HasSubstr("the audio of 1 frame cannot be read")));
+    EXPECT_EQ(clips[1].firstFrame, 4);
+    EXPECT_TRUE(clips[1].path.ends_with("0001-2.mov"));
+    EXPECT_TRUE(Samples(clips[0].path) == samples.substr(0, 3 * 1920 * 4) + std::string(1920 * 4, '\0'));
+    EXPECT_EQ(Samples(clips[1].path).size(), 8u * 1280 * 4);
+    EXPECT_EQ(Samples(clips[1].path).substr(5 * 1280 * 4, 1280 * 4), std::string(1280 * 4, '\0'));
+}
+
 TEST_F(ClipCutterTest, RefusalsLeaveNothing) {
     MakeTape(m_tape);
     EXPECT_THAT(MessageOf([&] { Cut(m_tape, "mp4"); }),

@@ -116,7 +116,7 @@ TEST_P(FramePacks, AudioFormats) {
     const int half = m_frame.Sequences() / 2;
     for (const auto& each : cases) {
         m_frame.SetAudio(0xC0);
-        m_frame.Set({1763}, {0x50, each.pc1, each.pc2, 0xE0, each.pc4}, 0, half);
+        m_frame.Set({4323}, {0x50, each.pc1, each.pc2, 0xE0, each.pc4}, 0, half);
         EXPECT_EQ(Read().audio, each.format.value_or(DvAudioFormat{48000, 16, 2, false}))
             << int{each.pc2} << ' ' << int{each.pc4};
     }
