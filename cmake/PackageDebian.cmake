@@ -37,9 +37,9 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_SOURCE_DIR}/packaging/debian-files.cmake)
 
 # A package beside it, of one component that the main package leaves out: cpack --config CPack-<component>.cmake.
-#   add_debian_package(COMPONENT NAME SECTION DEPENDS SUMMARY)
+#   add_debian_package(COMPONENT NAME SECTION DEPENDS SUGGESTS SUMMARY)
 # DEPENDS come on top of what the libraries ask for.
-function(add_debian_package component name section depends summary)
+function(add_debian_package component name section depends suggests summary)
   file(CONFIGURE OUTPUT CPack-${component}.cmake @ONLY CONTENT [[
 include("@CMAKE_BINARY_DIR@/CPackConfig.cmake")
 set(CPACK_INSTALL_CMAKE_PROJECTS "@CMAKE_BINARY_DIR@;@PROJECT_NAME@;@component@;/")
@@ -49,7 +49,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION @section@)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "@depends@")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "@summary@")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "The pages of @CPACK_DEBIAN_PACKAGE_NAME@ describe it.")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "@suggests@")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "")
 set(CPACK_PRE_BUILD_SCRIPTS "@CMAKE_SOURCE_DIR@/packaging/debian-component-files.cmake")
 ]])
@@ -57,8 +57,8 @@ endfunction()
 if(SCENEDETECT_PYTHON)
   add_debian_package(python python3-kxscenes python
     "${CPACK_DEBIAN_PACKAGE_NAME} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), python3, python3-numpy"
-    "scenes of video files, for Python")
+    python3-distributed "scenes of video files, for Python")
 endif()
 if(SCENEDETECT_GSTREAMER)
-  add_debian_package(gstreamer gstreamer1.0-kxscenes video "" "GStreamer element that tells where scenes begin")
+  add_debian_package(gstreamer gstreamer1.0-kxscenes video "" "" "GStreamer element that tells where scenes begin")
 endif()

@@ -1,7 +1,9 @@
 // The run of one file.
+#include "platform/UsableCores.h"
 #include "python/BackgroundRun.h"
 #include "python/Conversion.h"
 #include "python/FigureRows.h"
+#include "running/batch/Inputs.h"
 
 #include <pybind11/stl.h>
 
@@ -121,6 +123,13 @@ void BindRuns(py::module_& module) {
         .def("video", &PythonRun::Video)
         .def("figures", &PythonRun::Figures)
         .def("take_warnings", &PythonRun::TakeWarnings);
+    module.def("expand_inputs", [](const std::vector<std::string>& inputs) {
+        std::vector<std::pair<py::bytes, std::string>> files;
+        for (const auto& [path, fault] : ExpandInputs(inputs))
+            files.emplace_back(path, fault);
+        return files;
+    });
+    module.def("usable_cores", &UsableCores);
 }
 
 } // namespace scenedetect

@@ -33,6 +33,7 @@ diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-li
 ./share/bash-completion/completions/kxscenes
 ./share/doc/tamrak-scene-detect/changelog.Debian.gz
 ./share/doc/tamrak-scene-detect/changelog.gz
+./share/doc/tamrak-scene-detect/cluster.md
 ./share/doc/tamrak-scene-detect/copyright
 ./share/doc/tamrak-scene-detect/deliberate-behaviour.md
 ./share/doc/tamrak-scene-detect/dv.md
@@ -79,7 +80,8 @@ done
 [ -e "$folder/python/usr/share/doc/python3-kxscenes/copyright" ]
 PYTHONPATH=$folder/python/usr/lib/python3/dist-packages /usr/bin/python3 -c '
 import kxscenes, sys
-assert [scene.frame for scene in kxscenes.detect(sys.argv[1], "timestamp")] == [0, 130]' "$folder/tape.dv"
+assert [scene.frame for scene in kxscenes.detect(sys.argv[1], "timestamp")] == [0, 130]
+import kxscenes.cluster' "$folder/tape.dv"
 
 [ -e "$build/CPack-gstreamer.cmake" ] || exit 0
 "$cpack" --config "$build/CPack-gstreamer.cmake" -G DEB -B "$folder" >"$folder/log" 2>&1 || { cat "$folder/log" && exit 1; }

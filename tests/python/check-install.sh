@@ -22,3 +22,4 @@ import kxscenes
 for scene in kxscenes.detect("tape.dv", "timestamp"):
     print(scene.frame, scene.recorded)') <(printf '%s\n' '0 2004-07-17 10:30:00' '130 2004-07-18 09:15:20')
 "$folder/venv/bin/python" -c 'import importlib.resources as r; assert (r.files("kxscenes") / "py.typed").is_file()'
+"$folder/venv/bin/python" -m kxscenes.cluster --version >/dev/null
