@@ -144,10 +144,7 @@ void OutputOptions::AddClips(CLI::App& app) {
         ->type_name("PATTERN")
         ->group(kGroup)
         ->check(NamePattern::ErrorIn);
-    const auto setForce = [&clips, &pictures](std::int64_t /*count*/) {
-        clips.existing = pictures.existing = Existing::Replace;
-    };
-    app.add_flag_function("--force", setForce, "Overwrite clips and pictures that are there already")
+    app.add_flag("--force", m_overwrites, "Overwrite clips and pictures that are there already")
         ->group(kGroup);
 }
 
@@ -244,6 +241,8 @@ void OutputOptions::AddTo(CLI::App& app) {
 }
 
 std::string OutputOptions::Check() {
+    if (m_overwrites)
+        m_settings.outputs.clips.existing = m_settings.outputs.pictures.existing = Existing::Replace;
     for (const std::string& wrong : {MatchFormats(), FindBeyondStats(), FindMissing()})
         if (!wrong.empty())
             return wrong;

@@ -19,8 +19,8 @@ class OutputOptions {
 
     /// Adds the options; the object must outlive the parsing of `app`.
     void AddTo(CLI::App& app);
-    /// Matches lists and formats once everything was parsed. What is wrong, in one line; empty when nothing
-    /// is.
+    /// Settles what several options tell once everything was parsed, as lists and formats. What is wrong, in
+    /// one line; empty when nothing is.
     [[nodiscard]] std::string Check();
 
   private:
@@ -36,6 +36,7 @@ class OutputOptions {
     std::vector<std::string> m_listPaths;   // -o, and
     std::vector<std::string> m_formatNames; // --format: matched when both are known
     bool m_choosesPictures = false;
+    bool m_overwrites = false;
 };
 
 /// Of the help text: what these options need said about them.

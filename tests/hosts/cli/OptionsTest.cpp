@@ -22,6 +22,14 @@ TEST(Options, ReadsAll) {
     EXPECT_THAT(options.batch.inputs, ElementsAre("-", "-tape.dv"));
 }
 
+TEST(Options, FlagsCanBeDenied) {
+    for (const bool isDenied : {false, true}) {
+        KxOptions options;
+        ASSERT_FALSE(Parse({isDenied ? "--force=no" : "--force", "a"}, options));
+        EXPECT_EQ(options.batch.outputs.clips.existing, isDenied ? Existing::Keep : Existing::Replace);
+    }
+}
+
 TEST(Options, CutsBesideTheMethodsOrWithoutThem) {
     for (const bool findsScenes : {true, false}) {
         KxOptions options;
@@ -51,6 +59,7 @@ TEST(Options, WrongOnesGetOneLine) {
         {"--xml", "", "a"},
         {"--xml"},
         {"--speed", "a"},
+        {"--force=maybe", "a"},
         {"--cut-at", "recording", "a"},
         {"--cut-at", "recordings", "--xml", "list.xml", "a"},
         {"--cut-at", "lines", "--mark", "7", "a"},
