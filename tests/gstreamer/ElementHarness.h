@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,18 +14,23 @@ namespace scenedetect::testing_support {
 
 inline const bool kIsInitialized = (gst_init(nullptr, nullptr), true);
 
-inline guint64 ClockTimeOf(const GstStructure* structure, const char* field) {
+struct FreeStructure {
+    void operator()(GstStructure* structure) const { gst_structure_free(structure); }
+};
+using Structure = std::unique_ptr<GstStructure, FreeStructure>;
+
+inline guint64 ClockTimeOf(const Structure& structure, const char* field) {
     guint64 time = GST_CLOCK_TIME_NONE;
-    gst_structure_get_uint64(structure, field, &time);
+    gst_structure_get_uint64(structure.get(), field, &time);
     return time;
 }
 
-/// The structures of all messages of this kind that wait on the bus, as text; other messages are dropped.
-inline std::vector<GstStructure*> TakeMessages(GstBus* bus, GstMessageType type) {
-    std::vector<GstStructure*> taken;
+/// The structures of all messages of this kind that wait on the bus; other messages are dropped.
+inline std::vector<Structure> TakeMessages(GstBus* bus, GstMessageType type) {
+    std::vector<Structure> taken;
     while (GstMessage* message = gst_bus_pop(bus)) {
         if (GST_MESSAGE_TYPE(message) == type)
-            taken.push_back(gst_structure_copy(gst_message_get_structure(message)));
+            taken.emplace_back(gst_structure_copy(gst_message_get_structure(message)));
         gst_message_unref(message);
     }
     return taken;
@@ -76,10 +82,9 @@ class ElementHarness {
     /// Messages since the last call.
     [[nodiscard]] std::vector<int> SceneFrames() {
         std::vector<int> frames;
-        for (GstStructure* scene : TakeMessages(m_bus, GST_MESSAGE_ELEMENT)) {
-            EXPECT_STREQ(gst_structure_get_name(scene), "kxscenedetect");
-            gst_structure_get_int(scene, "frame", &frames.emplace_back());
-            gst_structure_free(scene);
+        for (const Structure& scene : TakeMessages(m_bus, GST_MESSAGE_ELEMENT)) {
+            EXPECT_STREQ(gst_structure_get_name(scene.get()), "kxscenedetect");
+            gst_structure_get_int(scene.get(), "frame", &frames.emplace_back());
         }
         return frames;
     }

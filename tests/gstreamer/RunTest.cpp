@@ -88,27 +88,24 @@ TEST_F(Run, ScenesBearTheTimesOfTheirOwnBuffers) {
     const auto scenes = TakeMessages(m_element.Bus(), GST_MESSAGE_ELEMENT);
     ASSERT_EQ(scenes.size(), 2U);
     GstClockTime offset = 0;
-    for (GstStructure* scene : scenes) {
+    for (const Structure& scene : scenes) {
         EXPECT_EQ(ClockTimeOf(scene, "timestamp"), 10 * GST_SECOND + offset);
         EXPECT_EQ(ClockTimeOf(scene, "stream-time"), 2 * GST_SECOND + offset);
         EXPECT_EQ(ClockTimeOf(scene, "running-time"), 3 * GST_SECOND + offset);
         EXPECT_EQ(ClockTimeOf(scene, "duration"), offset == 0 ? GST_MSECOND : 5 * GST_MSECOND);
         EXPECT_STREQ(g_enum_get_value(G_ENUM_CLASS(g_type_class_peek(
-                                          G_VALUE_TYPE(gst_structure_get_value(scene, "method")))),
+                                          G_VALUE_TYPE(gst_structure_get_value(scene.get(), "method")))),
                                       kVideo)
                          ->value_nick,
                      "video");
-        gst_structure_free(scene);
         offset = 4 * 40 * GST_MSECOND;
     }
 
     m_element.Flush();
     m_element.Push(GreyBuffer(100)); // without a time
-    for (GstStructure* scene : TakeMessages(m_element.Bus(), GST_MESSAGE_ELEMENT)) {
+    for (const Structure& scene : TakeMessages(m_element.Bus(), GST_MESSAGE_ELEMENT))
         for (const char* field : {"timestamp", "duration", "running-time", "stream-time"})
             EXPECT_EQ(ClockTimeOf(scene, field), GST_CLOCK_TIME_NONE) << field;
-        gst_structure_free(scene);
-    }
 }
 
 // --- marks and properties ---
@@ -161,10 +158,7 @@ TEST_F(Run, PassesOnWhatItCannotRead) {
     GST_BUFFER_FLAG_SET(gap, GST_BUFFER_FLAG_GAP);
     m_element.Push(gap);
     EXPECT_EQ(m_element.Get("frames"), 3);
-    const auto warnings = TakeMessages(m_element.Bus(), GST_MESSAGE_WARNING);
-    EXPECT_EQ(warnings.size(), 1U);
-    for (GstStructure* warning : warnings)
-        gst_structure_free(warning);
+    EXPECT_EQ(TakeMessages(m_element.Bus(), GST_MESSAGE_WARNING).size(), 1U);
 }
 
 TEST_F(Run, DropsNothingThatComesLate) {
