@@ -47,9 +47,11 @@ Ratio RatioOf(const py::handle& fraction) {
 }
 
 py::tuple SceneOf(const FoundScene& scene, const TimeScale& scale) {
+    const TapeTexts tape = TextsOf(scene.tape);
     return py::make_tuple(scene.number, scene.place.frame,
                           FractionOf(scale.unit.num, scale.unit.den) * py::int_(scene.place.time),
-                          TimecodeText(scene.place.time, scale), RecordedAt(scene.tape), scene.method);
+                          TimecodeText(scene.place.time, scale), RecordedAt(scene.tape), scene.method,
+                          tape.timecode, tape.aspect, tape.audio);
 }
 
 py::dict VideoOf(const SceneTable& table, const std::optional<FilePlace>& end) {

@@ -21,14 +21,17 @@ const OutputFormat& FormatOf(const std::string& name) {
     return *format;
 }
 
-// `scenes` are the scenes' frames, times in the video's time base, and methods; the last lasts to `end`.
-std::string ListText(const std::string& format, const py::object& video,
-                     const std::vector<std::tuple<std::int64_t, std::int64_t, std::string>>& scenes,
+// Frame, time in the video's time base, method; timecode, date, time, aspect and audio of the tape.
+using SceneRow = std::tuple<std::int64_t, std::int64_t, std::string, std::string, std::string, std::string,
+                            std::string, std::string>;
+
+// The last scene lasts to `end`.
+std::string ListText(const std::string& format, const py::object& video, const std::vector<SceneRow>& scenes,
                      std::int64_t end) {
     const OutputFormat& chosen = FormatOf(format);
     SceneTable table = TableOfVideo(video);
-    for (const auto& [frame, time, method] : scenes)
-        table.scenes.push_back({{frame, time}, {}, method, frame});
+    for (const auto& [frame, time, method, timecode, date, ofDay, aspect, audio] : scenes)
+        table.scenes.push_back({{frame, time}, {}, method, frame, {date, ofDay, timecode, aspect, audio}});
     FilePlace next{table.frameCount, end};
     for (auto scene = table.scenes.rbegin(); scene != table.scenes.rend(); ++scene) {
         scene->end = next;
@@ -47,7 +50,8 @@ void BindLists(py::module_& module) {
     module.def("formats", [] {
         std::vector<std::string> names;
         for (const OutputFormat& format : OutputFormats())
-            names.emplace_back(format.name);
+            if (!format.needsRecorded)
+                names.emplace_back(format.name);
         return names;
     });
     module.def("format_of", [](const std::string& path) {
@@ -56,9 +60,9 @@ void BindLists(py::module_& module) {
             throw py::value_error(UnknownSuffixText(path));
         return std::string(format->name);
     });
-    module.def("list_text", [](const std::string& format, const py::object& video,
-                               const std::vector<std::tuple<std::int64_t, std::int64_t, std::string>>& scenes,
-                               std::int64_t end) { return py::bytes(ListText(format, video, scenes, end)); });
+    module.def("list_text",
+               [](const std::string& format, const py::object& video, const std::vector<SceneRow>& scenes,
+                  std::int64_t end) { return py::bytes(ListText(format, video, scenes, end)); });
     module.def("write_file", [](const std::string& path, const std::string& text) {
         WriteFile(path, Existing::Replace, text);
     });

@@ -52,8 +52,8 @@ const char* const kOutputNotes = R"(
 Names: file names and --names may have fields in braces: {name} is the input's name without folder
 and suffix, {method} what found the scene; in names of clips and pictures also {scene} (from 1,
 four digits), {frame} (seven digits; of pictures their own), {timecode} (the source's, or counted
-from the first frame), and {date} and {time} as DV frames carry them. {{ and }} stand for single
-braces. Folders are made. No file is written twice in one run. "-" is the standard output, for one
+from the first frame), and {date}, {time}, {aspect} and {audio} as DV frames carry them. {{ and }}
+stand for single braces. Folders are made. No file is written twice in one run. "-" is the standard output, for one
 output of one input; the scenes are not printed then.
 
 Clips of DV are the frames of the tape, byte for byte; other codecs are cut without encoding, from

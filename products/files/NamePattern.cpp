@@ -33,7 +33,9 @@ constexpr std::array kFields = {
     Field{"frame", [](const NameFields& fields) { return Padded("%07lld", fields.frame); }, ""},
     Field{"timecode", [](const NameFields& fields) { return fields.timecode; }, "no-timecode"},
     Field{"date", [](const NameFields& fields) { return fields.date; }, "undated"},
-    Field{"time", [](const NameFields& fields) { return fields.time; }, "untimed"}};
+    Field{"time", [](const NameFields& fields) { return fields.time; }, "untimed"},
+    Field{"aspect", [](const NameFields& fields) { return fields.aspect; }, "no-aspect"},
+    Field{"audio", [](const NameFields& fields) { return fields.audio; }, "no-audio"}};
 
 const Field* FindField(std::string_view name) {
     const auto* const found = std::ranges::find(kFields, name, &Field::name);

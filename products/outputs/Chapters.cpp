@@ -22,12 +22,6 @@ std::string Escaped(const std::string& text) {
     return escaped;
 }
 
-// Chapters count from the start of the file, where other streams may begin before the pictures.
-std::int64_t ChapterTime(const SceneTable& table, const FilePlace& place) {
-    constexpr Ratio kMicroseconds{1, 1'000'000};
-    return place.time + Rescale(table.delay, kMicroseconds, table.scale.unit);
-}
-
 std::string ChapterTitle(std::size_t index) {
     return "Scene " + std::to_string(index + 1);
 }
@@ -45,9 +39,8 @@ std::string MetadataChapters(const SceneTable& table) {
     std::string text = ";FFMETADATA1\ntitle=" + Escaped(PlainName(table.name)) + '\n';
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
-        text += head + std::to_string(ChapterTime(table, scene.start)) +
-                "\nEND=" + std::to_string(ChapterTime(table, scene.end)) + "\ntitle=" + ChapterTitle(i) +
-                '\n';
+        text += head + std::to_string(MediaTime(table, scene.start)) +
+                "\nEND=" + std::to_string(MediaTime(table, scene.end)) + "\ntitle=" + ChapterTitle(i) + '\n';
     }
     return text;
 }
@@ -63,9 +56,9 @@ std::string MatroskaChapters(const SceneTable& table) {
         const SceneSpan& scene = table.scenes[i];
         pugi::xml_node chapter = edition.append_child("ChapterAtom");
         AppendText(chapter, "ChapterTimeStart",
-                   ClockText(ChapterTime(table, scene.start), table.scale, kNanoseconds));
+                   ClockText(MediaTime(table, scene.start), table.scale, kNanoseconds));
         AppendText(chapter, "ChapterTimeEnd",
-                   ClockText(ChapterTime(table, scene.end), table.scale, kNanoseconds));
+                   ClockText(MediaTime(table, scene.end), table.scale, kNanoseconds));
         pugi::xml_node display = chapter.append_child("ChapterDisplay");
         AppendText(display, "ChapterString", ChapterTitle(i));
         AppendText(display, "ChapterLanguage", "eng");

@@ -15,6 +15,7 @@ constexpr std::string_view kFcpxml[] = {".fcpxml"};
 constexpr std::string_view kQp[] = {".qp", ".qpfile", ".qp.txt"};
 constexpr std::string_view kFfmeta[] = {".ffmeta", ".ffmetadata", ".chapters.txt"};
 constexpr std::string_view kMkvChapters[] = {".chapters.xml"};
+constexpr std::string_view kSrt[] = {".srt"};
 
 // Plain .xml and .txt are nobody's: too many formats are called so.
 constexpr OutputFormat kFormats[] = {
@@ -26,6 +27,7 @@ constexpr OutputFormat kFormats[] = {
     {"qp", kQp, QpFile, "QP file: x264 and x265 begin each scene with a key frame"},
     {"ffmeta", kFfmeta, MetadataChapters, "chapters as FFmpeg metadata"},
     {"mkvchapters", kMkvChapters, MatroskaChapters, "chapters as Matroska XML, for mkvmerge"},
+    {"srt", kSrt, RecordingSubtitles, "subtitles: date and time of a DV tape's recordings", false, true},
 };
 
 bool EndsIn(std::string_view path, std::string_view suffix) {

@@ -15,6 +15,7 @@ struct OutputFormat {
     std::string (*write)(const SceneTable&);    ///< HostError when the format can't hold the table
     std::string_view help;                      ///< half a line
     bool needsFile = false;                     ///< the input must have a name that the list can point to
+    bool needsRecorded = false;                 ///< the table must tell recording times
 };
 
 [[nodiscard]] std::span<const OutputFormat> OutputFormats();

@@ -53,6 +53,9 @@ std::string SceneJson(const SceneTable& table) {
                                   {"start", PlaceJson(table, scene.start)},
                                   {"end", PlaceJson(table, scene.end)},
                                   {"length", scene.FrameCount()}});
+        for (const TapeColumn& column : kTapeColumns)
+            if (const std::string& text = scene.tape.*column.text; !text.empty())
+                json["scenes"].back()["tape"][column.key] = text;
     }
     // Names of files may hold bytes that are no text.
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';

@@ -53,6 +53,11 @@ std::string SourceTimecodeText(const FilePlace& place, const TimeScale& scale, c
                          NumberingFrom(first, scale.rate));
 }
 
+std::string SceneTimecode(const TapeTexts& tape, const FilePlace& place, const TimeScale& scale,
+                          const std::optional<SourceTimecode>& first) {
+    return tape.timecode.empty() && first ? SourceTimecodeText(place, scale, *first) : tape.timecode;
+}
+
 std::vector<EditSpan> EditSpans(const SceneTable& table) {
     const std::int64_t sourceStart = SourceStart(table);
     std::vector<EditSpan> spans;
@@ -63,6 +68,11 @@ std::vector<EditSpan> EditSpans(const SceneTable& table) {
             spans.push_back({i, sourceStart + start, frames});
     }
     return spans;
+}
+
+std::int64_t MediaTime(const SceneTable& table, const FilePlace& place) {
+    constexpr Ratio kMicroseconds{1, 1'000'000};
+    return place.time + Rescale(table.delay, kMicroseconds, table.scale.unit);
 }
 
 std::string ClipName(const SceneTable& table, std::size_t index) {

@@ -1,6 +1,7 @@
 // The scenes of a run and what is known of their file: the one record that all outputs are written from.
 #pragma once
 
+#include "reading/dv/PackText.h"
 #include "reading/readers/MediaInfo.h"
 #include "reading/timing/FrameNumbering.h"
 #include "reading/timing/SampleTable.h"
@@ -18,8 +19,29 @@ struct SceneSpan {
     FilePlace end;      ///< exclusive: frame and time after the last frame
     std::string method; ///< how its start was found: "video", "timestamp", ... or "recording", "aspect", ...
     std::int64_t sample = 0;
+    TapeTexts tape{}; ///< what its first frame says, if that is DV
 
     [[nodiscard]] std::int64_t FrameCount() const { return end.frame - start.frame; }
+};
+
+/// What lists tell of the tape with each scene.
+struct TapeColumn {
+    const char* key;  ///< in JSON, as in the tape log
+    const char* name; ///< of the CSV's column
+    std::string TapeTexts::*text;
+};
+
+inline constexpr TapeColumn kTapeColumns[] = {{"timecode", "Tape Timecode", &TapeTexts::timecode},
+                                              {"recording_date", "Recording Date", &TapeTexts::date},
+                                              {"recording_time", "Recording Time", &TapeTexts::time},
+                                              {"aspect", "Aspect", &TapeTexts::aspect},
+                                              {"audio", "Audio", &TapeTexts::audio}};
+
+/// Frames that follow each other and bear the same date and time of recording.
+struct RecordedSpan {
+    FilePlace start;
+    FilePlace end; ///< exclusive
+    std::string text;
 };
 
 /// Scenes are in order, each at least one frame, and times never go back. Positions count the frames of the
@@ -38,6 +60,7 @@ struct SceneTable {
     std::int64_t frameCount = 0;
     std::string partial; ///< why the table ends before the input does; empty: it does not
     std::vector<SceneSpan> scenes;
+    std::optional<std::vector<RecordedSpan>> recorded; ///< none: the frames were not asked
 };
 
 /// Whether every scene begins and ends where its frame number times the frame's length says.
@@ -58,6 +81,10 @@ struct SceneTable {
 [[nodiscard]] std::string SourceTimecodeText(const FilePlace& place, const TimeScale& scale,
                                              const SourceTimecode& first);
 
+/// The timecode of a scene that begins here: the tape's, or the file's own; empty where there is neither.
+[[nodiscard]] std::string SceneTimecode(const TapeTexts& tape, const FilePlace& place, const TimeScale& scale,
+                                        const std::optional<SourceTimecode>& first);
+
 /// A scene on an edit's timeline, in frames of the nominal rate.
 struct EditSpan {
     std::size_t scene;       ///< which of the table's, from 0
@@ -66,6 +93,9 @@ struct EditSpan {
 };
 /// Without the scenes of variable rates that are shorter than half a frame of the nominal one.
 [[nodiscard]] std::vector<EditSpan> EditSpans(const SceneTable& table);
+
+/// The time of a place since the start of the file, where other streams may begin before the pictures.
+[[nodiscard]] std::int64_t MediaTime(const SceneTable& table, const FilePlace& place);
 
 /// The name and the scene's number from 1 on, in three digits or more.
 [[nodiscard]] std::string ClipName(const SceneTable& table, std::size_t index);

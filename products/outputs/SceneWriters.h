@@ -20,5 +20,7 @@ struct SceneTable;
 /// FFmpeg's metadata file.
 [[nodiscard]] std::string MetadataChapters(const SceneTable& table);
 [[nodiscard]] std::string MatroskaChapters(const SceneTable& table);
+/// SubRip: the recording's date and time while they last. HostError when the table does not have them.
+[[nodiscard]] std::string RecordingSubtitles(const SceneTable& table);
 
 } // namespace scenedetect

@@ -187,13 +187,29 @@ std::string PictureSource(const std::vector<std::uint8_t>& jpeg) {
     return "data:image/jpeg;base64," + text;
 }
 
+std::string Joined(const std::string& one, const std::string& separator, const std::string& other) {
+    return one + (one.empty() || other.empty() ? "" : separator) + other;
+}
+
+// What the tape and the source's timecode say, a line each.
+std::string SourceText(const SceneTable& table, const SceneSpan& scene) {
+    const TapeTexts& tape = scene.tape;
+    const std::string timecode = SceneTimecode(tape, scene.start, table.scale, table.startTimecode);
+    std::string lines;
+    for (const std::string& line : {timecode.empty() ? "" : "timecode " + timecode,
+                                    Joined(tape.date, " ", tape.time), Joined(tape.aspect, ", ", tape.audio)})
+        lines += line.empty() ? "" : Element("span", "", Escaped(line));
+    return lines;
+}
+
 std::string SceneText(const ReportContent& content, std::size_t index) {
     const SceneSpan& scene = content.table.scenes[index];
     return Element("div", "",
                    "<b>" + std::to_string(index + 1) + "</b>" +
                        TimecodeText(scene.start.time, content.table.scale) + "<span>frame " +
                        std::to_string(scene.start.frame) + ", " + LengthText(scene, content.table.scale) +
-                       "</span><span>" + Escaped(scene.method) + "</span>");
+                       "</span><span>" + Escaped(scene.method) + "</span>" +
+                       SourceText(content.table, scene));
 }
 
 bool HasPicture(const ReportContent& content, std::size_t index) {

@@ -15,6 +15,20 @@ def formats() -> list[str]:
     return _native.formats()
 
 
+def _row(scene: Scene, base: Fraction) -> _native.SceneRow:
+    recorded = scene.recorded
+    return (
+        scene.frame,
+        round(Fraction(scene.time) / base),
+        scene.method,
+        scene.tape_timecode,
+        recorded.date().isoformat() if recorded else "",
+        recorded.time().isoformat() if recorded else "",
+        scene.aspect,
+        scene.audio,
+    )
+
+
 def _bytes(scenes: Iterable[Scene], format: str, video: Video | None) -> bytes:
     if video is None:
         if not isinstance(scenes, SceneList):
@@ -22,7 +36,7 @@ def _bytes(scenes: Iterable[Scene], format: str, video: Video | None) -> bytes:
         video = scenes.video
     base = video.time_base
     assert base is not None and video.duration is not None
-    rows = [(scene.frame, round(Fraction(scene.time) / base), scene.method) for scene in scenes]
+    rows = [_row(scene, base) for scene in scenes]
     return _native.list_text(format, video, rows, round(video.duration / base))
 
 

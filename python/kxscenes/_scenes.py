@@ -24,6 +24,12 @@ class Scene:
     """Date and time of the recording, where DV frames carry both."""
     method: str = "manual"
     """What found it: "video", "timestamp", "interval", "manual", or several joined by "+"."""
+    tape_timecode: str = ""
+    """HH:MM:SS:FF, or HH:MM:SS;FF with drop-frame, as its DV frame has it."""
+    aspect: str = ""
+    """Of a DV frame: "4:3", "16:9", "16:9 letterbox" and the like."""
+    audio: str = ""
+    """Of a DV frame: "48000 Hz 16 bits 2 channels"."""
 
 
 @dataclass(frozen=True)

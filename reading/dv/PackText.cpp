@@ -13,6 +13,11 @@ std::string Format(const char* format, Numbers... numbers) {
     return text.data();
 }
 
+template <typename Value>
+std::string TextOrNone(const std::optional<Value>& value) {
+    return value ? TextOf(*value) : "";
+}
+
 } // namespace
 
 std::string TextOf(const DvTimecode& timecode) {
@@ -42,6 +47,11 @@ std::string TextOf(const DvAudioFormat& format) {
 
 std::string TextOf(DvSystem system) {
     return std::to_string(DvLines(system));
+}
+
+TapeTexts TextsOf(const DvPacks& packs) {
+    return {TextOrNone(packs.date), TextOrNone(packs.time), TextOrNone(packs.timecode),
+            TextOrNone(packs.aspect), TextOrNone(packs.audio)};
 }
 
 } // namespace scenedetect

@@ -14,4 +14,14 @@ namespace scenedetect {
 [[nodiscard]] std::string TextOf(const DvAudioFormat& format);             ///< "48000 Hz 16 bits 2 channels"
 [[nodiscard]] std::string TextOf(DvSystem system);                         ///< "625"
 
+/// What a frame says, each as the text above; empty where it says nothing.
+struct TapeTexts {
+    std::string date;
+    std::string time;
+    std::string timecode;
+    std::string aspect;
+    std::string audio;
+};
+[[nodiscard]] TapeTexts TextsOf(const DvPacks& packs);
+
 } // namespace scenedetect

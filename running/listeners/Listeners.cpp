@@ -49,9 +49,10 @@ std::vector<std::unique_ptr<RunListener>> MakeTableListeners(const RunSettings& 
     std::vector<std::unique_ptr<RunListener>> listeners;
     std::vector<TableUse> uses;
     for (const OutputSettings::List& list : outputs.lists)
-        uses.push_back({list.path, [format = list.format](const SceneTable& table, FirstError&) {
-                            return format->write(table);
-                        }});
+        uses.push_back(
+            {list.path,
+             [format = list.format](const SceneTable& table, FirstError&) { return format->write(table); },
+             list.format->needsRecorded});
     if (!outputs.reportPath.empty()) {
         const auto timeline = std::make_shared<Timeline>();
         listeners.push_back(std::make_unique<TimelineKeeper>(timeline));

@@ -6,23 +6,17 @@
 namespace scenedetect {
 
 NameFields NamesOf(const FoundScene& scene, const RunInfo& info) {
-    NameFields names{NameOfInput(info.input),
-                     scene.number,
-                     scene.method,
-                     scene.place.frame,
-                     info.media.startTimecode
-                         ? SourceTimecodeText(scene.place, info.scale, *info.media.startTimecode)
-                         : TimecodeText(scene.place.time, info.scale),
-                     "",
-                     ""};
-    const DvPacks& packs = scene.tape;
-    if (packs.timecode)
-        names.timecode = TextOf(*packs.timecode);
-    if (packs.date)
-        names.date = TextOf(*packs.date);
-    if (packs.time)
-        names.time = TextOf(*packs.time);
-    return names;
+    const TapeTexts tape = TextsOf(scene.tape);
+    const std::string timecode = SceneTimecode(tape, scene.place, info.scale, info.media.startTimecode);
+    return {.name = NameOfInput(info.input),
+            .scene = scene.number,
+            .method = scene.method,
+            .frame = scene.place.frame,
+            .timecode = timecode.empty() ? TimecodeText(scene.place.time, info.scale) : timecode,
+            .date = tape.date,
+            .time = tape.time,
+            .aspect = tape.aspect,
+            .audio = tape.audio};
 }
 
 } // namespace scenedetect

@@ -6,8 +6,8 @@
 
 namespace scenedetect {
 
-/// Timecode, date and time are those of the tape, from the scene's first frame. Without DV timecode it is the
-/// file's own, or counts from 0; without a recording time the other two are empty.
+/// Timecode, date, time, aspect and audio are those of the tape, from the scene's first frame. Without DV
+/// timecode it is the file's own, or counts from 0; what else the frame does not say is empty.
 [[nodiscard]] NameFields NamesOf(const FoundScene& scene, const RunInfo& info);
 
 } // namespace scenedetect

@@ -3,7 +3,9 @@
 #include "products/files/NamePattern.h"
 #include "products/files/OutputFile.h"
 #include "reading/base/FirstError.h"
+#include "reading/base/HostError.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace scenedetect {
@@ -29,7 +31,7 @@ void AddScene(SceneTable& table, const FoundScene& scene) {
     // Two methods' marks at one place are one scene here.
     if (!table.scenes.empty() && table.scenes.back().sample == scene.sample)
         return;
-    table.scenes.push_back({scene.place, scene.place, scene.method, scene.sample});
+    table.scenes.push_back({scene.place, scene.place, scene.method, scene.sample, TextsOf(scene.tape)});
 }
 
 void EndTable(SceneTable& table, const RunEnd& end) {
@@ -41,8 +43,25 @@ void EndTable(SceneTable& table, const RunEnd& end) {
                                                        : "";
 }
 
+void SceneTabler::Begin(const RunInfo& info) {
+    m_table = TableOf(info);
+    const auto use = std::ranges::find(m_uses, true, &TableUse::needsRecorded);
+    if (use == m_uses.end())
+        return;
+    if (info.format.fourcc != kDvFourcc)
+        throw HostError(use->path + ": subtitles of recording times (srt) need DV video of 25 Mbit/s");
+    m_recorded.emplace(info.scale);
+}
+
+void SceneTabler::Passed(PictureSample& sample, std::int64_t /*index*/) {
+    if (m_recorded)
+        m_recorded->Note(sample.picture);
+}
+
 void SceneTabler::End(const RunEnd& end) {
     EndTable(m_table, end);
+    if (m_recorded)
+        m_table.recorded = m_recorded->Finish();
     FirstError error;
     for (TableUse& use : m_uses)
         error.Attempt([&] {

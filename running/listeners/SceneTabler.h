@@ -3,9 +3,11 @@
 
 #include "products/outputs/SceneTable.h"
 #include "reading/base/FirstError.h"
+#include "running/listeners/RecordingTimes.h"
 #include "running/run/RunListener.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,7 @@ struct TableUse {
 
     std::string path; ///< "-" is the standard output
     Make make;
+    bool needsRecorded = false; ///< the recording times of DV
     bool isWritten = false;
 };
 
@@ -31,14 +34,16 @@ class SceneTabler final : public RunListener {
   public:
     explicit SceneTabler(std::vector<TableUse> uses) : m_uses(std::move(uses)) {}
 
-    void Begin(const RunInfo& info) override { m_table = TableOf(info); }
+    void Begin(const RunInfo& info) override;
     void Scene(const FoundScene& scene) override { AddScene(m_table, scene); }
+    void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
     void ListOutputs(RunOutputs& outputs) const override;
 
   private:
     std::vector<TableUse> m_uses;
     SceneTable m_table;
+    std::optional<RecordingTimes> m_recorded; // where they are needed
 };
 
 } // namespace scenedetect

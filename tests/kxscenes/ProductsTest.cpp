@@ -67,6 +67,25 @@ TEST_F(Tape, LogAndReport) {
     EXPECT_EQ(RunHost({"--tape-log", m_folder / "log.csv", m_folder / "r.html"}).exitCode, 1);
 }
 
+TEST_F(Tape, ListsTellWhatTheTapeKnows) {
+    const auto list = [this](const char* suffix) { return m_folder / ("list." + std::string(suffix)); };
+    RunHost({"-o", list("csv"), "-o", list("json"), "-o", list("srt"), "--report", list("html"), m_tape});
+    const std::string facts = "01:02:03:24,2004-07-17,10:30:00,4:3,";
+    EXPECT_THAT(Lines(ReadWhole(list("csv"))), Contains(HasSubstr(",video,01:02:03:24," + facts)));
+    EXPECT_EQ(nlohmann::json::parse(ReadWhole(list("json"))).at("scenes").at(1).at("tape"),
+              nlohmann::json::parse(R"({"timecode": "01:02:03:24", "recording_date": "2004-07-17",
+        "recording_time": "10:30:00", "aspect": "4:3"})"));
+    for (const char* line : {"timecode 01:02:03:24", "2004-07-17 10:30:00", "<span>4:3</span>"})
+        EXPECT_THAT(ReadWhole(list("html")), HasSubstr(line));
+    EXPECT_EQ(ReadWhole(list("srt")), "1\r\n00:00:00,000 --> 00:00:01,000\r\n2004-07-17 10:30:00\r\n\r\n"
+                                      "2\r\n00:00:01,000 --> 00:00:02,000\r\n2004-07-17 10:30:01\r\n\r\n"
+                                      "3\r\n00:00:02,000 --> 00:00:02,400\r\n2004-07-17 10:30:02\r\n\r\n");
+    MakeClip({}, m_folder / "film.mkv");
+    const ProcessResult film = RunHost({"-o", list("srt"), m_folder / "film.mkv"});
+    EXPECT_EQ(film.exitCode, 1);
+    EXPECT_THAT(Lines(film.err), ElementsAre(HasSubstr("need DV")));
+}
+
 TEST_F(Tape, SavedFiguresDecideAsTheTapeWould) {
     const auto figures = m_folder / "figures.csv";
     RunHost({"--stats", figures, m_tape});

@@ -19,17 +19,25 @@ using Spans = std::vector<std::pair<std::int64_t, std::int64_t>>; // begin and e
 TEST(SceneSheets, RowsByRate) {
     const std::string header =
         "Scene Number,Start Frame,Start Timecode,Start Time (seconds),End Frame,End Timecode,"
-        "End Time (seconds),Length (frames),Length (timecode),Length (seconds)\r\n";
-    EXPECT_EQ(SceneSheet(TableOf({25, 1}, {0, 75, 90'100})),
-              header + "1,1,00:00:00.000,0.000,75,00:00:03.000,3.000,75,00:00:03.000,3.000\r\n"
-                       "2,76,00:00:03.000,3.000,90100,01:00:04.000,3604.000,90025,01:00:01.000,3601.000\r\n");
+        "End Time (seconds),Length (frames),Length (timecode),Length (seconds),Method,Source Timecode,"
+        "Tape Timecode,Recording Date,Recording Time,Aspect,Audio\r\n";
+    SceneTable tape = TableOf({25, 1}, {0, 75, 90'100});
+    tape.startTimecode = SourceTimecode{900'000, false, 25};
+    tape.scenes[1].tape = {"2004-07-17", "10:30:05", "11:00:00:00", "16:9", "32000 Hz"};
+    EXPECT_EQ(SceneSheet(tape),
+              header +
+                  "1,1,00:00:00.000,0.000,75,00:00:03.000,3.000,75,00:00:03.000,3.000,video,10:00:00:00"
+                  ",,,,,\r\n"
+                  "2,76,00:00:03.000,3.000,90100,01:00:04.000,3604.000,90025,01:00:01.000,3601.000,video,"
+                  "10:00:03:00,11:00:00:00,2004-07-17,10:30:05,16:9,32000 Hz\r\n");
+    const std::string none = ",video,,,,,,\r\n";
     // 33.37 and 3336.67 ms.
     EXPECT_EQ(SceneSheet(TableOf({30000, 1001}, {1, 100})),
-              header + "1,2,00:00:00.033,0.033,100,00:00:03.337,3.337,99,00:00:03.303,3.303\r\n");
+              header + "1,2,00:00:00.033,0.033,100,00:00:03.337,3.337,99,00:00:03.303,3.303" + none);
     EXPECT_EQ(SceneSheet(VariableTable()),
-              header + "1,1,00:00:00.000,0.000,3,00:00:00.090,0.090,3,00:00:00.090,0.090\r\n"
-                       "2,4,00:00:00.090,0.090,4,00:00:00.100,0.100,1,00:00:00.010,0.010\r\n"
-                       "3,5,00:00:00.100,0.100,10,00:00:00.510,0.510,6,00:00:00.410,0.410\r\n");
+              header + "1,1,00:00:00.000,0.000,3,00:00:00.090,0.090,3,00:00:00.090,0.090" + none +
+                  "2,4,00:00:00.090,0.090,4,00:00:00.100,0.100,1,00:00:00.010,0.010" + none +
+                  "3,5,00:00:00.100,0.100,10,00:00:00.510,0.510,6,00:00:00.410,0.410" + none);
 }
 
 TEST(SceneJsons, PlacesOfAScene) {

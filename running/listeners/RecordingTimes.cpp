@@ -1,0 +1,42 @@
+#include "running/listeners/RecordingTimes.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace scenedetect {
+
+void RecordingTimes::Note(const Picture& picture) {
+    const auto system = DvSystemOfSize(picture.Bytes().size());
+    if (!system)
+        return;
+    const DvPacks packs = ReadDvPacks(picture.Bytes(), *system);
+    const TapeTexts texts = TextsOf(packs);
+    if (const auto verdict = m_judge.Note(picture.place.frame, *system, packs))
+        Settle(*m_pending, verdict->isTimeStray);
+    m_pending = {picture.place, packs.date && packs.time ? texts.date + ' ' + texts.time : ""};
+}
+
+void RecordingTimes::Settle(const Frame& frame, bool isStray) {
+    if (frame.text.empty())
+        return;
+    const FilePlace end = PlaceAfter(frame.place, m_scale);
+    if (!m_spans.empty()) {
+        RecordedSpan& last = m_spans.back();
+        if (last.end.frame == frame.place.frame && (isStray || last.text == frame.text)) {
+            last.end = end;
+            return;
+        }
+        // Where line systems are mixed, frames may be shorter than the file's rate has it.
+        last.end.time = std::min(last.end.time, frame.place.time);
+    }
+    if (!isStray)
+        m_spans.push_back({frame.place, end, frame.text});
+}
+
+std::vector<RecordedSpan> RecordingTimes::Finish() {
+    if (const auto verdict = m_judge.Finish())
+        Settle(*m_pending, verdict->isTimeStray);
+    return std::exchange(m_spans, {});
+}
+
+} // namespace scenedetect
