@@ -30,6 +30,9 @@ methods or without them: recordings (the date or the time of day does not go on;
 such place), record-flag (the recorder's start mark), timecode (a jump), aspect, audio (sampling
 rate, bits, channels), lines (525 or 625). "method" names these, too. --xml has the methods' only.
 
+--scenes finds nothing: the scenes are those of a list (JSON and CSV of this program, CSV of others,
+starts one a line, EDL), from their starts to their ends. {name} in its name is the input's.
+
 Input: any file that FFmpeg's libraries read, or "-" for the standard input, of which each scene is
 printed as soon as it can be known. A folder stands for the video files in it and its folders. DV
 frames and the uncompressed frames of AVI files are examined as they are, everything else is

@@ -65,6 +65,8 @@ drop-frame) counted from the first frame.
 
 void OutputOptions::AddLists(CLI::App& app) {
     constexpr const char* kGroup = "Output";
+    AddPatternPath(app, "--scenes", m_settings.listPath,
+                   "Read the scenes from this list (CSV, JSON or EDL) instead of finding them", "Detection");
     app.add_option("-o,--output", m_listPaths,
                    "Write the scenes to this file, in the format that its suffix says; as often as wanted")
         ->type_name("FILE")
@@ -192,8 +194,8 @@ std::string OutputOptions::MatchFormats() {
 
 // Options that want others, or a file that can be read twice.
 std::string OutputOptions::FindMissing() const {
-    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, savedStatsPath, configPath,
-                 jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPath,
+                 configPath, jobs] = m_settings;
     const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
     const bool wantsVideo = !detection.parameters.IsEmpty() || !outputs.statsPath.empty();
     if (const std::string wrong = xmlPath.empty() ? "" : NamePattern::ErrorIn(xmlPath); !wrong.empty())
@@ -219,8 +221,8 @@ std::string OutputOptions::FindMissing() const {
 
 // Without the input only its scenes are known.
 std::string OutputOptions::FindBeyondStats() const {
-    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, savedStatsPath, configPath,
-                 jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPath,
+                 configPath, jobs] = m_settings;
     if (savedStatsPath.empty())
         return inputs.empty() ? "INPUT is required" : "";
     if (!inputs.empty())
@@ -233,6 +235,19 @@ std::string OutputOptions::FindBeyondStats() const {
     return wantsFrames ? "--from-stats goes with -o, --report, --min-scene and the parameters only" : "";
 }
 
+// Nothing is found where scenes are read.
+std::string OutputOptions::FindBeyondList() const {
+    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPath,
+                 configPath, jobs] = m_settings;
+    const bool wantsFilter = !savedStatsPath.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
+                             !detection.marks.empty() || detection.readTimecode ||
+                             !detection.parameters.IsEmpty() || shortestScene != 0 ||
+                             detection.methods != std::vector{KxMethodVideo} || !detection.cuts.empty();
+    return !listPath.empty() && wantsFilter
+               ? "--scenes goes with no option of finding scenes: they are those of the list"
+               : "";
+}
+
 void OutputOptions::AddTo(CLI::App& app) {
     AddLists(app);
     AddClips(app);
@@ -243,7 +258,7 @@ void OutputOptions::AddTo(CLI::App& app) {
 std::string OutputOptions::Check() {
     if (m_overwrites)
         m_settings.outputs.clips.existing = m_settings.outputs.pictures.existing = Existing::Replace;
-    for (const std::string& wrong : {MatchFormats(), FindBeyondStats(), FindMissing()})
+    for (const std::string& wrong : {MatchFormats(), FindBeyondStats(), FindBeyondList(), FindMissing()})
         if (!wrong.empty())
             return wrong;
     return "";

@@ -31,6 +31,7 @@ class OutputOptions {
     [[nodiscard]] std::string MatchFormats();
     [[nodiscard]] std::string FindMissing() const;
     [[nodiscard]] std::string FindBeyondStats() const;
+    [[nodiscard]] std::string FindBeyondList() const;
 
     BatchSettings& m_settings;
     std::vector<std::string> m_listPaths;   // -o, and

@@ -87,7 +87,8 @@ void ClipCutter::WriteOldest() {
     try {
         if (auto scene = m_scenes.extract(m_oldest)) {
             FinishClip();
-            BeginClip(oldest.picture->place.frame, std::move(scene.mapped()));
+            if (scene.mapped())
+                BeginClip(oldest.picture->place.frame, *std::move(scene.mapped()));
         }
         ++m_oldest;
         if (m_clip) // pictures before the first scene are no scene's

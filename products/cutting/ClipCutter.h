@@ -37,6 +37,8 @@ class ClipCutter {
     /// of those still to come. Another at the same sample changes nothing. The frame among the names is
     /// filled in.
     void BeginScene(std::int64_t sample, const NameFields& names);
+    /// From this sample on, one of those held or still to come, there is no scene until the next begins.
+    void EndScene(std::int64_t sample) { m_scenes.try_emplace(sample, std::nullopt); }
     /// The picture of the next sample, a DV frame, whose bytes stay as long as it is shared; the scenes that
     /// were found with it have been announced. At most kLookBack are held when this returns.
     void Add(std::shared_ptr<const Picture> picture);
@@ -65,7 +67,8 @@ class ClipCutter {
     OutputClaims& m_claims;
     const ClipListener m_listener;
 
-    std::map<std::int64_t, NameFields> m_scenes; // that begin at samples held or to come
+    // That begin at samples held or to come; none: the last one ends there.
+    std::map<std::int64_t, std::optional<NameFields>> m_scenes;
     std::deque<Held> m_held;
     TapeJudge m_judge;         // of audio formats, for a container
     std::int64_t m_oldest = 0; // number of the first sample held

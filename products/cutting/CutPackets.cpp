@@ -109,6 +109,8 @@ class CutRun {
         return StampOf(m_cut.scenes[scene].place.time) - m_tolerance;
     }
     [[nodiscard]] std::int64_t End(std::size_t scene) const {
+        if (const auto& end = m_cut.scenes[scene].end)
+            return StampOf(*end);
         if (scene + 1 < m_cut.scenes.size())
             return StampOf(m_cut.scenes[scene + 1].place.time);
         return m_cut.end ? StampOf(*m_cut.end) : INT64_MAX;

@@ -17,6 +17,7 @@ struct PacketCut {
     struct Scene {
         FilePlace place; ///< of its first picture
         NameFields names;
+        std::optional<std::int64_t> end{}; ///< time of the first picture after it; none: the next scene's
     };
     std::string path; ///< a regular file
     TimeScale scale;

@@ -5,11 +5,9 @@
 #include "reading/readers/FileInput.h"
 
 #include <algorithm>
-#include <atomic>
 #include <charconv>
 #include <cstdint>
 #include <limits>
-#include <span>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -184,17 +182,7 @@ Stats ParseStats(std::string_view text, const std::string& path) {
 }
 
 Stats ReadStats(const std::string& path) {
-    const std::atomic<bool> never = false;
-    FileInput file(path, never);
-    std::string text;
-    constexpr std::size_t kPiece = std::size_t{1} << 20;
-    for (std::size_t got = kPiece; got == kPiece;) {
-        const std::size_t size = text.size();
-        text.resize(size + kPiece);
-        got = file.Read({reinterpret_cast<std::uint8_t*>(text.data()) + size, kPiece});
-        text.resize(size + got);
-    }
-    return ParseStats(text, path);
+    return ParseStats(ReadTextFile(path), path);
 }
 
 } // namespace scenedetect

@@ -42,4 +42,18 @@ void FileInput::Skip(std::int64_t bytes) {
     m_position += bytes;
 }
 
+std::string ReadTextFile(const std::string& path) {
+    const std::atomic<bool> never = false;
+    FileInput file(path, never);
+    std::string text;
+    constexpr std::size_t kPiece = std::size_t{1} << 20;
+    for (std::size_t got = kPiece; got == kPiece;) {
+        const std::size_t size = text.size();
+        text.resize(size + kPiece);
+        got = file.Read({reinterpret_cast<std::uint8_t*>(text.data()) + size, kPiece});
+        text.resize(size + got);
+    }
+    return text;
+}
+
 } // namespace scenedetect

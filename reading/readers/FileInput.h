@@ -5,6 +5,7 @@
 #include "reading/readers/ByteInput.h"
 
 #include <atomic>
+#include <string>
 
 namespace scenedetect {
 
@@ -30,5 +31,8 @@ class FileInput final : public ByteInput {
     std::int64_t m_size = -1;
     std::int64_t m_position = 0;
 };
+
+/// A whole file. HostError when it can't be read.
+[[nodiscard]] std::string ReadTextFile(const std::string& path);
 
 } // namespace scenedetect

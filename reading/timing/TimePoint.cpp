@@ -78,23 +78,23 @@ std::string RateText(Ratio rate) {
     return text;
 }
 
-std::int64_t FrameOf(const TimePoint& point, const TimecodePoint& timecode, Ratio rate) {
+} // namespace
+
+std::int64_t FrameOf(const TimecodePoint& timecode, const std::string& text, Ratio rate) {
     FrameNumbering numbering = NumberingOf(rate);
     if (timecode.isDropFrame && !numbering.IsDropFrame())
-        throw HostError(point.text + ": drop-frame timecode (;) does not go with " + RateText(rate) +
+        throw HostError(text + ": drop-frame timecode (;) does not go with " + RateText(rate) +
                         "; write : before the frames");
     if (!timecode.isDropFrame)
         numbering.dropped = 0;
     if (const auto frame = FrameOfTimecode(timecode.fields, numbering))
         return *frame;
     if (timecode.fields.frames >= numbering.framesPerSecond)
-        throw HostError(point.text + ": at " + RateText(rate) + " the last frame of a second is " +
+        throw HostError(text + ": at " + RateText(rate) + " the last frame of a second is " +
                         std::to_string(numbering.framesPerSecond - 1));
-    throw HostError(point.text + ": drop-frame timecode has no such number; this minute begins with ;0" +
+    throw HostError(text + ": drop-frame timecode has no such number; this minute begins with ;0" +
                     std::to_string(numbering.dropped));
 }
-
-} // namespace
 
 TimePoint ParseTimePoint(const std::string& text) {
     const NumberScanner scanner(text);
@@ -128,9 +128,13 @@ TimePosition Resolve(const TimePoint& point, const TimeScale& scale, const FileP
     if (const auto* clock = std::get_if<ClockPoint>(&point.point))
         time += Rescale(clock->nanoseconds, {1, kNanoseconds}, scale.unit);
     else
-        time += Rescale(FrameOf(point, std::get<TimecodePoint>(point.point), scale.rate), frameLength,
+        time += Rescale(FrameOf(std::get<TimecodePoint>(point.point), point.text, scale.rate), frameLength,
                         scale.unit);
-    const std::int64_t halfFrame = Rescale(1, frameLength, scale.unit) / 2;
+    return NearestTo(time, scale);
+}
+
+TimePosition NearestTo(std::int64_t time, const TimeScale& scale) {
+    const std::int64_t halfFrame = Rescale(1, scale.rate.Inverse(), scale.unit) / 2;
     return {std::nullopt, std::max<std::int64_t>(0, time - halfFrame)};
 }
 

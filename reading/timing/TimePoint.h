@@ -50,10 +50,17 @@ struct TimePosition {
     }
 };
 
-/// A point of the file or, with `from`, so much after that place. Times mean the nearest frame: the first
-/// that is no more than half a frame (of the nominal rate) earlier, so that times that were printed with
-/// three decimals find their frames again. HostError when timecode doesn't go with the rate: a frame that a
-/// second doesn't have, a number that drop-frame leaves out, drop-frame at a rate without it.
+/// The frame that is nearest to a time: the first that is no more than half a frame (of the nominal rate)
+/// earlier, so that times that were printed with three decimals find their frames again.
+[[nodiscard]] TimePosition NearestTo(std::int64_t time, const TimeScale& scale);
+
+/// The frames of this rate that timecode counts from 00:00:00:00 on; `text` is for messages. HostError as
+/// Resolve's.
+[[nodiscard]] std::int64_t FrameOf(const TimecodePoint& timecode, const std::string& text, Ratio rate);
+
+/// A point of the file or, with `from`, so much after that place. Times mean the nearest frame. HostError
+/// when timecode doesn't go with the rate: a frame that a second doesn't have, a number that drop-frame
+/// leaves out, drop-frame at a rate without it.
 [[nodiscard]] TimePosition Resolve(const TimePoint& point, const TimeScale& scale,
                                    const FilePlace& from = {});
 

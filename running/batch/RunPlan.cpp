@@ -1,10 +1,12 @@
 #include "running/batch/RunPlan.h"
 
 #include "products/files/OutputFile.h"
+#include "reading/base/HostError.h"
 #include "running/batch/Inputs.h"
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 namespace scenedetect {
 namespace {
@@ -32,6 +34,13 @@ class Paths {
     OutputClaims& m_claims;
 };
 
+// None where scenes are found.
+std::string ListOf(const std::string& input, const BatchSettings& settings) {
+    NameFields fields;
+    fields.name = NameOfInput(input);
+    return settings.listPath.empty() ? "" : NamePattern(settings.listPath).Expand(fields);
+}
+
 } // namespace
 
 bool RunPlan::OnlyPrints() const {
@@ -43,8 +52,16 @@ bool RunPlan::OnlyPrints() const {
 
 std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& claims) {
     const std::vector<Input> inputs = ExpandInputs(settings.inputs);
-    for (const Input& input : inputs)
+    std::set<std::string> lists;
+    for (const Input& input : inputs) {
         claims.AddInput(input.path);
+        const std::string list = ListOf(input.path, settings);
+        claims.AddInput(list);
+        if (!list.empty() && !lists.insert(list).second)
+            throw HostError(list +
+                            ": is the list of one input; with several, {name} in --scenes stands for the "
+                            "name of each");
+    }
     for (const std::string& path : {settings.savedStatsPath, settings.configPath})
         claims.AddInput(path);
     for (const std::string& folder : {settings.outputs.clips.folder, settings.outputs.pictures.folder})
@@ -59,9 +76,13 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
         const Paths paths(input, claims);
         plan.run.isOneOfMany = inputs.size() > 1;
         plan.run.shortestScene = settings.shortestScene;
-        for (const KxDetectionMethod method : settings.detection.methods)
+        plan.run.listPath = ListOf(input, settings);
+        if (!plan.run.listPath.empty())
+            plan.run.detection.methods.clear();
+        plan.run.checksListFirst = !settings.outputs.clips.folder.empty();
+        for (const KxDetectionMethod method : plan.run.detection.methods)
             plan.run.xmlPaths.push_back(paths.Settle(settings.xmlPath, MethodWord(method)));
-        const std::string methods = settings.detection.WordList("+");
+        const std::string methods = plan.run.detection.WordList("+");
         OutputSettings& outputs = plan.outputs;
         for (OutputSettings::List& list : outputs.lists)
             list.path = paths.Settle(list.path, methods);

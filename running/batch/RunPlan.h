@@ -18,6 +18,7 @@ struct BatchSettings {
     RangeChoice range;
     std::int64_t shortestScene = 0; ///< in frames; shorter ones become part of the one before
     OutputSettings outputs;         ///< paths are patterns
+    std::string listPath;           ///< pattern of the lists of scenes that are read; empty: scenes are found
     std::string savedStatsPath;     ///< figures to decide from, in place of an input; empty: none
     std::string configPath;         ///< of the options that were read from a file; empty: none
     int jobs = 1;                   ///< inputs that are read at the same time
@@ -33,7 +34,8 @@ struct RunPlan {
     [[nodiscard]] bool OnlyPrints() const;
 };
 
-/// One plan an input, folders being what is in them. HostError when two outputs would be the same file, when
+/// One plan an input, folders being what is in them. HostError when two outputs would be the same file, two
+/// inputs would have the same list of scenes, when
 /// one would overwrite an input or cannot be written.
 [[nodiscard]] std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& claims);
 

@@ -40,7 +40,14 @@ void ClipMaker::Scene(const FoundScene& scene) {
     // Better now than when the whole file is read.
     (void)FindOutputTarget(PathIn(m_settings.folder, m_settings.names.Expand(names, m_suffix)),
                            m_settings.existing);
-    m_cut.scenes.push_back({scene.place, names});
+    m_cut.scenes.push_back({scene.place, names, {}});
+}
+
+void ClipMaker::Gap(std::int64_t sample, const FilePlace& place) {
+    if (m_cutter)
+        m_cutter->EndScene(sample);
+    else if (!m_cut.scenes.empty())
+        m_cut.scenes.back().end = place.time;
 }
 
 void ClipMaker::Passed(PictureSample& sample, std::int64_t /*index*/) {

@@ -19,6 +19,7 @@ class ClipMaker final : public RunListener {
 
     void Begin(const RunInfo& info) override;
     void Scene(const FoundScene& scene) override;
+    void Gap(std::int64_t sample, const FilePlace& place) override;
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
     void ListOutputs(RunOutputs& outputs) const override;

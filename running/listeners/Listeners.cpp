@@ -20,6 +20,8 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& r
                                                             const DetectionParameters& parameters) {
     std::vector<std::pair<std::string, std::string>> settings = {{"input", run.input},
                                                                  {"methods", run.detection.WordList(", ")}};
+    if (!run.listPath.empty())
+        settings.back() = {"scenes of", run.listPath};
     const auto addNumber = [&settings](const char* name, std::int64_t value) {
         if (value != 0)
             settings.emplace_back(name, std::to_string(value));

@@ -35,7 +35,8 @@ void PictureTaker::End(const RunEnd& end) {
     m_progress.made = 0;
     m_progress.products = "pictures";
     for (std::size_t i = 0; i < m_scenes.size(); ++i) {
-        const std::int64_t next = i + 1 < m_scenes.size() ? m_scenes[i + 1].sample : end.samples;
+        const std::int64_t next =
+            m_scenes[i].end.value_or(i + 1 < m_scenes.size() ? m_scenes[i + 1].sample : end.samples);
         for (const PictureAt& at : m_settings.at) {
             // Two scenes at one place have the same picture.
             const std::int64_t last = std::max(next, m_scenes[i].sample + 1);

@@ -9,6 +9,7 @@
 #include "running/run/RunProgress.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,10 @@ class PictureTaker final : public RunListener {
 
     void Begin(const RunInfo& info) override { m_info = info; }
     void Scene(const FoundScene& scene) override;
+    void Gap(std::int64_t sample, const FilePlace& /*place*/) override {
+        if (!m_scenes.empty())
+            m_scenes.back().end = sample;
+    }
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
     void ListOutputs(RunOutputs& outputs) const override {
@@ -37,6 +42,7 @@ class PictureTaker final : public RunListener {
     struct Begun {
         std::int64_t sample;
         NameFields names;
+        std::optional<std::int64_t> end{}; // sample; none: the next scene's first
     };
 
     const PictureSettings& m_settings;

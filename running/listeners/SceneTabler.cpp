@@ -26,17 +26,20 @@ SceneTable TableOf(const RunInfo& info) {
 }
 
 void AddScene(SceneTable& table, const FoundScene& scene) {
-    if (!table.scenes.empty())
-        table.scenes.back().end = scene.place;
+    EndScene(table, scene.place);
     // Two methods' marks at one place are one scene here.
     if (!table.scenes.empty() && table.scenes.back().sample == scene.sample)
         return;
     table.scenes.push_back({scene.place, scene.place, scene.method, scene.sample, TextsOf(scene.tape)});
 }
 
+void EndScene(SceneTable& table, const FilePlace& place) {
+    if (!table.scenes.empty() && table.scenes.back().FrameCount() == 0)
+        table.scenes.back().end = place;
+}
+
 void EndTable(SceneTable& table, const RunEnd& end) {
-    if (!table.scenes.empty())
-        table.scenes.back().end = end.place;
+    EndScene(table, end.place);
     table.frameCount = end.place.frame;
     table.partial = end.ending == RunEnding::BrokeOff  ? "input breaks off"
                     : end.ending == RunEnding::Stopped ? "stopped"

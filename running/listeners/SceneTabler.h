@@ -16,7 +16,9 @@ namespace scenedetect {
 /// The table of a run that begins, without its scenes.
 [[nodiscard]] SceneTable TableOf(const RunInfo& info);
 void AddScene(SceneTable& table, const FoundScene& scene);
-/// The last scene ends where the run does.
+/// The last scene, unless it has ended already, ends before this place.
+void EndScene(SceneTable& table, const FilePlace& place);
+/// The last scene ends where the run does, unless it has already.
 void EndTable(SceneTable& table, const RunEnd& end);
 
 /// A file that is made of the table once that is whole.
@@ -36,6 +38,7 @@ class SceneTabler final : public RunListener {
 
     void Begin(const RunInfo& info) override;
     void Scene(const FoundScene& scene) override { AddScene(m_table, scene); }
+    void Gap(std::int64_t /*sample*/, const FilePlace& place) override { EndScene(m_table, place); }
     void Passed(PictureSample& sample, std::int64_t index) override;
     void End(const RunEnd& end) override;
     void ListOutputs(RunOutputs& outputs) const override;

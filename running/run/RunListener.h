@@ -66,9 +66,9 @@ struct RunOutputs {
 };
 
 /// Calls come on the run's thread, in this order: Begin, then for each picture that has passed the
-/// filters Scene for those that it settles and Passed for itself; Scene for those that the end settles, End.
-/// What throws hears no more. HostError is what to throw: it fails the run, and before End it ends it, so
-/// that nobody gets an End and no file its name; an error in End leaves the others theirs.
+/// filters Scene (or Gap) for those that it settles and Passed for itself; Scene for those that the end
+/// settles, End. What throws hears no more. HostError is what to throw: it fails the run, and before End it
+/// ends it, so that nobody gets an End and no file its name; an error in End leaves the others theirs.
 class RunListener {
   public:
     /// A scene that is not held back for its length is told so many pictures after its first at the most.
@@ -78,6 +78,9 @@ class RunListener {
     virtual void Begin(const RunInfo& /*info*/) {}
     /// Scenes are in order; one that may be too short is told once it is long enough.
     virtual void Scene(const FoundScene& /*scene*/) {}
+    /// With this picture begins what belongs to no scene, until the next one begins; only where scenes are
+    /// read from a list.
+    virtual void Gap(std::int64_t /*sample*/, const FilePlace& /*place*/) {}
     /// Before the picture that follows it, or before End.
     virtual void Irregular(const Irregularity& /*irregularity*/) {}
     /// `sample` keeps its picture's bytes for whoever holds it.

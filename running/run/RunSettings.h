@@ -16,6 +16,8 @@ struct RunSettings {
     std::vector<std::string> xmlPaths; ///< for each method its scene-list file; empty: none
     RangeChoice range;
     std::int64_t shortestScene = 0; ///< in frames; shorter ones are left out but from the scene-list files
+    std::string listPath{};         ///< of scenes that are read, in place of all that finds some; empty: none
+    bool checksListFirst = false;   ///< outputs of DV are written before its end is known
     bool wantsFigures = false;      ///< of the picture comparison, for listeners
     bool isOneOfMany = false;       ///< its messages begin with its name
 };

@@ -5,6 +5,7 @@
 #include "reading/base/HostError.h"
 #include "running/detection/DetectionCalls.h"
 #include "running/detection/SceneListCheck.h"
+#include "running/run/ListCheck.h"
 #include "running/run/MemoryFile.h"
 #include "scenes/SceneListFile.h"
 
@@ -61,7 +62,7 @@ RunSettings WithoutRefused(RunSettings settings, const PictureFormat& format, Co
                            " needs DV video of 25 Mbit/s");
         cuts.clear();
     }
-    if (methods.empty() && cuts.empty())
+    if (methods.empty() && cuts.empty() && !refusals.empty())
         throw HostError(refusals.front());
     for (const std::string& refusal : refusals)
         console.Warning(refusal + ": skipped");
@@ -97,6 +98,8 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
                }),
       m_range(settings.range, m_reader->Scale()) {
     SetUpFilters();
+    if (!m_settings.listPath.empty())
+        SetUpList();
 }
 
 void SceneRun::SetUpFilters() {
@@ -114,6 +117,14 @@ void SceneRun::SetUpFilters() {
     }
     if (const auto refusing = m_graph.Connect())
         throw HostError(RefusalText(m_settings.detection.methods[*refusing], m_settings.input));
+}
+
+// Better to know now than when the clips before a mistake are there.
+void SceneRun::SetUpList() {
+    m_list = ReadSceneListFile(m_settings.listPath);
+    m_listed.emplace(*m_list, m_reader->Scale(), m_reader->Info().startTimecode);
+    if (m_settings.checksListFirst && m_reader->Format().fourcc == kDvFourcc)
+        RequireListFits(m_settings, *m_list, m_reading);
 }
 
 // Each of those that are left, whatever becomes of another.
@@ -175,7 +186,29 @@ RunEnding SceneRun::Run() {
     return ending;
 }
 
+void SceneRun::TellListed(const Picture& picture) {
+    if (!m_listed)
+        return;
+    const auto turn = m_listed->At(picture.place);
+    const std::int64_t sample = m_samples - 1;
+    if (turn.begins)
+        m_scenes.Add({0, sample, m_skipped + sample, picture.place, turn.begins->method, PacksOf(picture)});
+    else if (turn.ends)
+        Tell([&](RunListener& listener) { listener.Gap(sample, picture.place); });
+}
+
+void SceneRun::FinishList() {
+    if (!m_listed || m_samples == 0 || m_reading.stop)
+        return;
+    if (!m_range.HasEnded())
+        m_listed->Finish(m_end);
+    if (const std::int64_t left = m_listed->LeftOut(); left != 0)
+        m_reading.console.Message(Named(std::to_string(left) + (left == 1 ? " frame lies" : " frames lie") +
+                                        " in no scene of " + m_list->path));
+}
+
 void SceneRun::DrainAll() {
+    FinishList();
     m_tapeScenes.Finish();
     DrainScenes(std::numeric_limits<std::int64_t>::max());
     if (!m_graph.Sink().HasEnded())
@@ -220,7 +253,7 @@ void SceneRun::Begin(const FilePlace& first) {
                        m_reader->Info(),
                        first,
                        m_reader->Description(),
-                       m_settings.detection.WordList(", ")};
+                       m_list ? "none, scenes of " + m_list->path : m_settings.detection.WordList(", ")};
     Tell([&info](RunListener& listener) { listener.Begin(info); });
 }
 
@@ -259,20 +292,47 @@ void SceneRun::FeedGraph() {
         if (source.Deliver(*held) != S_OK)
             throw HostError(m_settings.input + ": frame " + std::to_string(held->picture.place.frame) +
                             " is refused by the filter graph");
-        if (m_measuring)
-            m_measured.Append(held->picture.place);
-        m_end = PlaceAfter(held->picture.place, m_reader->Scale());
-        m_recent.push_back(std::move(held));
-        m_tapeScenes.Note(m_recent.back()->picture, m_samples);
-        ++m_samples;
-        DrainScenes(m_samples - RunListener::kLookBack);
-        DrainFigures();
-        Tell([this](RunListener& listener) { listener.Passed(*m_recent.back(), m_samples - 1); });
-        if (std::ssize(m_recent) > RunListener::kLookBack)
-            m_recent.pop_front();
-        m_progress.frames.store(m_samples, std::memory_order_relaxed);
-        m_progress.fraction.store(m_reader->Fraction(), std::memory_order_relaxed);
+        Pass(std::move(held));
+        if (m_listed && m_samples == 1 && !PassPlaces())
+            return;
     }
+}
+
+// Of decoded video the list needs the places only. False when the range is over.
+bool SceneRun::PassPlaces() {
+    SampleTable places;
+    const auto note = [&places](const FilePlace& place) {
+        places.Append(place);
+        return false;
+    };
+    const std::int64_t count = m_reader->PassOver(note);
+    for (std::int64_t i = 0; i < count && !m_reading.stop; ++i) {
+        ComRef<PictureSample> held = m_graph.Source().TakeSample();
+        held->picture.Clear();
+        held->picture.place = *places.Find(i);
+        if (m_range.IsOver(held->picture.place))
+            return false;
+        Pass(std::move(held));
+    }
+    return true;
+}
+
+// Of a picture that is through the filters.
+void SceneRun::Pass(ComRef<PictureSample> held) {
+    if (m_measuring)
+        m_measured.Append(held->picture.place);
+    m_end = PlaceAfter(held->picture.place, m_reader->Scale());
+    m_recent.push_back(std::move(held));
+    m_tapeScenes.Note(m_recent.back()->picture, m_samples);
+    ++m_samples;
+    DrainScenes(m_samples - RunListener::kLookBack);
+    TellListed(m_recent.back()->picture);
+    DrainFigures();
+    Tell([this](RunListener& listener) { listener.Passed(*m_recent.back(), m_samples - 1); });
+    if (std::ssize(m_recent) > RunListener::kLookBack)
+        m_recent.pop_front();
+    m_progress.frames.store(m_samples, std::memory_order_relaxed);
+    m_progress.fraction.store(m_reader->Fraction(), std::memory_order_relaxed);
 }
 
 void SceneRun::DrainScenes(std::int64_t settledBefore) {

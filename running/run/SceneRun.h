@@ -1,6 +1,7 @@
 // A run from the opened file to the last scene: picture by picture through the graph.
 #pragma once
 
+#include "products/listed/ListedScenes.h"
 #include "reading/base/Console.h"
 #include "reading/base/FirstError.h"
 #include "reading/media/OpenPictures.h"
@@ -52,6 +53,11 @@ class SceneRun {
     void Begin(const FilePlace& first);
     [[nodiscard]] bool ReadPicture(Picture& picture);
     void FeedGraph();
+    void SetUpList();
+    void TellListed(const Picture& picture);
+    void FinishList();
+    [[nodiscard]] bool PassPlaces();
+    void Pass(ComRef<PictureSample> held);
     void DrainScenes(std::int64_t settledBefore);
     void DrainFigures();
     void DrainAll();
@@ -74,6 +80,8 @@ class SceneRun {
     SceneMerge m_merge;                  // of the filters, then of the tape's cuts
     TapeScenes m_tapeScenes;
     ShortScenes m_scenes;
+    std::optional<SceneList> m_list; // in place of filters
+    std::optional<ListedScenes> m_listed;
     RunOutputs m_outputs; // of listeners that failed
     StartTimecode m_timecode;
     std::optional<std::size_t> m_measuring; // the filter whose figures are wanted

@@ -1,0 +1,157 @@
+// Scenes read from lists: what detecting made is made again, and what a person has changed is kept to.
+#include "tests/Testing.h"
+#include "tests/kxscenes/Material.h"
+
+namespace {
+
+struct Material {
+    const char* name;
+    Clip clip;
+    std::string file;
+    std::vector<std::string> options{}; ///< of the run that finds the scenes
+    bool isVariable = false;            ///< which no EDL can tell
+};
+
+Clip WithEncoding(Clip clip, const std::string& encoding) {
+    clip.encoding = Words(encoding);
+    return clip;
+}
+
+const Material kMaterials[] = {
+    {"RawDv", DvClip("pal-dv", "2004-07-17T10:30:00", "01:02:03:04"), "a.dv"},
+    {"PartOfNtscDv",
+     DvClip("ntsc-dv", "2004-07-17T10:30:00", "00:59:59:20"),
+     "a.dv",
+     {"--start", "10", "--end", "50"}},
+    {"DvInMatroska", DvClip("pal-dv"), "a.mkv"},
+    {"DvWithDroppedFrames",
+     WithEncoding(DvClip("pal-dv"),
+                  "-vf select=not(between(n\\,5\\,6)+eq(n\\,40)) -vsync passthrough -c:v dvvideo "
+                  "-pix_fmt yuv420p"),
+     "a.avi"},
+    {"H264WithTimecode", WithEncoding({}, "-c:v libx264 -preset veryfast -g 12 -bf 2 -timecode 10:00:00:00"),
+     "a.mov"},
+    {"VariableRate",
+     WithEncoding(
+         {}, "-vf setpts='if(lt(N,30),N/25,1.2+(N-30)/10)/TB' -vsync vfr -enc_time_base 1/1000 -c:v libx264 "
+             "-preset veryfast"),
+     "a.mkv",
+     {"--container", "mp4"}, // Matroska's files each bear a number of their own
+     true}};
+
+class ListedRun : public TestWithParam<Material> {
+  protected:
+    /// Runs with all outputs into this folder.
+    ProcessResult Run(const std::string& into, const std::vector<std::string>& options) {
+        std::vector<std::string> arguments = options;
+        for (const char* list : {"list.csv", "list.json", "list.edl"})
+            if (!GetParam().isVariable || !std::string_view(list).ends_with("edl"))
+                arguments.insert(arguments.end(), {"-o", m_folder / into / list});
+        arguments.insert(arguments.end(), {"--split", m_folder / into / "clips", m_input});
+        return RunHost(arguments);
+    }
+
+    TempFolder m_folder;
+    std::filesystem::path m_input = m_folder / GetParam().file;
+};
+
+TEST_P(ListedRun, MakesTheSameAgain) {
+    MakeClip(GetParam().clip, m_input);
+    ASSERT_EQ(Run("found", GetParam().options).exitCode, 0);
+    const auto clips = FilesIn(m_folder / "found/clips");
+    ASSERT_THAT(clips, SizeIs(Ge(3u)));
+    for (const std::string list : {"list.csv", "list.json", "list.edl"}) {
+        const std::filesystem::path path = m_folder / "found" / list;
+        if (!exists(path))
+            continue;
+        std::vector<std::string> options = GetParam().options;
+        options.insert(options.end(), {"--scenes", path});
+        const ProcessResult again = Run("again " + list, options);
+        EXPECT_EQ(again.exitCode, 0) << again.err;
+        const auto isSame = [&](const std::filesystem::path& name) {
+            return ReadWhole(m_folder / ("again " + list) / name) == ReadWhole(m_folder / "found" / name);
+        };
+        for (const std::string same : {"list.csv", "list.json", "list.edl"}) {
+            // An EDL does not tell what found a scene.
+            if (exists(m_folder / "found" / same) && (list != "list.edl" || same == list)) {
+                EXPECT_TRUE(isSame(same)) << list << " to " << same;
+            }
+        }
+        ASSERT_EQ(FilesIn(m_folder / ("again " + list) / "clips"), clips);
+        for (const std::string& clip : clips)
+            EXPECT_TRUE(isSame("clips/" + clip)) << list << ' ' << clip;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ListedRun, ValuesIn(kMaterials), kByName);
+
+class CorrectedList : public Test {
+  protected:
+    void SetUp() override { MakeClip(DvClip("pal-dv"), m_tape); }
+
+    TempFolder m_folder;
+    std::filesystem::path m_tape = m_folder / "tape.dv";
+    std::filesystem::path m_list = m_folder / "tape.txt";
+};
+
+TEST_F(CorrectedList, MakesClipsAndPicturesOfItsSpansOnly) {
+    WriteBytes(m_list, "Start Frame,End Frame,Name\n6,12,one\n20,33,\"two, longer\"\n48,60,\n");
+    for (const std::string file : {"tape.dv", "tape.mp4"}) {
+        if (file == "tape.mp4")
+            MakeClip(WithEncoding({}, "-c:v libx264 -preset veryfast -g 1"), m_folder / file);
+        const auto into = m_folder / (file + " made");
+        const ProcessResult result = RunHost({"--scenes", m_folder / "{name}.txt", "--split", into / "clips",
+                                              "--pictures", into / "stills", "--picture-at", "end", "--names",
+                                              "{frame}", "-o", into / "list.csv", m_folder / file});
+        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("26 frames lie in no scene of")));
+        EXPECT_EQ(Frames(result), (std::vector<std::int64_t>{5, 19, 47}));
+        EXPECT_THAT(FilesIn(into / "stills"), ElementsAre("0000011.png", "0000032.png", "0000059.png"));
+        EXPECT_THAT(Lines(ReadWhole(into / "list.csv")), Contains(StartsWith("1,6,00:00:00.200,0.200,12,")));
+        std::vector<std::string> frames;
+        for (const std::string& clip : FilesIn(into / "clips"))
+            frames.push_back(Lines(
+                Process({"ffprobe", "-v", "error", "-count_packets", "-select_streams", "v:0",
+                         "-show_entries", "stream=nb_read_packets", "-of", "csv=p=0", into / "clips" / clip})
+                    .Wait()
+                    .out)[0]);
+        EXPECT_THAT(frames, ElementsAre("7", "14", "13")) << file;
+    }
+    const std::string tape = ReadWhole(m_tape);
+    EXPECT_EQ(ReadWhole(m_folder / "tape.dv made/clips/0000019.dv"), tape.substr(19 * 144'000, 14 * 144'000));
+}
+
+TEST_F(CorrectedList, LeavesNothingHalfDone) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"0\n20\n60\n", "line 3: lies beyond the end of the file"},
+        {"0\n47\n20\n", "line 3: begins no later"},
+        {"0\nlater\n", "line 2: not a time"}};
+    for (const auto& [list, message] : cases) {
+        WriteBytes(m_list, list);
+        const ProcessResult result = RunHost(
+            {"--scenes", m_list, "--split", m_folder / "clips", "-o", m_folder / "out/list.csv", m_tape});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_THAT(Lines(result.err), ElementsAre(AllOf(HasSubstr("tape.txt, "), HasSubstr(message))));
+        EXPECT_FALSE(exists(m_folder / "clips")) << list;
+        EXPECT_FALSE(exists(m_folder / "out/list.csv")) << list;
+    }
+}
+
+TEST_F(CorrectedList, IsForOneInputAndNotForFinding) {
+    WriteBytes(m_list, "0\n");
+    const struct {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* message;
+    } cases[] = {{{"--scenes", m_list, "--mark", "7", m_tape}, 2, "no option of finding scenes"},
+                 {{"--scenes", m_list, "--from-stats", m_tape}, 2, "no option of finding scenes"},
+                 {{"--scenes", m_list, m_tape, m_tape}, 1, "{name} in --scenes"},
+                 {{"--scenes", m_list, "-o", m_list, "--format", "csv", m_tape}, 1, "tape.txt"}};
+    for (const auto& each : cases) {
+        const ProcessResult result = RunHost(each.arguments);
+        EXPECT_EQ(result.exitCode, each.exitCode) << result.err;
+        EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(each.message)));
+    }
+    EXPECT_EQ(ReadWhole(m_list), "0\n");
+}
+
+} // namespace
