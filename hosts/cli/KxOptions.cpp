@@ -50,9 +50,9 @@ the file's name (column "file").
 constexpr const char* kExitNotes =
     R"(Exit codes: 0 done, 1 an input cannot be read or an output not be written (then lists, logs and
 report of that input keep what they had, and clips that were whole stay), 2 wrong command line or
-configuration, 3 an input ends early, 129, 130 and 143 stopped by a hang-up, Ctrl-C or a kill (what is
-written after this and 3 is partial), 141 nobody reads the standard output any more. Of several inputs
-the worst counts: 1, then 129 and above, then 3; the others are run all the same.)";
+configuration, 3 an input ends early, 129, 130 and 143 stopped by a hang-up, Ctrl-C or a kill (what
+is written after this and 3 is partial), 141 nobody reads the standard output any more. Of several
+inputs the worst counts: 1, then 129 and above, then 3; the others are run all the same.)";
 
 std::string LibraryVersion(const char* name, unsigned version) {
     return ' ' + std::string(name) + ' ' + std::to_string(AV_VERSION_MAJOR(version)) + '.' +

@@ -53,8 +53,8 @@ Names: file names and --names may have fields in braces: {name} is the input's n
 and suffix, {method} what found the scene; in names of clips and pictures also {scene} (from 1,
 four digits), {frame} (seven digits; of pictures their own), {timecode} (the source's, or counted
 from the first frame), and {date}, {time}, {aspect} and {audio} as DV frames carry them. {{ and }}
-stand for single braces. Folders are made. No file is written twice in one run. "-" is the standard output, for one
-output of one input; the scenes are not printed then.
+stand for single braces. Folders are made. No file is written twice in one run. "-" is the standard
+output, for one output of one input; the scenes are not printed then.
 
 Clips of DV are the frames of the tape, byte for byte; other codecs are cut without encoding, from
 the nearest key frame on, which a line tells. A clip that is there already is kept unless --force.

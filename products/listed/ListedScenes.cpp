@@ -66,8 +66,8 @@ TimePosition ListedScenes::PositionOf(const ListedPoint& point, const ListedScen
     }
 }
 
-// Of a file that has its own timecode, that's kind counts, whatever the list says of the programme that it
-// was made for.
+// The numbering of the file's own timecode counts, whatever the list says of the programme that it was made
+// for.
 std::int64_t ListedScenes::SourceFrame(const TimecodePoint& point, const std::string& text) const {
     if (!m_first)
         return FrameOf(point, text, m_scale.rate);

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::int64_t kSecond = kDvTicksPerSecond;
 constexpr std::int64_t kDaySeconds = 86400;
-constexpr std::int64_t kDay = kDaySeconds * kSecond;
+constexpr std::int64_t kDayTicks = kDaySeconds * kSecond;
 // Recorders don't always write the new second with the frame it begins at.
 constexpr std::int64_t kTolerance = kSecond / 2;
 
@@ -32,7 +32,7 @@ std::int64_t RecordingClock::DistanceOf(const ClockReading& reading) const {
     const std::int64_t distance = reading.seconds * kSecond - reading.position;
     if (!m_hasReading || (m_hasDate && reading.hasDate))
         return distance;
-    return distance - Nearest(distance - m_most, kDay) * kDay;
+    return distance - Nearest(distance - m_most, kDayTicks) * kDayTicks;
 }
 
 std::optional<std::int64_t> RecordingClock::BreakAt(const ClockReading& reading) const {

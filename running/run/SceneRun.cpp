@@ -266,12 +266,16 @@ bool SceneRun::ReadPicture(Picture& picture) {
     return isThere;
 }
 
+ComRef<PictureSample> SceneRun::TakeSample() {
+    ComRef<PictureSample> sample = m_graph.Source().TakeSample();
+    if (!sample)
+        throw HostError("the filter graph gives no sample");
+    return sample;
+}
+
 void SceneRun::FeedGraph() {
-    SourceFilter& source = m_graph.Source();
     while (!m_reading.stop) {
-        ComRef<PictureSample> held = source.TakeSample();
-        if (!held)
-            throw HostError("the filter graph gives no sample");
+        ComRef<PictureSample> held = TakeSample();
         if (!ReadPicture(held->picture) || m_range.IsOver(held->picture.place))
             return;
         if (!m_range.HasBegun(held->picture.place)) {
@@ -289,7 +293,7 @@ void SceneRun::FeedGraph() {
         }
         if (m_samples == 0)
             m_timecode.Note(held->picture);
-        if (source.Deliver(*held) != S_OK)
+        if (m_graph.Source().Deliver(*held) != S_OK)
             throw HostError(m_settings.input + ": frame " + std::to_string(held->picture.place.frame) +
                             " is refused by the filter graph");
         Pass(std::move(held));
@@ -307,7 +311,7 @@ bool SceneRun::PassPlaces() {
     };
     const std::int64_t count = m_reader->PassOver(note);
     for (std::int64_t i = 0; i < count && !m_reading.stop; ++i) {
-        ComRef<PictureSample> held = m_graph.Source().TakeSample();
+        ComRef<PictureSample> held = TakeSample();
         held->picture.Clear();
         held->picture.place = *places.Find(i);
         if (m_range.IsOver(held->picture.place))

@@ -56,6 +56,7 @@ class SceneRun {
     void SetUpList();
     void TellListed(const Picture& picture);
     void FinishList();
+    [[nodiscard]] ComRef<PictureSample> TakeSample();
     [[nodiscard]] bool PassPlaces();
     void Pass(ComRef<PictureSample> held);
     void DrainScenes(std::int64_t settledBefore);
