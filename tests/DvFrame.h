@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <vector>
 
@@ -103,7 +104,7 @@ class DvFrame {
     DvFrame& FillAudio(Next next) {
         for (int sequence = 0; sequence < Sequences(); ++sequence)
             for (int block = 6; block < 150; block += 16)
-                std::generate_n(m_bytes.begin() + sequence * kSequence + block * kBlock + 8, 72, next);
+                std::generate_n(m_bytes.begin() + sequence * kSequence + block * kBlock + 8, 72, std::ref(next));
         return *this;
     }
     /// STA of the `index`-th video block of a sequence, counted as its ID does.

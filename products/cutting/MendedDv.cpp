@@ -30,11 +30,9 @@ void PutHeader(Bytes header, std::span<std::uint8_t> frame) {
 // The source pack that the libraries read: in the fourth audio block.
 constexpr std::size_t kSourcePack = kAauxPacks.Offset(3);
 
-bool Tells(DifPack pack, DvAudioFormat format) {
-    auto told = pack[0] == kPackAudioSource ? AudioFormatOf(pack) : std::nullopt;
-    if (told)
-        told->isLocked = format.isLocked;
-    return told == format;
+bool Tells(DifPack pack, const DvAudioFormat& format) {
+    const auto told = pack[0] == kPackAudioSource ? AudioFormatOf(pack) : std::nullopt;
+    return told && told->IsCodedAs(format);
 }
 
 // Of as many samples as the frame lasts, rounded up.

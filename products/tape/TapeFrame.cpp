@@ -14,6 +14,8 @@ std::optional<TapeFrame> ReadTapeFrame(const Picture& picture) {
     frame.system = *system;
     frame.packs = ReadDvPacks(bytes, frame.system);
     frame.blocks = ReadBlockStatus(bytes);
+    if (frame.packs.audio)
+        frame.audio = ReadAudioStatus(bytes, *system, *frame.packs.audio);
     const DvCheck check = CheckDvFrame(bytes, frame.system);
     frame.damagedBlocks = check.blocks - check.goodBlocks;
     frame.firstDamaged = check.firstDamaged;

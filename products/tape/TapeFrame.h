@@ -1,6 +1,7 @@
 // What the tape log needs to know of one frame.
 #pragma once
 
+#include "products/tape/AudioStatus.h"
 #include "products/tape/BlockStatus.h"
 #include "reading/dv/DvPacks.h"
 #include "reading/readers/Picture.h"
@@ -15,6 +16,7 @@ struct TapeFrame {
     DvSystem system = DvSystem::Lines525;
     DvPacks packs;
     BlockStatus blocks;
+    AudioStatus audio;
     int damagedBlocks = 0;
     int firstDamaged = 0; ///< number of the first of them
 };

@@ -81,8 +81,13 @@ void TapeLog::Settle(const TapeFrame& frame, const TapeVerdict& verdict) {
     add(!frame.packs.timecode, TapeEvent::NoTimecode);
     add(!frame.packs.date, TapeEvent::NoRecordingDate);
     add(!frame.packs.time, TapeEvent::NoRecordingTime);
+    add(!frame.packs.audio, TapeEvent::NoAudioFormat);
     add(verdict.isTimecodeStray, TapeEvent::StrayTimecode);
     add(verdict.isTimeStray, TapeEvent::StrayRecordingTime);
+    add(verdict.isAspectStray, TapeEvent::StrayAspect);
+    add(verdict.isAudioStray, TapeEvent::StrayAudioFormat);
+    add(frame.audio.errors != 0, TapeEvent::AudioErrors, frame.audio.errors);
+    add(frame.audio.isMuted, TapeEvent::MutedAudio);
     AddChanges(verdict, row);
     AddBlocks(frame, row);
     m_last = frame;
@@ -99,6 +104,7 @@ void TapeLog::AddChanges(const TapeVerdict& verdict, TapeRow row) {
     };
     add(TapeEvent::LineSystemChange, verdict.systemBefore);
     add(TapeEvent::AspectChange, verdict.aspectBefore);
+    add(TapeEvent::AudioChange, verdict.audioBefore);
 }
 
 void TapeLog::AddBlocks(const TapeFrame& frame, TapeRow row) {

@@ -63,7 +63,8 @@ Json Members(const TapeRow& row) {
             {"frames", row.frames},
             {"last_frame", row.lastFrame},
             {"seconds", row.system ? Json(SecondsOf(row, *row.system)) : Json()},
-            {"detail", detail.empty() ? Json() : Json(detail)}};
+            {"detail", detail.empty() ? Json() : Json(detail)},
+            {"audio", TextOrNull(row.packs.audio)}};
 }
 
 std::string FieldOf(const Json& value) {

@@ -12,10 +12,13 @@ const TapeEventKind& KindOf(TapeEvent event) {
         {"line system change", "", false},  {"recording break", "seconds", false},
         {"timecode jump", "frames", false}, {"recorder start", "", false},
         {"recording", "", false},           {"recording continued", "", false},
-        {"aspect change", "", false},       {"recorder stop", "", false},
-        {"no timecode", "", true},          {"no recording date", "", true},
-        {"no recording time", "", true},    {"stray timecode", "", true},
-        {"stray recording time", "", true}, {"concealed blocks", "blocks", true},
+        {"aspect change", "", false},       {"audio change", "", false},
+        {"recorder stop", "", false},       {"no timecode", "", true},
+        {"no recording date", "", true},    {"no recording time", "", true},
+        {"no audio format", "", true},      {"stray timecode", "", true},
+        {"stray recording time", "", true}, {"stray aspect", "", true},
+        {"stray audio format", "", true},   {"concealed blocks", "blocks", true},
+        {"audio errors", "samples", true},  {"muted audio", "", true},
         {"damaged blocks", "blocks", true}, {"cut end", "bytes", false},
     }};
     return kKinds[static_cast<std::size_t>(event)];

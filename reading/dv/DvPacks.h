@@ -47,6 +47,10 @@ struct DvAudioFormat {
     bool isLocked = false; ///< the sampling clock is tied to the video's
 
     friend bool operator==(const DvAudioFormat&, const DvAudioFormat&) = default;
+    /// Equal but for the clock.
+    [[nodiscard]] bool IsCodedAs(const DvAudioFormat& other) const {
+        return samplingRate == other.samplingRate && bits == other.bits && channels == other.channels;
+    }
 };
 
 /// Two-digit years from this on are of the 20th century.

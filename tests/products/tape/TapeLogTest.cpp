@@ -36,7 +36,7 @@ class Tape {
     DvFrame& Frame() { return m_frame; }
     Tape& ChangeTo(bool is625) {
         m_frame = DvFrame(is625);
-        m_frame.SetMarks(0xCF);
+        m_frame.SetMarks(0xCF).SetAudio(0xC0);
         SetDate(31, 12, 3);
         return *this;
     }
@@ -72,6 +72,14 @@ class Tape {
     }
     Tape& RunShown(int pc2, int frames) {
         m_frame.SetSourceControl({0x61, 0x3F, static_cast<std::uint8_t>(pc2), 0xFC, 0xFF});
+        return Run(frames);
+    }
+    Tape& RunSounding(int format, int errors, int frames) {
+        m_frame.SetAudio(static_cast<std::uint8_t>(format));
+        m_frame.FillAudio([count = 0, errors]() mutable {
+            const int at = count++;
+            return static_cast<std::uint8_t>(at / 2 < errors && at % 2 == 0 ? 0x80 : 0);
+        });
         return Run(frames);
     }
     Tape& RunDamaged(int status, bool isDamaged, int frames) {
@@ -241,6 +249,16 @@ const Case kCases[] = {
          tape.RunShown(0xC8, 5).RunShown(0xCF, 20).ChangeTo(false).Run(20);
      },
      "0 recording 50, 30 aspect change 1, 50 line system change 1, 50 recording 20"},
+    {"AudioFormatsAndErrors", true,
+     [](Tape& tape) {
+         tape.RunSounding(0xC0, 0, 20).RunSounding(0xC0, 36, 2).RunSounding(0xC0, 0, 18);
+         tape.RunSounding(0xD1, 0, 30);
+         tape.RunSounding(0xC0, 0, 1).RunSounding(0xD1, 0, 30); // one frame astray
+         tape.RunSounding(0xFF, 0, 10);
+         tape.RunSounding(0xC0, 1 << 20, 10);
+     },
+     "0 recording 121, 20 audio errors 72 2, 40 audio change 1, 70 stray audio format 1, "
+     "101 no audio format 10, 111 audio change 1, 111 muted audio 10"},
     {"DamageIsMerged", true,
      [](Tape& tape) {
          for (int i = 0; i < 10; ++i)

@@ -26,16 +26,18 @@ TEST(TapeLogText, BothFormsTellTheSame) {
     row.packs.timecode = DvTimecode{1, 2, 3, 4, true};
     row.packs.time = std::chrono::seconds(3661);
     row.packs.aspect = DvAspect::Letterbox16By9;
+    row.packs.audio = DvAudioFormat{32000, 12, 4, true};
     row.size = 7;
     row.blocks = {.fromNext = 3, .unspecified = 4};
     const std::string header =
         "frame,byte_offset,timecode,recording_date,recording_time,aspect,lines,event,size,unit,"
-        "frames,last_frame,seconds,detail\r\n";
+        "frames,last_frame,seconds,detail,audio\r\n";
     EXPECT_EQ(
         Write(TapeLogFormat::Csv, "tape", {row, {}}),
         header +
             "100,12000000,01:02:03;04,,01:01:01,16:9 letterbox,525,concealed blocks,7,blocks,5,109,0.167,"
-            "\"from the next frame 3, unspecified 4\"\r\n0,,,,,,,recording,,,0,0,,\r\n");
+            "\"from the next frame 3, unspecified 4\",32000 Hz 12 bits 4 "
+            "channels\r\n0,,,,,,,recording,,,0,0,,,\r\n");
     EXPECT_EQ(Write(TapeLogFormat::Csv, "tape", {}), header);
 
     using nlohmann::json;
@@ -45,7 +47,7 @@ TEST(TapeLogText, BothFormsTellTheSame) {
                   "timecode": "01:02:03;04", "recording_date": null, "recording_time": "01:01:01",
                   "aspect": "16:9 letterbox", "lines": 525, "event": "concealed blocks", "size": 7, "unit": "blocks",
                   "frames": 5, "last_frame": 109, "seconds": 0.167,
-                  "detail": "from the next frame 3, unspecified 4"}]})"));
+                  "detail": "from the next frame 3, unspecified 4", "audio": "32000 Hz 12 bits 4 channels"}]})"));
     EXPECT_EQ(json::parse(Write(TapeLogFormat::Json, "", {{}, {}})).at("rows").size(), 2u);
     EXPECT_TRUE(json::parse(Write(TapeLogFormat::Json, "no UTF-8: \xFF", {})).at("rows").empty());
 }

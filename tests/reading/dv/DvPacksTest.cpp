@@ -1,5 +1,6 @@
 // What is read from one frame: packs through damage, and the status of its video blocks.
 #include "reading/dv/DvPacks.h"
+#include "products/tape/AudioStatus.h"
 #include "products/tape/BlockStatus.h"
 #include "tests/DvFrame.h"
 #include "tests/Testing.h"
@@ -120,6 +121,39 @@ TEST_P(FramePacks, AudioFormats) {
         EXPECT_EQ(Read().audio, each.format.value_or(DvAudioFormat{48000, 16, 2, false}))
             << int{each.pc2} << ' ' << int{each.pc4};
     }
+}
+
+TEST_P(FramePacks, AudioErrors) {
+    const bool is625 = GetParam();
+    const DvSystem system = is625 ? DvSystem::Lines625 : DvSystem::Lines525;
+    const auto read = [&] { return ReadAudioStatus(m_frame.Bytes(), system, *Read().audio); };
+    const auto at = [this](int sequence, int block, int offset) {
+        return m_frame.Bytes().begin() + sequence * 12'000 + (6 + 16 * block) * 80 + 8 + offset;
+    };
+    // The last sample of every block is one of those that not all frames have: of 54 blocks 1,890 to 1,943,
+    // of 45 1,575 to 1,619.
+    const int half = m_frame.Sequences() / 2;
+    m_frame.SetAudio(0xC0).FillAudio([] { return std::uint8_t{1}; });
+    EXPECT_EQ(read(), AudioStatus());
+    for (int block = 0; block < half * 9; ++block)
+        *at(block / 9, block % 9, 70) = 0x80, *at(block / 9, block % 9, 71) = 0;
+    EXPECT_EQ(read(), (AudioStatus{is625 ? 1920 - 1890 : 1602 - 1575, false}));
+    // By the shuffling of the standard: the first sample that is too many, and the one before it.
+    m_frame.FillAudio([] { return std::uint8_t{1}; });
+    const auto put = [&](int sequence, int block) {
+        *at(half + sequence, block, 70) = 0x80, *at(half + sequence, block, 71) = 0;
+    };
+    put(4, 1);
+    EXPECT_EQ(read(), AudioStatus());
+    put(is625 ? 1 : 2, 7);
+    EXPECT_EQ(read(), (AudioStatus{1, false}));
+    // Two channels in three bytes, one of which is muted.
+    m_frame.SetAudio(0xD1).FillAudio([count = 0]() mutable {
+        return std::array<std::uint8_t, 3>{0x80, 0x80, 0x08}[static_cast<std::size_t>(count++ % 3)];
+    });
+    EXPECT_EQ(read(), (AudioStatus{0, true}));
+    m_frame.Set({4323}, {0x50, 0xC0, 0x2F, 0xE0, 0xD1});
+    EXPECT_EQ(read(), AudioStatus()) << "not recorded";
 }
 
 TEST_P(FramePacks, NoVideoBlockIsMissed) {
