@@ -1,6 +1,7 @@
 // Tables of figures: refused in one line, or read so that writing them again loses nothing.
 #include "fuzz/Input.h"
 #include "products/stats/DecideAgain.h"
+#include "products/stats/StatsPart.h"
 #include "products/stats/StatsReader.h"
 #include "products/stats/StatsWriter.h"
 #include "reading/base/CsvField.h"
@@ -18,6 +19,22 @@ namespace {
 std::optional<Stats> Parse(std::string_view text) {
     try {
         return ParseStats(text, "table");
+    } catch (const HostError& error) {
+        Require(std::string_view(error.what()).find('\n') == std::string_view::npos);
+        return std::nullopt;
+    }
+}
+
+Stats Of(Stats stats, const char* part) {
+    for (StatsNote& note : stats.settings.notes)
+        if (note.name == "part")
+            note.value = part;
+    return stats;
+}
+
+std::optional<Stats> Join(std::vector<Stats> parts) {
+    try {
+        return JoinParts(std::move(parts)).stats;
     } catch (const HostError& error) {
         Require(std::string_view(error.what()).find('\n') == std::string_view::npos);
         return std::nullopt;
@@ -64,7 +81,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::string written = Write(*stats);
         const std::optional<Stats> again = Parse(written);
         Require(again && Write(*again) == written && again->rows.size() == stats->rows.size());
-        if (stats->rows.empty())
+        if (stats->settings.isPart) {
+            (void)Join({Of(*again, "1/2"), Of(*again, "2/2")});
+            stats = Join({*again});
+        }
+        if (!stats || stats->rows.empty())
             continue;
         const auto positions = DecideAgain(*stats, stats->settings.parameters);
         Require(positions.front() == 0 && std::ranges::is_sorted(positions));

@@ -5,6 +5,7 @@
 #include "products/stats/StatsReader.h"
 #include "products/stats/StatsWriter.h"
 #include "python/Conversion.h"
+#include "reading/base/HostError.h"
 #include "running/batch/SavedRun.h"
 #include "running/listeners/SceneTabler.h"
 #include "scenes/ParameterNames.h"
@@ -141,6 +142,8 @@ void BindFigures(py::module_& module) {
         "read_figures",
         [](const std::string& path) {
             const Stats stats = ReadStats(path);
+            if (stats.settings.isPart)
+                throw HostError(path + ": is a part of a film; kxscenes --from-stats joins parts");
             return FiguresOf(stats, InputOf(stats));
         },
         py::arg("path"));

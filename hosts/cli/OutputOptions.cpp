@@ -26,12 +26,13 @@ std::string CheckPictureAt(const std::string& word) {
     return ParsePictureAt(word) ? "" : "no such picture of a scene: " + word;
 }
 
+std::string EmptyNameFault(const std::string& name) {
+    return name.empty() ? "a file name is empty" : "";
+}
+
 CLI::Option* AddPath(CLI::App& app, const char* name, std::string& path, const char* kind,
                      const std::string& help, const char* group) {
-    return app.add_option(name, path, help)
-        ->type_name(kind)
-        ->group(group)
-        ->check([](const std::string& text) { return text.empty() ? "a file name is empty" : ""; });
+    return app.add_option(name, path, help)->type_name(kind)->group(group)->check(EmptyNameFault);
 }
 
 CLI::Option* AddFolder(CLI::App& app, const char* name, std::string& path, const std::string& help,
@@ -163,6 +164,15 @@ void OutputOptions::AddRange(CLI::App& app) {
     add("--start", range.start, "Leave out what is before; positions stay those of the file");
     CLI::Option* end = add("--end", range.end, "Leave out this and what comes after it");
     add("--duration", range.duration, "Leave out what is so long after the start, or later")->excludes(end);
+    const auto setPart = [&range](const std::string& text) { range.part = ParsePartChoice(text).value(); };
+    app.add_option_function<std::string>("--part", setPart,
+                                         "Only measure the K-th of N parts, for --stats: --from-stats finds "
+                                         "the scenes when all are there")
+        ->type_name("K/N")
+        ->group(kGroup)
+        ->check([](const std::string& text) {
+            return ParsePartChoice(text) ? "" : "no part: " + text + "; write K/N, such as 3/16";
+        });
 }
 
 void OutputOptions::AddTuning(CLI::App& app) {
@@ -170,8 +180,12 @@ void OutputOptions::AddTuning(CLI::App& app) {
     AddParameterOptions(app, m_settings.detection.parameters);
     AddPatternPath(app, "--stats", m_settings.outputs.statsPath, "Write the figures of each frame (CSV)",
                    kGroup);
-    AddPath(app, "--from-stats", m_settings.savedStatsPath, "FILE",
-            "Find the scenes again from figures that --stats has written, in place of an input", kGroup);
+    app.add_option("--from-stats", m_settings.savedStatsPaths,
+                   "Find the scenes again from figures that --stats has written, in place of an input: of a "
+                   "whole one, or of all its parts")
+        ->type_name("FILE...")
+        ->group(kGroup)
+        ->check(EmptyNameFault);
 }
 
 std::string OutputOptions::MatchFormats() {
@@ -194,7 +208,7 @@ std::string OutputOptions::MatchFormats() {
 
 // Options that want others, or a file that can be read twice.
 std::string OutputOptions::FindMissing() const {
-    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPath,
+    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPaths,
                  configPath, jobs] = m_settings;
     const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
     const bool wantsVideo = !detection.parameters.IsEmpty() || !outputs.statsPath.empty();
@@ -219,27 +233,46 @@ std::string OutputOptions::FindMissing() const {
     return "";
 }
 
+bool OutputOptions::WantsFrames() const {
+    const DetectionSettings& detection = m_settings.detection;
+    const OutputSettings& outputs = m_settings.outputs;
+    return !outputs.clips.folder.empty() || !outputs.pictures.folder.empty() ||
+           !outputs.tapeLogPath.empty() || !m_settings.xmlPath.empty() || !detection.marks.empty() ||
+           detection.readTimecode || detection.methods != std::vector{KxMethodVideo} ||
+           !detection.cuts.empty() || m_settings.range.HasPoints();
+}
+
 // Without the input only its scenes are known.
 std::string OutputOptions::FindBeyondStats() const {
-    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPath,
-                 configPath, jobs] = m_settings;
-    if (savedStatsPath.empty())
-        return inputs.empty() ? "INPUT is required" : "";
-    if (!inputs.empty())
+    if (m_settings.savedStatsPaths.empty())
+        return m_settings.inputs.empty() ? "INPUT is required" : "";
+    if (!m_settings.inputs.empty())
         return "--from-stats takes no input";
-    const bool wantsFrames = !outputs.clips.folder.empty() || !outputs.pictures.folder.empty() ||
-                             !outputs.tapeLogPath.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
-                             !detection.marks.empty() || detection.readTimecode ||
-                             detection.methods != std::vector{KxMethodVideo} || !detection.cuts.empty() ||
-                             range.start || range.end || range.duration;
-    return wantsFrames ? "--from-stats goes with -o, --report, --min-scene and the parameters only" : "";
+    return WantsFrames() || m_settings.range.part.IsChosen()
+               ? "--from-stats goes with -o, --report, --stats, --min-scene and the parameters only"
+               : "";
+}
+
+// Of a part only its figures are known.
+std::string OutputOptions::FindBeyondPart() const {
+    const OutputSettings& outputs = m_settings.outputs;
+    if (!m_settings.range.part.IsChosen())
+        return "";
+    if (outputs.statsPath.empty())
+        return "--part goes with --stats FILE";
+    if (std::ranges::count(m_settings.inputs, "-") != 0)
+        return "--part goes with files that have a name";
+    return WantsFrames() || !outputs.lists.empty() || !outputs.reportPath.empty() ||
+                   m_settings.shortestScene != 0
+               ? "--part goes with --stats and the parameters only"
+               : "";
 }
 
 // Nothing is found where scenes are read.
 std::string OutputOptions::FindBeyondList() const {
-    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPath,
+    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPaths,
                  configPath, jobs] = m_settings;
-    const bool wantsFilter = !savedStatsPath.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
+    const bool wantsFilter = !savedStatsPaths.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
                              !detection.marks.empty() || detection.readTimecode ||
                              !detection.parameters.IsEmpty() || shortestScene != 0 ||
                              detection.methods != std::vector{KxMethodVideo} || !detection.cuts.empty();
@@ -258,7 +291,8 @@ void OutputOptions::AddTo(CLI::App& app) {
 std::string OutputOptions::Check() {
     if (m_overwrites)
         m_settings.outputs.clips.existing = m_settings.outputs.pictures.existing = Existing::Replace;
-    for (const std::string& wrong : {MatchFormats(), FindBeyondStats(), FindBeyondList(), FindMissing()})
+    for (const std::string& wrong :
+         {MatchFormats(), FindBeyondStats(), FindBeyondPart(), FindBeyondList(), FindMissing()})
         if (!wrong.empty())
             return wrong;
     return "";

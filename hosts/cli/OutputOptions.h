@@ -30,8 +30,10 @@ class OutputOptions {
     void AddTuning(CLI::App& app);
     [[nodiscard]] std::string MatchFormats();
     [[nodiscard]] std::string FindMissing() const;
+    [[nodiscard]] bool WantsFrames() const;
     [[nodiscard]] std::string FindBeyondStats() const;
     [[nodiscard]] std::string FindBeyondList() const;
+    [[nodiscard]] std::string FindBeyondPart() const;
 
     BatchSettings& m_settings;
     std::vector<std::string> m_listPaths;   // -o, and

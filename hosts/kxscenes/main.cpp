@@ -91,7 +91,7 @@ scenedetect::BatchEnding Run(const scenedetect::BatchSettings& batch, scenedetec
     using scenedetect::BatchEnding;
     try {
         scenedetect::OutputClaims claims;
-        if (!batch.savedStatsPath.empty()) {
+        if (!batch.savedStatsPaths.empty()) {
             scenedetect::DecideFromStats(batch, claims, console);
             return BatchEnding::Complete;
         }

@@ -20,6 +20,9 @@ std::vector<std::int64_t> DecideAgain(Stats& stats, const DetectionParameters& p
                         std::to_string(stats.settings.parameters.diffClamp) + ", not " +
                         std::to_string(parameters.diffClamp) +
                         ": another clamp changes the differences themselves, so it needs a run on the video");
+    if (stats.settings.isPart)
+        throw HostError(stats.path +
+                        ": is a part of a film, so that nothing can be decided before all are joined");
     if (stats.rows.empty())
         throw HostError(stats.path + ": no frame was measured, so that nothing can be decided");
     stats.settings.parameters = parameters;

@@ -3,6 +3,8 @@
 #include "reading/base/HostError.h"
 #include "scenes/ParameterNames.h"
 
+#include <algorithm>
+
 namespace scenedetect {
 namespace {
 
@@ -11,6 +13,14 @@ bool IsFigure(std::int64_t number) {
 }
 
 } // namespace
+
+std::string Quoted(std::string_view field) {
+    constexpr std::size_t kMostShown = 40;
+    std::string text(field.substr(0, kMostShown));
+    std::ranges::replace_if(
+        text, [](unsigned char letter) { return letter < ' ' || letter == 0x7F; }, '?');
+    return '"' + text + (field.size() > kMostShown ? "...\"" : "\"");
+}
 
 void RequireRows(const Stats& stats) {
     const Ratio unit = stats.settings.scale.unit;

@@ -31,6 +31,8 @@ inline constexpr std::string_view kStatsHeader =
     "frame,difference,level,filled,dark,cut,sample,time,byte,setting,value";
 inline constexpr std::string_view kStatsFormatSetting = "format";
 inline constexpr std::string_view kStatsFormat = "1";
+// Of a part of a film: what takes the whole to decide (filled, dark, cut) is empty there.
+inline constexpr std::string_view kStatsPartFormat = "1-part";
 
 /// What a host notes about the run for itself; any text.
 struct StatsNote {
@@ -45,6 +47,7 @@ struct StatsSettings {
     TimeScale scale;
     DetectionParameters parameters; ///< that the run was judged by
     std::vector<StatsNote> notes;
+    bool isPart = false; ///< of a film: nothing is decided yet
 };
 
 struct StatsRow {
@@ -64,6 +67,9 @@ inline constexpr std::int64_t kMostInFigures = 255;
 inline constexpr std::int64_t kMostFrames = std::numeric_limits<std::int32_t>::max();
 /// Of times, which are counted in other units later on: 68 years.
 inline constexpr std::int64_t kMostSeconds = std::numeric_limits<std::int32_t>::max();
+
+/// A field in quotes, short and on one line whatever stands in it.
+[[nodiscard]] std::string Quoted(std::string_view field);
 
 /// HostError, with the row, unless all rows could stand in a table: numbered without a gap, frames and times
 /// that go forward, all within their bounds. For rows that no table was read for.

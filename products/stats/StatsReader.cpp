@@ -22,15 +22,6 @@ constexpr const char* kNames[kColumns] = {"frame",  "difference", "level", "fill
 // So that sums of a few can be reckoned with.
 constexpr std::int64_t kMost = std::int64_t{1} << 60;
 
-/// A field in quotes, short and on one line whatever stands in it.
-std::string Quoted(std::string_view field) {
-    constexpr std::size_t kMostShown = 40;
-    std::string text(field.substr(0, kMostShown));
-    std::ranges::replace_if(
-        text, [](unsigned char letter) { return letter < ' ' || letter == 0x7F; }, '?');
-    return '"' + text + (field.size() > kMostShown ? "...\"" : "\"");
-}
-
 std::int64_t ParseNumber(const char* name, const std::string& text, std::int64_t least, std::int64_t most) {
     std::int64_t number = 0;
     const char* const end = text.data() + text.size();
@@ -55,13 +46,14 @@ class Parser {
                             " should be: the file is damaged or cut short");
         const bool hasFrame = std::any_of(fields.begin(), fields.begin() + kSetting,
                                           [](const std::string& field) { return !field.empty(); });
-        if (hasFrame)
-            TakeFrame(fields);
-        m_isAfterFrames = !hasFrame;
+        // The first may be the format, by which the frame is to be read.
         if (!fields[kSetting].empty())
             TakeSetting(fields[kSetting], fields[kValue]);
         else if (!hasFrame || !fields[kValue].empty())
             throw HostError("a setting without a name");
+        if (hasFrame)
+            TakeFrame(fields);
+        m_isAfterFrames = !hasFrame;
         CheckTimes();
     }
 
@@ -114,13 +106,18 @@ class Parser {
                        .dwFlags = 0};
         const bool isFilled = !fields[kFilled].empty();
         row.figures.nFilled = isFilled ? figure(kFilled) : row.figures.nDifference;
-        row.figures.dwFlags = (isFilled ? KxFrameFilled : 0u) | (number(kDark, 0, 1) ? KxFrameDark : 0u) |
-                              (number(kCut, 0, 1) ? KxFrameCut : 0u);
+        if (!m_stats.settings.isPart)
+            row.figures.dwFlags = (isFilled ? KxFrameFilled : 0u) | (number(kDark, 0, 1) ? KxFrameDark : 0u) |
+                                  (number(kCut, 0, 1) ? KxFrameCut : 0u);
+        else if (isFilled || !fields[kDark].empty() || !fields[kCut].empty())
+            throw HostError("a decision in a part, where there can be none");
         rows.push_back(row);
     }
 
     void TakeSetting(const std::string& name, const std::string& value) {
-        if (name == kStatsFormatSetting && value != kStatsFormat)
+        if (name == kStatsFormatSetting)
+            m_stats.settings.isPart = value == kStatsPartFormat;
+        if (name == kStatsFormatSetting && value != kStatsFormat && value != kStatsPartFormat)
             throw HostError("the table's format is " + Quoted(value) + ", and only " +
                             std::string(kStatsFormat) + " is known: another version wrote it");
         if (IsGiven(name))

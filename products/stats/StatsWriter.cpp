@@ -13,11 +13,13 @@ constexpr std::string_view kNoFrame = ",,,,,,,,,";
 
 } // namespace
 
-StatsWriter::StatsWriter(StatsSettings settings, Sink sink) : m_sink(std::move(sink)) {
+StatsWriter::StatsWriter(StatsSettings settings, Sink sink)
+    : m_sink(std::move(sink)), m_isPart(settings.isPart) {
     // The number that it was at the time: what stands for the process-wide length means nothing in a file.
     for (const ParameterRange& range : kDetectionParameters)
         settings.parameters.*range.value = range.Of(settings.parameters);
-    m_settings.push_back({std::string(kStatsFormatSetting), std::string(kStatsFormat)});
+    m_settings.push_back(
+        {std::string(kStatsFormatSetting), std::string(m_isPart ? kStatsPartFormat : kStatsFormat)});
     for (const StatsNumber& number : NumbersOf(settings))
         m_settings.push_back({std::string(number.name), std::to_string(*number.value)});
     for (StatsNote& note : settings.notes)
@@ -43,9 +45,9 @@ void StatsWriter::Add(const FilePlace& place, const KxFrameFigures& figures) {
     append(place.frame);
     append(figures.nDifference);
     append(figures.nLevel);
-    appendIf((figures.dwFlags & KxFrameFilled) != 0, figures.nFilled);
-    append((figures.dwFlags & KxFrameDark) != 0 ? 1 : 0);
-    append((figures.dwFlags & KxFrameCut) != 0 ? 1 : 0);
+    appendIf(!m_isPart && (figures.dwFlags & KxFrameFilled) != 0, figures.nFilled);
+    appendIf(!m_isPart, (figures.dwFlags & KxFrameDark) != 0 ? 1 : 0);
+    appendIf(!m_isPart, (figures.dwFlags & KxFrameCut) != 0 ? 1 : 0);
     append(m_sampleCount++);
     append(place.time);
     appendIf(place.byteOffset >= 0, place.byteOffset);

@@ -81,6 +81,7 @@ std::unique_ptr<MediaInput> MediaInput::OpenAgain() const {
         return nullptr;
     auto input = std::make_unique<MediaInput>(Path(), m_stop);
     input->FindVideo();
+    input->TellPackets(m_part);
     return input;
 }
 
@@ -201,6 +202,9 @@ bool MediaInput::ReadPacket(AVPacket& packet) {
         if (packet.stream_index == Video().index && packet.size > 0) {
             if (packet.dts != AV_NOPTS_VALUE)
                 m_lastStamp = std::max(m_lastStamp, packet.dts);
+            if (m_part)
+                m_part->NotePacket(packet.pos, (packet.flags & (AV_PKT_FLAG_KEY | AV_PKT_FLAG_DISCARD)) ==
+                                                   AV_PKT_FLAG_KEY);
             return true;
         }
         av_packet_unref(&packet);

@@ -6,6 +6,7 @@
 #include "reading/media/FrameClock.h"
 #include "reading/media/StreamInput.h"
 #include "reading/readers/MediaInfo.h"
+#include "reading/timing/FilmPart.h"
 
 #include <atomic>
 #include <cstdint>
@@ -25,6 +26,8 @@ class MediaInput {
 
     [[nodiscard]] const MediaFile& File() const { return m_file; }
     [[nodiscard]] const std::string& Path() const { return m_file.Path(); }
+    /// Tells `part`, which must outlive the object and those that are opened again, of each packet.
+    void TellPackets(FilmPart* part) { m_part = part; }
     /// The same file once more, at its beginning; null when it has no name by which it can be opened.
     [[nodiscard]] std::unique_ptr<MediaInput> OpenAgain() const;
     /// Whether the bytes can be read in any order.
@@ -67,6 +70,7 @@ class MediaInput {
     const FfmpegPtr<AVIOContext> m_bytes;        // of the stream
     MediaFile m_file;
     const std::int64_t m_size;
+    FilmPart* m_part = nullptr;
     std::int64_t m_lastStamp = AV_NOPTS_VALUE;
     std::string m_breakOffReason;
 };

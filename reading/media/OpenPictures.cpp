@@ -133,6 +133,7 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Readi
     if (input->IsRawDv())
         input->FindVideo();
     stream->Settle();
+    input->TellPackets(reading.part);
     return OpenPackets(std::move(input), damage, reading.threads);
 }
 

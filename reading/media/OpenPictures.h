@@ -11,11 +11,14 @@
 
 namespace scenedetect {
 
+class FilmPart;
+
 /// What readers need of the program; `stop` ends reading at once.
 struct Reading {
     const std::atomic<bool>& stop;
     Console& console;
-    int threads = 0; ///< that decoding and reading ahead may take; 0: as many as usable cores
+    int threads = 0;          ///< that decoding and reading ahead may take; 0: as many as usable cores
+    FilmPart* part = nullptr; ///< that is to be told of the packets
 };
 
 /// Opens a file and reads up to its first picture: DV frames and the uncompressed frames of AVI files come as

@@ -4,8 +4,8 @@
 
 namespace scenedetect {
 
-RunRange::RunRange(const RangeChoice& choice, const TimeScale& scale)
-    : m_scale(scale), m_duration(choice.duration) {
+RunRange::RunRange(const RangeChoice& choice, const TimeScale& scale, const FilmPart* part)
+    : m_scale(scale), m_duration(choice.duration), m_part(part) {
     if (choice.start)
         m_start = Resolve(*choice.start, scale);
     if (choice.end)
@@ -13,6 +13,14 @@ RunRange::RunRange(const RangeChoice& choice, const TimeScale& scale)
     // Now rather than at its first frame.
     if (m_duration)
         (void)Resolve(*m_duration, scale);
+}
+
+bool RunRange::Begins(const FilePlace& place) const {
+    if (m_hasBegun)
+        return true;
+    if (m_part)
+        return m_part->BeginsWithFile() || m_part->IsFirst(place);
+    return !m_start || m_start->IsReachedBy(place);
 }
 
 bool RunRange::HasBegun(const FilePlace& place) {
@@ -24,7 +32,7 @@ bool RunRange::HasBegun(const FilePlace& place) {
 }
 
 bool RunRange::IsOver(const FilePlace& place) {
-    m_hasEnded = m_end && m_end->IsReachedBy(place);
+    m_hasEnded = m_isPartOver || (m_end && m_end->IsReachedBy(place));
     return m_hasEnded;
 }
 

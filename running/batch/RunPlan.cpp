@@ -62,8 +62,9 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
                             ": is the list of one input; with several, {name} in --scenes stands for the "
                             "name of each");
     }
-    for (const std::string& path : {settings.savedStatsPath, settings.configPath})
+    for (const std::string& path : settings.savedStatsPaths)
         claims.AddInput(path);
+    claims.AddInput(settings.configPath);
     for (const std::string& folder : {settings.outputs.clips.folder, settings.outputs.pictures.folder})
         if (!folder.empty())
             RequireWritableFolder(folder);
@@ -91,7 +92,7 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
         plan.run.wantsFigures = !outputs.statsPath.empty() || !outputs.reportPath.empty();
     }
     for (RunPlan& plan : plans)
-        plan.outputs.printsScenes = !claims.HasStandardOutput();
+        plan.outputs.printsScenes = !claims.HasStandardOutput() && !settings.range.part.IsChosen();
     return plans;
 }
 

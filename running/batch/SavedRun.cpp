@@ -1,13 +1,27 @@
 #include "running/batch/SavedRun.h"
 
 #include "products/stats/DecideAgain.h"
+#include "products/stats/StatsPart.h"
 #include "products/stats/StatsReader.h"
 #include "reading/base/FirstError.h"
 #include "running/listeners/Listeners.h"
 #include "running/listeners/ScenePrinter.h"
+#include "running/listeners/StatsLogger.h"
 #include "running/run/ShortScenes.h"
 
 namespace scenedetect {
+namespace {
+
+JoinedStats ReadAll(const std::vector<std::string>& paths) {
+    std::vector<Stats> tables;
+    for (const std::string& path : paths)
+        tables.push_back(ReadStats(path));
+    if (tables.size() == 1 && !tables.front().settings.isPart)
+        return {std::move(tables.front()), {}, false};
+    return JoinParts(std::move(tables));
+}
+
+} // namespace
 
 RunEnd EndOf(const Stats& stats) {
     RunEnd end;
@@ -28,7 +42,7 @@ std::vector<FoundScene> DecideScenes(Stats& stats, const DetectionParameters& pa
 }
 
 void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Console& console) {
-    Stats stats = ReadStats(settings.savedStatsPath);
+    auto [stats, media, breaksOff] = ReadAll(settings.savedStatsPaths);
     const DetectionParameters parameters = settings.detection.parameters.On(stats.settings.parameters);
     const std::vector<FoundScene> scenes = DecideScenes(stats, parameters, settings.shortestScene);
 
@@ -39,6 +53,11 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     auto listeners = MakeTableListeners(plans.front().run, plans.front().outputs, parameters, false);
     if (plans.front().outputs.printsScenes)
         listeners.push_back(std::make_unique<ScenePrinter>(output, 0, SceneCsv::Columns{}));
+    if (const std::string& path = plans.front().outputs.statsPath; !path.empty())
+        listeners.push_back(std::make_unique<StatsLogger>(path, parameters));
+    const RunInfo info{saved.inputs.front(), stats.settings.scale, {}, media, {}};
+    RunEnd end = EndOf(stats);
+    end.ending = breaksOff ? RunEnding::BrokeOff : RunEnding::Complete;
 
     FirstError error;
     const auto tell = [&](auto call) {
@@ -46,12 +65,12 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
             error.Attempt([&] { call(*listener); });
         error.Rethrow();
     };
-    tell([&](RunListener& each) { each.Begin({saved.inputs.front(), stats.settings.scale, {}, {}, {}}); });
+    tell([&](RunListener& each) { each.Begin(info); });
     for (const StatsRow& row : stats.rows)
         tell([&](RunListener& each) { each.Figures(row.place, row.figures); });
     for (const FoundScene& scene : scenes)
         tell([&](RunListener& each) { each.Scene(scene); });
-    tell([&](RunListener& each) { each.End(EndOf(stats)); });
+    tell([&](RunListener& each) { each.End(end); });
 }
 
 } // namespace scenedetect

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "products/files/OutputFile.h"
+#include "products/stats/StatsPart.h"
 #include "products/stats/StatsWriter.h"
 #include "running/run/RunListener.h"
 
@@ -12,30 +13,30 @@ namespace scenedetect {
 
 class StatsLogger final : public RunListener {
   public:
-    StatsLogger(std::string path, const DetectionParameters& parameters)
-        : m_path(std::move(path)), m_parameters(parameters) {}
+    /// `part`: which of the input the run is about, where it is not the whole.
+    StatsLogger(std::string path, const DetectionParameters& parameters, const PartChoice& part = {})
+        : m_path(std::move(path)), m_parameters(parameters), m_part(part) {}
 
-    void Begin(const RunInfo& info) override {
-        m_file.emplace(m_path, Existing::Replace);
-        m_writer.emplace(StatsSettings{info.scale, m_parameters, {{"input", info.input}}},
-                         [this](std::string_view text) { m_file->Write(text); });
-    }
+    void Begin(const RunInfo& info) override;
+    void Passed(PictureSample& sample, std::int64_t index) override;
     void Figures(const FilePlace& place, const KxFrameFigures& figures) override {
         m_writer->Add(place, figures);
     }
-    void End(const RunEnd& /*end*/) override {
-        m_writer->Finish();
-        m_file->Commit();
-        m_isWritten = true;
-    }
+    void End(const RunEnd& end) override;
     void ListOutputs(RunOutputs& outputs) const override { outputs.Add(NameOfOutput(m_path), m_isWritten); }
 
   private:
+    void NoteEnds(const RunEnd& end);
+
     const std::string m_path;
     const DetectionParameters m_parameters;
+    const PartChoice m_part;
     std::optional<OutputFile> m_file;
     std::optional<StatsWriter> m_writer;
     bool m_isWritten = false;
+    // Of a part.
+    std::string m_firstSum;
+    ComRef<PictureSample> m_last;
 };
 
 } // namespace scenedetect

@@ -10,6 +10,7 @@
 #include "scenes/SceneListFile.h"
 
 #include <array>
+#include <filesystem>
 #include <limits>
 #include <span>
 #include <string>
@@ -77,14 +78,25 @@ std::string OutcomeText(std::int64_t frames, const RunOutputs& outputs) {
            List("written", outputs.written) + List("not written", outputs.missing) + ')';
 }
 
+std::optional<FilmPart> PartOf(const RunSettings& settings) {
+    if (!settings.range.part.IsChosen())
+        return std::nullopt;
+    std::error_code error;
+    const auto bytes = std::filesystem::file_size(settings.input, error);
+    if (error)
+        throw HostError(settings.input + ": cannot be measured in parts: " + error.message());
+    return FilmPart(settings.range.part, static_cast<std::int64_t>(bytes));
+}
+
 } // namespace
 
 SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgress& progress,
                    Listeners listeners)
-    : m_reading(reading),
+    : m_part(PartOf(settings)),
+      m_reading{reading.stop, reading.console, reading.threads, m_part ? &*m_part : nullptr},
       m_progress(progress),
       m_listeners(std::move(listeners)),
-      m_reader(OpenPictures(settings.input, reading,
+      m_reader(OpenPictures(settings.input, m_reading,
                             [this](const Irregularity& each) { m_irregularities.push_back(each); })),
       m_settings(WithoutRefused(settings, m_reader->Format(), reading.console)),
       m_graph(m_reader->Format(), m_settings.detection.methods.size()),
@@ -96,7 +108,12 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
                [this](const FoundScene& scene) {
                    Tell([&scene](RunListener& listener) { listener.Scene(scene); });
                }),
-      m_range(settings.range, m_reader->Scale()) {
+      m_range(settings.range, m_reader->Scale(), m_reading.part) {
+    if (m_part && !m_part->HasPackets())
+        throw HostError(settings.input +
+                        ": raw DV is not measured in parts: it is read about as fast as it can "
+                        "be copied, and its numbers depend on all that came before");
+
     SetUpFilters();
     if (!m_settings.listPath.empty())
         SetUpList();
@@ -158,7 +175,8 @@ RunEnding SceneRun::Run() {
     m_graph.Source().DeliverEndOfStream();
     if (!error)
         error.Attempt([this] { DrainAll(); });
-    const bool isGood = !error && m_samples != 0; // of nothing there is nothing to write
+    // Of nothing there is nothing to write, unless that is what a part has.
+    const bool isGood = !error && (m_samples != 0 || m_part);
     for (std::size_t i = 0; i < m_detections.size(); ++i)
         if (isGood && !m_settings.xmlPaths[i].empty())
             error.Attempt([&] { EndDetection(i); });
@@ -167,7 +185,7 @@ RunEnding SceneRun::Run() {
     m_graph.Stop();
     if (isGood && !error)
         error.Attempt([&] { WriteOutputs(ending); });
-    if (m_samples == 0 && ending != RunEnding::Stopped)
+    if (m_samples == 0 && !m_part && ending != RunEnding::Stopped)
         error.Attempt([this] {
             throw HostError(m_settings.input + ": no frame lies in the part that was asked for" +
                             (m_range.HasEnded() ? "" : "; it has " + std::to_string(m_skipped)));
@@ -328,6 +346,7 @@ void SceneRun::Pass(ComRef<PictureSample> held) {
     m_end = PlaceAfter(held->picture.place, m_reader->Scale());
     m_recent.push_back(std::move(held));
     m_tapeScenes.Note(m_recent.back()->picture, m_samples);
+    m_range.Pass(m_recent.back()->picture.place);
     ++m_samples;
     DrainScenes(m_samples - RunListener::kLookBack);
     TellListed(m_recent.back()->picture);

@@ -70,7 +70,8 @@ class SceneRun {
     template <typename Call>
     void Tell(Call call);
 
-    const Reading& m_reading;
+    std::optional<FilmPart> m_part;
+    const Reading m_reading;
     RunProgress& m_progress;
     Listeners m_listeners;                      // one that failed is no more there
     std::vector<Irregularity> m_irregularities; // that nobody was told of yet

@@ -65,6 +65,12 @@ TEST(Options, WrongOnesGetOneLine) {
         {"--cut-at", "lines", "--mark", "7", "a"},
         {"--cut-at", "lines", "--cut-threshold", "7", "a"},
         {"--cut-at", "scenes,lines", "--from-stats", "stats.csv"},
+        {"--part", "4/3", "--stats", "s.csv", "a"},
+        {"--part", "1/3", "a"},
+        {"--part", "1/3", "--stats", "s.csv", "-"},
+        {"--part", "1/3", "--stats", "s.csv", "-o", "list.csv", "a"},
+        {"--part", "1/3", "--stats", "s.csv", "--start", "5", "a"},
+        {"--part", "1/3", "--stats", "s.csv", "--from-stats", "p.csv"},
     };
     for (const auto& arguments : wrong) {
         KxOptions options;
