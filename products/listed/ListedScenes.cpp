@@ -100,7 +100,8 @@ ListedScenes::Turn ListedScenes::At(const FilePlace& place) {
         }
         if (!end || !end->IsReachedBy(place))
             break;
-        if (turn.begins == scene && !isFirst)
+        // Scenes before the part of the file that is read are left out.
+        if (turn.begins == scene && (!isFirst || place.frame == 0))
             Fail(*scene, "has no frame in this file");
         if (scene->end)
             Compare(*scene->end, place);

@@ -24,7 +24,7 @@ class ListedScenes {
         const ListedScene* begins = nullptr; ///< the scene that it begins, if any
         bool ends = false;                   ///< the scene before it has ended
     };
-    /// HostError for a scene that no picture lies in. The first picture may be anywhere in the list.
+    /// HostError for a scene that no picture lies in, but for those before the first picture.
     [[nodiscard]] Turn At(const FilePlace& place);
     /// `end` is the place after the file's last picture. HostError for a list that goes beyond it, and for
     /// one whose frames and times do not belong together here.
