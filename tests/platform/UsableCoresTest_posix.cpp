@@ -20,9 +20,7 @@ TEST(UsableCores, FollowTheControlGroups) {
     const Limited cases[] = {
         {"no groups", "", {}, {}},
         {"v2", "0::/job\n", {{"job/cpu.max", "400000 100000\n"}}, 4},
-        {"v2 without a limit", "0::/job\n", {{"job/cpu.max", "max 100000\n"}}, {}},
         {"part of a processor", "0::/job\n", {{"job/cpu.max", "150000 100000\n"}}, 2},
-        {"less than one", "0::/job\n", {{"job/cpu.max", "20000 100000\n"}}, 1},
         {"the narrowest around it counts",
          "0::/slurm/job/step\n",
          {{"slurm/cpu.max", "800000 100000\n"},
@@ -38,10 +36,6 @@ TEST(UsableCores, FollowTheControlGroups) {
          "2:cpuacct,cpu:/\n",
          {{"cpu/cpu.cfs_quota_us", "-1\n"}, {"cpu/cpu.cfs_period_us", "100000\n"}},
          {}},
-        {"another controller",
-         "2:cpuset:/job\n",
-         {{"cpu/job/cpu.cfs_quota_us", "100000\n"}, {"cpu/job/cpu.cfs_period_us", "100000\n"}},
-         {}},
         {"v1 beside v2",
          "1:cpu:/a\n0::/b\n",
          {{"cpu/a/cpu.cfs_quota_us", "600000\n"},
@@ -49,7 +43,6 @@ TEST(UsableCores, FollowTheControlGroups) {
           {"b/cpu.max", "700000 100000\n"}},
          6},
         {"nonsense", "0::/job\n", {{"job/cpu.max", "many 0\n"}}, {}},
-        {"a period of nothing", "0::/job\n", {{"job/cpu.max", "100000 0\n"}}, {}},
     };
     for (const Limited& each : cases) {
         const TempFolder root;

@@ -17,6 +17,7 @@ from kxscenes import cluster
 from kxscenes.cluster.__main__ import main
 
 PROGRAM = os.environ["KXSCENES_PROGRAM"]
+pytestmark = pytest.mark.filterwarnings("ignore:make_current:DeprecationWarning")
 
 
 def records(results):
@@ -81,6 +82,30 @@ def test_every_input_gets_a_record(tapes, tmp_path):
     assert found["short.dv"]["status"] == "partial" and "ends at byte" in found["short.dv"]["messages"][0]
     assert found["text.mp4"]["status"] == found["missing.dv"]["status"] == "failed"
     assert found["missing.dv"]["messages"] == ["error: No such file or directory"]
+
+
+def test_films_in_parts_give_the_same(film, tapes, tmp_path):
+    path = tapes / "film.mkv"
+    shutil.copy(film, path)
+    options = ["--votes=2", "--min-scene", "30", "-o", str(tmp_path / "{name}.edl")]
+    parts, whole = [tmp_path / f"{name}.jsonl" for name in ("parts", "whole")]
+    cluster.run(path, whole, options=options, lists=["csv"], program=PROGRAM, part_size=0)
+    of_whole = [(path.parent / "film.mkv.csv").read_bytes(), (tmp_path / "film.edl").read_bytes()]
+    size = path.stat().st_size // 4 + 1
+    cluster.run(tapes, parts, options=options, lists=["csv"], program=PROGRAM, part_size=size)
+    assert of_whole == [(path.parent / "film.mkv.csv").read_bytes(), (tmp_path / "film.edl").read_bytes()]
+    (one,), found = records(whole), by_name(parts)
+    joined = found.pop("film.mkv")
+    assert joined["parts"] == 4 and joined["status"] == "done"
+    assert (joined["scenes"], joined["video"]) == (one["scenes"], one["video"])
+    assert not any("parts" in record for record in found.values())
+    # What can't be measured in parts runs as a whole.
+    unknown = (tapes / "a.dv").rename(tapes / "a.unknown")
+    for path, options, scenes in [(path, ["--method=interval", "--interval=9"], 12), (unknown, [], 4)]:
+        half = path.stat().st_size // 2 + 1
+        cluster.run(path, parts, options=options, program=PROGRAM, part_size=half)
+        last = records(parts)[-1]
+        assert last["input"] == str(path) and len(last["scenes"]) == scenes and "parts" not in last
 
 
 def test_another_run_does_what_is_missing(tapes, tmp_path):

@@ -10,6 +10,7 @@ from pathlib import Path
 from .._native import Error, version
 from . import Summary, run
 from ._records import Record
+from ._run import PART_SIZE
 
 NOTES = """\
 What comes after -- goes to the program: kxscenes.cluster -r out.jsonl tapes/ -- --method timestamp,video
@@ -49,6 +50,13 @@ def _parser() -> argparse.ArgumentParser:
         "--scheduler",
         metavar="ADDRESS",
         help="a Dask scheduler (tcp://host:8786), or its scheduler file (.json); this machine unless told",
+    )
+    parser.add_argument(
+        "--part-size",
+        metavar="BYTES",
+        type=int,
+        default=PART_SIZE,
+        help="measure films that are larger in parts of this size; 0: none (default: %(default)s)",
     )
     parser.add_argument(
         "--retries", metavar="N", type=int, default=2, help="tries after a crash (default: %(default)s)"
@@ -111,6 +119,7 @@ def main(arguments: list[str]) -> int:
             options=given,
             lists=[suffix for suffix in chosen.lists.split(",") if suffix],
             scheduler=chosen.scheduler,
+            part_size=chosen.part_size,
             retries=chosen.retries,
             failed_again=chosen.failed_again,
             patience=chosen.patience,

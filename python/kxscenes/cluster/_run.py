@@ -23,17 +23,21 @@ from .. import _native
 from .._native import Error
 from ._inputs import Input, PathLike, expand, look_at
 from ._records import Record, Results
-from ._tasks import Interrupted, Job, find_scenes, stop_programs
+from ._tasks import Interrupted, Job, find_scenes, join_parts, measure_part, of_parts, stop_programs
 
-# Tasks that wait for each slot: enough to go on while results travel, and few enough that the scheduler's memory
-# does not grow with the number of inputs.
+# Files that wait for each slot: enough to go on while results travel, and few enough that the scheduler's
+# memory does not grow with the number of inputs.
 TASKS_A_SLOT = 4
 LEAST_TASKS = 64
+# Above so many bytes a film is measured in parts.
+PART_SIZE = 4_000_000_000
+# Runs as fast as it is read, and is therefore left whole.
+RAW_DV = (".dv", ".dif", ".dvsd")
 # How long one attempt to reach the scheduler takes, and what lies between two, in seconds.
 ATTEMPT = 5.0
 PAUSE = 0.2
 # The program's options that come between a run and its results.
-OWN_OPTIONS = ("--format", "--from-stats", "--help", "-h", "--version", "--config", "--no-config")
+OWN_OPTIONS = ("--format", "--from-stats", "--part", "--help", "-h", "--version", "--config", "--no-config")
 
 
 @dataclass
@@ -96,7 +100,7 @@ def _client_of(scheduler: str | None, patience: float) -> Iterator[distributed.C
                 n_workers=1, threads_per_worker=slots, processes=False, dashboard_address=None
             )
             stack.enter_context(cluster)
-            stack.callback(stop_programs)
+            stack.push(lambda failure, *_: stop_programs() if failure else None)
             client = distributed.Client(cluster, set_as_default=False)
         else:
             client = _connect(scheduler, patience)
@@ -111,12 +115,14 @@ class _Run:
         results: Results,
         job_of: Callable[[Input], Job],
         retries: int,
+        part_size: int,
         summary: Summary,
         progress: Progress | None,
     ) -> None:
         self._results = results
         self._job_of = job_of
         self._retries = retries
+        self._part_size = part_size
         self._summary = summary
         self._progress = progress
         self._waiting: Iterator[Input] = iter(())
@@ -138,8 +144,20 @@ class _Run:
         text = repr((job, input.mtime_ns)).encode("utf-8", "surrogateescape")
         key = f"kxscenes-{hashlib.blake2b(text, digest_size=16).hexdigest()}"
         self._running[key] = input
+        count = self._parts_of(job)
         with _noticing_loss():
-            return client.submit(find_scenes, job, key=key, retries=self._retries)
+            if count == 1:
+                return client.submit(find_scenes, job, key=key, retries=self._retries)
+            parts = [
+                client.submit(measure_part, job, part, key=f"{key}-{part}", retries=self._retries)
+                for part in (f"{number}/{count}" for number in range(1, count + 1))
+            ]
+            return client.submit(join_parts, job, parts, key=key, retries=self._retries)
+
+    def _parts_of(self, job: Job) -> int:
+        if self._part_size == 0 or job.path.lower().endswith(RAW_DV) or of_parts(job.options) is None:
+            return 1
+        return max(1, -(-job.size // self._part_size))
 
     def _top_up(self, client: distributed.Client) -> Iterator[distributed.Future]:
         with _noticing_loss():
@@ -164,7 +182,7 @@ class _Run:
             self._end({key: self._record_of(key, answer) for key, answer in answers.items()})
 
     def do(self, inputs: Iterator[Input], scheduler: str | None, patience: float) -> None:
-        """Until all of them have their records. What runs when the scheduler is lost begins again with the next."""
+        """Until all of them have records. What runs when the scheduler is lost begins again with the next."""
         self._waiting = inputs
         while True:
             with _client_of(scheduler, patience) as client:
@@ -214,6 +232,7 @@ def run(
     options: Sequence[str] = (),
     lists: Sequence[str] = (),
     scheduler: Optional[str] = None,
+    part_size: int = PART_SIZE,
     retries: int = 2,
     failed_again: bool = False,
     patience: float = 60.0,
@@ -231,6 +250,8 @@ def run(
     lists: suffixes ("csv", "edl", ...) of lists that are written beside each input: tape.dv.csv.
     scheduler: address of a Dask scheduler, or its scheduler file (.json); without one, all processors that this
         process may use serve.
+    part_size: films of more bytes are measured in parts of this size, a task each, with the same
+        result; 0: none. Raw DV is not, nor is any where options want more than lists of the method "video".
     retries: how often a file is tried again after the program has crashed or was stopped.
     failed_again: does those again that have failed before.
     patience: seconds in which the scheduler must be there, at the beginning and when it was lost.
@@ -264,7 +285,7 @@ def run(
     with Results(results, settings) as written:
         found = expand(inputs)
         summary.inputs = len(found)
-        work = _Run(written, job_of, retries, summary, progress)
+        work = _Run(written, job_of, retries, part_size, summary, progress)
         rest = missing(found, written)
         for first in rest:  # where there is any
             work.do(itertools.chain([first], rest), scheduler, patience)
