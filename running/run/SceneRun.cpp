@@ -109,10 +109,10 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
                    Tell([&scene](RunListener& listener) { listener.Scene(scene); });
                }),
       m_range(settings.range, m_reader->Scale(), m_reading.part) {
-    if (m_part && !m_part->HasPackets())
+    if (m_part && (!m_part->HasPackets() || m_reader->Format().fourcc == kDvFourcc))
         throw HostError(settings.input +
-                        ": raw DV is not measured in parts: it is read about as fast as it can "
-                        "be copied, and its numbers depend on all that came before");
+                        ": DV is not measured in parts: it is read about as fast as it can be copied, and "
+                        "no table has what its frames say");
 
     SetUpFilters();
     if (!m_settings.listPath.empty())

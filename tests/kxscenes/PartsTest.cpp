@@ -69,14 +69,17 @@ INSTANTIATE_TEST_SUITE_P(
            PartCase{"MorePartsThanFrames", "-c:v mjpeg -frames:v 5 clip.avi", 8}),
     kByName);
 
-TEST(Parts, RawDvHasNone) {
+TEST(Parts, DvHasNone) {
     const TempFolder folder;
     MakeClip(DvClip("pal-dv"), folder / "tape.dv");
-    const ProcessResult result =
-        RunHost({"--part", "1/2", "--stats", folder / "part.csv", folder / "tape.dv"});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.err, HasSubstr("tape.dv: raw DV is not measured in parts"));
-    EXPECT_FALSE(std::filesystem::exists(folder / "part.csv"));
+    Remux(folder / "tape.dv", folder / "tape.avi");
+    for (const char* name : {"tape.dv", "tape.avi"}) {
+        const ProcessResult result =
+            RunHost({"--part", "1/2", "--stats", folder / "part.csv", folder / name});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_THAT(result.err, HasSubstr(std::string(name) + ": DV is not measured in parts"));
+        EXPECT_FALSE(std::filesystem::exists(folder / "part.csv"));
+    }
 }
 
 } // namespace

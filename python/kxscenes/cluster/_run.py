@@ -31,7 +31,7 @@ TASKS_A_SLOT = 4
 LEAST_TASKS = 64
 # Above so many bytes a film is measured in parts.
 PART_SIZE = 4_000_000_000
-# Runs as fast as it is read, and is therefore left whole.
+# The program measures no DV in parts; of these names nothing else is expected.
 RAW_DV = (".dv", ".dif", ".dvsd")
 # How long one attempt to reach the scheduler takes, and what lies between two, in seconds.
 ATTEMPT = 5.0
@@ -251,7 +251,7 @@ def run(
     scheduler: address of a Dask scheduler, or its scheduler file (.json); without one, all processors that this
         process may use serve.
     part_size: films of more bytes are measured in parts of this size, a task each, with the same
-        result; 0: none. Raw DV is not, nor is any where options want more than lists of the method "video".
+        result; 0: none. DV is not, nor is any where options want more than lists of the method "video".
     retries: how often a file is tried again after the program has crashed or was stopped.
     failed_again: does those again that have failed before.
     patience: seconds in which the scheduler must be there, at the beginning and when it was lost.
