@@ -20,6 +20,7 @@ constexpr std::chrono::milliseconds kTurn{50};
 struct RequestedRun {
     std::string path;
     std::vector<std::string> methods;
+    std::vector<std::string> cuts;
     std::uint32_t interval = 0;
     std::vector<std::uint32_t> marks;
     std::optional<std::string> start;
@@ -39,6 +40,8 @@ RunSettings SettingsOf(const RequestedRun& request) {
     settings.input = request.path;
     for (const std::string& word : request.methods)
         settings.detection.methods.push_back(MethodOf(word).value());
+    for (const std::string& word : request.cuts)
+        settings.detection.cuts.push_back(TapeCutOf(word).value());
     settings.detection.interval = request.interval;
     settings.detection.marks = request.marks;
     settings.detection.parameters = request.parameters;
@@ -104,21 +107,22 @@ class PythonRun {
 
 void BindRuns(py::module_& module) {
     py::class_<PythonRun>(module, "Run")
-        .def(py::init([](std::string path, std::vector<std::string> methods, std::uint32_t interval,
-                         std::vector<std::uint32_t> marks, std::optional<std::string> start,
-                         std::optional<std::string> end, std::optional<std::string> duration,
-                         std::int64_t shortestScene, const py::dict& parameters, bool wantsFigures,
-                         int threads) {
+        .def(py::init([](std::string path, std::vector<std::string> methods, std::vector<std::string> cuts,
+                         std::uint32_t interval, std::vector<std::uint32_t> marks,
+                         std::optional<std::string> start, std::optional<std::string> end,
+                         std::optional<std::string> duration, std::int64_t shortestScene,
+                         const py::dict& parameters, bool wantsFigures, int threads) {
                  return std::make_unique<PythonRun>(
-                     RequestedRun{std::move(path), std::move(methods), interval, std::move(marks),
-                                  std::move(start), std::move(end), std::move(duration), shortestScene,
-                                  ParametersOf(parameters), wantsFigures},
+                     RequestedRun{std::move(path), std::move(methods), std::move(cuts), interval,
+                                  std::move(marks), std::move(start), std::move(end), std::move(duration),
+                                  shortestScene, ParametersOf(parameters), wantsFigures},
                      threads);
              }),
-             py::kw_only(), py::arg("path"), py::arg("methods"), py::arg("interval") = 0,
-             py::arg("marks") = std::vector<std::uint32_t>(), py::arg("start") = py::none(),
-             py::arg("end") = py::none(), py::arg("duration") = py::none(), py::arg("min_scene") = 0,
-             py::arg("parameters") = py::dict(), py::arg("figures") = false, py::arg("threads") = 0)
+             py::kw_only(), py::arg("path"), py::arg("methods"), py::arg("cuts") = std::vector<std::string>(),
+             py::arg("interval") = 0, py::arg("marks") = std::vector<std::uint32_t>(),
+             py::arg("start") = py::none(), py::arg("end") = py::none(), py::arg("duration") = py::none(),
+             py::arg("min_scene") = 0, py::arg("parameters") = py::dict(), py::arg("figures") = false,
+             py::arg("threads") = 0)
         .def("next", &PythonRun::Next, py::arg("progress") = py::none())
         .def("video", &PythonRun::Video)
         .def("figures", &PythonRun::Figures)

@@ -27,8 +27,9 @@ not take the video of a file is skipped there with a warning, unless none does.
 
 A DV tape tells itself where something begins; --cut-at takes that for scenes, beside those of the
 methods or without them: recordings (the date or the time of day does not go on; midnight is no
-such place), record-flag (the recorder's start mark), timecode (a jump), aspect, audio (sampling
-rate, bits, channels), lines (525 or 625). "method" names these, too. --xml has the methods' only.
+such place), record-flag (the recorder's start mark), record-stop (the frame after its stop mark),
+timecode (a jump), aspect, audio (sampling rate, bits, channels), lines (525 or 625). "method" names
+these, too. --xml has the methods' only.
 
 --scenes finds nothing: the scenes are those of a list (JSON and CSV of this program, CSV of others,
 starts one a line, EDL), from their starts to their ends. {name} in its name is the input's.

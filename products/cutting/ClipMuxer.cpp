@@ -90,6 +90,9 @@ void ClipMuxer::AddStream(const AVStream& source, AVRational rate) {
             std::memcpy(copy, data.data, data.size);
     }
     stream->disposition = source.disposition;
+    // Muxers refuse a codec that says otherwise than its container, which players go by.
+    if (source.sample_aspect_ratio.num != 0)
+        stream->codecpar->sample_aspect_ratio = source.sample_aspect_ratio;
     stream->sample_aspect_ratio = source.sample_aspect_ratio;
     stream->time_base = source.time_base;
     if (source.codecpar->codec_type == AVMEDIA_TYPE_VIDEO) {

@@ -18,6 +18,7 @@ class Run:
         *,
         path: str,
         methods: list[str],
+        cuts: list[str] = ...,
         interval: int = ...,
         marks: list[int] = ...,
         start: str | None = ...,

@@ -15,6 +15,7 @@ from ._scenes import Scene, SceneList, Video
 Point = Union[int, float, Fraction, timedelta, str]
 Progress = Callable[[int, Union[float, None]], object]
 METHODS = ("timestamp", "video", "interval", "manual")
+CUTS = ("scenes", "recordings", "record-flag", "record-stop", "timecode", "aspect", "audio", "lines")
 
 
 class InputWarning(UserWarning):
@@ -33,13 +34,13 @@ def point_text(point: Point | None) -> str | None:
     return f"{float(seconds):.9f}s"
 
 
-def method_words(method: str | Iterable[str]) -> list[str]:
-    words = method.replace("+", ",").split(",") if isinstance(method, str) else list(method)
+def words_of(choice: str | Iterable[str], known: tuple[str, ...], kind: str) -> list[str]:
+    words = choice.replace("+", ",").split(",") if isinstance(choice, str) else list(choice)
     for word in words:
-        if word not in METHODS:
-            raise ValueError(f"{word!r} is not a method: {', '.join(METHODS)}")
+        if word not in known:
+            raise ValueError(f"{word!r} is not a {kind}: {', '.join(known)}")
     if not words or len(set(words)) != len(words):
-        raise ValueError("each method is named once, and one at least")
+        raise ValueError(f"each {kind} is named once, and one at least")
     return words
 
 
@@ -117,6 +118,7 @@ def scenes(
     path: str | os.PathLike[str],
     method: str | Iterable[str] = "video",
     *,
+    cut_at: str | Iterable[str] = "scenes",
     interval: int = 0,
     marks: Iterable[int] = (),
     start: Point | None = None,
@@ -135,6 +137,9 @@ def scenes(
 
     method: "video" (picture changes), "timestamp" (jumps of the recording time that DV frames carry),
         "interval" (every `interval`-th frame), "manual" (`marks` only); several as a list, or joined by ",".
+    cut_at: where scenes begin: "scenes" (where the method finds them), and where a DV tape tells something new:
+        "recordings", "record-flag", "record-stop", "timecode", "aspect", "audio", "lines". Without "scenes" no
+        method is used.
     marks: frames of the file, from 0, at which a scene begins whatever the method finds.
     start, end, duration: the part of the file to look at: a frame number (int), seconds (float, Fraction,
         timedelta), or text as the program takes it ("2.5s", "00:01:00.000", "00:01:00:00").
@@ -148,10 +153,13 @@ def scenes(
     Raises Error, with the program's text, when the file can't be read; ValueError for settings that make no
     sense. Warns with InputWarning of damage. Ctrl-C ends it. The interpreter's lock is free while it waits.
     """
-    words = method_words(method)
+    cuts = words_of(cut_at, CUTS, "place to cut at")
+    words = words_of(method, METHODS, "method") if "scenes" in cuts else []
     if (interval > 0) != ("interval" in words):
         raise ValueError('interval is above 0 with the method "interval", and only with it')
     frames = sorted(set(marks))
+    if frames and not words:
+        raise ValueError('marks need "scenes" in cut_at')
     if frames and frames[0] < 1:
         raise ValueError("marks are frames from 1 on: a scene begins at frame 0 anyway")
     parameters = given(
@@ -160,6 +168,7 @@ def scenes(
     run = new_run(
         path,
         methods=words,
+        cuts=[word for word in cuts if word != "scenes"],
         interval=interval,
         marks=frames,
         start=start,

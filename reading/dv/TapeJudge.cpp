@@ -26,7 +26,8 @@ std::optional<Value> JudgeChange(std::optional<Value> DvPacks::*member, const Dv
 } // namespace
 
 std::string TapeCutWord(TapeCut cut) {
-    constexpr std::array kWords = {"recording", "record-flag", "timecode", "aspect", "audio", "lines"};
+    constexpr std::array kWords = {"recording", "record-flag", "record-stop", "timecode",
+                                   "aspect",    "audio",       "lines"};
     return kWords[static_cast<std::size_t>(cut)];
 }
 
@@ -101,10 +102,11 @@ void TapeJudge::JudgeTimecode(const Frame& frame, const Frame* next, TapeVerdict
 }
 
 void TapeJudge::NoteBeginnings(const Frame& frame, TapeVerdict& verdict) {
+    const bool isAfterEnd = std::exchange(m_isRecordingEnd, frame.packs.isRecordingEnd) && !m_isRecordingEnd;
     const std::array<bool, kTapeCuts> seen = {
-        verdict.recordingBreak.has_value(), frame.packs.isRecordingStart,
-        verdict.timecodeJump.has_value(),   verdict.aspectBefore.has_value(),
-        verdict.audioBefore.has_value(),    verdict.systemBefore.has_value()};
+        verdict.recordingBreak.has_value(), frame.packs.isRecordingStart,     isAfterEnd,
+        verdict.timecodeJump.has_value(),   verdict.aspectBefore.has_value(), verdict.audioBefore.has_value(),
+        verdict.systemBefore.has_value()};
     for (std::size_t i = 0; i < kTapeCuts; ++i) {
         if (!seen[i])
             continue;

@@ -15,6 +15,7 @@ namespace scenedetect {
 enum class TapeCut {
     Recording,  ///< the recording's clock, date and time of day, does not go on
     RecordFlag, ///< the recorder's start mark
+    RecordStop, ///< the recorder's stop mark was on the frame before
     Timecode,   ///< a jump
     Aspect,
     Audio, ///< sampling rate, quantisation or channels; not whether the rate is locked
@@ -22,7 +23,8 @@ enum class TapeCut {
 };
 inline constexpr std::size_t kTapeCuts = static_cast<std::size_t>(TapeCut::Lines) + 1;
 
-/// The word for what begins: "recording", "record-flag", "timecode", "aspect", "audio" or "lines".
+/// The word for what begins: "recording", "record-flag", "record-stop", "timecode", "aspect", "audio" or
+/// "lines".
 [[nodiscard]] std::string TapeCutWord(TapeCut cut);
 
 /// How a frame goes on from those before.
@@ -85,6 +87,7 @@ class TapeJudge {
     std::optional<DvSystem> m_system; // of the last that was judged; and so on
     std::optional<DvAspect> m_aspect;
     std::optional<DvAudioFormat> m_audio;
+    bool m_isRecordingEnd = false;
     std::array<std::optional<std::int64_t>, kTapeCuts> m_latest; // frame that each was last seen at
 };
 

@@ -53,6 +53,8 @@ MediaInfo DvMediaInfo(std::span<const std::uint8_t> frame, DvSystem system) {
     info.width = kWidth;
     info.height = system == DvSystem::Lines625 ? 576 : 480;
     info.pixelAspect = PixelAspectOf(system, packs.aspect == DvAspect::Full16By9);
+    if (packs.audio)
+        info.audio = AudioFormat{packs.audio->channels, packs.audio->samplingRate};
     if (packs.timecode)
         info.startTimecode = SourceTimecode{FrameCountOf(*packs.timecode, system),
                                             packs.timecode->isDropFrame, DvTimecodeRate(system)};

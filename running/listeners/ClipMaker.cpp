@@ -19,8 +19,11 @@ std::shared_ptr<const Picture> Share(PictureSample& sample) {
 void ClipMaker::Begin(const RunInfo& info) {
     m_info = info;
     const bool isDv = info.format.fourcc == kDvFourcc;
-    // A container has its audio beside the frames, so that its packets are what is to be cut.
-    if (isDv && (info.media.isRawDv || m_settings.container.empty()))
+    // Where a container has the audio beside the frames, its packets are what is to be cut.
+    const bool isMute = info.media.audio && !info.hasDvAudio && !info.media.isRawDv;
+    const bool needsPackets =
+        !isDv || (!info.media.isRawDv && (!m_settings.container.empty() || (isMute && info.input != "-")));
+    if (!needsPackets)
         m_cutter.emplace(m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); });
     else if (info.input == "-")
         throw HostError(
@@ -28,6 +31,9 @@ void ClipMaker::Begin(const RunInfo& info) {
             "container, give a file");
     else
         m_suffix = ClipSuffixOf(info.input, m_settings);
+    if (isDv && isMute && m_settings.container.empty())
+        m_console.Message(info.input + ": its audio is not in the DV frames: clips are " +
+                          (m_cutter ? "without" : m_suffix + " files, to keep it"));
     m_cut.path = info.input;
     m_cut.scale = info.scale;
     m_cut.firstPicture = info.firstPlace;

@@ -23,6 +23,7 @@ struct RunInfo {
     PictureFormat format; ///< of the first picture
     MediaInfo media;
     FilePlace firstPlace;  ///< of the first picture of the file, which a range may leave out
+    bool hasDvAudio{};     ///< that picture is a DV frame with audio in it
     std::string reader{};  ///< how the pictures are read, for people
     std::string methods{}; ///< that find the scenes, for people
 };

@@ -262,14 +262,15 @@ std::string SceneRun::Named(const std::string& text) const {
     return m_settings.isOneOfMany ? m_settings.input + ": " + text : text;
 }
 
-void SceneRun::Begin(const FilePlace& first) {
+void SceneRun::Begin(const Picture& first) {
     if (std::exchange(m_hasBegun, true))
         return;
     const RunInfo info{m_settings.input,
                        m_reader->Scale(),
                        m_reader->Format(),
                        m_reader->Info(),
-                       first,
+                       first.place,
+                       PacksOf(first).audio.has_value(),
                        m_reader->Description(),
                        m_list ? "none, scenes of " + m_list->path : m_settings.detection.WordList(", ")};
     Tell([&info](RunListener& listener) { listener.Begin(info); });
@@ -278,7 +279,7 @@ void SceneRun::Begin(const FilePlace& first) {
 // What the reader finds wrong on its way is told here, where a listener may throw.
 bool SceneRun::ReadPicture(Picture& picture) {
     const bool isThere = m_reader->Next(picture);
-    Begin(picture.place);
+    Begin(picture);
     for (const Irregularity& each : std::exchange(m_irregularities, {}))
         Tell([&each](RunListener& listener) { listener.Irregular(each); });
     return isThere;

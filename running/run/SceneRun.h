@@ -50,7 +50,7 @@ class SceneRun {
     };
 
     void SetUpFilters();
-    void Begin(const FilePlace& first);
+    void Begin(const Picture& first);
     [[nodiscard]] bool ReadPicture(Picture& picture);
     void FeedGraph();
     void SetUpList();

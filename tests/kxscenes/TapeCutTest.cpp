@@ -140,6 +140,22 @@ TEST_P(TapeCuts, GiveClipsTheirAudio) {
     }
 }
 
+// DV frames without audio beside a track that has it.
+TEST(MuteFrames, KeepTheirContainersAudio) {
+    const TempFolder folder;
+    const auto film = folder / "film.mov";
+    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=720x576:r=25", "-f", "lavfi", "-i",
+               "anoisesrc=r=48000:seed=3", "-t", "1", "-c:v", "dvvideo", "-pix_fmt", "yuv420p", "-c:a",
+               "pcm_s16le", film});
+    const ProcessResult result =
+        RunHost({"--method", "interval", "--interval", "10", "--split", folder / "clips", film});
+    EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("clips are .mov files, to keep it")));
+    std::string joined;
+    for (const char* name : {"film-0001.mov", "film-0002.mov", "film-0003.mov"})
+        joined += SamplesOf(folder / "clips" / name, 0);
+    EXPECT_TRUE(joined == SamplesOf(film, 0) && !joined.empty());
+}
+
 const Damage kDamage[] = {
     {"Undamaged", false, [](std::string&, int) {}},
     {"ThreeSequencesGone", false,

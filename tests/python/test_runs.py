@@ -55,6 +55,9 @@ def test_several_methods_and_what_the_tape_says(tape):
     assert scenes[1].method == "video"
     assert scenes[2].recorded == datetime(2004, 7, 18, 9, 15, 20)
     assert scenes[1].time == Fraction(60, 25)
+    both = kxscenes.detect(tape, cut_at=["scenes", "recordings"])
+    assert [s.method for s in both] == ["video+recording", "video", "video+recording", "video"]
+    assert [s.frame for s in kxscenes.detect(tape, cut_at="recordings")] == [0, 130]
     video = scenes.video
     assert (video.frame_count, video.rate, video.duration) == (230, 25, Fraction(230, 25))
     assert (video.width, video.height) == (720, 576)

@@ -75,6 +75,12 @@ const Case kCases[] = {
          tape.Run(10).packs.isRecordingStart = false;
      },
      {"100 record-flag*"}},
+    {"AfterTheStopMark",
+     [](RunningTape& tape) {
+         tape.packs.isRecordingEnd = true;
+         tape.Run(2).packs.isRecordingEnd = false;
+     },
+     {"102 record-stop"}},
     {"Aspect", [](RunningTape& tape) { tape.packs.aspect = DvAspect::Full16By9; }, {"100 aspect"}},
     {"AspectUntold", [](RunningTape& tape) { tape.packs.aspect.reset(); }, {}},
     {"AudioOfTwelveBits",
