@@ -30,6 +30,7 @@ void Change(int kind, fuzz::Input& input, TapeFrame& frame) {
         break;
     case 3:
         frame.packs.aspect = AspectOf(pack);
+        frame.packs.audio = AudioFormatOf(pack);
         break;
     case 4:
         frame.packs.isRecordingStart = bytes[0] % 2 != 0;
@@ -41,6 +42,7 @@ void Change(int kind, fuzz::Input& input, TapeFrame& frame) {
     case 6:
         frame.damagedBlocks = bytes[0];
         frame.firstDamaged = bytes[1];
+        frame.audio = {bytes[2], bytes[3] % 2 != 0};
         break;
     default: {
         TapeFrame other;
