@@ -46,11 +46,11 @@ const std::string* FindNote(const Stats& stats, std::string_view name) {
     return note != stats.settings.notes.end() ? &note->value : nullptr;
 }
 
-constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMostOfNumber = std::numeric_limits<std::int32_t>::max();
 
 // So many numbers, each from its least on; none where the note is not there.
 Numbers NumbersIn(const Stats& stats, std::string_view note, const Numbers& least,
-                  std::int64_t most = kMost) {
+                  std::int64_t most = kMostOfNumber) {
     const std::string* const text = FindNote(stats, note);
     if (!text)
         return {};
@@ -75,7 +75,7 @@ MediaInfo MediaOf(const Stats& stats) {
         media.pixelAspect = {number(of[2]), number(of[3])};
         media.quarterTurns = number(of[4] % 4);
     }
-    if (const Numbers of = NumbersIn(stats, kDelayNote, {0}, kMost * 1'000'000); !of.empty())
+    if (const Numbers of = NumbersIn(stats, kDelayNote, {0}, kMostOfNumber * 1'000'000); !of.empty())
         media.delay = of[0];
     if (const Numbers of = NumbersIn(stats, kAudioNote, {1, 1}); !of.empty())
         media.audio = AudioFormat{number(of[0]), number(of[1])};
