@@ -7,6 +7,7 @@
 #include "running/detection/SceneListCheck.h"
 #include "running/run/ListCheck.h"
 #include "running/run/MemoryFile.h"
+#include "running/run/UsableMethods.h"
 #include "scenes/SceneListFile.h"
 
 #include <array>
@@ -29,47 +30,6 @@ std::string List(const char* word, const std::vector<std::string>& names) {
     for (const std::string& name : names)
         text += (text.empty() ? "; " + std::string(word) + ": " : ", ") + name;
     return text;
-}
-
-// Why the method can't find scenes in such pictures; empty: it can.
-std::string Refusal(KxDetectionMethod method, const RunSettings& settings, const PictureFormat& format) {
-    try {
-        RequireComparable(format, method, settings.input);
-    } catch (const HostError& error) {
-        return error.what();
-    }
-    FilterGraph graph(format, 1);
-    ChooseDetection(graph.Scenes(0), graph.ScenesEx(0), method, settings.detection);
-    return graph.Connect() ? RefusalText(method, settings.input) : "";
-}
-
-// What is left finds what it finds alone.
-RunSettings WithoutRefused(RunSettings settings, const PictureFormat& format, Console& console) {
-    std::vector<KxDetectionMethod> methods;
-    std::vector<std::string> xmlPaths;
-    std::vector<std::string> refusals;
-    for (std::size_t i = 0; i < settings.detection.methods.size(); ++i) {
-        const KxDetectionMethod method = settings.detection.methods[i];
-        if (const std::string refusal = Refusal(method, settings, format); !refusal.empty()) {
-            refusals.push_back(refusal);
-            continue;
-        }
-        methods.push_back(method);
-        xmlPaths.push_back(settings.xmlPaths[i]);
-    }
-    std::vector<TapeCut>& cuts = settings.detection.cuts;
-    if (!cuts.empty() && format.fourcc != kDvFourcc) {
-        refusals.push_back(settings.input + ": --cut-at " + TapeCutOption(cuts.front()) +
-                           " needs DV video of 25 Mbit/s");
-        cuts.clear();
-    }
-    if (methods.empty() && cuts.empty() && !refusals.empty())
-        throw HostError(refusals.front());
-    for (const std::string& refusal : refusals)
-        console.Warning(refusal + ": skipped");
-    settings.detection.methods = std::move(methods);
-    settings.xmlPaths = std::move(xmlPaths);
-    return settings;
 }
 
 // What became of a run that failed.
@@ -98,7 +58,7 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
       m_listeners(std::move(listeners)),
       m_reader(OpenPictures(settings.input, m_reading,
                             [this](const Irregularity& each) { m_irregularities.push_back(each); })),
-      m_settings(WithoutRefused(settings, m_reader->Format(), reading.console)),
+      m_settings(SettingsFor(settings, m_reader->Format(), reading.console)),
       m_graph(m_reader->Format(), m_settings.detection.methods.size()),
       m_merge(m_settings.detection.Words()),
       m_tapeScenes(
