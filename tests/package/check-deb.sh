@@ -47,7 +47,9 @@ diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-li
 ./share/doc/tamrak-scene-detect/library.md
 ./share/doc/tamrak-scene-detect/logging.md
 ./share/doc/tamrak-scene-detect/outputs.md
+./share/doc/tamrak-scene-detect/parts.md
 ./share/doc/tamrak-scene-detect/python.md
+./share/doc/tamrak-scene-detect/tape-cuts.md
 ./share/doc/tamrak-scene-detect/tape-log.md
 ./share/doc/tamrak-scene-detect/tuning.md
 ./share/doc/tamrak-scene-detect/ways-in.md
