@@ -24,7 +24,8 @@ else()
   include(CMakePackageConfigHelpers)
   write_basic_package_version_file(TamrakSceneDetectConfigVersion.cmake COMPATIBILITY SameMajorVersion)
   install(FILES ${CMAKE_BINARY_DIR}/TamrakSceneDetectConfigVersion.cmake DESTINATION ${package_folder})
-  install(FILES ${docs} docs/cluster.md docs/dv.md docs/gstreamer.md docs/installing.md docs/outputs.md docs/parts.md docs/python.md docs/tape-cuts.md docs/tape-log.md docs/ways-in.md
+  install(FILES ${docs} docs/cluster.md docs/dv.md docs/gstreamer.md docs/installing.md docs/outputs.md
+                docs/parts.md docs/python.md docs/tape-cuts.md docs/tape-log.md docs/ways-in.md
           DESTINATION ${doc_folder})
   install(FILES LICENSE DESTINATION ${doc_folder} RENAME copyright)
   install(DIRECTORY examples DESTINATION ${doc_folder})
