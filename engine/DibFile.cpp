@@ -2,8 +2,8 @@
 // bytes.
 #include "engine/BitmapHeader.h"
 #include "engine/Dib.h"
-#include "platform/Archive.h"
 #include "platform/File.h"
+#include "support/Archive.h"
 #include "support/DebugLog.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 #include "engine/Dib.h"
 #include "fuzz/Input.h"
 #include "fuzz/MemoryFile.h"
-#include "platform/Archive.h"
 #include "platform/File.h"
+#include "support/Archive.h"
 #include "support/RefObject.h"
 
 #include <algorithm>

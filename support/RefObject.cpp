@@ -1,7 +1,7 @@
 #include "support/RefObject.h"
 
-#include "platform/Archive.h"
 #include "platform/CriticalSection.h"
+#include "support/Archive.h"
 #include "support/DebugLog.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Objects that are shared by counting references, and the list of those that nobody has taken yet.
 #pragma once
 
-#include "platform/Object.h"
+#include "support/Object.h"
 
 #include <atomic>
 #include <cstddef>

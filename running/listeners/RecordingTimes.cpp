@@ -1,5 +1,7 @@
 #include "running/listeners/RecordingTimes.h"
 
+#include "reading/dv/PackText.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -10,10 +12,10 @@ void RecordingTimes::Note(const Picture& picture) {
     if (!system)
         return;
     const DvPacks packs = ReadDvPacks(picture.Bytes(), *system);
-    const TapeTexts texts = TextsOf(packs);
     if (const auto verdict = m_judge.Note(picture.place.frame, *system, packs))
         Settle(*m_pending, verdict->isTimeStray);
-    m_pending = {picture.place, packs.date && packs.time ? texts.date + ' ' + texts.time : ""};
+    m_pending = {picture.place,
+                 packs.date && packs.time ? TextOf(*packs.date) + ' ' + TextOf(*packs.time) : ""};
 }
 
 void RecordingTimes::Settle(const Frame& frame, bool isStray) {

@@ -1,7 +1,7 @@
 // A colour palette for displays that show 256 colours.
 #pragma once
 
-#include "platform/GdiPalette.h"
+#include "support/palette/GdiPalette.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // Bitmap files from and for other programs: the pixels are the same on both sides.
 #include "engine/Dib.h"
-#include "platform/Archive.h"
 #include "platform/File.h"
+#include "support/Archive.h"
 #include "tests/TempFolder.h"
 #include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"

@@ -1,7 +1,7 @@
 #include "engine/BitmapHeader.h"
 #include "engine/Dib.h"
-#include "platform/Archive.h"
 #include "platform/File.h"
+#include "support/Archive.h"
 #include "tests/TempFolder.h"
 #include "tests/Testing.h"
 #include "tests/engine/BitmapMaking.h"

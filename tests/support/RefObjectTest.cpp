@@ -1,6 +1,6 @@
 #include "support/RefObject.h"
-#include "platform/Archive.h"
 #include "platform/File.h"
+#include "support/Archive.h"
 #include "tests/TempFolder.h"
 #include "tests/Testing.h"
 #include "tests/engine/LogRecorder.h"

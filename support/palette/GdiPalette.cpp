@@ -1,4 +1,4 @@
-#include "platform/GdiPalette.h"
+#include "support/palette/GdiPalette.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "platform/Archive.h"
+#include "support/Archive.h"
 
 #include "platform/File.h"
 

@@ -1,7 +1,7 @@
 // Objects and plain bytes in a file, in the order in which they were written.
 #pragma once
 
-#include "platform/Object.h"
+#include "support/Object.h"
 
 #include <cstddef>
 #include <cstdint>

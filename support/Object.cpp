@@ -1,4 +1,4 @@
-#include "platform/Object.h"
+#include "support/Object.h"
 
 #include "platform/Text.h"
 

@@ -1,7 +1,7 @@
 // A logical palette of the graphics system as an object: the holder of its handle.
 #pragma once
 
-#include "platform/Object.h"
+#include "support/Object.h"
 
 #include <windows.h>
 
