@@ -90,10 +90,9 @@ bool Detector::ClearFrame(std::uint8_t* slot) const {
     return false;
 }
 
-std::int32_t Detector::ComputeDifference() {
+std::int32_t Detector::DifferenceTo(const std::uint8_t* other) {
     const std::uint8_t* current = GetFrame(0);
-    const std::uint8_t* previous = GetFrame(-1);
-    if (current == nullptr || previous == nullptr || sampleCount == 0)
+    if (current == nullptr || other == nullptr || sampleCount == 0)
         return 0;
     const std::int32_t limit = m_decision.Parameters().diffClamp;
     // No difference is below a negative limit: every sample adds the limit itself.
@@ -101,8 +100,12 @@ std::int32_t Detector::ComputeDifference() {
         return limit;
     const auto clamp = static_cast<std::uint8_t>(std::min(limit, 255));
     const auto count = static_cast<std::size_t>(sampleCount);
-    return static_cast<std::int32_t>(SelectDifferenceSum(CpuFeatures())(current, previous, count, clamp) /
+    return static_cast<std::int32_t>(SelectDifferenceSum(CpuFeatures())(current, other, count, clamp) /
                                      count);
+}
+
+std::int32_t Detector::ComputeDifference() {
+    return DifferenceTo(GetFrame(-1));
 }
 
 std::int32_t Detector::ComputeMeanLevel() {

@@ -50,8 +50,10 @@ class Detector {
     /// Blackens `slot`. Always false.
     bool ClearFrame(std::uint8_t* slot) const;
 
-    /// Mean absolute difference of the current grid to the previous one, and mean level of the current one;
-    /// 0 for an empty grid.
+    /// Mean absolute difference of the current grid to another of its size, as the parameters have it; 0 for
+    /// an empty grid.
+    [[nodiscard]] std::int32_t DifferenceTo(const std::uint8_t* other);
+    /// Of the current grid to the previous one, and mean level of the current one; 0 for an empty grid.
     [[nodiscard]] std::int32_t ComputeDifference();
     [[nodiscard]] std::int32_t ComputeMeanLevel();
     /// Judges the frame two before the current one and counts the current one. Frames are numbered from 0 at

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 
 namespace scenedetect {
 
@@ -135,8 +136,11 @@ bool FrameWatch::IsPictureChange(const Watched& watched) {
         m_detector.ExtractLuminance(*watched.rows, slot);
     else
         m_detector.ExtractLuminance(watched.dib, slot);
+    std::optional<Distances> distances;
+    if (m_distances.IsOpen())
+        distances = m_distances.Measure(m_detector);
     const Judgement judgement = m_detector.Judge();
-    m_run.NoteFigures(watched.frame, judgement);
+    m_run.NoteFigures(watched.frame, judgement, distances ? &*distances : nullptr);
     return AddsVideoScene(watched.frame.number, judgement);
 }
 
@@ -155,6 +159,10 @@ void FrameWatch::SettleGrid(const Watched& watched) {
     m_detector.SetGridWidth(width);
     m_detector.SetGridHeight(height);
     m_detector.Reset();
+    if (m_run.RunMeasuresDistances())
+        m_distances.Begin(m_detector.GetSampleCount());
+    else
+        m_distances.End();
 }
 
 void FrameWatch::LoadDcImage(const Watched& watched, std::uint8_t* slot) {

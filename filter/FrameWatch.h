@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/Detector.h"
+#include "engine/DistanceRing.h"
 #include "engine/DvDcImage.h"
 #include "filter/Dvutil.h"
 #include "filter/ReducedSize.h"
@@ -53,7 +54,8 @@ class FrameWatch {
     void LoadDcImage(const Watched& watched, std::uint8_t* slot);
 
     DetectionRun& m_run;
-    Detector m_detector; // streaming thread, but for the frame rate learnt before streaming
+    Detector m_detector;      // streaming thread, but for the frame rate learnt before streaming
+    DistanceRing m_distances; // of runs that measure them
     const Dvutil m_dvutil{};
     const DvDcImage m_dvDecoder; // its tables are built with the owner, not while streaming
 

@@ -76,6 +76,8 @@ STDMETHODIMP SceneDetectFilter::NonDelegatingQueryInterface(REFIID riid, void** 
         return GetInterface(static_cast<IKxSceneDetectEx*>(this), ppv);
     if (riid == IID_IKxSceneDetectTuning)
         return GetInterface(static_cast<IKxSceneDetectTuning*>(this), ppv);
+    if (riid == IID_IKxSceneDetectDistances)
+        return GetInterface(static_cast<IKxSceneDetectDistances*>(this), ppv);
     return CTransInPlaceFilter::NonDelegatingQueryInterface(riid, ppv);
 }
 

@@ -16,7 +16,8 @@ namespace scenedetect {
 class SceneDetectFilter final : public CTransInPlaceFilter,
                                 public IKxSceneDetect2,
                                 public IKxSceneDetectEx,
-                                public IKxSceneDetectTuning {
+                                public IKxSceneDetectTuning,
+                                public IKxSceneDetectDistances {
   public:
     /// The class table's creation function. Null with a failure code in `*phr` when it can't be made.
     static CUnknown* WINAPI CreateInstance(LPUNKNOWN outer, HRESULT* phr);
@@ -65,6 +66,11 @@ class SceneDetectFilter final : public CTransInPlaceFilter,
     STDMETHODIMP ResetParameters() override;
     STDMETHODIMP EnableFrameFigures(BOOL bEnable) override;
     STDMETHODIMP GetFrameFigures(ULONG dwCount, KxFrameFigures* pFigures, ULONG* pdwTaken) override;
+
+    // --- IKxSceneDetectDistances ---
+    STDMETHODIMP EnableFrameDistances(BOOL bEnable) override;
+    STDMETHODIMP GetFrameDistances(ULONG dwCount, KxFrameFigures* pFigures, KxFrameDistances* pDistances,
+                                   ULONG* pdwTaken) override;
 
   private:
     SceneDetectFilter(LPUNKNOWN outer, HRESULT* phr);

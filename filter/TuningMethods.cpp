@@ -73,4 +73,19 @@ STDMETHODIMP SceneDetectFilter::GetFrameFigures(ULONG dwCount, KxFrameFigures* p
     return *pdwTaken != 0 ? S_OK : VFW_S_NO_MORE_ITEMS;
 }
 
+STDMETHODIMP SceneDetectFilter::EnableFrameDistances(BOOL bEnable) {
+    return Guarded([&] {
+        m_run.EnableDistances(bEnable != FALSE);
+        return S_OK;
+    });
+}
+
+STDMETHODIMP SceneDetectFilter::GetFrameDistances(ULONG dwCount, KxFrameFigures* pFigures,
+                                                  KxFrameDistances* pDistances, ULONG* pdwTaken) {
+    if (!pFigures || !pDistances || !pdwTaken)
+        return E_POINTER;
+    *pdwTaken = static_cast<ULONG>(m_run.TakeFigures({pFigures, dwCount}, pDistances));
+    return *pdwTaken != 0 ? S_OK : VFW_S_NO_MORE_ITEMS;
+}
+
 } // namespace scenedetect

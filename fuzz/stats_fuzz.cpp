@@ -45,7 +45,7 @@ std::string Write(const Stats& stats) {
     std::string text;
     StatsWriter writer(stats.settings, [&text](std::string_view block) { text += block; });
     for (const StatsRow& row : stats.rows)
-        writer.Add(row.place, row.figures);
+        writer.Add(row);
     writer.Finish();
     return text;
 }
@@ -71,10 +71,10 @@ void WriteAndReadFields(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     WriteAndReadFields({reinterpret_cast<const char*>(data), size});
     // Most inputs are to get past the first line.
-    for (const bool withHeader : {false, true}) {
+    for (const std::string_view header : {std::string_view(), kStatsHeader, kStatsDistancesHeader}) {
         std::string text(reinterpret_cast<const char*>(data), size);
-        if (withHeader)
-            text = std::string(kStatsHeader) + '\n' + text;
+        if (!header.empty())
+            text = std::string(header) + '\n' + text;
         std::optional<Stats> stats = Parse(text);
         if (!stats)
             continue;

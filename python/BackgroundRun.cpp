@@ -21,9 +21,10 @@ class BackgroundRun::Listener final : public RunListener {
         m_run.m_scenes.push_back(scene);
         m_run.m_changed.notify_one();
     }
-    void Figures(const FilePlace& place, const KxFrameFigures& figures) override {
+    void Figures(const FilePlace& place, const KxFrameFigures& figures,
+                 const KxFrameDistances& distances) override {
         const std::lock_guard lock(m_run.m_mutex);
-        m_run.m_figures.push_back({place, figures});
+        m_run.m_figures.push_back({place, figures, distances});
     }
     void End(const RunEnd& end) override {
         const std::lock_guard lock(m_run.m_mutex);

@@ -102,7 +102,7 @@ void Save(const py::object& figures, const std::string& path) {
     OutputFile file(path, Existing::Replace);
     StatsWriter writer(stats.settings, [&file](std::string_view text) { file.Write(text); });
     for (const StatsRow& row : stats.rows)
-        writer.Add(row.place, row.figures);
+        writer.Add(row);
     writer.Finish();
     file.Commit();
 }

@@ -18,6 +18,7 @@ void DetectionRun::EnableDetection(bool enable) {
     if (enable) {
         m_bAddScenePending = false;
         m_runParameters = m_parameters;
+        m_runMeasuresDistances = m_measuresDistances;
         m_figures.Begin();
         m_nFrameCount.Start();
     } else {
@@ -57,6 +58,20 @@ DetectionParameters DetectionRun::RunParameters() {
     return m_runParameters;
 }
 
+bool DetectionRun::RunMeasuresDistances() {
+    const Lock lock(m_csScenes);
+    return m_runMeasuresDistances;
+}
+
+void DetectionRun::EnableDistances(bool enable) {
+    const Lock lock(m_csScenes);
+    if (enable)
+        m_figures.OpenDistances();
+    else
+        m_figures.CloseDistances();
+    m_measuresDistances = enable;
+}
+
 void DetectionRun::EnableFigures(bool enable) {
     const Lock lock(m_csScenes);
     if (enable)
@@ -66,18 +81,19 @@ void DetectionRun::EnableFigures(bool enable) {
     m_bKeepFigures = enable;
 }
 
-std::size_t DetectionRun::TakeFigures(std::span<KxFrameFigures> target) {
+std::size_t DetectionRun::TakeFigures(std::span<KxFrameFigures> target, KxFrameDistances* distances) {
     const Lock lock(m_csScenes);
-    return m_figures.Take(target);
+    return m_figures.Take(target, distances);
 }
 
-void DetectionRun::NoteFigures(const RunFrame& frame, const Judgement& judgement) {
+void DetectionRun::NoteFigures(const RunFrame& frame, const Judgement& judgement,
+                               const Distances* distances) {
     if (!m_bKeepFigures)
         return;
     const Lock lock(m_csScenes);
     // Asked again: meanwhile the run may be over, or the figures no longer wanted.
     if (m_bKeepFigures && m_nFrameCount.IsCurrent(frame))
-        m_figures.Add(frame.number, judgement);
+        m_figures.Add(frame.number, judgement, distances);
 }
 
 bool DetectionRun::IsSceneCheckedOut() {

@@ -54,8 +54,12 @@ class DetectionRun {
     void SetParameters(const DetectionParameters& parameters);
     /// Figures are kept from now on, or dropped and no longer kept. Throws std::bad_alloc, changing nothing.
     void EnableFigures(bool enable);
-    /// Hands out the oldest figures; how many.
-    [[nodiscard]] std::size_t TakeFigures(std::span<KxFrameFigures> target);
+    /// Runs that begin from now on measure distances, or measure none and those kept are dropped. Throws
+    /// std::bad_alloc, changing nothing.
+    void EnableDistances(bool enable);
+    /// Hands out the oldest figures, and their distances unless that is null; how many.
+    [[nodiscard]] std::size_t TakeFigures(std::span<KxFrameFigures> target,
+                                          KxFrameDistances* distances = nullptr);
 
     // --- the queue ---
     [[nodiscard]] bool IsSceneCheckedOut();
@@ -71,8 +75,9 @@ class DetectionRun {
     [[nodiscard]] std::optional<RunFrame> BeginFrame() const { return m_nFrameCount.Current(); }
     /// The parameters that the run under way is judged by.
     [[nodiscard]] DetectionParameters RunParameters();
-    /// Keeps what the picture comparison made of a frame, if that is wanted.
-    void NoteFigures(const RunFrame& frame, const Judgement& judgement);
+    [[nodiscard]] bool RunMeasuresDistances();
+    /// Keeps what the picture comparison made of a frame, if that is wanted; `distances` may be null.
+    void NoteFigures(const RunFrame& frame, const Judgement& judgement, const Distances* distances = nullptr);
     /// Makes a sample's start relative to the run's first sample.
     [[nodiscard]] LONGLONG RelativeStart(const RunFrame& frame, LONGLONG start);
     /// Asks for a scene at this frame, as MarkScene does, but for this run only.
@@ -92,6 +97,8 @@ class DetectionRun {
 
     DetectionParameters m_parameters;    // of the next run
     DetectionParameters m_runParameters; // of this one
+    bool m_measuresDistances = false;    // the next run
+    bool m_runMeasuresDistances = false; // this one
     FiguresQueue m_figures;
     std::atomic<bool> m_bKeepFigures = false; // spares the streaming thread the lock
 

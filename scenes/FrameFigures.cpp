@@ -4,6 +4,8 @@
 
 namespace scenedetect {
 
+static_assert(std::ranges::equal(kDistanceSpans, KxDistanceSpans));
+
 void NoteJudgement(const Judgement& judgement, KxFrameFigures& current, KxFrameFigures* before,
                    KxFrameFigures* twoBefore) {
     current.nDifference = judgement.difference;
@@ -34,21 +36,29 @@ KxFrameFigures* FiguresQueue::Before(std::size_t frames) {
     return m_end - m_begin > frames ? &At(m_end - 1 - frames) : nullptr;
 }
 
-void FiguresQueue::Add(std::int32_t position, const Judgement& judgement) {
+void FiguresQueue::Add(std::int32_t position, const Judgement& judgement, const Distances* distances) {
     if (m_end - m_begin == kCapacity)
         ++m_begin;
+    if (!m_distances.empty()) {
+        KxFrameDistances& kept = m_distances[m_end % kCapacity] = kWithoutDistances;
+        if (distances)
+            std::ranges::copy(*distances, kept.nDistance);
+    }
     KxFrameFigures& current = At(m_end++);
     current.dwPosition = static_cast<ULONG>(position);
     NoteJudgement(judgement, current, Before(1), Before(2));
 }
 
-std::size_t FiguresQueue::Take(std::span<KxFrameFigures> target) {
+std::size_t FiguresQueue::Take(std::span<KxFrameFigures> target, KxFrameDistances* distances) {
     const std::uint64_t final = m_end - std::min<std::uint64_t>(m_end, m_notFinal);
     const std::size_t count =
         final > m_begin ? static_cast<std::size_t>(std::min<std::uint64_t>(final - m_begin, target.size()))
                         : 0;
-    for (KxFrameFigures& figures : target.first(count))
+    for (KxFrameFigures& figures : target.first(count)) {
+        if (distances)
+            *distances++ = m_distances.empty() ? kWithoutDistances : m_distances[m_begin % kCapacity];
         figures = At(m_begin++);
+    }
     return count;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/Decision.h"
+#include "engine/DistanceRing.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <cstddef>
@@ -10,6 +11,9 @@
 #include <vector>
 
 namespace scenedetect {
+
+inline constexpr KxFrameDistances kWithoutDistances = {
+    {kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance}};
 
 /// Enters what came of a frame where it belongs: in that frame's own figures (all but the position is set),
 /// and in those of the two frames compared before it; null for one that there is not.
@@ -25,6 +29,10 @@ class FiguresQueue {
 
     /// Allocates; what is kept stays. Throws std::bad_alloc.
     void Open() { m_ring.resize(kCapacity); }
+    /// Allocates room for distances, too. Throws std::bad_alloc.
+    void OpenDistances() { m_distances.resize(kCapacity, kWithoutDistances); }
+    /// Drops distances alone, and frees their memory.
+    void CloseDistances() { m_distances = {}; }
     /// Drops everything and frees the memory.
     void Close();
     /// A run begins: drops everything.
@@ -32,16 +40,18 @@ class FiguresQueue {
     /// The run has ended: all figures are final.
     void End() { m_notFinal = 0; }
 
-    /// The next frame that was compared, which is number `position` of the run. Only while open.
-    void Add(std::int32_t position, const Judgement& judgement);
-    /// Hands out the oldest; how many.
-    std::size_t Take(std::span<KxFrameFigures> target);
+    /// The next frame that was compared, which is number `position` of the run. Only while open. `distances`
+    /// are kept if there is room for them; null when none were measured.
+    void Add(std::int32_t position, const Judgement& judgement, const Distances* distances);
+    /// Hands out the oldest; how many. `distances` gets those of the same frames, and may be null.
+    std::size_t Take(std::span<KxFrameFigures> target, KxFrameDistances* distances);
 
   private:
     KxFrameFigures& At(std::uint64_t index) { return m_ring[index % kCapacity]; }
     KxFrameFigures* Before(std::size_t frames);
 
     std::vector<KxFrameFigures> m_ring;
+    std::vector<KxFrameDistances> m_distances; // as the ring, or empty
     // Frames since Begin.
     std::uint64_t m_begin = 0;
     std::uint64_t m_end = 0;

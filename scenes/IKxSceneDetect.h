@@ -43,6 +43,7 @@ KX_INTERFACE(IKxSceneDetect, "7A5A6A86-2706-4160-AAAD-28936E7249A9")
 KX_INTERFACE(IKxSceneDetect2, "908663DA-46DC-44EF-9A05-D3C4EB9B3C91")
 KX_INTERFACE(IKxSceneDetectEx, "6DECD64D-B9AA-45E3-93D7-539CC0A595A6")
 KX_INTERFACE(IKxSceneDetectTuning, "6769FA65-C136-45B3-A605-ACFAC4B9D785")
+KX_INTERFACE(IKxSceneDetectDistances, "56104B2B-A1BD-4A80-BD06-26291E568DEF")
 #undef KX_INTERFACE
 #undef KX_INTERFACE_ID
 #undef KX_BIND_INTERFACE_ID
@@ -182,4 +183,31 @@ struct IKxSceneDetectTuning : public IUnknown {
 
   protected:
     ~IKxSceneDetectTuning() = default;
+};
+
+/// The frames back that a frame's distances are measured to.
+inline constexpr LONG KxDistanceSpans[8] = {2, 3, 4, 5, 8, 16, 32, 64};
+
+/// How far one frame is from earlier ones of its run: nDifference of KxFrameFigures, measured to the frames
+/// that many back, and under the same KxClamp. -1 where the run has no such frame yet.
+struct KxFrameDistances {
+    LONG nDistance[8]; ///< in the order of KxDistanceSpans
+};
+
+/// Measures each frame's distances to earlier ones beside its difference, for hosts that tell flashes, fades
+/// and dissolves apart. The scenes that the filter finds are the same with and without.
+///
+/// Methods may be called from any thread, while samples stream, too.
+struct IKxSceneDetectDistances : public IUnknown {
+    /// Whether the next run measures distances (off by default); it keeps 64 grids for that. They are handed
+    /// out with the figures, which IKxSceneDetectTuning::EnableFrameFigures switches on. Switching off drops
+    /// those that are queued. E_OUTOFMEMORY when there is no memory for them.
+    STDMETHOD(EnableFrameDistances)(BOOL bEnable) = 0;
+    /// IKxSceneDetectTuning::GetFrameFigures, which takes from the same queue, with each frame's distances:
+    /// -1 all of them where none were measured. `pDistances` has room for as many as `pFigures`.
+    STDMETHOD(GetFrameDistances)
+    (ULONG dwCount, KxFrameFigures* pFigures, KxFrameDistances* pDistances, ULONG* pdwTaken) = 0;
+
+  protected:
+    ~IKxSceneDetectDistances() = default;
 };

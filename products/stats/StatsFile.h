@@ -4,7 +4,7 @@
 #include "engine/DetectionParameters.h"
 #include "reading/timing/SampleTable.h"
 #include "reading/timing/TimeScale.h"
-#include "scenes/IKxSceneDetect.h"
+#include "scenes/FrameFigures.h"
 
 #include <cstdint>
 #include <limits>
@@ -22,7 +22,8 @@ namespace scenedetect {
 //   sample       number in the run, from 0 without a gap
 //   time         since the first frame, in units of unit-num/unit-den seconds
 //   byte         of the frame's data in the file; empty when the container does not tell
-//   setting, value  about the whole run, one a row from the first on; where there are more settings than
+//   back2 ... back64  in format 2 only: the distances to the frames that many back; empty where the run has
+//   none setting, value  about the whole run, one a row from the first on; where there are more settings than
 //   frames the
 //                last rows have nothing else
 // The first setting is the format's number. Fractions are two settings each, since spreadsheet programs take
@@ -31,6 +32,11 @@ inline constexpr std::string_view kStatsHeader =
     "frame,difference,level,filled,dark,cut,sample,time,byte,setting,value";
 inline constexpr std::string_view kStatsFormatSetting = "format";
 inline constexpr std::string_view kStatsFormat = "1";
+// With distances.
+inline constexpr std::string_view kStatsDistancesHeader =
+    "frame,difference,level,filled,dark,cut,sample,time,byte,"
+    "back2,back3,back4,back5,back8,back16,back32,back64,setting,value";
+inline constexpr std::string_view kStatsDistancesFormat = "2";
 // Of a part of a film: what takes the whole to decide (filled, dark, cut) is empty there.
 inline constexpr std::string_view kStatsPartFormat = "1-part";
 
@@ -47,12 +53,14 @@ struct StatsSettings {
     TimeScale scale;
     DetectionParameters parameters; ///< that the run was judged by
     std::vector<StatsNote> notes;
-    bool isPart = false; ///< of a film: nothing is decided yet
+    bool isPart = false;       ///< of a film: nothing is decided yet
+    bool hasDistances = false; ///< not of a part
 };
 
 struct StatsRow {
     FilePlace place;
     KxFrameFigures figures; ///< the position is the row's number
+    KxFrameDistances distances = kWithoutDistances;
 };
 
 /// A whole table.

@@ -8,6 +8,8 @@
 #include <charconv>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <span>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -15,10 +17,10 @@
 namespace scenedetect {
 namespace {
 
-enum Column { kFrame, kDifference, kLevel, kFilled, kDark, kCut, kSample, kTime, kByte, kSetting, kValue };
-constexpr std::size_t kColumns = kValue + 1;
-constexpr const char* kNames[kColumns] = {"frame",  "difference", "level", "filled",  "dark", "cut",
-                                          "sample", "time",       "byte",  "setting", "value"};
+enum Column { kFrame, kDifference, kLevel, kFilled, kDark, kCut, kSample, kTime, kByte, kFrameColumns };
+constexpr const char* kNames[kFrameColumns] = {"frame", "difference", "level", "filled", "dark",
+                                               "cut",   "sample",     "time",  "byte"};
+constexpr std::size_t kSettingColumns = 2; // the last: name and value
 // So that sums of a few can be reckoned with.
 constexpr std::int64_t kMost = std::int64_t{1} << 60;
 
@@ -35,21 +37,32 @@ std::int64_t ParseNumber(const char* name, const std::string& text, std::int64_t
     return number;
 }
 
+std::string Join(const std::vector<std::string>& fields) {
+    std::string line;
+    for (const std::string& field : fields)
+        line += (line.empty() ? "" : ",") + field;
+    return line;
+}
+
 class Parser {
   public:
-    explicit Parser(Stats& stats) : m_stats(stats), m_numbers(NumbersOf(stats.settings)) {}
+    /// `stats` tells whether there are distances.
+    explicit Parser(Stats& stats)
+        : m_stats(stats),
+          m_numbers(NumbersOf(stats.settings)),
+          m_setting(kFrameColumns + (stats.settings.hasDistances ? kDistanceSpans.size() : 0)) {}
 
     void Take(std::int64_t line, const std::vector<std::string>& fields) {
         m_line = line;
-        if (fields.size() != kColumns)
-            throw HostError(std::to_string(fields.size()) + " fields where " + std::to_string(kColumns) +
+        if (fields.size() != m_setting + kSettingColumns)
+            throw HostError(std::to_string(fields.size()) + " fields where " +
+                            std::to_string(m_setting + kSettingColumns) +
                             " should be: the file is damaged or cut short");
-        const bool hasFrame = std::any_of(fields.begin(), fields.begin() + kSetting,
-                                          [](const std::string& field) { return !field.empty(); });
+        const bool hasFrame = !std::ranges::all_of(std::span(fields).first(m_setting), &std::string::empty);
         // The first may be the format, by which the frame is to be read.
-        if (!fields[kSetting].empty())
-            TakeSetting(fields[kSetting], fields[kValue]);
-        else if (!hasFrame || !fields[kValue].empty())
+        if (!fields[m_setting].empty())
+            TakeSetting(fields[m_setting], fields[m_setting + 1]);
+        else if (!hasFrame || !fields[m_setting + 1].empty())
             throw HostError("a setting without a name");
         if (hasFrame)
             TakeFrame(fields);
@@ -111,15 +124,17 @@ class Parser {
                                   (number(kCut, 0, 1) ? KxFrameCut : 0u);
         else if (isFilled || !fields[kDark].empty() || !fields[kCut].empty())
             throw HostError("a decision in a part, where there can be none");
+        for (std::size_t i = 0; kFrameColumns + i < m_setting; ++i)
+            if (const std::string& field = fields[kFrameColumns + i];
+                !field.empty() || sample >= kDistanceSpans[i])
+                row.distances.nDistance[i] =
+                    static_cast<LONG>(ParseNumber("a distance", field, 0, kMostInFigures));
         rows.push_back(row);
     }
 
     void TakeSetting(const std::string& name, const std::string& value) {
         if (name == kStatsFormatSetting)
-            m_stats.settings.isPart = value == kStatsPartFormat;
-        if (name == kStatsFormatSetting && value != kStatsFormat && value != kStatsPartFormat)
-            throw HostError("the table's format is " + Quoted(value) + ", and only " +
-                            std::string(kStatsFormat) + " is known: another version wrote it");
+            TakeFormat(value);
         if (IsGiven(name))
             throw HostError("the setting " + Quoted(name) + " stands there twice");
         m_given.push_back(name);
@@ -133,6 +148,17 @@ class Parser {
             m_stats.settings.notes.push_back({name, value});
     }
 
+    void TakeFormat(const std::string& format) {
+        StatsSettings& settings = m_stats.settings;
+        settings.isPart = format == kStatsPartFormat;
+        if (format == kStatsDistancesFormat ? !settings.hasDistances : settings.hasDistances)
+            throw HostError("the table's format is " + format + ", which its columns are not of");
+        if (!settings.hasDistances && !settings.isPart && format != kStatsFormat)
+            throw HostError("the table's format is " + Quoted(format) + ", and only " +
+                            std::string(kStatsFormat) + " and " + std::string(kStatsDistancesFormat) +
+                            " are known: another version wrote it");
+    }
+
     bool IsGiven(std::string_view name) const { return std::ranges::find(m_given, name) != m_given.end(); }
 
     void Require(std::string_view name) const {
@@ -143,6 +169,7 @@ class Parser {
 
     Stats& m_stats;
     const std::vector<StatsNumber> m_numbers;
+    const std::size_t m_setting;      // its column
     std::vector<std::string> m_given; // names of settings
     bool m_isAfterFrames = false;
     std::int64_t m_line = 0;
@@ -156,22 +183,25 @@ class Parser {
 Stats ParseStats(std::string_view text, const std::string& path) {
     Stats stats;
     stats.path = path;
-    Parser parser(stats);
     CsvRecords records(text);
     std::vector<std::string> fields;
+    std::optional<Parser> parser;
     try {
-        if (!records.Next(fields) || !std::ranges::equal(fields, kNames))
+        const std::string header = records.Next(fields) ? Join(fields) : "";
+        if (header != kStatsHeader && header != kStatsDistancesHeader)
             throw HostError("no statistics of kxscenes: the line " + std::string(kStatsHeader) +
                             " should be here");
+        stats.settings.hasDistances = header == kStatsDistancesHeader;
+        parser.emplace(stats);
         while (records.Next(fields))
-            parser.Take(records.Line(), fields);
+            parser->Take(records.Line(), fields);
     } catch (const HostError& error) {
-        const std::int64_t line = parser.WrongLine() != 0 ? parser.WrongLine() : records.Line();
+        const std::int64_t line = parser && parser->WrongLine() != 0 ? parser->WrongLine() : records.Line();
         throw HostError(path + ", line " + std::to_string(std::max<std::int64_t>(line, 1)) + ": " +
                         error.what());
     }
     try {
-        parser.Finish();
+        parser->Finish();
     } catch (const HostError& error) {
         throw HostError(path + ": " + error.what());
     }

@@ -9,25 +9,29 @@ namespace scenedetect {
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 16;
-constexpr std::string_view kNoFrame = ",,,,,,,,,";
+constexpr std::size_t kFrameColumns = 9; // without distances
 
 } // namespace
 
 StatsWriter::StatsWriter(StatsSettings settings, Sink sink)
-    : m_sink(std::move(sink)), m_isPart(settings.isPart) {
+    : m_sink(std::move(sink)), m_isPart(settings.isPart), m_hasDistances(settings.hasDistances) {
     // The number that it was at the time: what stands for the process-wide length means nothing in a file.
     for (const ParameterRange& range : kDetectionParameters)
         settings.parameters.*range.value = range.Of(settings.parameters);
     m_settings.push_back(
-        {std::string(kStatsFormatSetting), std::string(m_isPart ? kStatsPartFormat : kStatsFormat)});
+        {std::string(kStatsFormatSetting), std::string(m_isPart         ? kStatsPartFormat
+                                                       : m_hasDistances ? kStatsDistancesFormat
+                                                                        : kStatsFormat)});
     for (const StatsNumber& number : NumbersOf(settings))
         m_settings.push_back({std::string(number.name), std::to_string(*number.value)});
     for (StatsNote& note : settings.notes)
         m_settings.push_back(std::move(note));
+    m_pending = m_hasDistances ? kStatsDistancesHeader : kStatsHeader;
     m_pending += '\n';
 }
 
-void StatsWriter::Add(const FilePlace& place, const KxFrameFigures& figures) {
+void StatsWriter::Add(const StatsRow& row) {
+    const auto& [place, figures, distances] = row;
     if (figures.dwPosition != m_sampleCount)
         throw HostError("the statistics lack samples " + std::to_string(m_sampleCount) + " to " +
                         std::to_string(std::int64_t{figures.dwPosition} - 1) +
@@ -51,6 +55,9 @@ void StatsWriter::Add(const FilePlace& place, const KxFrameFigures& figures) {
     append(m_sampleCount++);
     append(place.time);
     appendIf(place.byteOffset >= 0, place.byteOffset);
+    if (m_hasDistances)
+        for (const LONG distance : distances.nDistance)
+            appendIf(distance != kNoDistance, distance);
     AppendSetting();
     if (m_pending.size() >= kBlock)
         HandOut();
@@ -67,7 +74,7 @@ void StatsWriter::AppendSetting() {
 
 void StatsWriter::Finish() {
     while (m_nextSetting != m_settings.size()) {
-        m_pending += kNoFrame;
+        m_pending.append(kFrameColumns + (m_hasDistances ? kDistanceSpans.size() : 0), ',');
         AppendSetting();
     }
     HandOut();

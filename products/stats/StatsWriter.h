@@ -23,7 +23,7 @@ class StatsWriter {
 
     /// The next frame. HostError when frames were left out before it: from a table with gaps nothing could be
     /// decided.
-    void Add(const FilePlace& place, const KxFrameFigures& figures);
+    void Add(const StatsRow& row);
     /// What was not known from the start.
     void AddNote(StatsNote note) { m_settings.push_back(std::move(note)); }
     /// After the last frame: hands out what is left.
@@ -36,9 +36,10 @@ class StatsWriter {
     const Sink m_sink;
     std::vector<StatsNote> m_settings; // as text, in their order
     const bool m_isPart;
+    const bool m_hasDistances;
     std::size_t m_nextSetting = 0;
     std::int64_t m_sampleCount = 0;
-    std::string m_pending{kStatsHeader};
+    std::string m_pending;
 };
 
 } // namespace scenedetect

@@ -54,7 +54,7 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     if (plans.front().outputs.printsScenes)
         listeners.push_back(std::make_unique<ScenePrinter>(output, 0, SceneCsv::Columns{}));
     if (const std::string& path = plans.front().outputs.statsPath; !path.empty())
-        listeners.push_back(std::make_unique<StatsLogger>(path, parameters));
+        listeners.push_back(std::make_unique<StatsLogger>(path, parameters, stats.settings.hasDistances));
     const RunInfo info{saved.inputs.front(), stats.settings.scale, {}, media, {}};
     RunEnd end = EndOf(stats);
     end.ending = breaksOff ? RunEnding::BrokeOff : RunEnding::Complete;
@@ -67,7 +67,7 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     };
     tell([&](RunListener& each) { each.Begin(info); });
     for (const StatsRow& row : stats.rows)
-        tell([&](RunListener& each) { each.Figures(row.place, row.figures); });
+        tell([&](RunListener& each) { each.Figures(row.place, row.figures, row.distances); });
     for (const FoundScene& scene : scenes)
         tell([&](RunListener& each) { each.Scene(scene); });
     tell([&](RunListener& each) { each.End(end); });

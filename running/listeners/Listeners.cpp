@@ -74,7 +74,8 @@ std::vector<std::unique_ptr<RunListener>> MakeListeners(const RunSettings& run, 
     if (!outputs.tapeLogPath.empty())
         listeners.push_back(std::make_unique<TapeLogger>(outputs.tapeLogPath));
     if (!outputs.statsPath.empty())
-        listeners.push_back(std::make_unique<StatsLogger>(outputs.statsPath, parameters, run.range.part));
+        listeners.push_back(
+            std::make_unique<StatsLogger>(outputs.statsPath, parameters, false, run.range.part));
     if (!outputs.clips.folder.empty())
         listeners.push_back(std::make_unique<ClipMaker>(outputs.clips, claims, console, progress));
     if (!outputs.pictures.folder.empty())

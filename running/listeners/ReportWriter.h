@@ -18,7 +18,8 @@ class TimelineKeeper final : public RunListener {
     explicit TimelineKeeper(std::shared_ptr<Timeline> timeline) : m_timeline(std::move(timeline)) {}
 
     void Begin(const RunInfo& info) override { m_scale = info.scale; }
-    void Figures(const FilePlace& place, const KxFrameFigures& figures) override {
+    void Figures(const FilePlace& place, const KxFrameFigures& figures,
+                 const KxFrameDistances& /*distances*/) override {
         m_timeline->Add(EditFrame(place, m_scale), figures.nFilled, figures.nLevel,
                         (figures.dwFlags & KxFrameDark) != 0);
     }

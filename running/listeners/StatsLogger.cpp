@@ -6,7 +6,7 @@ namespace scenedetect {
 
 void StatsLogger::Begin(const RunInfo& info) {
     m_file.emplace(m_path, Existing::Replace);
-    StatsSettings settings{info.scale, m_parameters, {{"input", info.input}}};
+    StatsSettings settings{info.scale, m_parameters, {{"input", info.input}}, false, m_hasDistances};
     if (m_part.IsChosen()) {
         const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(info.input));
         settings =

@@ -14,13 +14,15 @@ namespace scenedetect {
 class StatsLogger final : public RunListener {
   public:
     /// `part`: which of the input the run is about, where it is not the whole.
-    StatsLogger(std::string path, const DetectionParameters& parameters, const PartChoice& part = {})
-        : m_path(std::move(path)), m_parameters(parameters), m_part(part) {}
+    StatsLogger(std::string path, const DetectionParameters& parameters, bool hasDistances,
+                const PartChoice& part = {})
+        : m_path(std::move(path)), m_parameters(parameters), m_hasDistances(hasDistances), m_part(part) {}
 
     void Begin(const RunInfo& info) override;
     void Passed(PictureSample& sample, std::int64_t index) override;
-    void Figures(const FilePlace& place, const KxFrameFigures& figures) override {
-        m_writer->Add(place, figures);
+    void Figures(const FilePlace& place, const KxFrameFigures& figures,
+                 const KxFrameDistances& distances) override {
+        m_writer->Add({place, figures, distances});
     }
     void End(const RunEnd& end) override;
     void ListOutputs(RunOutputs& outputs) const override { outputs.Add(NameOfOutput(m_path), m_isWritten); }
@@ -30,6 +32,7 @@ class StatsLogger final : public RunListener {
 
     const std::string m_path;
     const DetectionParameters m_parameters;
+    const bool m_hasDistances;
     const PartChoice m_part;
     std::optional<OutputFile> m_file;
     std::optional<StatsWriter> m_writer;

@@ -33,7 +33,8 @@ FilterGraph::FilterGraph(const PictureFormat& format, std::size_t count)
         made.scenes = QueryFor<IKxSceneDetect2>(made.filter.get(), IID_IKxSceneDetect2);
         made.scenesEx = QueryFor<IKxSceneDetectEx>(made.filter.get(), IID_IKxSceneDetectEx);
         made.tuning = QueryFor<IKxSceneDetectTuning>(made.filter.get(), IID_IKxSceneDetectTuning);
-        if (!made.scenes || !made.scenesEx || !made.tuning)
+        made.distances = QueryFor<IKxSceneDetectDistances>(made.filter.get(), IID_IKxSceneDetectDistances);
+        if (!made.scenes || !made.scenesEx || !made.tuning || !made.distances)
             throw HostError("the scene detect filter lacks its control interfaces");
     }
 }

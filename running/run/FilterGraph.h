@@ -29,6 +29,9 @@ class FilterGraph {
     [[nodiscard]] IKxSceneDetectTuning& Tuning(std::size_t filter) const {
         return *m_detectors[filter].tuning;
     }
+    [[nodiscard]] IKxSceneDetectDistances& Distances(std::size_t filter) const {
+        return *m_detectors[filter].distances;
+    }
     [[nodiscard]] SourceFilter& Source() const { return *m_source; }
     [[nodiscard]] const SinkFilter& Sink() const { return *m_sink; }
 
@@ -46,6 +49,7 @@ class FilterGraph {
         ComRef<IKxSceneDetect2> scenes;
         ComRef<IKxSceneDetectEx> scenesEx;
         ComRef<IKxSceneDetectTuning> tuning;
+        ComRef<IKxSceneDetectDistances> distances;
     };
 
     [[nodiscard]] std::vector<IBaseFilter*> FromEndToBeginning() const;

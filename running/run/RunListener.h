@@ -87,8 +87,9 @@ class RunListener {
     /// `sample` keeps its picture's bytes for whoever holds it.
     virtual void Passed(PictureSample& /*sample*/, std::int64_t /*index*/) {}
     /// What the picture comparison measured, once it is final: frame after frame, the last before End. Only
-    /// in runs that were asked for it.
-    virtual void Figures(const FilePlace& /*place*/, const KxFrameFigures& /*figures*/) {}
+    /// in runs that were asked for it; likewise the distances.
+    virtual void Figures(const FilePlace& /*place*/, const KxFrameFigures& /*figures*/,
+                         const KxFrameDistances& /*distances*/) {}
     virtual void End(const RunEnd& /*end*/) {}
     /// What it has written by now, and what it was to write and has not. At any time.
     virtual void ListOutputs(RunOutputs& /*outputs*/) const {}

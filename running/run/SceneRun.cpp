@@ -346,12 +346,14 @@ void SceneRun::DrainFigures() {
     if (!m_measuring)
         return;
     std::array<KxFrameFigures, 16> figures{};
+    std::array<KxFrameDistances, 16> distances{};
     ULONG taken = 0;
-    while (m_graph.Tuning(*m_measuring).GetFrameFigures(figures.size(), figures.data(), &taken) == S_OK)
-        for (const KxFrameFigures& each : std::span(figures).first(taken))
-            if (const auto place = m_measured.Find(each.dwPosition)) {
-                Tell([&](RunListener& listener) { listener.Figures(*place, each); });
-                m_measured.ForgetBefore(each.dwPosition);
+    while (m_graph.Distances(*m_measuring)
+               .GetFrameDistances(figures.size(), figures.data(), distances.data(), &taken) == S_OK)
+        for (ULONG i = 0; i < taken; ++i)
+            if (const auto place = m_measured.Find(figures[i].dwPosition)) {
+                Tell([&](RunListener& listener) { listener.Figures(*place, figures[i], distances[i]); });
+                m_measured.ForgetBefore(figures[i].dwPosition);
             }
 }
 

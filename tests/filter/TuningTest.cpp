@@ -146,4 +146,33 @@ TEST(Tuning, FiguresAreKeptOnRequestAndWithinBounds) {
     EXPECT_EQ(rows.back(), "65543 0 90 0 0");
 }
 
+TEST(Tuning, DistancesReachBackAsFarAsTheRun) {
+    TunedFilter filter;
+    KxFrameFigures figures[80];
+    KxFrameDistances found[80];
+    ULONG taken = 77;
+    EXPECT_EQ(filter->GetFrameDistances(1, figures, nullptr, &taken), E_POINTER);
+    filter->SetParameter(KxClamp, 50);
+    filter->EnableFrameFigures(TRUE);
+    const auto levelOf = [](int frame) { return static_cast<std::uint8_t>(frame < 70 ? 20 + frame : 200); };
+    for (const bool isMeasured : {false, true, false}) {
+        filter->EnableDetection(TRUE);
+        if (!isMeasured)
+            filter->EnableFrameDistances(TRUE); // too late for this run
+        for (int frame = 0; frame < 72; ++frame)
+            filter.Send(levelOf(frame));
+        filter->EnableDetection(FALSE);
+        ASSERT_EQ(filter->GetFrameDistances(80, figures, found, &taken), S_OK);
+        ASSERT_EQ(taken, 72u);
+        for (int frame = 0; frame < 72; ++frame)
+            for (std::size_t i = 0; i < std::size(KxDistanceSpans); ++i) {
+                const int before = frame - KxDistanceSpans[i];
+                ASSERT_EQ(found[frame].nDistance[i],
+                          isMeasured && before >= 0 ? std::min(50, levelOf(frame) - levelOf(before)) : -1)
+                    << frame << ' ' << KxDistanceSpans[i];
+            }
+        filter->EnableFrameDistances(isMeasured ? FALSE : TRUE);
+    }
+}
+
 } // namespace

@@ -15,6 +15,7 @@ static_assert(IsBound<IKxSceneDetect>(IID_IKxSceneDetect));
 static_assert(IsBound<IKxSceneDetect2>(IID_IKxSceneDetect2));
 static_assert(IsBound<IKxSceneDetectEx>(IID_IKxSceneDetectEx));
 static_assert(IsBound<IKxSceneDetectTuning>(IID_IKxSceneDetectTuning));
+static_assert(IsBound<IKxSceneDetectDistances>(IID_IKxSceneDetectDistances));
 
 } // namespace
 

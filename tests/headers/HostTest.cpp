@@ -21,10 +21,12 @@ static_assert(AreEqual(IID_IKxSceneDetectEx,
                        {0x6DECD64D, 0xB9AA, 0x45E3, {0x93, 0xD7, 0x53, 0x9C, 0xC0, 0xA5, 0x95, 0xA6}}));
 static_assert(AreEqual(IID_IKxSceneDetectTuning,
                        {0x6769FA65, 0xC136, 0x45B3, {0xA6, 0x05, 0xAC, 0xFA, 0xC4, 0xB9, 0xD7, 0x85}}));
+static_assert(AreEqual(IID_IKxSceneDetectDistances,
+                       {0x56104B2B, 0xA1BD, 0x4A80, {0xBD, 0x06, 0x26, 0x29, 0x1E, 0x56, 0x8D, 0xEF}}));
 
 // With these types, in memory and as arguments, other languages call the methods.
 static_assert(sizeof(ULONG) == 4 && sizeof(LONG) == 4 && sizeof(BOOL) == 4 && sizeof(LONGLONG) == 8);
-static_assert(sizeof(KxFrameFigures) == 20);
+static_assert(sizeof(KxFrameFigures) == 20 && sizeof(KxFrameDistances) == 32);
 
 /// The place of a method in its interface's table, if its arguments are of these types. The compilers of both
 /// systems make of a pointer to a virtual method one more than its offset there.
@@ -65,6 +67,11 @@ TEST(PublicHeaders, MethodsHaveTheirSlotsAndArguments) {
     EXPECT_EQ((SlotOf<Tuning>(&Tuning::ResetParameters)), 6u);
     EXPECT_EQ((SlotOf<Tuning, BOOL>(&Tuning::EnableFrameFigures)), 7u);
     EXPECT_EQ((SlotOf<Tuning, ULONG, KxFrameFigures*, ULONG*>(&Tuning::GetFrameFigures)), 8u);
+    using Distances = IKxSceneDetectDistances;
+    EXPECT_EQ((SlotOf<Distances, BOOL>(&Distances::EnableFrameDistances)), 3u);
+    EXPECT_EQ(
+        (SlotOf<Distances, ULONG, KxFrameFigures*, KxFrameDistances*, ULONG*>(&Distances::GetFrameDistances)),
+        4u);
 }
 
 TEST(PublicHeaders, SufficeToMakeTheFilter) {

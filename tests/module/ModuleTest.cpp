@@ -61,7 +61,7 @@ TEST_F(Module, TheFilterCanBeAggregated) {
     ASSERT_EQ(Factory()->CreateInstance(&outer, IID_IUnknown, &made), S_OK);
     outer.inner.reset(static_cast<IUnknown*>(made));
     for (const IID& iid : {IID_IBaseFilter, IID_IKxSceneDetect, IID_IKxSceneDetect2, IID_IKxSceneDetectEx,
-                           IID_IKxSceneDetectTuning}) {
+                           IID_IKxSceneDetectTuning, IID_IKxSceneDetectDistances}) {
         const auto found = QueryFor<IUnknown>(&outer, iid);
         ASSERT_TRUE(found);
         EXPECT_EQ(outer.count, 2u) << "references are the outer object's";

@@ -76,7 +76,7 @@ Outcome Watch(const Film& film, const DetectionParameters& parameters) {
                        [&outcome](std::string_view text) { outcome.table += text; });
     KxFrameFigures figures{};
     for (ULONG taken = 0; filter->GetFrameFigures(1, &figures, &taken) == S_OK;)
-        writer.Add({figures.dwPosition, figures.dwPosition, -1}, figures);
+        writer.Add({{figures.dwPosition, figures.dwPosition, -1}, figures});
     writer.Finish();
     return outcome;
 }
@@ -88,7 +88,7 @@ Outcome Again(const std::string& table, const DetectionParameters& parameters) {
         outcome.positions.push_back(static_cast<ULONG>(position));
     StatsWriter writer(stats.settings, [&outcome](std::string_view text) { outcome.table += text; });
     for (const StatsRow& row : stats.rows)
-        writer.Add(row.place, row.figures);
+        writer.Add(row);
     writer.Finish();
     return outcome;
 }

@@ -3,6 +3,7 @@
 #include "products/stats/StatsWriter.h"
 #include "reading/base/CsvRecords.h"
 #include "reading/base/HostError.h"
+#include "tests/MessageOf.h"
 #include "tests/TempFolder.h"
 #include "tests/Testing.h"
 
@@ -20,7 +21,7 @@ std::string Written(const StatsSettings& settings, const std::vector<StatsRow>& 
     std::string text;
     StatsWriter writer(settings, [&text](std::string_view block) { text += block; });
     for (const StatsRow& row : rows)
-        writer.Add(row.place, row.figures);
+        writer.Add(row);
     writer.Finish();
     return text;
 }
@@ -60,6 +61,30 @@ TEST(StatsFile, IsWrittenRowByRowAndReadBack) {
     EXPECT_NE(Written({}, {}).find("longest-scene,0\n"), std::string::npos) << "a number of frames";
 }
 
+TEST(StatsFile, DistancesAreColumnsOfFormat2) {
+    StatsSettings settings = Settings();
+    settings.hasDistances = true;
+    std::vector<StatsRow> rows = kRows;
+    rows[2].distances.nDistance[0] = 17;
+    const std::string text = Written(settings, rows);
+    EXPECT_EQ(text.substr(text.find('\n'), 38), "\n0,92,92,,0,1,0,0,0,,,,,,,,,format,2\n1");
+    EXPECT_NE(text.find("\n7,92,0,,1,1,2,7,,17,,,,,,,,unit-den,30000\n,,,,,,,,,,,,,,,,,rate-num,"),
+              std::string::npos);
+    const Stats stats = ParseStats(text, "run.csv");
+    ASSERT_TRUE(stats.settings.hasDistances);
+    EXPECT_EQ(stats.rows[2].distances.nDistance[0], 17);
+    EXPECT_EQ(stats.rows[2].distances.nDistance[1], -1);
+    EXPECT_EQ(Written(stats.settings, stats.rows), text);
+    for (const auto& [from, to, message] : std::vector<std::array<std::string, 3>>{
+             {"7,,17,", "7,,,", "line 4: a distance is \"\" where a whole number of 0 to 255"},
+             {"7,,17,", "7,,256,", "line 4: a distance is \"256\""},
+             {"format,2", "format,1", "line 2: the table's format is 1, which its columns are not of"}}) {
+        std::string wrong = text;
+        wrong.replace(wrong.find(from), from.size(), to);
+        EXPECT_THAT(MessageOf([&] { (void)ParseStats(wrong, "run.csv"); }), testing::HasSubstr(message));
+    }
+}
+
 TEST(StatsFile, DamageIsRefusedInOneLine) {
     const struct {
         const char* from; // in kText; empty: the whole
@@ -91,7 +116,8 @@ TEST(StatsFile, DamageIsRefusedInOneLine) {
          "line 3: time is 576460752303423488, which is more than 2147483647 seconds"},
         {"7,92,0,,1,1,2,7,", "7,92,0,,1,1,2,576460752303423488,",
          "line 4: time is 576460752303423488, which is more than 2147483647 seconds"},
-        {"format,1", "format,2", "line 2: the table's format is \"2\", and only 1 is known"},
+        {"format,1", "format,3", "line 2: the table's format is \"3\", and only 1 and 2 are known"},
+        {"format,1", "format,2", "line 2: the table's format is 2, which its columns are not of"},
         {"rate-num,30000", "rate-num,0", "line 5: rate-num is \"0\""},
         {"votes,4", "votes,5", "line 10: votes is \"5\" where a whole number of 1 to 4 should be"},
         {"votes,4", "votes,\"4\n\x1B[2J0123456789012345678901234567890123456789\"",

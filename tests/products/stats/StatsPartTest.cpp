@@ -41,7 +41,7 @@ TEST(StatsPart, PartsInAnyOrderAreTheFilm) {
     EXPECT_EQ(joined.media.startTimecode->frame, 90'000);
     ASSERT_EQ(joined.stats.rows.size(), 7u);
     for (std::int32_t i = 0; i < 7; ++i) {
-        const auto& [place, figures] = joined.stats.rows[static_cast<std::size_t>(i)];
+        const auto& [place, figures, distances] = joined.stats.rows[static_cast<std::size_t>(i)];
         EXPECT_EQ(place, (FilePlace{i, i, i * 100})) << "counted on from the part before";
         EXPECT_EQ(figures.dwPosition, static_cast<ULONG>(i));
         EXPECT_EQ(figures.nDifference, i == 0 ? 99 : i) << "of the part that knows the picture before";
@@ -84,7 +84,7 @@ TEST(StatsPart, ATableOfAPartDecidesNothing) {
     std::string text;
     StatsWriter writer(part.settings, [&text](std::string_view block) { text += block; });
     for (const StatsRow& row : part.rows)
-        writer.Add(row.place, row.figures);
+        writer.Add(row);
     writer.Finish();
     EXPECT_THAT(text, HasSubstr("\n2,99,52,,,,0,2,200,format,1-part\n3,3,53,,,,1,3,300,unit-num,1\n"));
     const Stats read = ParseStats(text, "p2");
