@@ -59,9 +59,10 @@ py::object RecordedAt(const kxscenes_recorded& recorded) {
         {recorded.year, recorded.month, recorded.day, recorded.hours, recorded.minutes, recorded.seconds});
 }
 
-class Detector {
+class PythonDetector {
   public:
-    Detector(int method, int interval, const py::object& rate, bool keepsFigures, const py::dict& parameters)
+    PythonDetector(int method, int interval, const py::object& rate, bool keepsFigures,
+                   const py::dict& parameters)
         : m_keepsFigures(keepsFigures) {
         auto settings = Sized<kxscenes_settings>();
         Require(kxscenes_default_settings(&settings));
@@ -193,17 +194,17 @@ class Detector {
 void BindFrames(py::module_& module) {
     static_assert(int{KXSCENES_FILLED} == int{KxFrameFilled} && int{KXSCENES_DARK} == int{KxFrameDark} &&
                   int{KXSCENES_CUT} == int{KxFrameCut});
-    py::class_<Detector>(module, "Detector")
+    py::class_<PythonDetector>(module, "Detector")
         .def(py::init<int, int, py::object, bool, py::dict>(), py::arg("method"), py::arg("interval"),
              py::arg("rate"), py::arg("figures"), py::arg("parameters"))
-        .def("push", &Detector::Push, py::arg("picture"), py::arg("bits"))
-        .def("push_dv", &Detector::PushDv, py::arg("bytes"))
-        .def("mark", &Detector::Mark)
-        .def("end", &Detector::End)
-        .def("restart", &Detector::Restart)
-        .def("change", &Detector::Change, py::arg("method"), py::arg("interval"), py::arg("parameters"))
-        .def("frame_count", &Detector::FrameCount)
-        .def("figures", &Detector::Figures);
+        .def("push", &PythonDetector::Push, py::arg("picture"), py::arg("bits"))
+        .def("push_dv", &PythonDetector::PushDv, py::arg("bytes"))
+        .def("mark", &PythonDetector::Mark)
+        .def("end", &PythonDetector::End)
+        .def("restart", &PythonDetector::Restart)
+        .def("change", &PythonDetector::Change, py::arg("method"), py::arg("interval"), py::arg("parameters"))
+        .def("frame_count", &PythonDetector::FrameCount)
+        .def("figures", &PythonDetector::Figures);
     module.def(
         "timecode",
         [](std::int64_t frame, const py::object& rate) {
