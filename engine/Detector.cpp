@@ -1,8 +1,6 @@
 #include "engine/Detector.h"
 
 #include "engine/Luminance.h"
-#include "engine/kernels/ByteSums.h"
-#include "platform/CpuFeatures.h"
 #include "support/DebugLog.h"
 
 #include <algorithm>
@@ -36,6 +34,7 @@ void Detector::SetParameters(std::int32_t cutThreshold, std::int32_t darkLevel, 
 
 void Detector::Reset() {
     sampleCount = CountSamples(gridWidth, gridHeight);
+    m_compared = ComparedSamples(static_cast<std::size_t>(sampleCount));
     m_decision.Reset();
     frameBuffer.reset();
 }
@@ -52,6 +51,19 @@ void Detector::SetGridHeight(std::int32_t height) {
         return;
     gridHeight = height;
     Reset();
+}
+
+void Detector::SettleArea(GridPlaces places) {
+    if (sampleCount == 0 || m_decision.Parameters().HasWholeArea())
+        return;
+    places.samples = std::min(places.samples, sampleCount);
+    m_compared = ComparedSamples(m_decision.Parameters(), places);
+}
+
+LuminanceGrid Detector::Grid() const {
+    // Deliberate: an area has to lie where the user sees it, so of a part the described readings, which turn
+    // planar frames and let packed ones drift, are not taken.
+    return {gridWidth, gridHeight, blockSize, m_compared.Count() != static_cast<std::size_t>(sampleCount)};
 }
 
 std::uint8_t* Detector::GetFrame(std::int32_t offset) {
@@ -77,12 +89,12 @@ void Detector::ExtractLuminance(const Dib& frame, std::uint8_t* slot) const {
         return;
     }
     if (sampleCount != 0)
-        ReadLuminance(frame, *layout, {gridWidth, gridHeight, blockSize}, slot);
+        ReadLuminance(frame, *layout, Grid(), slot);
 }
 
 void Detector::ExtractLuminance(const PixelRows& picture, std::uint8_t* slot) const {
     if (sampleCount != 0)
-        ReadLuminance(picture, {gridWidth, gridHeight, blockSize}, slot);
+        ReadLuminance(picture, Grid(), slot);
 }
 
 bool Detector::ClearFrame(std::uint8_t* slot) const {
@@ -92,16 +104,8 @@ bool Detector::ClearFrame(std::uint8_t* slot) const {
 
 std::int32_t Detector::DifferenceTo(const std::uint8_t* other) {
     const std::uint8_t* current = GetFrame(0);
-    if (current == nullptr || other == nullptr || sampleCount == 0)
-        return 0;
-    const std::int32_t limit = m_decision.Parameters().diffClamp;
-    // No difference is below a negative limit: every sample adds the limit itself.
-    if (limit < 0)
-        return limit;
-    const auto clamp = static_cast<std::uint8_t>(std::min(limit, 255));
-    const auto count = static_cast<std::size_t>(sampleCount);
-    return static_cast<std::int32_t>(SelectDifferenceSum(CpuFeatures())(current, other, count, clamp) /
-                                     count);
+    return current && other ? m_compared.MeanDifference(current, other, m_decision.Parameters().diffClamp)
+                            : 0;
 }
 
 std::int32_t Detector::ComputeDifference() {
@@ -110,10 +114,7 @@ std::int32_t Detector::ComputeDifference() {
 
 std::int32_t Detector::ComputeMeanLevel() {
     const std::uint8_t* current = GetFrame(0);
-    if (current == nullptr || sampleCount == 0)
-        return 0;
-    const auto count = static_cast<std::size_t>(sampleCount);
-    return static_cast<std::int32_t>(SelectByteSum(CpuFeatures())(current, count) / count);
+    return current ? m_compared.MeanLevel(current) : 0;
 }
 
 Judgement Detector::Judge() {

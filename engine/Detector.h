@@ -1,6 +1,7 @@
 // The scene-change engine: a ring of small luminance grids and the rule that finds cuts in them.
 #pragma once
 
+#include "engine/ComparedSamples.h"
 #include "engine/Decision.h"
 
 #include <cstdint>
@@ -9,6 +10,7 @@
 namespace scenedetect {
 
 class Dib;
+struct LuminanceGrid;
 struct PixelRows;
 
 /// For every frame: fill the slot that `NextFrame` returns, then call `Process`. Owned by one filter and used
@@ -23,12 +25,15 @@ class Detector {
     void SetParameters(std::int32_t cutThreshold, std::int32_t darkLevel, std::int32_t diffClamp,
                        std::int32_t minVotes);
     void SetParameters(const DetectionParameters& parameters) { m_decision.SetParameters(parameters); }
-    /// Forgets every frame and settles the slot size. A grid that is empty, or of which five exceed 2 GiB,
-    /// has no samples.
+    /// Forgets every frame and settles the slot size; all samples are compared. A grid that is empty, or of
+    /// which five exceed 2 GiB, has no samples.
     void Reset();
     void SetGridWidth(std::int32_t width);
     void SetGridHeight(std::int32_t height);
     [[nodiscard]] std::int32_t GetBlockSize() const { return blockSize; }
+    /// Compares only what lies in the parameters' area from now on, as far as the slot has it.
+    void SettleArea(GridPlaces places);
+    [[nodiscard]] const ComparedSamples& Compared() const { return m_compared; }
     /// Side in pixels of the blocks that `ExtractLuminance` averages. Only 1 to 2048 can be read.
     void SetBlockSize(std::int32_t size) { blockSize = size; }
     /// Whole frames per second, for the time codes of the trace.
@@ -50,10 +55,10 @@ class Detector {
     /// Blackens `slot`. Always false.
     bool ClearFrame(std::uint8_t* slot) const;
 
-    /// Mean absolute difference of the current grid to another of its size, as the parameters have it; 0 for
-    /// an empty grid.
+    /// Mean absolute difference of the current grid to another of its size, as the parameters have it and as
+    /// far as they are compared; 0 for an empty grid.
     [[nodiscard]] std::int32_t DifferenceTo(const std::uint8_t* other);
-    /// Of the current grid to the previous one, and mean level of the current one; 0 for an empty grid.
+    /// Of the current grid to the previous one, and mean level of the current one, likewise.
     [[nodiscard]] std::int32_t ComputeDifference();
     [[nodiscard]] std::int32_t ComputeMeanLevel();
     /// Judges the frame two before the current one and counts the current one. Frames are numbered from 0 at
@@ -63,7 +68,10 @@ class Detector {
     std::int32_t Process() { return Judge().sceneStart; }
 
   private:
+    [[nodiscard]] LuminanceGrid Grid() const;
+
     Decision m_decision;
+    ComparedSamples m_compared;
     std::unique_ptr<std::uint8_t[]> frameBuffer; ///< five slots
     std::int32_t ringIndex = 0;
     std::int32_t sampleCount = 0;

@@ -172,6 +172,11 @@ DvDcImage::DvDcImage() {
                         BlockOffset(*system, variant, row, column);
 }
 
+GridPlaces DvDcImage::Places(bool isPal) {
+    constexpr std::int32_t kCell = 32; // two macroblocks of 625 lines; one wide and four high of 525
+    return isPal ? GridPlaces{720, 576, kCell, 23, 22 * 18} : GridPlaces{720, 480, kCell, 22, 22 * 15};
+}
+
 std::unique_ptr<DcImage> DvDcImage::Create(int mode, bool isPal, int variant,
                                            std::span<const std::uint8_t> frame) const {
     const std::optional<Size> size = SizeOf(mode, isPal);

@@ -1,6 +1,8 @@
 // Small grey pictures of DV frames, made from the DC coefficients of the compressed luminance blocks.
 #pragma once
 
+#include "engine/ComparedSamples.h"
+
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -21,6 +23,10 @@ struct DcImage {
 class DvDcImage {
   public:
     DvDcImage();
+
+    /// Where the samples of mode 2, variant 1 lie in the frame's picture. Those of 625 lines are more a row
+    /// than the picture has columns, so that its last row lacks most.
+    [[nodiscard]] static GridPlaces Places(bool isPal);
 
     /// Mode 2 makes 22 x 18 (625 lines, `isPal`) or 22 x 15 (525 lines) bytes; modes 0 and 1 (90 pixels wide)
     /// only tell their sizes. `variant` 1 is the stream's own block layout, 0 one without the sequences'

@@ -92,6 +92,12 @@ Walk WalkRows(std::int64_t first, std::int64_t down, std::int64_t width, std::in
 }
 
 Walk WalkFor(const Dib& frame, const LuminanceGrid& grid, PixelLayout layout, const LayoutFacts& facts) {
+    const std::int64_t width = std::max<std::int64_t>(frame.GetInfo()->biWidth, 0);
+    const std::int64_t height = RowCount(*frame.GetInfo());
+    const bool isYuv =
+        layout == PixelLayout::Yuy2 || layout == PixelLayout::Uyvy || layout == PixelLayout::Planar;
+    if (isYuv && grid.isUpright)
+        return WalkRows(0, width * facts.pixelPitch, width, height, grid, layout, facts);
     switch (layout) {
     case PixelLayout::Yuy2:
     case PixelLayout::Uyvy:
@@ -99,8 +105,7 @@ Walk WalkFor(const Dib& frame, const LuminanceGrid& grid, PixelLayout layout, co
     case PixelLayout::Planar:
         return WalkPlanar(grid);
     default:
-        return WalkRows(frame.RowOffset(0), frame.RowOffset(1) - frame.RowOffset(0),
-                        std::max<std::int64_t>(frame.GetInfo()->biWidth, 0), RowCount(*frame.GetInfo()), grid,
+        return WalkRows(frame.RowOffset(0), frame.RowOffset(1) - frame.RowOffset(0), width, height, grid,
                         layout, facts);
     }
 }

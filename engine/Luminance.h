@@ -15,6 +15,7 @@ struct LuminanceGrid {
     std::int32_t width;
     std::int32_t height;
     std::int32_t blockSize;
+    bool isUpright = false; ///< YUV frames are read as their pictures lie, row after row
 };
 
 /// The largest block whose sums fit into 32 bits for every layout.

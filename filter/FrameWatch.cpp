@@ -148,7 +148,9 @@ void FrameWatch::SettleGrid(const Watched& watched) {
     std::int32_t width = 0;
     std::int32_t height = 0;
     if (m_bIsDV) {
-        const auto size = m_dvDecoder.Create(kDcImageMode, watched.Is625Lines(), kDcImageVariant, {});
+        // An area's samples are there in either line system, whichever comes first.
+        const bool isTall = watched.Is625Lines() || !m_run.RunParameters().HasWholeArea();
+        const auto size = m_dvDecoder.Create(kDcImageMode, isTall, kDcImageVariant, {});
         width = size->width;
         height = size->height;
     } else if (watched.header && watched.header->biWidth > 0 &&
@@ -159,13 +161,25 @@ void FrameWatch::SettleGrid(const Watched& watched) {
     m_detector.SetGridWidth(width);
     m_detector.SetGridHeight(height);
     m_detector.Reset();
+    if (m_bIsDV)
+        SettleDvArea(watched);
+    else if (watched.header)
+        m_detector.SettleArea({watched.header->biWidth, AbsoluteHeight(*watched.header), kGridBlock, width,
+                               m_detector.GetSampleCount()});
     if (m_run.RunMeasuresDistances())
         m_distances.Begin(m_detector.GetSampleCount());
     else
         m_distances.End();
 }
 
+void FrameWatch::SettleDvArea(const Watched& watched) {
+    m_areaOf625Lines = watched.Is625Lines();
+    m_detector.SettleArea(DvDcImage::Places(m_areaOf625Lines));
+}
+
 void FrameWatch::LoadDcImage(const Watched& watched, std::uint8_t* slot) {
+    if (watched.Is625Lines() != m_areaOf625Lines)
+        SettleDvArea(watched);
     const std::span<const std::uint8_t> before(m_detector.GetFrame(-1),
                                                static_cast<std::size_t>(m_detector.GetSampleCount()));
     const auto image = watched.data.empty() ? nullptr

@@ -51,6 +51,7 @@ class FrameWatch {
     bool IsRecordingTimeJump(const Watched& watched);
     bool IsPictureChange(const Watched& watched);
     void SettleGrid(const Watched& watched);
+    void SettleDvArea(const Watched& watched);
     void LoadDcImage(const Watched& watched, std::uint8_t* slot);
 
     DetectionRun& m_run;
@@ -66,6 +67,7 @@ class FrameWatch {
 
     // Streaming thread only.
     bool m_bIsDV = false;
+    bool m_areaOf625Lines = false;
     bool m_bHaveFirstTimecode = false;
     std::int32_t m_nFirstTimecodeFrameDF = 0;
     std::int32_t m_nPrevRecordingFrame = 0;

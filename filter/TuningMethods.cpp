@@ -11,7 +11,7 @@ namespace {
 
 using Lock = std::lock_guard<CriticalSection>;
 
-static_assert(KxLongestScene + 1 == kDetectionParameters.size());
+static_assert(KxAreaHeight + 1 == kDetectionParameters.size());
 
 const ParameterRange* FindParameter(ULONG number) {
     return number < kDetectionParameters.size() ? &kDetectionParameters[number] : nullptr;

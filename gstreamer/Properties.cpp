@@ -18,9 +18,10 @@ constexpr auto kReadable = static_cast<GParamFlags>(G_PARAM_READABLE | G_PARAM_S
 
 /// In the order of their identifiers.
 constexpr std::int32_t kxscenes_settings::*kSettings[] = {
-    &kxscenes_settings::method,        &kxscenes_settings::interval,     &kxscenes_settings::read_timecode,
-    &kxscenes_settings::cut_threshold, &kxscenes_settings::dark_level,   &kxscenes_settings::clamp,
-    &kxscenes_settings::votes,         &kxscenes_settings::longest_scene};
+    &kxscenes_settings::method,        &kxscenes_settings::interval,      &kxscenes_settings::read_timecode,
+    &kxscenes_settings::cut_threshold, &kxscenes_settings::dark_level,    &kxscenes_settings::clamp,
+    &kxscenes_settings::votes,         &kxscenes_settings::longest_scene, &kxscenes_settings::area_left,
+    &kxscenes_settings::area_top,      &kxscenes_settings::area_width,    &kxscenes_settings::area_height};
 static_assert(std::size(kSettings) + 1 == kFirstCount);
 
 /// A parameter of the picture comparison, in the order of kDetectionParameters.
@@ -40,6 +41,14 @@ constexpr Text kParameterTexts[] = {
      "How many of its four neighbours, two on either side, a cut must exceed (from the next run on)"},
     {"longest-scene", "Longest scene",
      "Frames after which a scene ends without a cut, 0 = never (from the next run on)"},
+    {"area-left", "Area left",
+     "Where the compared part of the picture begins, in per mille of the width (from the next run on)"},
+    {"area-top", "Area top",
+     "Where the compared part of the picture begins, in per mille of the height (from the next run on)"},
+    {"area-width", "Area width",
+     "How much of the picture is compared, in per mille of the width (from the next run on)"},
+    {"area-height", "Area height",
+     "How much of the picture is compared, in per mille of the height (from the next run on)"},
 };
 static_assert(std::size(kParameterTexts) == kDetectionParameters.size());
 

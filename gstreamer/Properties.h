@@ -8,7 +8,7 @@
 namespace scenedetect {
 
 /// Identifiers from 1, in the order in which they are installed.
-enum : guint { kFirstCount = 9, kFrames = kFirstCount, kScenes };
+enum : guint { kFirstCount = 13, kFrames = kFirstCount, kScenes };
 
 void InstallProperties(GObjectClass* elementClass);
 

@@ -15,12 +15,17 @@ kxscenes_settings DefaultSettings() {
             .dark_level = parameters.darkLevel,
             .clamp = parameters.diffClamp,
             .votes = parameters.minVotes,
-            .longest_scene = 0};
+            .longest_scene = 0,
+            .area_left = parameters.areaLeft,
+            .area_top = parameters.areaTop,
+            .area_width = parameters.areaWidth,
+            .area_height = parameters.areaHeight};
 }
 
 scenedetect::DetectionParameters ParametersOf(const kxscenes_settings& settings) {
-    return {settings.cut_threshold, settings.dark_level, settings.clamp, settings.votes,
-            settings.longest_scene};
+    return {settings.cut_threshold, settings.dark_level,    settings.clamp,
+            settings.votes,         settings.longest_scene, settings.area_left,
+            settings.area_top,      settings.area_width,    settings.area_height};
 }
 
 std::int32_t CheckSettings(const kxscenes_settings& settings) {

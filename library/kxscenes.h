@@ -111,6 +111,17 @@ typedef struct kxscenes_settings {
     int32_t votes;
     /// 0 or more (0): frames after which a scene ends without a cut. 0: never.
     int32_t longest_scene;
+    // The part of the picture that is compared, in per mille of its width and height: the blocks whose centre
+    // lies in it, and never none. What of it lies outside the picture has no blocks.
+
+    /// 0..999 (0).
+    int32_t area_left;
+    /// 0..999 (0).
+    int32_t area_top;
+    /// 1..1000 (1000).
+    int32_t area_width;
+    /// 1..1000 (1000).
+    int32_t area_height;
 } kxscenes_settings;
 
 /// One frame. Of a picture all bytes from the first row's first to the last row's last must be readable.

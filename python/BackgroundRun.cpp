@@ -15,6 +15,7 @@ class BackgroundRun::Listener final : public RunListener {
     void Begin(const RunInfo& info) override {
         const std::lock_guard lock(m_run.m_mutex);
         m_run.m_table = TableOf(info);
+        m_run.m_parameters = info.parameters;
     }
     void Scene(const FoundScene& scene) override {
         const std::lock_guard lock(m_run.m_mutex);
@@ -91,6 +92,11 @@ std::vector<std::string> BackgroundRun::TakeWarnings() {
 std::optional<SceneTable> BackgroundRun::Table() {
     const std::lock_guard lock(m_mutex);
     return m_table;
+}
+
+DetectionParameters BackgroundRun::Parameters() {
+    const std::lock_guard lock(m_mutex);
+    return m_parameters;
 }
 
 std::optional<FilePlace> BackgroundRun::EndPlace() {

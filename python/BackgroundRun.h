@@ -39,6 +39,8 @@ class BackgroundRun {
     [[nodiscard]] std::vector<std::string> TakeWarnings();
     /// What is known of the input, without scenes; nothing before it is open.
     [[nodiscard]] std::optional<SceneTable> Table();
+    /// What "video" judges by; once the input is open.
+    [[nodiscard]] DetectionParameters Parameters();
     /// After the last frame, once that is known.
     [[nodiscard]] std::optional<FilePlace> EndPlace();
     /// Of a run that was asked for them and has ended.
@@ -62,6 +64,7 @@ class BackgroundRun {
     std::vector<StatsRow> m_figures;
     std::vector<std::string> m_warnings;
     std::optional<SceneTable> m_table;
+    DetectionParameters m_parameters;
     std::optional<FilePlace> m_end;
     std::exception_ptr m_error;
     bool m_hasEnded = false;

@@ -27,7 +27,11 @@ struct FigureRow {
 [[nodiscard]] pybind11::array_t<FigureRow> ArrayOf(const std::vector<StatsRow>& rows);
 
 /// From parameter names (with underscores) and values. ValueError for a name that is none, and for a value
-/// out of its range.
+/// out of its range. "area" stands for four of them.
 [[nodiscard]] ParameterChoice ParametersOf(const pybind11::dict& parameters);
+/// Of pictures whose size is not known: ValueError for an area in pixels.
+[[nodiscard]] ParameterChoice SettledParametersOf(const pybind11::dict& parameters);
+
+[[nodiscard]] pybind11::dict DictOf(const DetectionParameters& parameters);
 
 } // namespace scenedetect

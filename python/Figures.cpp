@@ -26,13 +26,6 @@ std::string KeywordOf(std::size_t parameter) {
     return name;
 }
 
-py::dict DictOf(const DetectionParameters& parameters) {
-    py::dict dict;
-    for (std::size_t i = 0; i < kDetectionParameters.size(); ++i)
-        dict[py::str(KeywordOf(i))] = kDetectionParameters[i].Of(parameters);
-    return dict;
-}
-
 FigureRow RowOf(const StatsRow& row) {
     const KxFrameFigures& figures = row.figures;
     return {.frame = row.place.frame,
@@ -89,7 +82,7 @@ py::dict FiguresOf(const Stats& stats, const std::string& input) {
 
 py::tuple Decide(const py::object& figures, const py::dict& parameters, std::int64_t shortest) {
     Stats stats = StatsOf(figures);
-    const DetectionParameters chosen = ParametersOf(parameters).On(stats.settings.parameters);
+    const DetectionParameters chosen = SettledParametersOf(parameters).On(stats.settings.parameters);
     SceneTable table = TableOf({stats.path, stats.settings.scale, {}, {}, {}});
     py::list scenes;
     for (const FoundScene& scene : DecideScenes(stats, chosen, shortest))
@@ -115,10 +108,24 @@ py::array_t<FigureRow> ArrayOf(const std::vector<StatsRow>& rows) {
     return array;
 }
 
+py::dict DictOf(const DetectionParameters& parameters) {
+    py::dict dict;
+    for (std::size_t i = 0; i < kDetectionParameters.size(); ++i)
+        dict[py::str(KeywordOf(i))] = kDetectionParameters[i].Of(parameters);
+    return dict;
+}
+
 ParameterChoice ParametersOf(const py::dict& parameters) {
     ParameterChoice choice;
     for (const auto& [name, value] : parameters) {
         const auto word = name.cast<std::string>();
+        if (word == "area") {
+            const auto text = value.cast<std::string>();
+            if (const std::string fault = AreaFault(text); !fault.empty())
+                throw py::value_error(fault);
+            choice.area = ParseArea(text);
+            continue;
+        }
         std::size_t i = 0;
         while (i < kDetectionParameters.size() && KeywordOf(i) != word)
             ++i;
@@ -131,6 +138,14 @@ ParameterChoice ParametersOf(const py::dict& parameters) {
                                   std::to_string(range.least) + " to " + std::to_string(range.most));
         choice.values[i] = static_cast<std::int32_t>(number);
     }
+    return choice;
+}
+
+ParameterChoice SettledParametersOf(const py::dict& parameters) {
+    ParameterChoice choice = ParametersOf(parameters);
+    if (choice.area && !choice.area->IsInPercent())
+        throw py::value_error("the size of the pictures is not known here, so an area is given in per cent");
+    choice.SettleArea(kAnySize, kAnySize);
     return choice;
 }
 
@@ -149,6 +164,9 @@ void BindFigures(py::module_& module) {
         py::arg("path"));
     module.def(
         "default_parameters", [] { return DictOf({}); }, "What runs are judged by that say nothing else.");
+    module.def(
+        "parameters", [](const py::dict& given) { return DictOf(SettledParametersOf(given).On({})); },
+        py::arg("given"));
 }
 
 } // namespace scenedetect

@@ -41,13 +41,14 @@ Structure Sized() {
 }
 
 // In the order of KxDetectionParameter.
-constexpr std::array kParameters = {&kxscenes_settings::cut_threshold, &kxscenes_settings::dark_level,
-                                    &kxscenes_settings::clamp, &kxscenes_settings::votes,
-                                    &kxscenes_settings::longest_scene};
+constexpr std::array kParameters = {
+    &kxscenes_settings::cut_threshold, &kxscenes_settings::dark_level,    &kxscenes_settings::clamp,
+    &kxscenes_settings::votes,         &kxscenes_settings::longest_scene, &kxscenes_settings::area_left,
+    &kxscenes_settings::area_top,      &kxscenes_settings::area_width,    &kxscenes_settings::area_height};
 static_assert(kParameters.size() == kDetectionParameters.size());
 
 void Choose(kxscenes_settings& settings, const py::dict& parameters) {
-    const ParameterChoice choice = ParametersOf(parameters);
+    const ParameterChoice choice = SettledParametersOf(parameters);
     for (std::size_t i = 0; i < kParameters.size(); ++i)
         settings.*kParameters[i] = choice.values[i].value_or(settings.*kParameters[i]);
 }

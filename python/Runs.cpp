@@ -88,6 +88,7 @@ class PythonRun {
         return table ? py::object(VideoOf(*table, m_run->EndPlace())) : py::none();
     }
     [[nodiscard]] py::array_t<FigureRow> Figures() { return ArrayOf(m_run->TakeFigures()); }
+    [[nodiscard]] py::dict Parameters() { return DictOf(m_run->Parameters()); }
     [[nodiscard]] std::vector<std::string> TakeWarnings() { return m_run->TakeWarnings(); }
 
   private:
@@ -126,6 +127,7 @@ void BindRuns(py::module_& module) {
         .def("next", &PythonRun::Next, py::arg("progress") = py::none())
         .def("video", &PythonRun::Video)
         .def("figures", &PythonRun::Figures)
+        .def("parameters", &PythonRun::Parameters)
         .def("take_warnings", &PythonRun::TakeWarnings);
     module.def("expand_inputs", [](const std::vector<std::string>& inputs) {
         std::vector<std::pair<py::bytes, std::string>> files;

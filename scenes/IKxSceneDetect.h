@@ -136,6 +136,20 @@ enum KxDetectionParameter : std::uint32_t {
     KxVotes = 3,
     /// 0..2147483647 (the process-wide length, 0): frames after which a scene ends without a cut; 0: never.
     KxLongestScene = 4,
+    // The part of the picture that is compared, in per mille of the picture's width and height as it is
+    // stored:
+    // the samples whose blocks have their centre in it, and never none. What of it lies outside the picture
+    // has
+    // no samples.
+
+    /// 0..999 (0).
+    KxAreaLeft = 5,
+    /// 0..999 (0).
+    KxAreaTop = 6,
+    /// 1..1000 (1000).
+    KxAreaWidth = 7,
+    /// 1..1000 (1000).
+    KxAreaHeight = 8,
 };
 
 /// What was found about a frame; the flags of KxFrameFigures.

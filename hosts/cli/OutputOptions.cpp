@@ -250,6 +250,8 @@ std::string OutputOptions::FindBeyondStats() const {
         return m_settings.inputs.empty() ? "INPUT is required" : "";
     if (!m_settings.inputs.empty())
         return "--from-stats takes no input";
+    if (const auto& area = m_settings.detection.parameters.area; area && !area->IsInPercent())
+        return "--from-stats knows no pictures, so --area is given in per cent";
     return WantsFrames() || m_settings.range.part.IsChosen()
                ? "--from-stats goes with -o, --report, --stats, --min-scene and the parameters only"
                : "";

@@ -12,7 +12,7 @@ namespace scenedetect {
 namespace {
 
 /// What turning each does, in the order of KxDetectionParameter: one sentence without its full stop.
-constexpr std::array<const char*, kDetectionParameters.size()> kEffects = {
+constexpr std::array<const char*, KxAreaLeft> kEffects = {
     "By how much a frame's difference must exceed its neighbours' to be a cut: "
     "higher finds fewer cuts, lower also faint ones",
     "Mean level up to which a frame is dark, so that the darkest of a fade starts a scene: "
@@ -40,7 +40,7 @@ std::string CheckNumber(const ParameterRange& range, const std::string& word) {
 } // namespace
 
 void AddParameterOptions(CLI::App& app, ParameterChoice& choice) {
-    for (std::size_t i = 0; i < choice.values.size(); ++i) {
+    for (std::size_t i = 0; i < kEffects.size(); ++i) {
         const ParameterRange& range = kDetectionParameters[i];
         app.add_option(std::string("--") + kParameterNames[i], choice.values[i],
                        kEffects[i] + (" (" + RangeText(range)) + "; " + std::to_string(range.Of({})) +
@@ -49,6 +49,14 @@ void AddParameterOptions(CLI::App& app, ParameterChoice& choice) {
             ->group("Tuning --method video")
             ->check([&range](const std::string& word) { return CheckNumber(range, word); });
     }
+    app.add_option_function<std::string>(
+           "--area", [&choice](const std::string& text) { choice.area = ParseArea(text); },
+           "Compare this part of the picture only, in pixels or per cent: without a clock, a ticker or black "
+           "bars "
+           "(0,0,100%,85%)")
+        ->type_name("X,Y,W,H")
+        ->group("Tuning --method video")
+        ->check(AreaFault);
 }
 
 } // namespace scenedetect

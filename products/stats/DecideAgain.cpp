@@ -3,6 +3,7 @@
 #include "engine/Decision.h"
 #include "reading/base/HostError.h"
 #include "scenes/FrameFigures.h"
+#include "scenes/ParameterNames.h"
 #include "scenes/ScenePosition.h"
 
 #include <string>
@@ -20,6 +21,9 @@ std::vector<std::int64_t> DecideAgain(Stats& stats, const DetectionParameters& p
                         std::to_string(stats.settings.parameters.diffClamp) + ", not " +
                         std::to_string(parameters.diffClamp) +
                         ": another clamp changes the differences themselves, so it needs a run on the video");
+    if (const std::string area = AreaText(stats.settings.parameters); AreaText(parameters) != area)
+        throw HostError(stats.path + ": measured with --area " + area + ", not " + AreaText(parameters) +
+                        ": another area has other differences, so it needs a run on the video");
     if (stats.settings.isPart)
         throw HostError(stats.path +
                         ": is a part of a film, so that nothing can be decided before all are joined");

@@ -10,8 +10,8 @@ namespace scenedetect {
 
 /// The positions (samples, and so row numbers, ascending) of the scenes that "Video" would find with these
 /// parameters in the pictures that were measured; marks are none. What was filled, dark and cut in `stats`,
-/// and its parameters, become those of that run. HostError for a part, and for another clamp than the figures
-/// were measured with: it acts inside the difference.
+/// and its parameters, become those of that run. HostError for a part, and for another clamp or area than the
+/// figures were measured with: they act inside the difference.
 [[nodiscard]] std::vector<std::int64_t> DecideAgain(Stats& stats, const DetectionParameters& parameters);
 
 } // namespace scenedetect

@@ -65,6 +65,8 @@ std::vector<StatsNumber> NumbersOf(StatsSettings& settings) {
     for (std::size_t i = 0; i < kDetectionParameters.size(); ++i) {
         const ParameterRange& range = kDetectionParameters[i];
         numbers.push_back({kParameterNames[i], &(settings.parameters.*range.value), range.least, range.most});
+        if (i >= KxAreaLeft)
+            numbers.back().absent = range.Of({});
     }
     return numbers;
 }

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,6 +93,7 @@ struct StatsNumber {
     std::int32_t* value;
     std::int32_t least;
     std::int32_t most;
+    std::optional<std::int32_t> absent{}; ///< what it is where the table lacks it; none: it has to be there
 };
 
 /// The numbers among the settings, in the order in which they are written.

@@ -89,7 +89,8 @@ class Parser {
     void Finish() const {
         Require(kStatsFormatSetting);
         for (const StatsNumber& number : m_numbers)
-            Require(number.name);
+            if (!number.absent)
+                Require(number.name);
     }
 
   private:

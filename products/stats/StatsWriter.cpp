@@ -23,7 +23,8 @@ StatsWriter::StatsWriter(StatsSettings settings, Sink sink)
                                                        : m_hasDistances ? kStatsDistancesFormat
                                                                         : kStatsFormat)});
     for (const StatsNumber& number : NumbersOf(settings))
-        m_settings.push_back({std::string(number.name), std::to_string(*number.value)});
+        if (number.absent != *number.value)
+            m_settings.push_back({std::string(number.name), std::to_string(*number.value)});
     for (StatsNote& note : settings.notes)
         m_settings.push_back(std::move(note));
     m_pending = m_hasDistances ? kStatsDistancesHeader : kStatsHeader;

@@ -32,7 +32,7 @@ def exact_rate(rate: int | float | Fraction) -> Fraction:
 class Detector:
     """Finds scenes in the frames that are pushed, one after another; of the frames nothing is kept.
 
-    rate: frames per second. method, interval and the parameters are those of `scenes`. bits: how many count in
+    rate: frames per second. method, interval and the parameters are those of `scenes`, an area as text in per cent. bits: how many count in
     frames of 16-bit samples (10 for 10-bit video in the lower part of each). figures: keep them for `figures()`.
 
     Calls on one detector take turns; several share nothing and work side by side, since the interpreter's lock is
@@ -47,7 +47,7 @@ class Detector:
         interval: int = 0,
         bits: int = 0,
         figures: bool = False,
-        **parameters: int | None,
+        **parameters: int | str | None,
     ) -> None:
         self.rate = exact_rate(rate)
         self._bits = bits
@@ -98,7 +98,7 @@ class Detector:
         """The next frame becomes a scene. Under "video" the scene bears the number two before it."""
         self._native.mark()
 
-    def change(self, *, method: str | None = None, interval: int | None = None, **parameters: int | None) -> None:
+    def change(self, *, method: str | None = None, interval: int | None = None, **parameters: int | str | None) -> None:
         """Changes settings: the parameters of "video" from the next run on, all else from the next frame."""
         before = self._method, self._interval
         self._method = method or self._method
@@ -134,5 +134,5 @@ class Detector:
             input="",
             time_base=1 / self.rate,
             rate=self.rate,
-            parameters={**_native.default_parameters(), **self._parameters},
+            parameters=_native.parameters(self._parameters),
         )

@@ -10,7 +10,7 @@ import numpy as np
 from numpy.typing import NDArray
 
 from . import _native
-from ._runs import Point, Progress, SceneIterator, given, new_run
+from ._runs import Area, Point, Progress, SceneIterator, area_text, given, new_run
 from ._scenes import Scene, SceneList, Video
 
 
@@ -66,10 +66,12 @@ def read_figures(path: str | os.PathLike[str]) -> Figures:
 
 class _FigureIterator(SceneIterator):
     figures: NDArray[Any]
+    parameters: dict[str, int]
 
     def _end(self, run: _native.Run) -> None:
         super()._end(run)
         self.figures = run.figures()
+        self.parameters = run.parameters()
 
 
 def figures(
@@ -83,12 +85,18 @@ def figures(
     clamp: int | None = None,
     votes: int | None = None,
     longest_scene: int | None = None,
+    area: Area | None = None,
     threads: int = 0,
     progress: Progress | None = None,
 ) -> Figures:
     """What the picture comparison measures in a file; arguments and errors as `scenes` has them."""
     parameters = given(
-        cut_threshold=cut_threshold, dark_level=dark_level, clamp=clamp, votes=votes, longest_scene=longest_scene
+        cut_threshold=cut_threshold,
+        dark_level=dark_level,
+        clamp=clamp,
+        votes=votes,
+        longest_scene=longest_scene,
+        area=area_text(area),
     )
     run = new_run(
         path,
@@ -110,7 +118,7 @@ def figures(
         input=video.path,
         time_base=video.time_base,
         rate=video.rate,
-        parameters={**_native.default_parameters(), **parameters},
+        parameters=found.parameters,
     )
 
 
@@ -126,8 +134,8 @@ def decide(
 ) -> SceneList:
     """The scenes that the method "video" finds in these figures; what is not given is as they were judged.
 
-    Raises Error for another clamp than they were measured with, which acts inside the difference, and for
-    rows that are not those of one whole run.
+    An area and a clamp act inside the difference, and stay those that they were measured with: Error for another
+    clamp, and for rows that are not those of one whole run.
     """
     if not isinstance(figures, Figures):
         raise TypeError("figures are what kxscenes.figures or kxscenes.read_figures gives")

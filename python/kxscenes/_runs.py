@@ -13,6 +13,7 @@ from . import _native
 from ._scenes import Scene, SceneList, Video
 
 Point = Union[int, float, Fraction, timedelta, str]
+Area = Union[str, tuple[int, int, int, int]]
 Progress = Callable[[int, Union[float, None]], object]
 METHODS = ("timestamp", "video", "interval", "manual")
 CUTS = ("scenes", "recordings", "record-flag", "record-stop", "timecode", "aspect", "audio", "lines")
@@ -44,7 +45,12 @@ def words_of(choice: str | Iterable[str], known: tuple[str, ...], kind: str) -> 
     return words
 
 
-def given(**parameters: int | None) -> dict[str, int]:
+def area_text(area: Area | None) -> str | None:
+    """A part of the picture as the program reads it."""
+    return area if area is None or isinstance(area, str) else ",".join(str(number) for number in area)
+
+
+def given(**parameters: int | str | None) -> dict[str, int | str]:
     """Those of the parameters that are not left to their defaults."""
     return {name: value for name, value in parameters.items() if value is not None}
 
@@ -130,6 +136,7 @@ def scenes(
     clamp: int | None = None,
     votes: int | None = None,
     longest_scene: int | None = None,
+    area: Area | None = None,
     threads: int = 0,
     progress: Progress | None = None,
 ) -> SceneIterator:
@@ -146,6 +153,8 @@ def scenes(
     min_scene: frames; scenes that are shorter become part of the one before.
     cut_threshold, dark_level, clamp, votes, longest_scene: of "video", as `default_parameters()` has them
         unless given.
+    area: the part of the picture that "video" compares: left, top, width and height in pixels, or text as the
+        program takes it ("0,0,100%,85%").
     threads: that decoding may take; 0: as many as usable cores.
     progress: called now and then with the frames that have passed and the fraction of the file (None where
         that is unknown), on the thread that takes the scenes; what it raises ends the run.
@@ -163,7 +172,12 @@ def scenes(
     if frames and frames[0] < 1:
         raise ValueError("marks are frames from 1 on: a scene begins at frame 0 anyway")
     parameters = given(
-        cut_threshold=cut_threshold, dark_level=dark_level, clamp=clamp, votes=votes, longest_scene=longest_scene
+        cut_threshold=cut_threshold,
+        dark_level=dark_level,
+        clamp=clamp,
+        votes=votes,
+        longest_scene=longest_scene,
+        area=area_text(area),
     )
     run = new_run(
         path,

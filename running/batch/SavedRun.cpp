@@ -43,7 +43,9 @@ std::vector<FoundScene> DecideScenes(Stats& stats, const DetectionParameters& pa
 
 void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Console& console) {
     auto [stats, media, breaksOff] = ReadAll(settings.savedStatsPaths);
-    const DetectionParameters parameters = settings.detection.parameters.On(stats.settings.parameters);
+    ParameterChoice choice = settings.detection.parameters;
+    choice.SettleArea(kAnySize, kAnySize);
+    const DetectionParameters parameters = choice.On(stats.settings.parameters);
     const std::vector<FoundScene> scenes = DecideScenes(stats, parameters, settings.shortestScene);
 
     BatchSettings saved = settings;
@@ -54,8 +56,8 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     if (plans.front().outputs.printsScenes)
         listeners.push_back(std::make_unique<ScenePrinter>(output, 0, SceneCsv::Columns{}));
     if (const std::string& path = plans.front().outputs.statsPath; !path.empty())
-        listeners.push_back(std::make_unique<StatsLogger>(path, parameters, stats.settings.hasDistances));
-    const RunInfo info{saved.inputs.front(), stats.settings.scale, {}, media, {}};
+        listeners.push_back(std::make_unique<StatsLogger>(path, stats.settings.hasDistances));
+    const RunInfo info{saved.inputs.front(), stats.settings.scale, {}, media, {}, false, {}, {}, parameters};
     RunEnd end = EndOf(stats);
     end.ending = breaksOff ? RunEnding::BrokeOff : RunEnding::Complete;
 

@@ -5,7 +5,9 @@
 #include "running/detection/SceneListCheck.h"
 #include "scenes/ParameterNames.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace scenedetect {
 
@@ -23,6 +25,17 @@ void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, KxDete
     scenes.SetSceneInterval(settings.interval);
     scenes.EnableTimecode(settings.readTimecode ? TRUE : FALSE);
     scenesEx.EnableSceneBitmaps(FALSE);
+}
+
+void SettleArea(ParameterChoice& choice, const PictureFormat& format, const MediaInfo& media,
+                const std::string& input) {
+    // What fills no block at the right is not handed to the filter.
+    const PictureSize seen{static_cast<int>(format.width), std::abs(static_cast<int>(format.height))};
+    try {
+        choice.SettleArea(seen, {std::max(seen.width, media.width), std::max(seen.height, media.height)});
+    } catch (const HostError& error) {
+        throw HostError(input + ": " + error.what());
+    }
 }
 
 void ApplyParameters(IKxSceneDetectTuning& tuning, const ParameterChoice& choice) {

@@ -1,6 +1,7 @@
 // A detection run as a host steers it through the control interfaces, in the order of the calls.
 #pragma once
 
+#include "reading/readers/MediaInfo.h"
 #include "reading/readers/PictureFormat.h"
 #include "running/detection/DetectionSettings.h"
 #include "running/detection/MarkSchedule.h"
@@ -18,6 +19,9 @@ void Require(HRESULT hr, const std::string& what);
 /// Before the pins are connected: the method, one of the settings', decides which video the filter takes.
 void ChooseDetection(IKxSceneDetect2& scenes, IKxSceneDetectEx& scenesEx, KxDetectionMethod method,
                      const DetectionSettings& settings);
+/// Puts the area of the picture among the parameters. HostError when it reaches beyond the input's pictures.
+void SettleArea(ParameterChoice& choice, const PictureFormat& format, const MediaInfo& media,
+                const std::string& input);
 /// Sets what was given, for runs that begin afterwards. HostError when the filter refuses.
 void ApplyParameters(IKxSceneDetectTuning& tuning, const ParameterChoice& choice);
 /// What to say when the filter refused the input's video.

@@ -39,6 +39,17 @@ std::optional<TapeCut> TapeCutOf(const std::string& option) {
     return std::nullopt;
 }
 
+void ParameterChoice::SettleArea(PictureSize seen, PictureSize stored) {
+    if (!area)
+        return;
+    const AreaExtent across = ExtentOf(*area, false, seen.width, stored.width);
+    const AreaExtent down = ExtentOf(*area, true, seen.height, stored.height);
+    values[KxAreaLeft] = across.start;
+    values[KxAreaTop] = down.start;
+    values[KxAreaWidth] = across.length;
+    values[KxAreaHeight] = down.length;
+}
+
 DetectionParameters ParameterChoice::On(DetectionParameters base) const {
     for (std::size_t i = 0; i < values.size(); ++i)
         base.*kDetectionParameters[i].value = values[i].value_or(base.*kDetectionParameters[i].value);

@@ -4,6 +4,7 @@
 
 #include "engine/DetectionParameters.h"
 #include "reading/dv/TapeJudge.h"
+#include "running/detection/AreaChoice.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <array>
@@ -22,10 +23,21 @@ namespace scenedetect {
 [[nodiscard]] std::string TapeCutOption(TapeCut cut);
 [[nodiscard]] std::optional<TapeCut> TapeCutOf(const std::string& option);
 
+struct PictureSize {
+    int width;
+    int height;
+};
+/// For areas in per cent, which are the same in all.
+inline constexpr PictureSize kAnySize{kWholeArea, kWholeArea};
+
 /// The parameters that were given, each within its range, in the order of KxDetectionParameter.
 struct ParameterChoice {
     std::array<std::optional<std::int32_t>, kDetectionParameters.size()> values{};
+    std::optional<AreaChoice> area{}; ///< not among the values before SettleArea
 
+    /// Puts the area among the values, for pictures of which the left and upper part can be compared.
+    /// HostError when it reaches beyond them.
+    void SettleArea(PictureSize seen, PictureSize stored);
     /// `base` with the given values in place of its own.
     [[nodiscard]] DetectionParameters On(DetectionParameters base) const;
     [[nodiscard]] bool IsEmpty() const { return *this == ParameterChoice{}; }

@@ -35,9 +35,12 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& r
     addPoint("end", run.range.end);
     addPoint("duration", run.range.duration);
     addNumber("min-scene", run.shortestScene);
-    if (run.detection.Uses(KxMethodVideo))
-        for (std::size_t i = 0; i < kDetectionParameters.size(); ++i)
+    if (run.detection.Uses(KxMethodVideo)) {
+        for (std::size_t i = 0; i < KxAreaLeft; ++i)
             settings.emplace_back(kParameterNames[i], std::to_string(kDetectionParameters[i].Of(parameters)));
+        if (const auto& area = run.detection.parameters.area; area || !parameters.HasWholeArea())
+            settings.emplace_back("area", area ? area->text : AreaText(parameters));
+    }
     settings.emplace_back("made by", std::string("kxscenes ") + HOSTS_VERSION);
     return settings;
 }
@@ -74,8 +77,7 @@ std::vector<std::unique_ptr<RunListener>> MakeListeners(const RunSettings& run, 
     if (!outputs.tapeLogPath.empty())
         listeners.push_back(std::make_unique<TapeLogger>(outputs.tapeLogPath));
     if (!outputs.statsPath.empty())
-        listeners.push_back(
-            std::make_unique<StatsLogger>(outputs.statsPath, parameters, false, run.range.part));
+        listeners.push_back(std::make_unique<StatsLogger>(outputs.statsPath, false, run.range.part));
     if (!outputs.clips.folder.empty())
         listeners.push_back(std::make_unique<ClipMaker>(outputs.clips, claims, console, progress));
     if (!outputs.pictures.folder.empty())

@@ -6,11 +6,11 @@ namespace scenedetect {
 
 void StatsLogger::Begin(const RunInfo& info) {
     m_file.emplace(m_path, Existing::Replace);
-    StatsSettings settings{info.scale, m_parameters, {{"input", info.input}}, false, m_hasDistances};
+    StatsSettings settings{info.scale, info.parameters, {{"input", info.input}}, false, m_hasDistances};
     if (m_part.IsChosen()) {
         const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(info.input));
         settings =
-            PartSettings(info.scale, m_parameters, info.input, {m_part, bytes, info.reader, info.media});
+            PartSettings(info.scale, info.parameters, info.input, {m_part, bytes, info.reader, info.media});
     }
     m_writer.emplace(std::move(settings), [this](std::string_view text) { m_file->Write(text); });
 }

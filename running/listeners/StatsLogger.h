@@ -14,9 +14,8 @@ namespace scenedetect {
 class StatsLogger final : public RunListener {
   public:
     /// `part`: which of the input the run is about, where it is not the whole.
-    StatsLogger(std::string path, const DetectionParameters& parameters, bool hasDistances,
-                const PartChoice& part = {})
-        : m_path(std::move(path)), m_parameters(parameters), m_hasDistances(hasDistances), m_part(part) {}
+    explicit StatsLogger(std::string path, bool hasDistances, const PartChoice& part = {})
+        : m_path(std::move(path)), m_hasDistances(hasDistances), m_part(part) {}
 
     void Begin(const RunInfo& info) override;
     void Passed(PictureSample& sample, std::int64_t index) override;
@@ -31,7 +30,6 @@ class StatsLogger final : public RunListener {
     void NoteEnds(const RunEnd& end);
 
     const std::string m_path;
-    const DetectionParameters m_parameters;
     const bool m_hasDistances;
     const PartChoice m_part;
     std::optional<OutputFile> m_file;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "baseclasses/ComRef.h"
+#include "engine/DetectionParameters.h"
 #include "reading/dv/DvPacks.h"
 #include "reading/readers/Irregularity.h"
 #include "reading/readers/MediaInfo.h"
@@ -22,10 +23,11 @@ struct RunInfo {
     TimeScale scale;
     PictureFormat format; ///< of the first picture
     MediaInfo media;
-    FilePlace firstPlace;  ///< of the first picture of the file, which a range may leave out
-    bool hasDvAudio{};     ///< that picture is a DV frame with audio in it
-    std::string reader{};  ///< how the pictures are read, for people
-    std::string methods{}; ///< that find the scenes, for people
+    FilePlace firstPlace;             ///< of the first picture of the file, which a range may leave out
+    bool hasDvAudio{};                ///< that picture is a DV frame with audio in it
+    std::string reader{};             ///< how the pictures are read, for people
+    std::string methods{};            ///< that find the scenes, for people
+    DetectionParameters parameters{}; ///< that "video" judges by
 };
 
 struct FoundScene {

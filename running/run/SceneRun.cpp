@@ -58,7 +58,7 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
       m_listeners(std::move(listeners)),
       m_reader(OpenPictures(settings.input, m_reading,
                             [this](const Irregularity& each) { m_irregularities.push_back(each); })),
-      m_settings(SettingsFor(settings, m_reader->Format(), reading.console)),
+      m_settings(SettingsFor(settings, m_reader->Format(), m_reader->Info(), reading.console)),
       m_graph(m_reader->Format(), m_settings.detection.methods.size()),
       m_merge(m_settings.detection.Words()),
       m_tapeScenes(
@@ -232,7 +232,8 @@ void SceneRun::Begin(const Picture& first) {
                        first.place,
                        PacksOf(first).audio.has_value(),
                        m_reader->Description(),
-                       m_list ? "none, scenes of " + m_list->path : m_settings.detection.WordList(", ")};
+                       m_list ? "none, scenes of " + m_list->path : m_settings.detection.WordList(", "),
+                       m_settings.detection.parameters.On({})};
     Tell([&info](RunListener& listener) { listener.Begin(info); });
 }
 

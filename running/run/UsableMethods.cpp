@@ -25,7 +25,9 @@ std::string Refusal(KxDetectionMethod method, const RunSettings& settings, const
 
 } // namespace
 
-RunSettings SettingsFor(RunSettings settings, const PictureFormat& format, Console& console) {
+RunSettings SettingsFor(RunSettings settings, const PictureFormat& format, const MediaInfo& media,
+                        Console& console) {
+    SettleArea(settings.detection.parameters, format, media, settings.input);
     std::vector<KxDetectionMethod> methods;
     std::vector<std::string> xmlPaths;
     std::vector<std::string> refusals;

@@ -30,11 +30,10 @@ TEST(Tuning, RangesAndDefaults) {
     const struct {
         ULONG number;
         std::array<LONG, 3> range; // least, most, default
-    } cases[] = {{KxCutThreshold, {0, 255, 13}},
-                 {KxDarkLevel, {-1, 255, 25}},
-                 {KxClamp, {1, 255, 255}},
-                 {KxVotes, {1, 4, 3}},
-                 {KxLongestScene, {0, kMost, 0}}};
+    } cases[] = {
+        {KxCutThreshold, {0, 255, 13}}, {KxDarkLevel, {-1, 255, 25}},    {KxClamp, {1, 255, 255}},
+        {KxVotes, {1, 4, 3}},           {KxLongestScene, {0, kMost, 0}}, {KxAreaLeft, {0, 999, 0}},
+        {KxAreaTop, {0, 999, 0}},       {KxAreaWidth, {1, 1000, 1000}},  {KxAreaHeight, {1, 1000, 1000}}};
     TunedFilter filter;
     LONG value = 0;
     for (const auto& [number, range] : cases) {
@@ -51,7 +50,7 @@ TEST(Tuning, RangesAndDefaults) {
             EXPECT_EQ(value, taken) << "a refused value changes nothing";
         }
     }
-    for (const ULONG unknown : {5u, 0xFFFFFFFFu}) {
+    for (const ULONG unknown : {9u, 0xFFFFFFFFu}) {
         EXPECT_EQ(filter->SetParameter(unknown, 1), E_INVALIDARG);
         EXPECT_EQ(filter->GetParameter(unknown, &value), E_INVALIDARG);
         EXPECT_EQ(filter->GetParameterRange(unknown, nullptr, nullptr, nullptr), E_INVALIDARG);
@@ -89,6 +88,34 @@ TEST(Tuning, ParametersCountFromTheNextRunOn) {
     filter->SetDetectionMethod(KxMethodVideo);
     filter.SendAll(cuts);
     EXPECT_EQ(filter.Drain(), (Positions{0, 9}));
+}
+
+// The lower left quarter flickers. Planar frames, of whose right half the whole has nothing, are read as they
+// lie.
+TEST(Tuning, AnAreaIsWhereThePictureShowsIt) {
+    constexpr LONG kWidth = 32;
+    constexpr std::size_t kPixels = kWidth * kSide;
+    for (const bool isPlanar : {false, true})
+        for (const bool isRight : {false, true}) {
+            WatchedFilter filter(KxMethodVideo, isPlanar ? FourccType("I420", kWidth, kSide, 12)
+                                                         : FourccType("YUY2", kWidth, kSide, 16));
+            const std::size_t step = isPlanar ? 1 : 2;
+            filter->SetParameter(KxAreaLeft, isRight ? 500 : 0);
+            filter->SetParameter(KxAreaTop, 500);
+            filter->SetParameter(KxAreaWidth, 500);
+            filter->SetParameter(KxAreaHeight, 500);
+            filter->EnableFrameFigures(TRUE);
+            filter->EnableDetection(TRUE);
+            for (int i = 0; i < 4; ++i) {
+                std::vector<std::uint8_t> bytes(isPlanar ? kPixels * 3 / 2 : kPixels * 2, 100);
+                for (std::size_t pixel = kPixels / 2; pixel < kPixels; ++pixel)
+                    if (pixel % kWidth < kWidth / 2 && i % 2 == 1)
+                        bytes[pixel * step] = 180;
+                filter.Send(bytes);
+            }
+            filter->EnableDetection(FALSE);
+            EXPECT_EQ(filter.Figures()[1], isRight ? "1 0 100 0 0" : "1 80 180 80 0") << isPlanar;
+        }
 }
 
 using Rows = std::vector<std::string>;

@@ -3,6 +3,7 @@
 #include "products/stats/StatsReader.h"
 #include "products/stats/StatsWriter.h"
 #include "reading/base/HostError.h"
+#include "tests/MessageOf.h"
 #include "tests/Testing.h"
 #include "tests/filter/WatchedFilter.h"
 
@@ -127,8 +128,10 @@ TEST(FromStats, RunsOfFewFrames) {
     }
 }
 
-TEST(FromStats, AnotherClampAndAnEmptyTableAreRefused) {
+TEST(FromStats, AnotherClampOrAreaAndAnEmptyTableAreRefused) {
     EXPECT_THROW((void)Again(Watch(Film(5), {.diffClamp = 60, .longestScene = 0}).table, {}), HostError);
+    EXPECT_THAT(MessageOf([] { (void)Again(Watch(Film(5), {.longestScene = 0, .areaTop = 125}).table, {}); }),
+                HasSubstr("--area 0%,12.5%,100%,100%, not 0%,0%,100%,100%"));
     EXPECT_THROW((void)Again(Watch({}, {.longestScene = 0}).table, {}), HostError);
 }
 

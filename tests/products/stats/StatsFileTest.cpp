@@ -58,7 +58,13 @@ TEST(StatsFile, IsWrittenRowByRowAndReadBack) {
     }
     const Stats stats = ParseStats(kText, "run.csv");
     EXPECT_EQ(Written(stats.settings, stats.rows), kText) << "nothing is lost between";
-    EXPECT_NE(Written({}, {}).find("longest-scene,0\n"), std::string::npos) << "a number of frames";
+    const std::string whole = Written({}, {});
+    EXPECT_THAT(whole, HasSubstr("longest-scene,0\n")) << "a number of frames";
+    EXPECT_THAT(whole, Not(HasSubstr("area"))) << "as tables were before there were areas";
+    StatsSettings ofPart = Settings();
+    ofPart.parameters.areaTop = 100;
+    ofPart.parameters.areaHeight = 755;
+    EXPECT_EQ(ParseStats(Written(ofPart, kRows), "").settings.parameters, ofPart.parameters);
 }
 
 TEST(StatsFile, DistancesAreColumnsOfFormat2) {
