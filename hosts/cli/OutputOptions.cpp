@@ -59,7 +59,8 @@ output, for one output of one input; the scenes are not printed then.
 
 Clips of DV are the frames of the tape, byte for byte, or with --container files that end where the
 audio format or the line system changes, too; DV with its audio beside the frames keeps its
-container. Other codecs are cut without encoding, from the nearest key frame on, which a line tells.
+container. Other codecs are cut without encoding. Edit lists make clips in MP4 and MOV begin and end
+at the very frames; others begin at the key frame before the scene, which a line tells.
 A clip that is there already is kept unless --force.
 
 Times: frames (75), seconds (2.5s), HH:MM:SS.nnn, or timecode HH:MM:SS:FF (HH:MM:SS;FF with

@@ -4,6 +4,10 @@
 #include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegLog.h"
 
+extern "C" {
+#include <libavutil/opt.h>
+}
+
 #include <algorithm>
 #include <cstring>
 #include <new>
@@ -56,7 +60,7 @@ ClipMuxer::ClipMuxer(OutputFile& file, const Container& container, const PacketS
             av_dict_set(&m_context->metadata, "timecode", timecode.c_str(), 0);
         Require(avio_open(&m_context->pb, ("file:" + file.WritingPath()).c_str(), AVIO_FLAG_WRITE));
         const std::size_t errorsBefore = FormatErrorCount();
-        const int begun = avformat_write_header(m_context, nullptr);
+        const int begun = WriteHeader();
         if (begun < 0 && m_context->pb->error >= 0)
             throw HostError(
                 file.Path() + ": " + container.format->name + " refuses the streams" + CodecNames(source) +
@@ -102,6 +106,15 @@ void ClipMuxer::AddStream(const AVStream& source, AVRational rate) {
             stream->time_base = av_inv_q(rate); // there frames are counted
     }
     m_tracks.push_back({source.time_base});
+}
+
+int ClipMuxer::WriteHeader() {
+    int begun = avformat_init_output(m_context, nullptr);
+    // Edits count in the time base of the movie: in milliseconds unless told, which cuts between no frames.
+    if (begun >= 0 && HasEdits(m_container))
+        begun =
+            av_opt_set_int(m_context->priv_data, "movie_timescale", m_context->streams[0]->time_base.den, 0);
+    return begun >= 0 ? avformat_write_header(m_context, nullptr) : begun;
 }
 
 void ClipMuxer::Fail(int code) const {

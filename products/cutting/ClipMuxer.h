@@ -39,6 +39,7 @@ class ClipMuxer {
   private:
     [[noreturn]] void Fail(int code) const;
     void Require(int code) const;
+    [[nodiscard]] int WriteHeader();
     void AddStream(const AVStream& source, AVRational rate);
 
     OutputFile& m_file;

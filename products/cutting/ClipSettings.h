@@ -28,6 +28,7 @@ struct WrittenClip {
     std::int64_t framesEarly = 0; ///< before the scene's first, back to the key frame
 
     std::int64_t framesLate = 0; ///< after its scene's last, which pictures of the scene are made from
+    bool hidesOthers = false;    ///< edit lists keep players from showing frames early and late
 
     /// What the user should know besides, mostly empty: "starts 12 frames early, at the key frame 240".
     std::string note;

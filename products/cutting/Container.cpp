@@ -8,6 +8,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <string_view>
 
@@ -30,6 +31,11 @@ Container ContainerLike(const std::string& source, std::span<AVStream* const> st
                                 return CanHold(same, *stream->codecpar);
                             });
     return isWritable ? same : ContainerNamed("mkv");
+}
+
+bool HasEdits(const Container& container) {
+    constexpr std::array<std::string_view, 6> kNames = {"mov", "mp4", "ipod", "3gp", "3g2", "f4v"};
+    return std::ranges::find(kNames, container.format->name) != kNames.end();
 }
 
 bool CanHold(const Container& container, const AVCodecParameters& codec) {

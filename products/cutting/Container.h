@@ -21,6 +21,8 @@ struct Container {
 /// of these streams. Raw DV counts as such: writing it would change the frames.
 [[nodiscard]] Container ContainerLike(const std::string& source, std::span<AVStream* const> streams);
 
+/// Whether its files can tell by edit lists what of their packets is presented.
+[[nodiscard]] bool HasEdits(const Container& container);
 /// False when the container is known not to take the codec.
 [[nodiscard]] bool CanHold(const Container& container, const AVCodecParameters& codec);
 /// "avi cannot hold pcm_s24be".

@@ -1,6 +1,7 @@
 #include "products/cutting/CutPackets.h"
 
 #include "products/cutting/PacketClip.h"
+#include "products/cutting/PcmPacket.h"
 #include "reading/ffmpeg/Rational.h"
 
 extern "C" {
@@ -77,6 +78,7 @@ class CutRun {
           m_origin(FindOrigin(cut)),
           m_source(cut.path),
           m_container(ContainerOf(cut.path, m_source, settings)),
+          m_hasEdits(HasEdits(m_container)),
           m_tolerance(av_rescale_q(1, av_inv_q(m_source.Rate()), m_source.Video().time_base) / 4),
           m_audioLead(AudioLead(m_source, m_container)),
           m_audioTail(AudioTail(m_source, m_container)) {}
@@ -113,7 +115,7 @@ class CutRun {
             return StampOf(*end);
         if (scene + 1 < m_cut.scenes.size())
             return StampOf(m_cut.scenes[scene + 1].place.time);
-        return m_cut.end ? StampOf(*m_cut.end) : INT64_MAX;
+        return m_cut.endsBefore ? StampOf(m_cut.end) : INT64_MAX;
     }
     [[nodiscard]] std::int64_t StampOf(std::int64_t time) const {
         return m_origin + av_rescale_q(time, RationalOf(m_cut.scale.unit), m_source.Video().time_base);
@@ -157,7 +159,8 @@ class CutRun {
                 return true;
             const AVRational audioTimeBase =
                 m_source.Streams()[static_cast<std::size_t>(held.stream)]->time_base;
-            return av_compare_ts(PresentationTime(*held.packet) + held.packet->duration, audioTimeBase, begin,
+            const std::int64_t needed = held.packet->duration * (m_hasEdits ? kDecodedBefore : 1);
+            return av_compare_ts(PresentationTime(*held.packet) + needed, audioTimeBase, begin,
                                  videoTimeBase) <= 0;
         };
         m_window.erase(std::remove_if(m_window.begin(), key, isOver), key);
@@ -173,7 +176,10 @@ class CutRun {
         // A first picture that is presented before its key frame was decoded without that.
         const std::int64_t keyShow = PresentationTime(*key->packet);
         ClipSpan span{keyShow <= begin + 2 * m_tolerance ? keyShow : begin, End(scene), m_tolerance};
-        span.zero = span.begin - m_audioLead;
+        span.zero = span.audioBegin = span.begin - m_audioLead;
+        if (m_hasEdits)
+            span.zero = FirstShown(begin);
+        span.shownEnd = span.end != INT64_MAX ? span.end : StampOf(m_cut.end);
         if (span.end != INT64_MAX)
             span.audioEnd = span.end + m_audioTail;
 
@@ -184,18 +190,28 @@ class CutRun {
             const std::int64_t time = PresentationTime(*held.packet);
             return held.IsVideo() && time >= span.begin && time < begin;
         });
+        clip.hidesOthers = m_hasEdits;
         const std::int64_t keyFrame = FrameAt(span.begin, clip);
-        if (clip.framesEarly != 0)
+        if (clip.framesEarly != 0 && !m_hasEdits)
             clip.note = EarlyText(clip.framesEarly, keyFrame);
         clip.path = ClaimClipPath(m_settings, cut.names, m_container.suffix, m_claims);
         m_open.push_back(std::make_unique<PacketClip>(clip, m_settings.existing, m_container, m_source, span,
-                                                      TimecodeAt(keyFrame)));
+                                                      TimecodeAt(m_hasEdits ? clip.firstFrame : keyFrame)));
         for (const Held& held : m_window)
             m_open.back()->Offer(*held.packet, held.stream);
         if (m_next == m_cut.scenes.size())
             m_window.clear();
         else
             TrimWindow();
+    }
+
+    // The first picture of the scene that starts at `begin`; all packets up to there are held.
+    [[nodiscard]] std::int64_t FirstShown(std::int64_t begin) const {
+        std::int64_t first = INT64_MAX;
+        for (const Held& held : m_window)
+            if (const std::int64_t time = PresentationTime(*held.packet); held.IsVideo() && time >= begin)
+                first = std::min(first, time);
+        return first != INT64_MAX ? first : begin;
     }
 
     // Where frames that are missing count, the time tells how many they are; else each picture is one.
@@ -233,6 +249,7 @@ class CutRun {
     const std::int64_t m_origin;
     PacketSource m_source;
     const Container m_container;
+    const bool m_hasEdits;          // clips begin at their scenes and not at key frames
     const std::int64_t m_tolerance; // by which stamps may be off their frame
     const std::int64_t m_audioLead;
     const std::int64_t m_audioTail;

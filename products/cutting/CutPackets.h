@@ -23,7 +23,8 @@ struct PacketCut {
     TimeScale scale;
     FilePlace firstPicture; ///< the first of the file, by which the times are tied to the file's stamps
     std::vector<Scene> scenes;
-    std::optional<std::int64_t> end; ///< time of the first picture after the last scene; none: the file's end
+    std::int64_t end = 0;    ///< time after the last picture that was read
+    bool endsBefore = false; ///< the last clip ends there, and not where the file does
 };
 
 /// The suffix of the clips of this file, with the dot. HostError when it can't be read.

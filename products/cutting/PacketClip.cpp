@@ -1,5 +1,6 @@
 #include "products/cutting/PacketClip.h"
 
+#include "products/cutting/Mp4Edits.h"
 #include "products/cutting/PcmPacket.h"
 
 #include <algorithm>
@@ -24,6 +25,7 @@ PacketClip::PacketClip(const WrittenClip& clip, Existing existing, const Contain
       m_source(source),
       m_span(span),
       m_delay(DecodingDelay(source)),
+      m_shownEnd(span.end),
       m_file(clip.path, existing),
       m_muxer(m_file, container, source, timecode),
       m_hasPassed(source.Streams().size(), false) {}
@@ -33,14 +35,14 @@ void PacketClip::Offer(const AVPacket& packet, int stream) {
         return OfferVideo(packet);
     const AVStream& audio = *m_source.Streams()[static_cast<std::size_t>(stream)];
     const AVRational videoTimeBase = m_source.Video().time_base;
-    const std::int64_t begin = av_rescale_q(m_span.zero, videoTimeBase, audio.time_base);
+    const std::int64_t begin = av_rescale_q(m_span.audioBegin, videoTimeBase, audio.time_base);
     const std::int64_t end = m_span.audioEnd == INT64_MAX
                                  ? INT64_MAX
                                  : av_rescale_q(m_span.audioEnd, videoTimeBase, audio.time_base);
     if (PresentationTime(packet) >= end)
         m_hasPassed[static_cast<std::size_t>(stream)] = true;
     auto piece = Share(packet);
-    if (CutAudio(*piece, audio, begin, end))
+    if (CutAudio(*piece, audio, begin, end, m_clip.hidesOthers ? kDecodedBefore : 0))
         Write(std::move(piece), stream);
 }
 
@@ -64,9 +66,25 @@ void PacketClip::OfferVideo(const AVPacket& packet) {
 void PacketClip::WriteHeld() {
     for (auto& each : std::exchange(m_held, {})) {
         ++m_clip.frames;
-        m_clip.framesLate += m_span.IsBefore(PresentationTime(*each)) ? 0 : 1;
+        if (const std::int64_t time = PresentationTime(*each); !m_span.IsBefore(time)) {
+            ++m_clip.framesLate;
+            m_shownEnd = std::min(m_shownEnd, time);
+        }
+        if (m_clip.frames == 1)
+            m_firstDts = each->dts;
+        else if (m_clip.hidesOthers && IsNoSeekPoint(each->dts))
+            each->flags &= ~AV_PKT_FLAG_KEY;
         Write(std::move(each), 0);
     }
+}
+
+// Key frames that are decoded before the cut: pictures shown before them need the one before. And those in so
+// much of the end as is hidden at the beginning: GStreamer's demuxer, which counts that to the length of the
+// movie, would stop at them.
+bool PacketClip::IsNoSeekPoint(std::int64_t dts) const {
+    constexpr std::int64_t kMargin = 8; // two frames
+    return dts < m_span.zero ||
+           dts - m_firstDts >= m_span.shownEnd - m_span.zero - kMargin * m_span.tolerance;
 }
 
 void PacketClip::Write(FfmpegPtr<AVPacket> packet, int stream) {
@@ -93,9 +111,11 @@ WrittenClip PacketClip::Finish() {
         WriteHeld();
     }
     m_muxer.Finish();
+    if (m_clip.hidesOthers && m_shownEnd != INT64_MAX)
+        EndEditsAt(m_file, m_shownEnd - m_span.zero, m_source.Video().time_base);
     m_file.Commit();
     m_clip.bytes = m_muxer.Size();
-    if (m_clip.framesLate != 0)
+    if (m_clip.framesLate != 0 && !m_clip.hidesOthers)
         m_clip.note += (m_clip.note.empty() ? "ends " : "; ends ") + FramesText(m_clip.framesLate) + " late";
     return m_clip;
 }

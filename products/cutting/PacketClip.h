@@ -29,8 +29,10 @@ struct ClipSpan {
     std::int64_t begin = 0;       ///< the first picture of the clip: a key frame
     std::int64_t end = INT64_MAX; ///< the first picture that is not of its scene any more
     std::int64_t tolerance = 0;   ///< by which that may come early
-    std::int64_t zero = 0;        ///< the time that becomes 0; audio is there from then on
+    std::int64_t zero = 0;        ///< the time that becomes 0; what is before it is hidden by edits
+    std::int64_t audioBegin = 0;
     std::int64_t audioEnd = INT64_MAX;
+    std::int64_t shownEnd = 0; ///< the end, or that of the file as far as it is known
 
     [[nodiscard]] bool IsBefore(std::int64_t time) const {
         return end == INT64_MAX || time < end - tolerance;
@@ -40,7 +42,8 @@ struct ClipSpan {
 /// One thread at a time; HostError as ClipMuxer's.
 class PacketClip {
   public:
-    /// `clip` has its path, first frame, frames early and note. `source` must outlive the object.
+    /// `clip` has its path, first frame, frames early, note and whether it hides frames. `source` must
+    /// outlive the object.
     PacketClip(const WrittenClip& clip, Existing existing, const Container& container,
                const PacketSource& source, const ClipSpan& span, const std::string& timecode);
 
@@ -56,12 +59,15 @@ class PacketClip {
   private:
     void OfferVideo(const AVPacket& packet);
     void WriteHeld();
+    [[nodiscard]] bool IsNoSeekPoint(std::int64_t dts) const;
     void Write(FfmpegPtr<AVPacket> packet, int stream);
 
     WrittenClip m_clip;
     const PacketSource& m_source;
     const ClipSpan m_span;
     const std::int64_t m_delay; // from DTS to PTS, at most, where packets do not tell
+    std::int64_t m_firstDts = 0;
+    std::int64_t m_shownEnd; // where pictures after the end begin, if they are there, else the end
     OutputFile m_file;
     ClipMuxer m_muxer;
     // The key frame until its follower is there; those that are presented after the end, but that an earlier

@@ -20,13 +20,14 @@ std::int64_t SampleBytes(const AVCodecParameters& codec) {
 
 } // namespace
 
-bool CutAudio(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end) {
+bool CutAudio(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end,
+              std::int64_t before) {
     const std::int64_t start = PresentationTime(packet);
     if (start == AV_NOPTS_VALUE || start >= end)
         return false;
     const std::int64_t sampleBytes = SampleBytes(*stream.codecpar);
     if (sampleBytes == 0)
-        return start >= begin;
+        return start > begin - std::max(before * packet.duration, std::int64_t{1});
 
     const AVRational sampleTimeBase{1, stream.codecpar->sample_rate};
     const auto samplesUntil = [&](std::int64_t time) {

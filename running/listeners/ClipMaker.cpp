@@ -3,6 +3,7 @@
 #include "reading/base/HostError.h"
 #include "running/listeners/SceneNames.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace scenedetect {
@@ -70,8 +71,8 @@ void ClipMaker::End(const RunEnd& end) {
 }
 
 void ClipMaker::CutFile(const RunEnd& end) {
-    if (end.isBeforeFileEnd)
-        m_cut.end = end.place.time;
+    m_cut.end = end.place.time;
+    m_cut.endsBefore = end.isBeforeFileEnd || end.ending == RunEnding::Stopped;
     // A run that was stopped still gets the clips of what it found; to stop that, too, is what a second
     // signal is for.
     m_progress.wanted = std::ssize(m_cut.scenes);
@@ -82,6 +83,11 @@ void ClipMaker::CutFile(const RunEnd& end) {
         Tell(clip);
     };
     CutPackets(m_settings, m_cut, m_claims, tell);
+    if (m_mostEarly != 0 || m_mostLate != 0)
+        m_console.Message(m_info.input +
+                          ": edit lists hide what is in a clip beyond its scene: players that " +
+                          "ignore them show up to " + FramesText(m_mostEarly) + " before it and " +
+                          FramesText(m_mostLate) + " after it");
 }
 
 void ClipMaker::ListOutputs(RunOutputs& outputs) const {
@@ -90,6 +96,10 @@ void ClipMaker::ListOutputs(RunOutputs& outputs) const {
 
 void ClipMaker::Tell(const WrittenClip& clip) {
     ++m_written;
+    if (clip.hidesOthers) {
+        m_mostEarly = std::max(m_mostEarly, clip.framesEarly);
+        m_mostLate = std::max(m_mostLate, clip.framesLate);
+    }
     if (!clip.note.empty())
         m_console.Message(clip.path + ": " + clip.note);
 }

@@ -37,6 +37,8 @@ class ClipMaker final : public RunListener {
     PacketCut m_cut;
     std::string m_suffix; // of its clips
     std::int64_t m_written = 0;
+    std::int64_t m_mostEarly = 0; // frames that a clip hides
+    std::int64_t m_mostLate = 0;
     bool m_isDone = false;
 };
 

@@ -81,6 +81,7 @@ inline std::vector<WrittenClip> CutAfterReading(const std::filesystem::path& fil
                 cut.firstPicture = picture.place;
             if (std::ranges::find(scenes, number) != scenes.end())
                 cut.scenes.push_back({picture.place, SceneName(cut.scenes.size())});
+            cut.end = picture.place.time;
         }
         cut.scale = reader->Scale();
     }
