@@ -28,7 +28,7 @@ Container ContainerLike(const std::string& source, std::span<AVStream* const> st
     const bool isWritable = same.format && (same.format->flags & AVFMT_NOFILE) == 0 &&
                             same.format->name != std::string_view("dv") &&
                             std::ranges::all_of(streams, [&](const AVStream* stream) {
-                                return CanHold(same, *stream->codecpar);
+                                return IsSubtitle(*stream) || CanHold(same, *stream->codecpar);
                             });
     return isWritable ? same : ContainerNamed("mkv");
 }
@@ -36,6 +36,15 @@ Container ContainerLike(const std::string& source, std::span<AVStream* const> st
 bool HasEdits(const Container& container) {
     constexpr std::array<std::string_view, 6> kNames = {"mov", "mp4", "ipod", "3gp", "3g2", "f4v"};
     return std::ranges::find(kNames, container.format->name) != kNames.end();
+}
+
+bool HasWrongIndex(const Container& container, const AVCodecParameters& video) {
+    return container.format->name == std::string_view("mxf") && video.codec_id == AV_CODEC_ID_MPEG2VIDEO &&
+           video.video_delay != 0;
+}
+
+bool IsSubtitle(const AVStream& stream) {
+    return stream.codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE;
 }
 
 bool CanHold(const Container& container, const AVCodecParameters& codec) {

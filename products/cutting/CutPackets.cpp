@@ -63,8 +63,10 @@ std::int64_t AudioTail(const PacketSource& source, const Container& container) {
 }
 
 Container ContainerOf(const std::string& path, const PacketSource& source, const ClipSettings& settings) {
-    return settings.container.empty() ? ContainerLike(path, source.Streams())
-                                      : ContainerNamed(settings.container);
+    if (!settings.container.empty())
+        return ContainerNamed(settings.container);
+    const Container like = ContainerLike(path, source.Streams());
+    return HasWrongIndex(like, *source.Video().codecpar) ? ContainerLike(".mov", source.Streams()) : like;
 }
 
 class CutRun {
@@ -84,6 +86,7 @@ class CutRun {
           m_audioTail(AudioTail(m_source, m_container)) {}
 
     void Run() {
+        m_source.KeepWhatFits(m_container);
         while (m_next < m_cut.scenes.size() || !m_open.empty()) {
             auto packet = OwnFfmpeg(av_packet_alloc());
             const int stream = m_source.Read(*packet);
@@ -264,8 +267,21 @@ class CutRun {
 
 } // namespace
 
-std::string ClipSuffixOf(const std::string& path, const ClipSettings& settings) {
-    return ContainerOf(path, PacketSource(path), settings).suffix;
+ClipPlan PlanClips(const std::string& path, const ClipSettings& settings) {
+    const PacketSource source(path);
+    const Container container = ContainerOf(path, source, settings);
+    ClipPlan plan{container.suffix, {}};
+    if (settings.container.empty() &&
+        HasWrongIndex(ContainerLike(path, source.Streams()), *source.Video().codecpar))
+        plan.notes.push_back(
+            "clips are " + container.suffix +
+            " files: for MPEG-2 with B frames FFmpeg's libraries write a wrong index into MXF");
+    for (const AVStream* stream : source.Streams())
+        if (IsSubtitle(*stream) && !CanHold(container, *stream->codecpar))
+            plan.notes.push_back("clips are without its subtitles (" +
+                                 std::string(avcodec_get_name(stream->codecpar->codec_id)) + "), which " +
+                                 container.format->name + " cannot hold");
+    return plan;
 }
 
 void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claims,

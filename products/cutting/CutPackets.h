@@ -27,8 +27,14 @@ struct PacketCut {
     bool endsBefore = false; ///< the last clip ends there, and not where the file does
 };
 
-/// The suffix of the clips of this file, with the dot. HostError when it can't be read.
-[[nodiscard]] std::string ClipSuffixOf(const std::string& path, const ClipSettings& settings);
+/// What is known of the clips of a file before its scenes are.
+struct ClipPlan {
+    std::string suffix;             ///< with the dot
+    std::vector<std::string> notes; ///< for the user, mostly none
+};
+
+/// HostError when the file can't be read.
+[[nodiscard]] ClipPlan PlanClips(const std::string& path, const ClipSettings& settings);
 
 /// Each clip begins at the nearest key frame at or before its scene (its note says by how much), and ends
 /// with the last packet that is presented before the next scene; audio is cut to the same span and stays in

@@ -28,21 +28,26 @@ PacketClip::PacketClip(const WrittenClip& clip, Existing existing, const Contain
       m_shownEnd(span.end),
       m_file(clip.path, existing),
       m_muxer(m_file, container, source, timecode),
-      m_hasPassed(source.Streams().size(), false) {}
+      m_hasPassed(source.Streams().size(), false) {
+    for (std::size_t i = 0; i < m_hasPassed.size(); ++i)
+        m_hasPassed[i] = IsSubtitle(*source.Streams()[i]); // there may be no more of them
+}
 
 void PacketClip::Offer(const AVPacket& packet, int stream) {
     if (stream == 0)
         return OfferVideo(packet);
-    const AVStream& audio = *m_source.Streams()[static_cast<std::size_t>(stream)];
+    const AVStream& other = *m_source.Streams()[static_cast<std::size_t>(stream)];
     const AVRational videoTimeBase = m_source.Video().time_base;
-    const std::int64_t begin = av_rescale_q(m_span.audioBegin, videoTimeBase, audio.time_base);
-    const std::int64_t end = m_span.audioEnd == INT64_MAX
-                                 ? INT64_MAX
-                                 : av_rescale_q(m_span.audioEnd, videoTimeBase, audio.time_base);
+    const auto stampOf = [&](std::int64_t time) {
+        return time == INT64_MAX ? INT64_MAX : av_rescale_q(time, videoTimeBase, other.time_base);
+    };
+    const std::int64_t begin = stampOf(IsSubtitle(other) ? m_span.zero : m_span.audioBegin);
+    const std::int64_t end = stampOf(m_span.audioEnd);
     if (PresentationTime(packet) >= end)
         m_hasPassed[static_cast<std::size_t>(stream)] = true;
     auto piece = Share(packet);
-    if (CutAudio(*piece, audio, begin, end, m_clip.hidesOthers ? kDecodedBefore : 0))
+    if (IsSubtitle(other) ? CutSubtitle(*piece, begin, end)
+                          : CutAudio(*piece, other, begin, end, m_clip.hidesOthers ? kDecodedBefore : 0))
         Write(std::move(piece), stream);
 }
 

@@ -9,11 +9,22 @@
 namespace scenedetect {
 
 PacketSource::PacketSource(MediaFile file) : m_file(std::move(file)), m_streams(FindStreams(m_file)) {
-    m_file.ReadOnly(m_streams);
     // AVI has no PTS. The libraries find them where no pictures but the usual B frames are reordered.
     if (Video().codecpar->video_delay <= 1)
         Context().flags |= AVFMT_FLAG_GENPTS;
+    TakeStreams();
+}
+
+void PacketSource::TakeStreams() {
+    m_file.ReadOnly(m_streams);
     m_stamps.emplace(m_streams, Rate(), m_file.StampsMayJump());
+}
+
+void PacketSource::KeepWhatFits(const Container& container) {
+    std::erase_if(m_streams, [&container](const AVStream* stream) {
+        return IsSubtitle(*stream) && !CanHold(container, *stream->codecpar);
+    });
+    TakeStreams();
 }
 
 std::vector<AVStream*> PacketSource::FindStreams(MediaFile& file) {
@@ -22,6 +33,9 @@ std::vector<AVStream*> PacketSource::FindStreams(MediaFile& file) {
     std::ranges::copy_if(file.Streams(), std::back_inserter(streams), [](const AVStream* stream) {
         // Damage makes streams up, of which nothing is known.
         return stream->codecpar->codec_type == AVMEDIA_TYPE_AUDIO && stream->codecpar->sample_rate > 0;
+    });
+    std::ranges::copy_if(file.Streams(), std::back_inserter(streams), [](const AVStream* stream) {
+        return IsSubtitle(*stream) && stream->codecpar->codec_id != AV_CODEC_ID_NONE;
     });
     return streams;
 }

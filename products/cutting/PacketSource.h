@@ -1,6 +1,7 @@
-// The packets of a file's video stream and of all its audio.
+// The packets of a file's video stream, of all its audio and of its subtitles.
 #pragma once
 
+#include "products/cutting/Container.h"
 #include "products/cutting/PacketStamps.h"
 #include "reading/ffmpeg/MediaFile.h"
 
@@ -22,8 +23,11 @@ class PacketSource {
 
     [[nodiscard]] AVFormatContext& Context() const { return m_file.Context(); }
     [[nodiscard]] AVStream& Video() const { return m_file.Video(); }
-    /// The video stream, then the audio streams; those that turned up later are not among them.
+    /// The video stream, then the audio streams, then subtitles; those that turned up later are not among
+    /// them.
     [[nodiscard]] std::span<AVStream* const> Streams() const { return m_streams; }
+    /// Leaves out the subtitles that the container cannot hold. Before anything is read.
+    void KeepWhatFits(const Container& container);
     /// Frames per second: the nominal ones.
     [[nodiscard]] AVRational Rate() const;
     /// The timecode of the file's first frame; empty when it has none.
@@ -37,10 +41,11 @@ class PacketSource {
   private:
     explicit PacketSource(MediaFile file);
 
+    void TakeStreams();
     [[nodiscard]] static std::vector<AVStream*> FindStreams(MediaFile& file);
 
     MediaFile m_file;
-    const std::vector<AVStream*> m_streams;
+    std::vector<AVStream*> m_streams;
     std::optional<PacketStamps> m_stamps;
 };
 

@@ -45,4 +45,16 @@ bool CutAudio(AVPacket& packet, const AVStream& stream, std::int64_t begin, std:
     return true;
 }
 
+bool CutSubtitle(AVPacket& packet, std::int64_t begin, std::int64_t end) {
+    const std::int64_t start = PresentationTime(packet);
+    if (start == AV_NOPTS_VALUE || start >= end)
+        return false;
+    if (packet.duration <= 0) // it tells its end in a packet of its own
+        return start >= begin;
+    const std::int64_t last = std::min(start + packet.duration, end);
+    packet.pts = packet.dts = std::max(start, begin);
+    packet.duration = last - packet.pts;
+    return packet.duration > 0;
+}
+
 } // namespace scenedetect

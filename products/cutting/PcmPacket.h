@@ -1,4 +1,4 @@
-// The part of an audio packet that lies in a clip.
+// The part of an audio packet, or of a subtitle, that lies in a clip.
 #pragma once
 
 extern "C" {
@@ -14,6 +14,9 @@ namespace scenedetect {
 /// nothing of it is left.
 [[nodiscard]] bool CutAudio(AVPacket& packet, const AVStream& stream, std::int64_t begin, std::int64_t end,
                             std::int64_t before);
+
+/// Cuts a subtitle to [begin, end), in the stream's time base. False when it is not shown there.
+[[nodiscard]] bool CutSubtitle(AVPacket& packet, std::int64_t begin, std::int64_t end);
 
 /// So many packets earlier the audio of a clip begins where edits hide them: one sounds at its beginning, and
 /// a decoder makes that from the one before it.

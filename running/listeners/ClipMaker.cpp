@@ -31,13 +31,20 @@ void ClipMaker::Begin(const RunInfo& info) {
             "standard input: only DV can be cut as it comes; for --split of other video, or into a "
             "container, give a file");
     else
-        m_suffix = ClipSuffixOf(info.input, m_settings);
+        Plan(info.input);
     if (isDv && isMute && m_settings.container.empty())
         m_console.Message(info.input + ": its audio is not in the DV frames: clips are " +
                           (m_cutter ? "without" : m_suffix + " files, to keep it"));
     m_cut.path = info.input;
     m_cut.scale = info.scale;
     m_cut.firstPicture = info.firstPlace;
+}
+
+void ClipMaker::Plan(const std::string& input) {
+    const ClipPlan plan = PlanClips(input, m_settings);
+    m_suffix = plan.suffix;
+    for (const std::string& note : plan.notes)
+        m_console.Message(input + ": " + note);
 }
 
 void ClipMaker::Scene(const FoundScene& scene) {

@@ -25,6 +25,7 @@ class ClipMaker final : public RunListener {
     void ListOutputs(RunOutputs& outputs) const override;
 
   private:
+    void Plan(const std::string& input);
     void CutFile(const RunEnd& end);
     void Tell(const WrittenClip& clip);
 

@@ -20,11 +20,6 @@ struct Kind {
     const char* file;
     std::vector<std::string> encoding;
     std::vector<std::int64_t> starts; // of the packets of clips, where scenes begin at 0, 30, 31 and 70
-
-    // So that clips show their scenes and nothing else.
-    [[nodiscard]] bool HasEdits() const {
-        return std::string_view(file).ends_with(".mp4") || std::string_view(file).ends_with(".mov");
-    }
 };
 
 const auto kH264 = Words("-c:v libx264 -g 24 -keyint_min 24 -sc_threshold 0 -bf 3 -b_strategy 0 -c:a aac");
@@ -52,7 +47,7 @@ const Kind kKinds[] = {
     {"H264OfOpenGroups", "film.mkv", With(kH264, {"-x264-params", "open-gop=1"}), {0, 24, 24, 48}},
     {"Mpeg2", "film.mpg", kMpeg2, {0, 24, 24, 60}},
     {"Mpeg2InTransportStream", "film.ts", kMpeg2, {0, 24, 24, 60}},
-    {"Mpeg2InMxf", "film.mxf", With(kMpeg2, {"-c:a", "pcm_s16le"}), {0, 24, 24, 60}},
+    {"Mpeg2InMxfAsMov", "film.mxf", With(kMpeg2, {"-c:a", "pcm_s16le"}), {0, 24, 24, 60}},
     {"Mpeg4InAvi", "film.avi", kMpeg4, {0, 24, 24, 60}},
     {"MjpegInAvi", "film.avi", kMjpeg, {0, 30, 31, 70}},
     {"MjpegInMov", "film.mov", kMjpeg, {0, 30, 31, 70}},
@@ -97,7 +92,7 @@ TEST_P(CutPacketsTest, PicturesAndAudioAreThoseOfTheSourceFromTheKeyFrameOn) {
         EXPECT_EQ(clips[i].bytes, static_cast<std::int64_t>(std::filesystem::file_size(clips[i].path)));
         std::vector<std::string> pictures = PictureHashes(clips[i].path);
         const std::vector<std::string> expected(source.begin() + start, source.begin() + kScenes[i + 1]);
-        if (GetParam().HasEdits()) {
+        if (clips[i].hidesOthers) {
             EXPECT_EQ(pictures, std::vector(source.begin() + kScenes[i], source.begin() + kScenes[i + 1]));
             EXPECT_EQ(clips[i].note, "");
         } else {
@@ -134,6 +129,26 @@ TEST_F(CutFilmTest, TellsWhereClipsBeginAndKeepsWhatIsKnownOfTheSource) {
     EXPECT_EQ(others.at(0).note, "ends 2 frames late");
     EXPECT_EQ(others.at(1).note, "starts 6 frames early, at the key frame 24; ends 1 frame late");
     expectTold(others.at(1), {"10:00:00:24", "Holiday", "start_time=0.000000"});
+}
+
+// From 1.0 to 1.5 s and from 2 to 3.5 s; a clip has what is shown in it, for as long.
+TEST_F(CutFilmTest, SubtitlesAreCutOrToldToBeMissing) {
+    WriteBytes(m_folder / "a.srt",
+               "1\n00:00:01,000 --> 00:00:01,500\none\n\n2\n00:00:02,000 --> 00:00:03,500\ntwo\n");
+    MakeFilm(m_folder / "a.mp4", kH264);
+    const std::filesystem::path film = m_folder / "film.mkv";
+    RunFfmpeg({"-i", m_folder / "a.mp4", "-i", m_folder / "a.srt", "-c", "copy", film});
+    std::string shown;
+    for (const WrittenClip& clip : CutAfterReading(film, {0, 30, 75}, Into(m_clips)))
+        shown += OutputOf({"ffprobe", "-v", "error", "-select_streams", "s", "-show_entries",
+                           "packet=pts_time,duration_time", "-of", "csv=p=0", clip.path}) +
+                 "/";
+    // From the key frames at 0, 24 and 72 on.
+    EXPECT_EQ(shown, "1.000000,0.200000\n/0.040000,0.500000\n1.040000,1.000000\n/0.000000,0.620000\n/");
+    EXPECT_THAT(PlanClips(film.native(), Into(m_clips)).notes, IsEmpty());
+    EXPECT_THAT(PlanClips(film.native(), Into(m_clips, "mp4")).notes,
+                ElementsAre("clips are without its subtitles (subrip), which mp4 cannot hold"));
+    EXPECT_THAT(CutAfterReading(film, {0, 30}, Into(m_folder / "mp4", "mp4")), SizeIs(2));
 }
 
 TEST_F(CutFilmTest, AudioWithoutCompressionIsCutToTheSample) {
