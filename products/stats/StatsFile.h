@@ -31,6 +31,7 @@ namespace scenedetect {
 // 25/1 for a day.
 inline constexpr std::string_view kStatsHeader =
     "frame,difference,level,filled,dark,cut,sample,time,byte,setting,value";
+inline constexpr std::size_t kFrameColumns = 9; ///< of the frame, before distances and settings
 inline constexpr std::string_view kStatsFormatSetting = "format";
 inline constexpr std::string_view kStatsFormat = "1";
 // With distances.

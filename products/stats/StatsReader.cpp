@@ -17,7 +17,7 @@
 namespace scenedetect {
 namespace {
 
-enum Column { kFrame, kDifference, kLevel, kFilled, kDark, kCut, kSample, kTime, kByte, kFrameColumns };
+enum Column { kFrame, kDifference, kLevel, kFilled, kDark, kCut, kSample, kTime, kByte };
 constexpr const char* kNames[kFrameColumns] = {"frame", "difference", "level", "filled", "dark",
                                                "cut",   "sample",     "time",  "byte"};
 constexpr std::size_t kSettingColumns = 2; // the last: name and value

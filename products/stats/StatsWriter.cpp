@@ -9,7 +9,6 @@ namespace scenedetect {
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 16;
-constexpr std::size_t kFrameColumns = 9; // without distances
 
 } // namespace
 
