@@ -16,7 +16,7 @@
 namespace scenedetect {
 namespace {
 
-// Foreign bytes in front of a DV stream are stepped over, up to as many as two frames have.
+// Unknown bytes in front of a DV stream are stepped over, up to as many as two frames have.
 constexpr std::size_t kForeignBytes = 2 * kDifFrameBytes625;
 constexpr std::size_t kProbeBytes = kForeignBytes + kDifFrameBytes625;
 

@@ -54,7 +54,7 @@ Length TakeLength(std::u16string_view& format) {
     return length;
 }
 
-// `format` stands behind the "%".
+// `format` follows the "%".
 Placeholder TakePlaceholder(std::u16string_view& format, std::va_list& arguments) {
     Placeholder placeholder;
     for (; !format.empty() && IsOneOf(format[0], u"-+ #0"); format.remove_prefix(1))

@@ -70,7 +70,7 @@ void ReadEdlList(std::string_view text, SceneList& list) {
                        "no event of an EDL: number, reel, channels, transition and four times");
         const std::string& in = words[words.size() - kTimes];
         const std::string& out = words[words.size() - kTimes + 1];
-        // Black, sound, and the side of a transition that lasts no frame.
+        // Black, audio, and the side of a transition that lasts no frame.
         if (words[kReel] == "BL" || !HasVideo(words[kChannels]) || in == out)
             continue;
         if (!reel.empty() && reel != words[kReel])

@@ -75,7 +75,7 @@ bool RawDvReader::ReadFrame(Picture& picture) {
         }
         if (FindEarlyFrame())
             continue;
-        // Foreign bytes may come before the first frame, but so may one of which bytes are missing.
+        // Unknown bytes may come before the first frame, but so may one of which bytes are missing.
         if (!m_hasFrames) {
             m_system = system;
             m_hasFrames = m_gapBytes == 0 && check.firstDamaged >= kLeastDvBlocks;
@@ -112,7 +112,7 @@ bool RawDvReader::FindNextFrame() {
         if (m_input->IsStopped())
             return false;
         const bool isEnd = data.size() < 2 * kDifFrameBytes625;
-        // Behind this there is too little to judge a frame by.
+        // After this there is too little to judge a frame by.
         const std::size_t end = isEnd ? data.size() : data.size() - kDifFrameBytes625;
         const auto inPlace = static_cast<std::size_t>(pitch - m_gapBytes % pitch);
         auto found = FindDvFrame(data, from, std::min(end, inPlace));

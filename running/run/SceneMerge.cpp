@@ -5,7 +5,7 @@
 namespace scenedetect {
 
 void SceneMerge::Add(std::size_t filter, std::int64_t position) {
-    // Behind its equals, so that what one filter reports twice stays two.
+    // After its equals, so that what one filter reports twice stays two.
     auto place =
         std::upper_bound(m_pending.begin(), m_pending.end(), position,
                          [](std::int64_t value, const Pending& each) { return value < each.position; });

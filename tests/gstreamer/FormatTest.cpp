@@ -86,7 +86,7 @@ TEST_P(Formats, AsCapsSay) {
 }
 
 TEST_P(Formats, AsTheMetaSays) {
-    // Plane 0 in a memory of its own, behind one of other bytes, and with an odd stride.
+    // Plane 0 in a memory of its own, after one of other bytes, and with an odd stride.
     constexpr gsize kBefore = 100;
     constexpr gsize kOffset = 13;
     const gsize stride = static_cast<gsize>(m_info.stride[0]) + 7;

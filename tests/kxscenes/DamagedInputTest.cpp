@@ -10,7 +10,7 @@ TEST(NoVideo, GivesOneLine) {
     WriteBytes(folder / "empty.dv", "");
     WriteBytes(folder / "text.txt", "Nothing to see here.\nReally.\n");
     WriteBytes(folder / "text.dv", "Nothing to see here.\n");
-    RunFfmpeg({"-f", "lavfi", "-i", "sine=d=1", (folder / "sound.wav").string()});
+    RunFfmpeg({"-f", "lavfi", "-i", "sine=d=1", (folder / "audio.wav").string()});
     MakeClip(DvClip("pal-dv"), folder / "tape.dv");
     const std::string tape = ReadWhole(folder / "tape.dv");
     WriteBytes(folder / "short.dv", tape.substr(0, 3000));
@@ -19,14 +19,14 @@ TEST(NoVideo, GivesOneLine) {
     WriteBytes(folder / "headless.mov", mov.substr(0, mov.size() / 2));
     std::filesystem::create_directory(folder / "folder.dv");
 
-    for (const char* name : {"empty.dv", "text.txt", "text.dv", "sound.wav", "short.dv", "headless.mov",
+    for (const char* name : {"empty.dv", "text.txt", "text.dv", "audio.wav", "short.dv", "headless.mov",
                              "folder.dv", "missing.dv"}) {
         const ProcessResult result = RunHost({folder / name});
         EXPECT_EQ(result.exitCode, 1) << name;
         EXPECT_EQ(result.out, "") << name;
         EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr(": " + (folder / name).string() + ": ")));
     }
-    EXPECT_THAT(RunHost({folder / "sound.wav"}).err, HasSubstr("no video stream"));
+    EXPECT_THAT(RunHost({folder / "audio.wav"}).err, HasSubstr("no video stream"));
     EXPECT_THAT(RunHost({folder / "text.txt"}).err,
                 AnyOf(HasSubstr("no video stream"), HasSubstr("Invalid data")));
     EXPECT_THAT(RunHost({folder / "missing.dv"}).err, HasSubstr("No such file"));

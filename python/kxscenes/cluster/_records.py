@@ -19,7 +19,7 @@ SCENES = b',"scenes":'
 
 
 def _whole_lines(file: BinaryIO, name: str, parse: Callable[[bytes], Record]) -> Iterator[tuple[Record, int]]:
-    """Each record and the offset behind it. A last line without an end is left out: a run was killed there."""
+    """Each record and the offset after it. A last line without an end is left out: a run was killed there."""
     offset = 0
     for number, line in enumerate(file, 1):
         if not line.endswith(b"\n"):
