@@ -3,6 +3,7 @@
 
 #include "products/stats/StatsFile.h"
 #include "running/detection/DetectionSettings.h"
+#include "running/run/SceneLength.h"
 
 #include <pybind11/numpy.h>
 
@@ -31,6 +32,10 @@ struct FigureRow {
 [[nodiscard]] ParameterChoice ParametersOf(const pybind11::dict& parameters);
 /// Of pictures whose size is not known: ValueError for an area in pixels.
 [[nodiscard]] ParameterChoice SettledParametersOf(const pybind11::dict& parameters);
+
+[[nodiscard]] std::optional<TimePoint> PointOf(const std::optional<std::string>& text);
+/// ValueError for another word than those of a ShortRule.
+[[nodiscard]] SceneLength LengthOf(const std::optional<std::string>& least, const std::string& rule);
 
 [[nodiscard]] pybind11::dict DictOf(const DetectionParameters& parameters);
 

@@ -10,6 +10,8 @@
 #include "running/listeners/SceneTabler.h"
 #include "scenes/ParameterNames.h"
 
+#include <pybind11/stl.h>
+
 #include <algorithm>
 #include <string>
 
@@ -80,12 +82,13 @@ py::dict FiguresOf(const Stats& stats, const std::string& input) {
     return figures;
 }
 
-py::tuple Decide(const py::object& figures, const py::dict& parameters, std::int64_t shortest) {
+py::tuple Decide(const py::object& figures, const py::dict& parameters,
+                 const std::optional<std::string>& shortest, const std::string& shortScenes) {
     Stats stats = StatsOf(figures);
     const DetectionParameters chosen = SettledParametersOf(parameters).On(stats.settings.parameters);
     SceneTable table = TableOf({stats.path, stats.settings.scale, {}, {}, {}});
     py::list scenes;
-    for (const FoundScene& scene : DecideScenes(stats, chosen, shortest))
+    for (const FoundScene& scene : DecideScenes(stats, chosen, LengthOf(shortest, shortScenes)).scenes)
         scenes.append(SceneOf(scene, table.scale));
     return py::make_tuple(scenes, VideoOf(table, EndOf(stats).place));
 }
@@ -141,6 +144,17 @@ ParameterChoice ParametersOf(const py::dict& parameters) {
     return choice;
 }
 
+std::optional<TimePoint> PointOf(const std::optional<std::string>& text) {
+    return text ? std::optional(ParseTimePoint(*text)) : std::nullopt;
+}
+
+SceneLength LengthOf(const std::optional<std::string>& least, const std::string& rule) {
+    const auto known = std::ranges::find(kShortRules, rule);
+    if (known == kShortRules.end())
+        throw py::value_error(rule + " is nothing to do with short scenes");
+    return {PointOf(least), static_cast<ShortRule>(known - kShortRules.begin())};
+}
+
 ParameterChoice SettledParametersOf(const py::dict& parameters) {
     ParameterChoice choice = ParametersOf(parameters);
     if (choice.area && !choice.area->IsInPercent())
@@ -151,7 +165,8 @@ ParameterChoice SettledParametersOf(const py::dict& parameters) {
 
 void BindFigures(py::module_& module) {
     PYBIND11_NUMPY_DTYPE(FigureRow, frame, difference, level, filled, dark, cut, sample, time, byte);
-    module.def("decide", Decide, py::arg("figures"), py::arg("parameters"), py::arg("min_scene"));
+    module.def("decide", Decide, py::arg("figures"), py::arg("parameters"), py::arg("min_scene"),
+               py::arg("short_scenes"));
     module.def("save_figures", Save, py::arg("figures"), py::arg("path"));
     module.def(
         "read_figures",

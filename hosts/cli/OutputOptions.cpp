@@ -10,7 +10,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <limits>
 
 namespace scenedetect {
 namespace {
@@ -86,11 +85,29 @@ void OutputOptions::AddLists(CLI::App& app) {
         ->allow_extra_args(false)
         ->take_all()
         ->check([](const std::string& name) { return FormatByName(name) ? "" : UnknownFormatText(name); });
-    app.add_option("--min-scene", m_settings.shortestScene,
-                   "Take scenes of fewer frames for a part of the one before, everywhere but in --xml")
-        ->type_name("N")
+    SceneLength& length = m_settings.length;
+    app.add_option_function<std::string>(
+           "--min-scene", [&length](const std::string& text) { length.least = ParseTimePoint(text); },
+           "Take shorter scenes for a part of the one before, everywhere but in --xml")
+        ->type_name("TIME")
         ->group(kGroup)
-        ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()));
+        ->check(TimePointFault);
+    const auto ruleOf = [](const std::string& word) { return std::ranges::find(kShortRules, word); };
+    m_choosesRule = false;
+    const auto setRule = [this, ruleOf](const std::string& word) {
+        m_choosesRule = true;
+        m_settings.length.rule = static_cast<ShortRule>(ruleOf(word) - kShortRules.begin());
+    };
+    app.add_option_function<std::string>(
+           "--short-scenes", setRule,
+           "What becomes of scenes shorter than --min-scene: they are merged into the one before, which is "
+           "the "
+           "default, dropped, so that their frames are in no scene, or only a last one is merged")
+        ->type_name("merge|drop|merge-last")
+        ->group(kGroup)
+        ->check([ruleOf](const std::string& word) {
+            return ruleOf(word) != kShortRules.end() ? "" : "nothing to do with short scenes: " + word;
+        });
     AddPatternPath(app, "--report", m_settings.outputs.reportPath, "Write a report as one HTML page", kGroup);
     AddPatternPath(app, "--tape-log", m_settings.outputs.tapeLogPath,
                    "Write what a DV tape says of its recordings, and its faults (.csv or .json). Two-digit "
@@ -211,8 +228,8 @@ std::string OutputOptions::MatchFormats() {
 
 // Options that want others, or a file that can be read twice.
 std::string OutputOptions::FindMissing() const {
-    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPaths,
-                 configPath, jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, configPath,
+                 jobs] = m_settings;
     const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
     const bool wantsVideo = !detection.parameters.IsEmpty() || !outputs.statsPath.empty();
     if (const std::string wrong = xmlPath.empty() ? "" : NamePattern::ErrorIn(xmlPath); !wrong.empty())
@@ -231,6 +248,8 @@ std::string OutputOptions::FindMissing() const {
         return "--stats and the parameters go with --method video only";
     if (!outputs.clips.container.empty() && outputs.clips.folder.empty())
         return "--container goes with --split DIR";
+    if (m_choosesRule && !length.least)
+        return "--short-scenes goes with --min-scene TIME";
     if (m_choosesPictures && outputs.pictures.folder.empty())
         return "--picture-at goes with --pictures DIR";
     return "";
@@ -254,7 +273,8 @@ std::string OutputOptions::FindBeyondStats() const {
     if (const auto& area = m_settings.detection.parameters.area; area && !area->IsInPercent())
         return "--from-stats knows no pictures, so --area is given in per cent";
     return WantsFrames() || m_settings.range.part.IsChosen()
-               ? "--from-stats goes with -o, --report, --stats, --min-scene and the parameters only"
+               ? "--from-stats goes with -o, --report, --stats, --min-scene, --short-scenes and the "
+                 "parameters only"
                : "";
 }
 
@@ -267,19 +287,18 @@ std::string OutputOptions::FindBeyondPart() const {
         return "--part goes with --stats FILE";
     if (std::ranges::count(m_settings.inputs, "-") != 0)
         return "--part goes with files that have a name";
-    return WantsFrames() || !outputs.lists.empty() || !outputs.reportPath.empty() ||
-                   m_settings.shortestScene != 0
+    return WantsFrames() || !outputs.lists.empty() || !outputs.reportPath.empty() || m_settings.length.least
                ? "--part goes with --stats and the parameters only"
                : "";
 }
 
 // Nothing is found where scenes are read.
 std::string OutputOptions::FindBeyondList() const {
-    const auto& [inputs, detection, xmlPath, range, shortestScene, outputs, listPath, savedStatsPaths,
-                 configPath, jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, configPath,
+                 jobs] = m_settings;
     const bool wantsFilter = !savedStatsPaths.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
                              !detection.marks.empty() || detection.readTimecode ||
-                             !detection.parameters.IsEmpty() || shortestScene != 0 ||
+                             !detection.parameters.IsEmpty() || length.least ||
                              detection.methods != std::vector{KxMethodVideo} || !detection.cuts.empty();
     return !listPath.empty() && wantsFilter
                ? "--scenes goes with no option of finding scenes: they are those of the list"

@@ -38,6 +38,7 @@ class OutputOptions {
     BatchSettings& m_settings;
     std::vector<std::string> m_listPaths;   // -o, and
     std::vector<std::string> m_formatNames; // --format: matched when both are known
+    bool m_choosesRule = false;
     bool m_choosesPictures = false;
     bool m_overwrites = false;
 };

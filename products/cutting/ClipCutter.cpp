@@ -40,23 +40,24 @@ struct ClipCutter::OpenClip {
 
     OutputFile file;
     WrittenClip clip;
-    NameFields names;
+    std::optional<NameFields> names; // none: frames of no scene, as far as is known
     std::vector<OpenFrame> frames;
 };
 
-ClipCutter::ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener listener)
+ClipCutter::ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener listener, bool keepsAll)
     : m_settings(std::move(settings)),
       m_container(ContainerOf(m_settings)),
       m_claims(claims),
-      m_listener(std::move(listener)) {}
+      m_listener(std::move(listener)),
+      m_keepsAll(keepsAll) {}
 
 ClipCutter::~ClipCutter() = default;
 
-void ClipCutter::BeginScene(std::int64_t sample, const NameFields& names) {
+void ClipCutter::Turn(std::int64_t sample, std::optional<NameFields> names) {
     if (sample < m_oldest)
-        SplitClip(sample, names);
+        SplitClip(sample, std::move(names));
     else
-        m_scenes.try_emplace(sample, names);
+        m_scenes.try_emplace(sample, std::move(names));
 }
 
 void ClipCutter::Add(std::shared_ptr<const Picture> picture) {
@@ -88,8 +89,10 @@ void ClipCutter::WriteOldest() {
         if (auto scene = m_scenes.extract(m_oldest)) {
             FinishClip();
             if (scene.mapped())
-                BeginClip(oldest.picture->place.frame, *std::move(scene.mapped()));
+                BeginClip(oldest.picture->place.frame, std::move(scene.mapped()));
         }
+        if (!m_clip && m_keepsAll)
+            BeginClip(oldest.picture->place.frame, std::nullopt);
         ++m_oldest;
         if (m_clip) // pictures before the first scene are no scene's
             AppendFrame(oldest);
@@ -100,26 +103,28 @@ void ClipCutter::WriteOldest() {
     }
 }
 
-void ClipCutter::BeginClip(std::int64_t frame, NameFields names) {
-    names.frame = frame;
+void ClipCutter::BeginClip(std::int64_t frame, std::optional<NameFields> names) {
+    if (names)
+        names->frame = frame;
     const std::string path =
-        ClaimClipPath(m_settings, names, m_container ? m_container->suffix : ".dv", m_claims);
-    m_clip = std::make_unique<OpenClip>(path, m_settings.existing);
+        names ? ClaimClipPath(m_settings, *names, m_container ? m_container->suffix : ".dv", m_claims)
+              : m_settings.folder + "/.kxscenes"; // that it never gets
+    m_clip = std::make_unique<OpenClip>(path, names ? m_settings.existing : Existing::Replace);
     m_clip->clip.path = path;
     m_clip->clip.firstFrame = frame;
     m_clip->names = std::move(names);
 }
 
-// The last frames of the clip are a scene of their own.
-void ClipCutter::SplitClip(std::int64_t sample, const NameFields& names) {
+// The last frames of the clip are a scene of their own, or no scene's.
+void ClipCutter::SplitClip(std::int64_t sample, std::optional<NameFields> names) {
     const auto frames = m_oldest - sample;
     if (!m_clip || frames > std::ssize(m_clip->frames))
         throw HostError("a scene at picture " + std::to_string(sample) + " was found too late to be cut");
     const auto first = m_clip->frames.end() - frames;
-    if (first == m_clip->frames.begin())
+    if (first == m_clip->frames.begin() && m_clip->names)
         return;
     std::unique_ptr<OpenClip> before = std::move(m_clip);
-    BeginClip(first->number, names);
+    BeginClip(first->number, std::move(names));
     m_clip->frames.assign(first, before->frames.end());
     const std::int64_t offset = first->offset;
     for (OpenFrame& frame : m_clip->frames)
@@ -146,6 +151,8 @@ void ClipCutter::FinishClip() {
     if (!m_clip)
         return;
     const std::unique_ptr<OpenClip> open = std::move(m_clip);
+    if (!open->names)
+        return;
     if (m_container)
         return Remux(*open);
     open->clip.bytes = open->file.Size();
@@ -169,12 +176,12 @@ void ClipCutter::Remux(OpenClip& open) {
             return;
         const OpenFrame& before = frames.back();
         const OpenFrame& next = left.front();
-        open.names.frame = clip.firstFrame = next.number;
+        open.names->frame = clip.firstFrame = next.number;
         clip.note = "goes on from " + NameOfOutput(clip.path) + " with another " +
                     (before.system != next.system ? "line system: " + ChangeText(before.system, next.system)
                                                   : "audio format: " + ChangeText(before.audio, next.audio));
-        clip.path =
-            ClaimClipPath(m_settings, open.names, '-' + std::to_string(part) + m_container->suffix, m_claims);
+        clip.path = ClaimClipPath(m_settings, *open.names, '-' + std::to_string(part) + m_container->suffix,
+                                  m_claims);
     }
 }
 

@@ -27,8 +27,9 @@ class ClipCutter {
     /// So many samples are held; a scene that begins before them costs a copy.
     static constexpr std::size_t kLookBack = 2;
 
-    /// `claims` must outlive the object.
-    ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener listener);
+    /// `claims` must outlive the object. Where `keepsAll`, frames of no scene are held in a file without a
+    /// name, since a scene that begins with them may still be told.
+    ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener listener, bool keepsAll = false);
     ~ClipCutter();
     ClipCutter(const ClipCutter&) = delete;
     ClipCutter& operator=(const ClipCutter&) = delete;
@@ -36,9 +37,9 @@ class ClipCutter {
     /// A scene begins at this sample, counted from 0: one of the clip that is being written, of those held or
     /// of those still to come. Another at the same sample changes nothing. The frame among the names is
     /// filled in.
-    void BeginScene(std::int64_t sample, const NameFields& names);
-    /// From this sample on, one of those held or still to come, there is no scene until the next begins.
-    void EndScene(std::int64_t sample) { m_scenes.try_emplace(sample, std::nullopt); }
+    void BeginScene(std::int64_t sample, const NameFields& names) { Turn(sample, names); }
+    /// From this sample on, one of those that BeginScene takes, there is no scene until the next begins.
+    void EndScene(std::int64_t sample) { Turn(sample, std::nullopt); }
     /// The picture of the next sample, a DV frame, whose bytes stay as long as it is shared; the scenes that
     /// were found with it have been announced. At most kLookBack are held when this returns.
     void Add(std::shared_ptr<const Picture> picture);
@@ -54,10 +55,11 @@ class ClipCutter {
     };
 
     void WriteOldest();
-    void BeginClip(std::int64_t frame, NameFields names);
+    void Turn(std::int64_t sample, std::optional<NameFields> names);
+    void BeginClip(std::int64_t frame, std::optional<NameFields> names);
     void NoteAudio(const std::optional<TapeVerdict>& verdict);
     void AppendFrame(const Held& held);
-    void SplitClip(std::int64_t sample, const NameFields& names);
+    void SplitClip(std::int64_t sample, std::optional<NameFields> names);
     void FinishClip();
     void Remux(OpenClip& open);
     void RemuxPart(OpenClip& open, std::span<const OpenFrame> frames, std::int64_t end);
@@ -66,6 +68,7 @@ class ClipCutter {
     const std::optional<Container> m_container; // none: raw
     OutputClaims& m_claims;
     const ClipListener m_listener;
+    const bool m_keepsAll;
 
     // That begin at samples held or to come; none: the last one ends there.
     std::map<std::int64_t, std::optional<NameFields>> m_scenes;

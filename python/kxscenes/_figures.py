@@ -10,7 +10,7 @@ import numpy as np
 from numpy.typing import NDArray
 
 from . import _native
-from ._runs import Area, Point, Progress, SceneIterator, area_text, given, new_run
+from ._runs import Area, Point, Progress, SceneIterator, area_text, given, length_of, new_run
 from ._scenes import Scene, SceneList, Video
 
 
@@ -125,7 +125,8 @@ def figures(
 def decide(
     figures: Figures,
     *,
-    min_scene: int = 0,
+    min_scene: Point | None = None,
+    short_scenes: str = "merge",
     cut_threshold: int | None = None,
     dark_level: int | None = None,
     clamp: int | None = None,
@@ -142,5 +143,5 @@ def decide(
     parameters = given(
         cut_threshold=cut_threshold, dark_level=dark_level, clamp=clamp, votes=votes, longest_scene=longest_scene
     )
-    found, video = _native.decide(figures, parameters, min_scene)
+    found, video = _native.decide(figures, parameters, *length_of(min_scene, short_scenes))
     return SceneList([Scene(*scene) for scene in found], Video(**video))

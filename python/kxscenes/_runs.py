@@ -16,6 +16,7 @@ Point = Union[int, float, Fraction, timedelta, str]
 Area = Union[str, tuple[int, int, int, int]]
 Progress = Callable[[int, Union[float, None]], object]
 METHODS = ("timestamp", "video", "interval", "manual")
+SHORT_SCENES = ("merge", "merge-last")
 CUTS = ("scenes", "recordings", "record-flag", "record-stop", "timecode", "aspect", "audio", "lines")
 
 
@@ -110,13 +111,26 @@ class SceneIterator(Iterator[Scene]):
         self.close()
 
 
+def length_of(min_scene: Point | None, short_scenes: str) -> tuple[str | None, str]:
+    """The least length of a scene, and what becomes of a shorter one, as the program reads them."""
+    if short_scenes not in SHORT_SCENES:
+        raise ValueError(f"{short_scenes!r} is nothing to do with short scenes: {', '.join(SHORT_SCENES)}")
+    if min_scene is None and short_scenes != SHORT_SCENES[0]:
+        raise ValueError("short_scenes needs min_scene")
+    text = point_text(min_scene)
+    if text is not None and text.startswith("-"):
+        raise ValueError("min_scene is below 0")
+    return text, short_scenes
+
+
 def new_run(path: str | os.PathLike[str], **settings: Any) -> _native.Run:
     for name in ("start", "end", "duration"):
         settings[name] = point_text(settings.get(name))
+    settings["min_scene"], settings["short_scenes"] = length_of(
+        settings.get("min_scene"), settings.get("short_scenes", "merge")
+    )
     if settings["end"] is not None and settings["duration"] is not None:
         raise ValueError("end and duration exclude each other")
-    if settings.get("min_scene", 0) < 0:
-        raise ValueError("min_scene is below 0")
     return _native.Run(path=os.fspath(path), **settings)
 
 
@@ -130,7 +144,8 @@ def scenes(
     start: Point | None = None,
     end: Point | None = None,
     duration: Point | None = None,
-    min_scene: int = 0,
+    min_scene: Point | None = None,
+    short_scenes: str = "merge",
     cut_threshold: int | None = None,
     dark_level: int | None = None,
     clamp: int | None = None,
@@ -150,7 +165,9 @@ def scenes(
     marks: frames of the file, from 0, at which a scene begins whatever the method finds.
     start, end, duration: the part of the file to look at: a frame number (int), seconds (float, Fraction,
         timedelta), or text as the program takes it ("2.5s", "00:01:00.000", "00:01:00:00").
-    min_scene: frames; scenes that are shorter become part of the one before.
+    min_scene: a length like `duration`; scenes that are shorter become part of the one before.
+    short_scenes: "merge-last" makes only the last scene a part of the one before if it is shorter. (What the
+        program's "drop" leaves is told by ends, which a `Scene` has not.)
     cut_threshold, dark_level, clamp, votes, longest_scene: of "video", as `default_parameters()` has them
         unless given.
     area: the part of the picture that "video" compares: left, top, width and height in pixels, or text as the
@@ -189,6 +206,7 @@ def scenes(
         end=end,
         duration=duration,
         min_scene=min_scene,
+        short_scenes=short_scenes,
         parameters=parameters,
         threads=threads,
     )

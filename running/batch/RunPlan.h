@@ -16,9 +16,9 @@ struct BatchSettings {
     DetectionSettings detection;
     std::string xmlPath; ///< pattern of the scene-list files; empty: none
     RangeChoice range;
-    std::int64_t shortestScene = 0; ///< in frames; shorter ones become part of the one before
-    OutputSettings outputs;         ///< paths are patterns
-    std::string listPath;           ///< pattern of the lists of scenes that are read; empty: scenes are found
+    SceneLength length{};
+    OutputSettings outputs; ///< paths are patterns
+    std::string listPath;   ///< pattern of the lists of scenes that are read; empty: scenes are found
     std::vector<std::string> savedStatsPaths; ///< figures to decide from, in place of an input; empty: none
     std::string configPath;                   ///< of the options that were read from a file; empty: none
     int jobs = 1;                             ///< inputs that are read at the same time

@@ -30,15 +30,18 @@ RunEnd EndOf(const Stats& stats) {
     return end;
 }
 
-std::vector<FoundScene> DecideScenes(Stats& stats, const DetectionParameters& parameters,
-                                     std::int64_t shortest) {
-    std::vector<FoundScene> found;
-    ShortScenes scenes(shortest, [&found](const FoundScene& scene) { found.push_back(scene); });
+DecidedScenes DecideScenes(Stats& stats, const DetectionParameters& parameters, const SceneLength& length) {
+    DecidedScenes decided;
+    ShortScenes scenes(
+        length, stats.settings.scale, [&](const FoundScene& scene) { decided.scenes.push_back(scene); },
+        [&](std::int64_t sample, const FilePlace& place) {
+            decided.gaps.push_back({sample, place});
+        });
     for (const std::int64_t position : DecideAgain(stats, parameters))
         scenes.Add({0, position, position, stats.rows[static_cast<std::size_t>(position)].place,
                     MethodWord(KxMethodVideo)});
-    scenes.Settle(EndOf(stats).place.frame);
-    return found;
+    scenes.Finish(EndOf(stats).place);
+    return decided;
 }
 
 void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Console& console) {
@@ -46,7 +49,7 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     ParameterChoice choice = settings.detection.parameters;
     choice.SettleArea(kAnySize, kAnySize);
     const DetectionParameters parameters = choice.On(stats.settings.parameters);
-    const std::vector<FoundScene> scenes = DecideScenes(stats, parameters, settings.shortestScene);
+    const DecidedScenes decided = DecideScenes(stats, parameters, settings.length);
 
     BatchSettings saved = settings;
     saved.inputs = {InputOf(stats)};
@@ -70,8 +73,16 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     tell([&](RunListener& each) { each.Begin(info); });
     for (const StatsRow& row : stats.rows)
         tell([&](RunListener& each) { each.Figures(row.place, row.figures, row.distances); });
-    for (const FoundScene& scene : scenes)
+    auto gap = decided.gaps.begin();
+    const auto tellGaps = [&](std::int64_t before) {
+        for (; gap != decided.gaps.end() && gap->sample < before; ++gap)
+            tell([&](RunListener& each) { each.Gap(gap->sample, gap->place); });
+    };
+    for (const FoundScene& scene : decided.scenes) {
+        tellGaps(scene.sample);
         tell([&](RunListener& each) { each.Scene(scene); });
+    }
+    tellGaps(end.samples);
     tell([&](RunListener& each) { each.End(end); });
 }
 

@@ -11,10 +11,20 @@
 
 namespace scenedetect {
 
-/// The scenes that "Video" finds in the figures with these parameters, but for those of less than `shortest`
-/// frames. `stats` becomes that of the run that had found them. HostError as DecideAgain has it.
-[[nodiscard]] std::vector<FoundScene> DecideScenes(Stats& stats, const DetectionParameters& parameters,
-                                                   std::int64_t shortest);
+/// Scenes, and where those that were left out begin.
+struct DecidedScenes {
+    struct Gap {
+        std::int64_t sample;
+        FilePlace place;
+    };
+    std::vector<FoundScene> scenes;
+    std::vector<Gap> gaps;
+};
+
+/// The scenes that "Video" finds in the figures with these parameters, each of the least length. `stats`
+/// becomes that of the run that had found them. HostError as DecideAgain has it.
+[[nodiscard]] DecidedScenes DecideScenes(Stats& stats, const DetectionParameters& parameters,
+                                         const SceneLength& length);
 /// Of a run that measured all of these figures, which are not empty.
 [[nodiscard]] RunEnd EndOf(const Stats& stats);
 

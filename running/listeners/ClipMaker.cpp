@@ -25,7 +25,8 @@ void ClipMaker::Begin(const RunInfo& info) {
     const bool needsPackets =
         !isDv || (!info.media.isRawDv && (!m_settings.container.empty() || (isMute && info.input != "-")));
     if (!needsPackets)
-        m_cutter.emplace(m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); });
+        m_cutter.emplace(
+            m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); }, m_dropsShort);
     else if (info.input == "-")
         throw HostError(
             "standard input: only DV can be cut as it comes; for --split of other video, or into a "

@@ -13,9 +13,15 @@ namespace scenedetect {
 
 class ClipMaker final : public RunListener {
   public:
-    /// All references must outlive the object.
-    ClipMaker(ClipSettings settings, OutputClaims& claims, Console& console, RunProgress& progress)
-        : m_settings(std::move(settings)), m_claims(claims), m_console(console), m_progress(progress) {}
+    /// All references must outlive the object. `dropsShort`: scenes may be too short for a clip, which is
+    /// told when their frames have passed.
+    ClipMaker(ClipSettings settings, OutputClaims& claims, Console& console, RunProgress& progress,
+              bool dropsShort = false)
+        : m_settings(std::move(settings)),
+          m_claims(claims),
+          m_console(console),
+          m_progress(progress),
+          m_dropsShort(dropsShort) {}
 
     void Begin(const RunInfo& info) override;
     void Scene(const FoundScene& scene) override;
@@ -33,6 +39,7 @@ class ClipMaker final : public RunListener {
     OutputClaims& m_claims;
     Console& m_console;
     RunProgress& m_progress;
+    const bool m_dropsShort;
     RunInfo m_info;
     std::optional<ClipCutter> m_cutter; // of DV frames; else:
     PacketCut m_cut;

@@ -34,7 +34,9 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& r
     addPoint("start", run.range.start);
     addPoint("end", run.range.end);
     addPoint("duration", run.range.duration);
-    addNumber("min-scene", run.shortestScene);
+    addPoint("min-scene", run.length.least);
+    if (run.length.least && run.length.rule != ShortRule::Merge)
+        settings.emplace_back("short-scenes", kShortRules[static_cast<std::size_t>(run.length.rule)]);
     if (run.detection.Uses(KxMethodVideo)) {
         for (std::size_t i = 0; i < KxAreaLeft; ++i)
             settings.emplace_back(kParameterNames[i], std::to_string(kDetectionParameters[i].Of(parameters)));
@@ -79,7 +81,8 @@ std::vector<std::unique_ptr<RunListener>> MakeListeners(const RunSettings& run, 
     if (!outputs.statsPath.empty())
         listeners.push_back(std::make_unique<StatsLogger>(outputs.statsPath, false, run.range.part));
     if (!outputs.clips.folder.empty())
-        listeners.push_back(std::make_unique<ClipMaker>(outputs.clips, claims, console, progress));
+        listeners.push_back(std::make_unique<ClipMaker>(outputs.clips, claims, console, progress,
+                                                        run.length.rule == ShortRule::Drop));
     if (!outputs.pictures.folder.empty())
         listeners.push_back(std::make_unique<PictureTaker>(outputs.pictures, claims, console, progress));
     return listeners;

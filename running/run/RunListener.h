@@ -81,8 +81,8 @@ class RunListener {
     virtual void Begin(const RunInfo& /*info*/) {}
     /// Scenes are in order; one that may be too short is told once it is long enough.
     virtual void Scene(const FoundScene& /*scene*/) {}
-    /// With this picture begins what belongs to no scene, until the next one begins; only where scenes are
-    /// read from a list.
+    /// With this picture begins what belongs to no scene, until the next one begins; where scenes are read
+    /// from a list, and where those that are too short are left out. The latter is told once that is known.
     virtual void Gap(std::int64_t /*sample*/, const FilePlace& /*place*/) {}
     /// Before the picture that follows it, or before End.
     virtual void Irregular(const Irregularity& /*irregularity*/) {}

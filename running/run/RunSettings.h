@@ -3,6 +3,7 @@
 
 #include "reading/timing/RunRange.h"
 #include "running/detection/DetectionSettings.h"
+#include "running/run/SceneLength.h"
 
 #include <cstdint>
 #include <string>
@@ -15,11 +16,11 @@ struct RunSettings {
     DetectionSettings detection;
     std::vector<std::string> xmlPaths; ///< for each method its scene-list file; empty: none
     RangeChoice range;
-    std::int64_t shortestScene = 0; ///< in frames; shorter ones are left out but from the scene-list files
-    std::string listPath{};         ///< of scenes that are read, in place of all that finds some; empty: none
-    bool checksListFirst = false;   ///< outputs of DV are written before its end is known
-    bool wantsFigures = false;      ///< of the picture comparison, for listeners
-    bool isOneOfMany = false;       ///< its messages begin with its name
+    SceneLength length{};         ///< of all scenes but those of the scene-list files
+    std::string listPath{};       ///< of scenes that are read, in place of all that finds some; empty: none
+    bool checksListFirst = false; ///< outputs of DV are written before its end is known
+    bool wantsFigures = false;    ///< of the picture comparison, for listeners
+    bool isOneOfMany = false;     ///< its messages begin with its name
 };
 
 } // namespace scenedetect

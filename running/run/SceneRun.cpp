@@ -64,10 +64,14 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
       m_tapeScenes(
           m_settings.detection.cuts,
           [this](std::size_t cut, std::int64_t sample) { m_merge.Add(m_detections.size() + cut, sample); }),
-      m_scenes(settings.shortestScene,
-               [this](const FoundScene& scene) {
-                   Tell([&scene](RunListener& listener) { listener.Scene(scene); });
-               }),
+      m_scenes(
+          settings.length, m_reader->Scale(),
+          [this](const FoundScene& scene) {
+              Tell([&scene](RunListener& listener) { listener.Scene(scene); });
+          },
+          [this](std::int64_t sample, const FilePlace& place) {
+              Tell([&](RunListener& listener) { listener.Gap(sample, place); });
+          }),
       m_range(settings.range, m_reader->Scale(), m_reading.part) {
     if (m_part && (!m_part->HasPackets() || m_reader->Format().fourcc == kDvFourcc))
         throw HostError(settings.input +
@@ -157,6 +161,7 @@ RunEnding SceneRun::Run() {
     } catch (const std::exception& thrown) {
         throw HostError(ErrorText(thrown) + (m_samples != 0 ? OutcomeText(m_samples, Outputs()) : ""));
     }
+    TellOfShortScenes();
     TellOfFullLists();
     WarnAboutMarks();
     if (m_settings.detection.readTimecode)
@@ -338,9 +343,9 @@ void SceneRun::DrainScenes(std::int64_t settledBefore) {
         m_scenes.Add({0, position, m_skipped + position, picture.place, method, PacksOf(picture)});
     });
     if (settledBefore >= m_samples)
-        m_scenes.Settle(m_end.frame);
+        m_scenes.Finish(m_end);
     else if (settledBefore >= first)
-        m_scenes.Settle(recent(settledBefore).place.frame);
+        m_scenes.Settle(recent(settledBefore).place);
 }
 
 void SceneRun::DrainFigures() {
@@ -370,6 +375,14 @@ void SceneRun::EndDetection(std::size_t filter) {
     if (m_skipped != 0)
         WriteSceneListFile(path, detection.positions, m_settings.detection.methods[filter]);
     detection.list = ReadSceneList(file.Path(), std::ssize(detection.positions));
+}
+
+void SceneRun::TellOfShortScenes() {
+    if (const std::int64_t frames = m_scenes.DroppedFrames(); frames != 0)
+        m_reading.console.Message(Named(std::to_string(m_scenes.LeftOut()) + " of " +
+                                        std::to_string(m_scenes.LeftOut() + m_scenes.Count()) +
+                                        " scenes are shorter than --min-scene: their " +
+                                        std::to_string(frames) + " frames lie in none"));
 }
 
 void SceneRun::TellOfFullLists() {

@@ -64,6 +64,7 @@ class SceneRun {
     void DrainAll();
     void EndDetection(std::size_t filter);
     void WriteOutputs(RunEnding ending);
+    void TellOfShortScenes();
     void TellOfFullLists();
     void WarnAboutMarks();
     [[nodiscard]] std::string Named(const std::string& text) const;

@@ -1,42 +1,58 @@
-// Scenes shorter than the user wants to see, left out as soon as that is known.
+// Scenes shorter than the user wants to see: joined to others or left out as soon as that is known.
 #pragma once
 
 #include "running/run/RunListener.h"
+#include "running/run/SceneLength.h"
 
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace scenedetect {
 
-/// A short scene becomes part of the one before it, so that each scene that stays begins with a picture of
-/// its own and not with the flash or the lost bytes of a cut; the first, before which there is none, takes
-/// what follows until it is long enough. Lengths count frames of the file. One thread.
+/// What becomes part of another scene becomes part of the one before, so that each scene that stays begins
+/// with a picture of its own and not with the flash or the lost bytes of a cut. One thread.
 class ShortScenes {
   public:
-    /// `take` gets the scenes that stay, numbered, each once it is known to be long enough. Those of
-    /// `shortest` frames or more stay; with 0 all do.
-    ShortScenes(std::int64_t shortest, std::function<void(const FoundScene& scene)> take)
-        : m_shortest(shortest), m_take(std::move(take)) {}
+    /// Gets the scenes that stay, numbered, each once it is known that it does.
+    using Take = std::function<void(const FoundScene& scene)>;
+    /// Gets what belongs to no scene, until the next one begins; once the scene that began there is known to
+    /// be too short.
+    using Leave = std::function<void(std::int64_t sample, const FilePlace& place)>;
 
-    /// The next scene, in order.
+    /// HostError when a timecode does not go with the rate.
+    ShortScenes(SceneLength length, const TimeScale& scale, Take take, Leave leave);
+
+    /// The next scene, in order. Of two at one place the first counts, where there is a least length.
     void Add(const FoundScene& scene);
-    /// No scene that is added from now on begins before this frame. At the end: the frame after the last.
-    void Settle(std::int64_t frame);
+    /// No scene that is added from now on begins before this place.
+    void Settle(const FilePlace& place);
+    /// The last scene ends here.
+    void Finish(const FilePlace& end);
     /// Of those that stay.
     [[nodiscard]] std::int64_t Count() const { return m_count; }
     /// Of those that do not; at the end.
     [[nodiscard]] std::int64_t LeftOut() const { return m_added - m_count; }
+    /// Frames of the scenes that are left out.
+    [[nodiscard]] std::int64_t DroppedFrames() const { return m_droppedFrames; }
 
   private:
-    void Take(FoundScene scene);
+    void TakeScene(FoundScene scene);
+    void Drop(const FoundScene& scene, const FilePlace& end);
 
-    const std::int64_t m_shortest;
-    const std::function<void(const FoundScene& scene)> m_take;
+    const SceneLength m_length;
+    const TimeScale m_scale;
+    const Take m_take;
+    const Leave m_leave;
     std::int64_t m_added = 0;
     std::int64_t m_count = 0;
-    std::int64_t m_begin = 0; // frame of the last that stays
+    std::int64_t m_droppedFrames = 0;
+    bool m_isInScene = false;
+    FilePlace m_begin;       // of the last that stays
+    TimePosition m_longFrom; // and where it is long enough
     std::optional<FoundScene> m_candidate;
+    TimePosition m_candidateLongFrom;
 };
 
 } // namespace scenedetect

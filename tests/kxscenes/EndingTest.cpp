@@ -165,6 +165,36 @@ TEST_F(Ending, ShortScenesAreLeftOutEverywhere) {
     EXPECT_EQ(RunHost({"--from-stats", m_folder / "stats.csv", "--min-scene", "14"}).out, result.out);
 }
 
+TEST_F(Ending, DroppedScenesAreInNoOutput) {
+    const Arguments rules = {"--min-scene", "0.56s", "--short-scenes", "drop"}; // 14 frames
+    Arguments arguments = {"--split", m_folder / "clips",    "-o", m_folder / "list.json",
+                           "--stats", m_folder / "stats.csv"};
+    arguments.insert(arguments.end(), rules.begin(), rules.end());
+    const ProcessResult result = Run(arguments, m_tape);
+    EXPECT_THAT(Frames(result), ElementsAre(0, 33));
+    EXPECT_THAT(Lines(result.err),
+                ElementsAre(HasSubstr("2 of 4 scenes are shorter than --min-scene: their 26 frames")));
+    const std::string tape = ReadWhole(m_tape);
+    EXPECT_THAT(FilesIn(m_folder / "clips"), ElementsAre("tape-0001.dv", "tape-0002.dv"));
+    EXPECT_TRUE(ReadWhole(m_folder / "clips/tape-0001.dv") == tape.substr(0, 20u * 144'000));
+    EXPECT_TRUE(ReadWhole(m_folder / "clips/tape-0002.dv") == tape.substr(33u * 144'000, 14u * 144'000));
+
+    arguments = {"--from-stats", m_folder / "stats.csv", "-o", m_folder / "again.json"};
+    arguments.insert(arguments.end(), rules.begin(), rules.end());
+    EXPECT_EQ(RunHost(arguments).out, result.out);
+    for (const char* list : {"list.json", "again.json"}) {
+        const auto scenes = nlohmann::json::parse(ReadWhole(m_folder / list)).at("scenes");
+        EXPECT_EQ(scenes.at(0).at("end").at("frame"), 20) << list;
+        EXPECT_EQ(scenes.at(1).at("end").at("frame"), 47) << list;
+    }
+
+    // Also the first, whose frames no clip has until it is known.
+    arguments = {"--start", "10", "--split", m_folder / "later"};
+    arguments.insert(arguments.end(), rules.begin(), rules.end());
+    EXPECT_THAT(Frames(Run(arguments, m_tape)), ElementsAre(33));
+    EXPECT_TRUE(ReadWhole(m_folder / "later/tape-0001.dv") == tape.substr(33u * 144'000, 14u * 144'000));
+}
+
 // --- outputs ---
 
 TEST_F(Ending, TheStandardOutputIsForOneOutput) {

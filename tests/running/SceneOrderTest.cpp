@@ -42,13 +42,21 @@ TEST(SceneMerge, ASingleFilterNeedNotWait) {
     EXPECT_THAT(Taken(merge, 0), ElementsAre("4 interval"));
 }
 
+using Frames = std::vector<std::int64_t>;
+
 struct LengthCase {
     const char* name;
-    std::vector<std::int64_t> found; // first frames, and the end
-    std::vector<std::int64_t> told;
+    Frames found; // first frames, and the end
+    Frames told;
+    const char* least = "10";
+    ShortRule rule = ShortRule::Merge;
+    Frames left{};              // where what is in no scene begins
+    std::int64_t unitsAFrame{}; // above 1 where frames last longer than the rate says
 };
 
-// With 10 frames at least.
+constexpr auto kDrop = ShortRule::Drop;
+constexpr auto kMergeLast = ShortRule::MergeLast;
+
 const LengthCase kLengths[] = {
     {"LongEnough", {0, 10, 20}, {0, 10}},
     {"ShortOnesBelongToTheOneBefore", {0, 20, 23, 32, 60, 65}, {0, 32}},
@@ -58,44 +66,64 @@ const LengthCase kLengths[] = {
     {"TwoAtOnePlace", {0, 20, 20, 40}, {0, 20}},
     {"TwoAtTheBeginning", {5, 5, 40}, {5}},
     {"TheLastIsShort", {0, 20, 29}, {0}},
+    {"DropLeavesThemOut", {0, 20, 23, 40, 60}, {0, 23, 40}, "10", kDrop, {20}},
+    {"DropSeveralInARowAndTheLast", {0, 20, 23, 26, 40, 45}, {0, 26}, "10", kDrop, {20, 40}},
+    {"DropTheFirst", {0, 9, 19}, {9}, "10", kDrop, {}},
+    {"DropAll", {0, 9}, {}, "10", kDrop, {}},
+    {"DropTwoAtOnePlace", {0, 20, 20, 40}, {0, 20}, "10", kDrop, {}},
+    {"MergeLastKeepsOthers", {0, 3, 20, 23, 32}, {0, 3, 20}, "10", kMergeLast},
+    {"MergeLastOfOne", {0, 9}, {0}, "10", kMergeLast},
+    {"MergeLastThatIsLongEnough", {0, 3, 13}, {0, 3}, "10", kMergeLast},
+    {"SecondsAreFrames", {0, 10, 19, 30}, {0, 19}, "0.4s"},         // 10 of 25 a second
+    {"SecondsMeanTheNearestFrame", {0, 10, 20}, {0, 10}, "0.419s"}, // 10.475
+    {"TimecodeIsFrames", {0, 35, 69, 110}, {0, 69}, "00:00:01:10"},
+    {"AtAVariableRateTimeCounts", {0, 4, 7, 20}, {0, 7}, "0.4s", ShortRule::Merge, {}, 3}, // 4 frames last
+                                                                                           // 0.48 s
+    {"FramesStayFrames", {0, 4, 14, 30}, {0, 14}, "10", ShortRule::Merge, {}, 3},
 };
 
-// Frame after frame: a scene is told with the frame that makes it long enough.
-TEST(ShortScenes, AreLeftOutAsSoonAsTheyAreKnown) {
+// Frame after frame: a scene is told with the frame that makes it long enough, or with the next scene.
+TEST(ShortScenes, AreJoinedOrLeftOutAsSoonAsTheyAreKnown) {
     for (const LengthCase& each : kLengths) {
         SCOPED_TRACE(each.name);
-        std::vector<std::int64_t> told;
+        Frames told;
+        Frames left;
         std::int64_t now = 0;
-        ShortScenes scenes(10, [&](const FoundScene& scene) {
-            EXPECT_EQ(scene.number, std::ssize(told) + 1);
-            if (!told.empty()) {
-                EXPECT_EQ(now, scene.place.frame + 10);
-            }
-            told.push_back(scene.place.frame);
-        });
+        const auto placeOf = [&](std::int64_t frame) {
+            return FilePlace{frame, frame * std::max<std::int64_t>(each.unitsAFrame, 1), -1};
+        };
+        ShortScenes scenes(
+            {ParseTimePoint(each.least), each.rule}, {},
+            [&](const FoundScene& scene) {
+                EXPECT_EQ(scene.number, std::ssize(told) + 1);
+                if (!told.empty() && std::string_view(each.least) == "10" && each.rule != kMergeLast) {
+                    EXPECT_EQ(now, scene.place.frame + 10);
+                }
+                told.push_back(scene.place.frame);
+            },
+            [&](std::int64_t sample, const FilePlace& place) {
+                EXPECT_EQ(sample, place.frame);
+                left.push_back(sample);
+            });
         const std::int64_t end = each.found.back();
         std::size_t next = 0;
         for (now = each.found.front(); now <= end; ++now) {
-            for (; next + 1 < each.found.size() && each.found[next] == now; ++next) {
-                FoundScene scene;
-                scene.place.frame = now;
-                scenes.Add(scene);
-            }
-            scenes.Settle(now);
+            for (; next + 1 < each.found.size() && each.found[next] == now; ++next)
+                scenes.Add({0, now, now, placeOf(now), "video"});
+            scenes.Settle(placeOf(now));
         }
+        scenes.Finish(placeOf(end));
         EXPECT_EQ(told, each.told);
+        EXPECT_EQ(left, each.left);
         EXPECT_EQ(scenes.LeftOut(), std::ssize(each.found) - 1 - std::ssize(each.told));
     }
 }
 
 TEST(ShortScenes, AllStayWithoutALimit) {
-    std::vector<std::int64_t> told;
-    ShortScenes scenes(0, [&](const FoundScene& scene) { told.push_back(scene.place.frame); });
-    for (const std::int64_t frame : {0, 1, 1, 2}) {
-        FoundScene scene;
-        scene.place.frame = frame;
-        scenes.Add(scene);
-    }
+    Frames told;
+    ShortScenes scenes({}, {}, [&](const FoundScene& scene) { told.push_back(scene.place.frame); }, {});
+    for (const std::int64_t frame : {0, 1, 1, 2})
+        scenes.Add({0, frame, frame, {frame, frame, -1}, "video"});
     EXPECT_THAT(told, ElementsAre(0, 1, 1, 2));
 }
 

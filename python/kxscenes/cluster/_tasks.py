@@ -15,7 +15,7 @@ import tempfile
 import time
 import zlib
 from collections.abc import Callable, Sequence
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 from pathlib import Path
 from typing import Any
 
@@ -25,7 +25,8 @@ MOST_MESSAGES = 100
 # What the program's exit codes say; others are of runs that were stopped or have crashed.
 STATUS = {0: "done", 1: "failed", 2: "refused", 3: "partial"}
 # What a film in parts takes when they are joined; parameters it takes for each part, too.
-JOINED_OPTIONS = ("--min-scene", "-o", "--output")
+JOINED_OPTIONS = ("--min-scene", "--short-scenes", "-o", "--output")
+AREA = "--area"
 _running: set[subprocess.Popen[bytes]] = set()
 
 
@@ -81,7 +82,7 @@ def of_parts(options: Sequence[str]) -> list[tuple[str, str]] | None:
     """The options as pairs of name and value, if all of them go with a file that is measured in parts."""
     words = [word for option in options for word in (option.split("=", 1) if option[:2] == "--" else [option])]
     pairs = list(zip(words[::2], words[1::2]))
-    names = {*JOINED_OPTIONS, *("--" + name.replace("_", "-") for name in default_parameters())}
+    names = {*JOINED_OPTIONS, AREA, *("--" + name.replace("_", "-") for name in default_parameters())}
     good = len(words) % 2 == 0 and all(
         name in names or (name, value) == ("--method", "video") for name, value in pairs
     )
@@ -152,7 +153,9 @@ def join_parts(job: Job, parts: list[dict[str, Any]]) -> dict[str, Any]:
         tables = [folder / f"{number}.csv" for number in range(len(parts))]
         for table, part in zip(tables, parts):
             table.write_bytes(zlib.decompress(part["figures"]))
-        return _list_scenes(job, folder, "--from-stats", *map(str, tables))
+        words = [word for pair in of_parts(job.options) or () for word in pair if pair[0] != AREA]
+        decided = replace(job, options=tuple(words))  # the tables know their area
+        return _list_scenes(decided, folder, "--from-stats", *map(str, tables))
 
     for part in parts:
         if part["status"] == "unfit":
