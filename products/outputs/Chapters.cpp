@@ -1,11 +1,9 @@
 #include "products/outputs/NameText.h"
 #include "products/outputs/SceneTable.h"
 #include "products/outputs/SceneWriters.h"
+#include "products/outputs/XmlText.h"
 #include "reading/timing/ClockText.h"
 
-#include <pugixml.hpp>
-
-#include <sstream>
 #include <string_view>
 
 namespace scenedetect {
@@ -26,10 +24,6 @@ std::string ChapterTitle(std::size_t index) {
     return "Scene " + std::to_string(index + 1);
 }
 
-void AppendText(pugi::xml_node parent, const char* name, const std::string& text) {
-    parent.append_child(name).text().set(text.c_str());
-}
-
 } // namespace
 
 std::string MetadataChapters(const SceneTable& table) {
@@ -47,10 +41,7 @@ std::string MetadataChapters(const SceneTable& table) {
 
 std::string MatroskaChapters(const SceneTable& table) {
     constexpr int kNanoseconds = 9;
-    pugi::xml_document document;
-    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
-    declaration.append_attribute("version") = "1.0";
-    declaration.append_attribute("encoding") = "UTF-8";
+    pugi::xml_document document = NewXml("");
     pugi::xml_node edition = document.append_child("Chapters").append_child("EditionEntry");
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
@@ -63,9 +54,7 @@ std::string MatroskaChapters(const SceneTable& table) {
         AppendText(display, "ChapterString", ChapterTitle(i));
         AppendText(display, "ChapterLanguage", "eng");
     }
-    std::ostringstream text;
-    document.save(text, "  ");
-    return text.str();
+    return TextOf(document);
 }
 
 } // namespace scenedetect

@@ -4,7 +4,6 @@
 #include "reading/base/HostError.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 
 namespace scenedetect {
@@ -17,19 +16,8 @@ void RequireCountable(const SceneTable& table) {
     if (!HasConstantRate(table))
         throw HostError(table.input + ": an EDL counts frames at one rate, and this file's rate varies; "
                                       "choose another format, or make the file's rate constant first");
-    // The field for frames has two digits. Video runs at whole rates or slower by a thousandth.
-    constexpr double kMostFrames = 100;
-    constexpr double kNtsc = 1000.0 / 1001.0;
-    constexpr double kTolerance = 2e-4; // 23.98 and 23.976 are meant to be the same
-    const double rate = table.scale.rate.Value();
-    const double whole = std::round(rate);
-    const auto isAbout = [rate](double value) { return std::abs(rate - value) < value * kTolerance; };
-    if (whole < 1 || whole > kMostFrames || !(isAbout(whole) || isAbout(whole * kNtsc))) {
-        char text[32];
-        std::snprintf(text, sizeof text, "%.6g", rate);
-        throw HostError(table.input + ": an EDL has no timecode for " + text +
-                        " frames per second; choose another format");
-    }
+    constexpr std::int32_t kMostFrames = 100; // the field has two digits
+    (void)NominalRateOf(table, "an EDL", kMostFrames);
 }
 
 // The first characters of the name that reel names may have. "AX" stands for media that no tape holds.

@@ -1,11 +1,7 @@
 #include "products/outputs/NameText.h"
 #include "products/outputs/SceneTable.h"
 #include "products/outputs/SceneWriters.h"
-#include "reading/base/HostError.h"
-
-#include <pugixml.hpp>
-
-#include <sstream>
+#include "products/outputs/XmlText.h"
 
 namespace scenedetect {
 namespace {
@@ -74,15 +70,9 @@ std::int64_t AppendClips(pugi::xml_node spine, const SceneTable& table) {
 } // namespace
 
 std::string Fcpxml(const SceneTable& table) {
-    if (MediaUrl(table.input).empty())
-        throw HostError("FCPXML points to the video's file, and the standard input has none; "
-                        "give the file's name, or choose another format");
+    RequireMediaUrl(table, "FCPXML");
     const std::string name = PlainName(table.name);
-    pugi::xml_document document;
-    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
-    declaration.append_attribute("version") = "1.0";
-    declaration.append_attribute("encoding") = "UTF-8";
-    document.append_child(pugi::node_doctype).set_value("fcpxml");
+    pugi::xml_document document = NewXml("fcpxml");
     pugi::xml_node root = document.append_child("fcpxml");
     Set(root, "version", "1.8");
     AppendResources(root, table);
@@ -95,9 +85,7 @@ std::string Fcpxml(const SceneTable& table) {
     Set(sequence, "tcStart", "0s");
     Set(sequence, "tcFormat", SourceNumbering(table).IsDropFrame() ? "DF" : "NDF");
     Set(sequence, "duration", Seconds(AppendClips(sequence.append_child("spine"), table), table.scale.rate));
-    std::ostringstream text;
-    document.save(text, "  ");
-    return text.str();
+    return TextOf(document);
 }
 
 } // namespace scenedetect

@@ -12,6 +12,7 @@ constexpr std::string_view kJson[] = {".json"};
 constexpr std::string_view kEdl[] = {".edl"};
 constexpr std::string_view kOtio[] = {".otio"};
 constexpr std::string_view kFcpxml[] = {".fcpxml"};
+constexpr std::string_view kXmeml[] = {".xmeml", ".fcp7.xml"};
 constexpr std::string_view kQp[] = {".qp", ".qpfile", ".qp.txt"};
 constexpr std::string_view kFfmeta[] = {".ffmeta", ".ffmetadata", ".chapters.txt"};
 constexpr std::string_view kMkvChapters[] = {".chapters.xml"};
@@ -24,6 +25,7 @@ constexpr OutputFormat kFormats[] = {
     {"edl", kEdl, Edl, "CMX 3600 edit decision list"},
     {"otio", kOtio, Otio, "OpenTimelineIO timeline, a clip a scene"},
     {"fcpxml", kFcpxml, Fcpxml, "FCPXML 1.8 project, a clip a scene", true},
+    {"xmeml", kXmeml, Xmeml, "FCP 7 XML sequence (xmeml 5), a clip a scene", true},
     {"qp", kQp, QpFile, "QP file: x264 and x265 begin each scene with a key frame"},
     {"ffmeta", kFfmeta, MetadataChapters, "chapters as FFmpeg metadata"},
     {"mkvchapters", kMkvChapters, MatroskaChapters, "chapters as Matroska XML, for mkvmerge"},

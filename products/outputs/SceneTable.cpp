@@ -1,8 +1,10 @@
 #include "products/outputs/SceneTable.h"
 
 #include "products/outputs/NameText.h"
+#include "reading/base/HostError.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace scenedetect {
@@ -37,6 +39,26 @@ std::int64_t EditFrame(const FilePlace& place, const TimeScale& scale) {
 std::int64_t EditFrameCount(const SceneTable& table) {
     const std::int64_t last = table.scenes.empty() ? 0 : EditFrame(table.scenes.back().end, table.scale);
     return HasConstantRate(table) ? std::max(last, table.frameCount) : last;
+}
+
+void RequireMediaUrl(const SceneTable& table, const std::string& format) {
+    if (MediaUrl(table.input).empty())
+        throw HostError(format + " points to the video's file, and the standard input has none; "
+                                 "give the file's name, or choose another format");
+}
+
+NominalRate NominalRateOf(const SceneTable& table, const std::string& format, std::int32_t most) {
+    constexpr double kNtsc = 1000.0 / 1001.0;
+    constexpr double kTolerance = 2e-4; // 23.98 and 23.976 are meant to be the same
+    const double rate = table.scale.rate.Value();
+    const double whole = std::round(rate);
+    const auto isAbout = [rate](double value) { return std::abs(rate - value) < value * kTolerance; };
+    if (whole >= 1 && whole <= most && (isAbout(whole) || isAbout(whole * kNtsc)))
+        return {static_cast<std::int32_t>(whole), !isAbout(whole)};
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6g", rate);
+    throw HostError(table.input + ": " + format + " has no timecode for " + text +
+                    " frames per second; choose another format");
 }
 
 FrameNumbering SourceNumbering(const SceneTable& table) {

@@ -8,6 +8,7 @@
 #include "reading/timing/TimeScale.h"
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -71,6 +72,18 @@ struct SceneTable {
 [[nodiscard]] std::int64_t EditFrame(const FilePlace& place, const TimeScale& scale);
 /// How many of these the file has, as far as the table knows.
 [[nodiscard]] std::int64_t EditFrameCount(const SceneTable& table);
+
+/// HostError, with `format`, for the standard input, which a list can't point to.
+void RequireMediaUrl(const SceneTable& table, const std::string& format);
+
+/// A rate as editing programs name it: whole, or slower by a thousandth.
+struct NominalRate {
+    std::int32_t timebase;
+    bool isNtsc;
+};
+/// HostError, with `format`, for any other rate, and for more than `most` frames per second.
+[[nodiscard]] NominalRate NominalRateOf(const SceneTable& table, const std::string& format,
+                                        std::int32_t most = std::numeric_limits<std::int32_t>::max());
 
 /// Numbering of the file's frames: drop-frame as the source timecode is, without one as the rate has it.
 [[nodiscard]] FrameNumbering SourceNumbering(const SceneTable& table);

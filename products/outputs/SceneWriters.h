@@ -15,6 +15,8 @@ struct SceneTable;
 [[nodiscard]] std::string Otio(const SceneTable& table);
 /// Version 1.8. HostError when the input is not a file that the list could point to.
 [[nodiscard]] std::string Fcpxml(const SceneTable& table);
+/// Final Cut Pro 7's XML, version 5. HostError as Fcpxml's, and at rates that it can't name.
+[[nodiscard]] std::string Xmeml(const SceneTable& table);
 /// For x264 and x265: an IDR frame where a scene begins.
 [[nodiscard]] std::string QpFile(const SceneTable& table);
 /// FFmpeg's metadata file.

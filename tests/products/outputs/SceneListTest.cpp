@@ -80,6 +80,64 @@ TEST(FcpxmlList, ClipsOfAFile) {
     EXPECT_THROW((void)Fcpxml(table), HostError);
 }
 
+TEST(XmemlList, ClipsOfAFile) {
+    SceneTable table = TableOf({30000, 1001}, {0, 75, 3000});
+    table.scenes.back().start = {100, 100 * 1001 * 33, -1}; // what is between is in no scene
+    table.name = kOddName;
+    table.width = 720;
+    table.height = 480;
+    table.pixelAspect = {32, 27}; // 16:9
+    table.audio = AudioFormat{2, 44'100};
+    table.startTimecode = SourceTimecode{107'892, true, 30};
+    pugi::xml_document document;
+    ASSERT_TRUE(document.load_string(Xmeml(table).c_str()));
+    const std::string video = "/xmeml[@version = 5]/sequence/media/video/track/";
+    const std::string file = video + "clipitem[1]/file[@id = 'file-1']/";
+    const std::pair<std::string, const char*> cases[] = {
+        {"/xmeml/sequence/name", kPlainName},
+        {"/xmeml/sequence/duration", "2975"}, // 75 and 2900
+        {"/xmeml/sequence/rate/timebase", "30"},
+        {"/xmeml/sequence/rate/ntsc", "TRUE"},
+        {"/xmeml/sequence/timecode/string", "00:00:00;00"},
+        {"//format/samplecharacteristics/pixelaspectratio", "NTSC-601"},
+        {"//format/samplecharacteristics/anamorphic", "TRUE"},
+        {file + "pathurl", "file://localhost/tapes/tape%201.mov"},
+        {file + "duration", "3000"},
+        {file + "timecode/string", "01:00:00;00"},
+        {file + "timecode/frame", "107892"},
+        {file + "timecode/displayformat", "DF"},
+        {file + "media/audio/channelcount", "2"},
+        {video + "clipitem[1]/out", "75"},
+        {video + "clipitem[2]/start", "75"},
+        {video + "clipitem[2]/end", "2975"},
+        {video + "clipitem[2]/in", "100"},
+        {video + "clipitem[2]/out", "3000"},
+        {"//audio/track[2]/clipitem[2]/sourcetrack/trackindex", "2"},
+        {"//audio/track[2]/clipitem[2]/end", "2975"}};
+    for (const auto& [path, value] : cases)
+        EXPECT_STREQ(document.select_node(path.c_str()).node().text().get(), value) << path;
+    // Each clip is linked to those of its scene on the three tracks, and the file is told once.
+    EXPECT_EQ(document.select_nodes("//clipitem").size(), 6u);
+    for (const auto& link : document.select_nodes("//link")) {
+        const pugi::xml_node clip =
+            document
+                .select_node(
+                    ("//clipitem[@id = '" + std::string(link.node().child_value("linkclipref")) + "']")
+                        .c_str())
+                .node();
+        EXPECT_STREQ(clip.child_value("start"), link.node().parent().child_value("start"));
+    }
+    EXPECT_EQ(document.select_nodes("//link").size(), 6u * 3);
+    EXPECT_EQ(document.select_nodes("//pathurl").size(), 1u);
+
+    table.audio.reset();
+    ASSERT_TRUE(document.load_string(Xmeml(table).c_str()));
+    EXPECT_FALSE(document.select_node("//link | //sequence/media/audio"));
+    table.input = "-";
+    EXPECT_THROW((void)Xmeml(table), HostError);
+    EXPECT_THROW((void)Xmeml(TableOf({47, 2}, {0, 10})), HostError) << "23.5 is no rate of the format";
+}
+
 // Counts minute by minute, as a clock would.
 std::int64_t CountFrames(const std::string& timecode, int rate, int dropped) {
     static const std::regex kForm("([01]\\d|2[0-3]):([0-5]\\d):([0-5]\\d)([:;])(\\d\\d)");
