@@ -6,7 +6,10 @@
 #include <memory>
 
 struct ReleaseComReference {
-    void operator()(IUnknown* pUnk) const { pUnk->Release(); }
+    template <class Interface>
+    void operator()(Interface* object) const {
+        object->Release();
+    }
 };
 
 /// One reference, released with its holder. Constructed from a pointer it takes that reference over.

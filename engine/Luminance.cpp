@@ -268,7 +268,8 @@ void ReadLuminance(const Dib& frame, PixelLayout layout, const LuminanceGrid& gr
     ReadBlocks(reader, walk, DivisorOf(facts, grid), samples);
 }
 
-void ReadLuminance(const PixelRows& picture, const LuminanceGrid& grid, std::uint8_t* samples) {
+void ReadLuminance(const PixelRows& picture, const LuminanceGrid& fullGrid, std::uint8_t* samples) {
+    const LuminanceGrid grid{fullGrid.width, fullGrid.height, fullGrid.blockSize >> picture.halvings};
     if (!IsReadable(grid))
         return;
     const LayoutFacts facts = FactsOf(picture.layout);

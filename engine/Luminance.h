@@ -29,7 +29,8 @@ struct PixelRows {
     std::ptrdiff_t stride;   ///< bytes from a row to the one below; negative when the picture lies bottom-up
     std::int32_t width;      ///< in pixels, above 0
     std::int32_t height;
-    int shift = 0; ///< for Luma16, see BlockRow
+    int shift = 0;    ///< for Luma16, see BlockRow
+    int halvings = 0; ///< 0 to 3: how often its sides were halved, and those of the blocks are to be
 };
 
 /// How `frame` is read: by its FourCC, then by its pixel size and masks. Nothing for an unknown format.
@@ -39,7 +40,8 @@ struct PixelRows {
 /// red values alike. Bytes outside the picture's data count as 0. Nothing is written for an empty grid or
 /// a block size outside 1 to kMaxBlockSize. Throws std::bad_alloc.
 void ReadLuminance(const Dib& frame, PixelLayout layout, const LuminanceGrid& grid, std::uint8_t* samples);
-/// Likewise of rows, block by block from the top left in every layout.
+/// Likewise of rows, block by block from the top left in every layout; `grid` is that of the picture before
+/// its sides were halved.
 void ReadLuminance(const PixelRows& picture, const LuminanceGrid& grid, std::uint8_t* samples);
 
 } // namespace scenedetect

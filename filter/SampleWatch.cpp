@@ -1,7 +1,9 @@
 // The per-sample path: what the filter takes from each sample for the frame watch.
 #include "filter/SceneDetectFilter.h"
 
+#include "baseclasses/ComRef.h"
 #include "filter/MediaTypes.h"
+#include "scenes/ISampleRows.h"
 
 #include <algorithm>
 #include <exception>
@@ -44,8 +46,10 @@ void SceneDetectFilter::WatchSample(IMediaSample& sample, const RunFrame& frame)
     if (header)
         header->biSizeImage = static_cast<DWORD>(length);
     const Dib picture(header, GetBitmapHeaderExtent(m_mtCurrent), bits, static_cast<std::size_t>(length));
+    const auto rows = QueryFor<ISampleRows>(&sample, IID_ISampleRows);
     m_watch.Watch(frame,
-                  {picture, m_rtStart, duration, GetFrameDurationOrDefault(m_pInput->CurrentMediaType())});
+                  {picture, m_rtStart, duration, GetFrameDurationOrDefault(m_pInput->CurrentMediaType()),
+                   rows ? rows->Rows() : nullptr});
 }
 
 void SceneDetectFilter::TakeOverMediaType(IMediaSample& sample) {

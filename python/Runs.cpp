@@ -30,6 +30,7 @@ struct RequestedRun {
     std::string shortScenes;
     ParameterChoice parameters;
     bool wantsFigures = false;
+    bool decodesFast = false;
 };
 
 RunSettings SettingsOf(const RequestedRun& request) {
@@ -46,6 +47,7 @@ RunSettings SettingsOf(const RequestedRun& request) {
     settings.range = {PointOf(request.start), PointOf(request.end), PointOf(request.duration)};
     settings.length = LengthOf(request.shortestScene, request.shortScenes);
     settings.wantsFigures = request.wantsFigures;
+    settings.decodesFast = request.decodesFast;
     return settings;
 }
 
@@ -105,24 +107,25 @@ class PythonRun {
 
 void BindRuns(py::module_& module) {
     py::class_<PythonRun>(module, "Run")
-        .def(
-            py::init([](std::string path, std::vector<std::string> methods, std::vector<std::string> cuts,
-                        std::uint32_t interval, std::vector<std::uint32_t> marks,
-                        std::optional<std::string> start, std::optional<std::string> end,
-                        std::optional<std::string> duration, std::optional<std::string> shortestScene,
-                        std::string shortScenes, const py::dict& parameters, bool wantsFigures, int threads) {
-                return std::make_unique<PythonRun>(
-                    RequestedRun{std::move(path), std::move(methods), std::move(cuts), interval,
-                                 std::move(marks), std::move(start), std::move(end), std::move(duration),
-                                 std::move(shortestScene), std::move(shortScenes), ParametersOf(parameters),
-                                 wantsFigures},
-                    threads);
-            }),
-            py::kw_only(), py::arg("path"), py::arg("methods"), py::arg("cuts") = std::vector<std::string>(),
-            py::arg("interval") = 0, py::arg("marks") = std::vector<std::uint32_t>(),
-            py::arg("start") = py::none(), py::arg("end") = py::none(), py::arg("duration") = py::none(),
-            py::arg("min_scene") = py::none(), py::arg("short_scenes") = kShortRules.front(),
-            py::arg("parameters") = py::dict(), py::arg("figures") = false, py::arg("threads") = 0)
+        .def(py::init([](std::string path, std::vector<std::string> methods, std::vector<std::string> cuts,
+                         std::uint32_t interval, std::vector<std::uint32_t> marks,
+                         std::optional<std::string> start, std::optional<std::string> end,
+                         std::optional<std::string> duration, std::optional<std::string> shortestScene,
+                         std::string shortScenes, const py::dict& parameters, bool wantsFigures,
+                         bool decodesFast, int threads) {
+                 return std::make_unique<PythonRun>(
+                     RequestedRun{std::move(path), std::move(methods), std::move(cuts), interval,
+                                  std::move(marks), std::move(start), std::move(end), std::move(duration),
+                                  std::move(shortestScene), std::move(shortScenes), ParametersOf(parameters),
+                                  wantsFigures, decodesFast},
+                     threads);
+             }),
+             py::kw_only(), py::arg("path"), py::arg("methods"), py::arg("cuts") = std::vector<std::string>(),
+             py::arg("interval") = 0, py::arg("marks") = std::vector<std::uint32_t>(),
+             py::arg("start") = py::none(), py::arg("end") = py::none(), py::arg("duration") = py::none(),
+             py::arg("min_scene") = py::none(), py::arg("short_scenes") = kShortRules.front(),
+             py::arg("parameters") = py::dict(), py::arg("figures") = false, py::arg("fast") = false,
+             py::arg("threads") = 0)
         .def("next", &PythonRun::Next, py::arg("progress") = py::none())
         .def("video", &PythonRun::Video)
         .def("figures", &PythonRun::Figures)

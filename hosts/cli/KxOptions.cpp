@@ -118,6 +118,16 @@ void AddRunOptions(CLI::App& app, KxOptions& options) {
         ->type_name("N")
         ->check(CLI::Range(1, 1024))
         ->group("General");
+    const auto setDecoding = [&options](const std::string& word) {
+        options.batch.decodesFast = word == "fast";
+    };
+    app.add_option_function<std::string>(
+           "--decode", setDecoding,
+           "fast: use the decoder's shortcuts for the search, such as smaller pictures; what is made of "
+           "the scenes is not affected; exact unless told")
+        ->type_name("exact|fast")
+        ->check(CLI::IsMember({"exact", "fast"}))
+        ->group("General");
 }
 
 void AddMessageOptions(CLI::App& app, KxOptions& options) {

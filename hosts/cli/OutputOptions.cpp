@@ -229,7 +229,7 @@ std::string OutputOptions::MatchFormats() {
 // Options that want others, or a file that can be read twice.
 std::string OutputOptions::FindMissing() const {
     const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, configPath,
-                 jobs] = m_settings;
+                 decodesFast, jobs] = m_settings;
     const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
     const bool wantsVideo = !detection.parameters.IsEmpty() || !outputs.statsPath.empty();
     if (const std::string wrong = xmlPath.empty() ? "" : NamePattern::ErrorIn(xmlPath); !wrong.empty())
@@ -272,7 +272,7 @@ std::string OutputOptions::FindBeyondStats() const {
         return "--from-stats takes no input";
     if (const auto& area = m_settings.detection.parameters.area; area && !area->IsInPercent())
         return "--from-stats knows no pictures, so --area is given in per cent";
-    return WantsFrames() || m_settings.range.part.IsChosen()
+    return WantsFrames() || m_settings.range.part.IsChosen() || m_settings.decodesFast
                ? "--from-stats goes with -o, --report, --stats, --min-scene, --short-scenes and the "
                  "parameters only"
                : "";
@@ -295,7 +295,7 @@ std::string OutputOptions::FindBeyondPart() const {
 // Nothing is found where scenes are read.
 std::string OutputOptions::FindBeyondList() const {
     const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, configPath,
-                 jobs] = m_settings;
+                 decodesFast, jobs] = m_settings;
     const bool wantsFilter = !savedStatsPaths.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
                              !detection.marks.empty() || detection.readTimecode ||
                              !detection.parameters.IsEmpty() || length.least ||

@@ -161,10 +161,12 @@ void Append(Stats& film, const Stats& part, const Stats& before) {
 
 } // namespace
 
-std::string PictureSum(std::span<const std::uint8_t> bytes) {
+std::string PictureSum(const Picture& picture) {
     std::uint64_t sum = 0xCBF29CE484222325; // FNV-1a
-    for (const std::uint8_t byte : bytes)
-        sum = (sum ^ byte) * 0x100000001B3;
+    picture.ForEachRun([&sum](std::span<const std::uint8_t> bytes) {
+        for (const std::uint8_t byte : bytes)
+            sum = (sum ^ byte) * 0x100000001B3;
+    });
     char text[17];
     std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(sum));
     return std::string("x") + text; // that spreadsheets leave alone

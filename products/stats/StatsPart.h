@@ -3,6 +3,7 @@
 
 #include "products/stats/StatsFile.h"
 #include "reading/readers/MediaInfo.h"
+#include "reading/readers/Picture.h"
 #include "reading/timing/FilmPart.h"
 
 #include <cstdint>
@@ -20,8 +21,8 @@ struct PartFacts {
     MediaInfo media;             ///< as lists of scenes have it
 };
 
-/// Sums up the bytes of a picture, so that one machine's can be compared with another's.
-[[nodiscard]] std::string PictureSum(std::span<const std::uint8_t> bytes);
+/// Sums up what is seen of a picture, so that one machine's can be compared with another's.
+[[nodiscard]] std::string PictureSum(const Picture& picture);
 
 // Notes that are known when the part is measured: sums of its first and last picture, and, where the input
 // ends early, that it does.

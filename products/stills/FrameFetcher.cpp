@@ -75,7 +75,7 @@ class StampFetcher final : public FrameFetcher {
         m_input.emplace(m_path);
         m_input->FindVideo();
         // What can't be decoded costs its own picture only.
-        m_decoder.emplace(m_input->File(), 0,
+        m_decoder.emplace(m_input->File(), Decoding{},
                           [this](AVPacket& packet) { return m_input->ReadPacket(packet); });
         m_stamps.emplace(TimeBase(), m_input->ClockSetup().rate);
         // A bare stream has no stamps and can only be read from the beginning.

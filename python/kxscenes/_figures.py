@@ -86,6 +86,7 @@ def figures(
     votes: int | None = None,
     longest_scene: int | None = None,
     area: Area | None = None,
+    decode: str = "exact",
     threads: int = 0,
     progress: Progress | None = None,
 ) -> Figures:
@@ -106,6 +107,7 @@ def figures(
         duration=duration,
         parameters=parameters,
         figures=True,
+        decode=decode,
         threads=threads,
     )
     found = _FigureIterator(run, progress)

@@ -28,6 +28,7 @@ class Run:
         short_scenes: str = ...,
         parameters: dict[str, int | str] = ...,
         figures: bool = ...,
+        fast: bool = ...,
         threads: int = ...,
     ) -> None: ...
     def next(self, progress: Callable[[int, float | None], object] | None = ...) -> tuple[Any, ...] | None: ...

@@ -123,7 +123,9 @@ def length_of(min_scene: Point | None, short_scenes: str) -> tuple[str | None, s
     return text, short_scenes
 
 
-def new_run(path: str | os.PathLike[str], **settings: Any) -> _native.Run:
+def new_run(path: str | os.PathLike[str], decode: str, **settings: Any) -> _native.Run:
+    if decode not in ("exact", "fast"):
+        raise ValueError(f'decode is "exact" or "fast", not {decode!r}')
     for name in ("start", "end", "duration"):
         settings[name] = point_text(settings.get(name))
     settings["min_scene"], settings["short_scenes"] = length_of(
@@ -131,7 +133,7 @@ def new_run(path: str | os.PathLike[str], **settings: Any) -> _native.Run:
     )
     if settings["end"] is not None and settings["duration"] is not None:
         raise ValueError("end and duration exclude each other")
-    return _native.Run(path=os.fspath(path), **settings)
+    return _native.Run(path=os.fspath(path), fast=decode == "fast", **settings)
 
 
 def scenes(
@@ -152,6 +154,7 @@ def scenes(
     votes: int | None = None,
     longest_scene: int | None = None,
     area: Area | None = None,
+    decode: str = "exact",
     threads: int = 0,
     progress: Progress | None = None,
 ) -> SceneIterator:
@@ -172,6 +175,7 @@ def scenes(
         unless given.
     area: the part of the picture that "video" compares: left, top, width and height in pixels, or text as the
         program takes it ("0,0,100%,85%").
+    decode: "exact", or "fast" with the decoder's shortcuts.
     threads: that decoding may take; 0: as many as usable cores.
     progress: called now and then with the frames that have passed and the fraction of the file (None where
         that is unknown), on the thread that takes the scenes; what it raises ends the run.
@@ -208,6 +212,7 @@ def scenes(
         min_scene=min_scene,
         short_scenes=short_scenes,
         parameters=parameters,
+        decode=decode,
         threads=threads,
     )
     return SceneIterator(run, progress)

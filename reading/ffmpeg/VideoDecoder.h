@@ -9,6 +9,12 @@
 
 namespace scenedetect {
 
+struct Decoding {
+    int threads = 0; ///< 0: one a core
+    bool isFast =
+        false; ///< with shortcuts, where the decoder has some that keep the mean luma of small blocks
+};
+
 /// Decodes the video stream of a file. One thread at a time; the decoder has its own besides.
 class VideoDecoder {
   public:
@@ -17,14 +23,18 @@ class VideoDecoder {
     /// Told of each packet that can't be decoded; decoding goes on.
     using Damaged = std::function<void()>;
 
-    /// On as many threads (0: one a core). HostError when there is no such decoder.
-    VideoDecoder(const MediaFile& file, int threads, Source source, Damaged damaged = {});
+    /// HostError when there is no such decoder.
+    VideoDecoder(const MediaFile& file, const Decoding& decoding, Source source, Damaged damaged = {});
 
     /// The next picture in presentation order; false when there are no more.
     [[nodiscard]] bool Next(AVFrame& picture);
     /// Packets go on elsewhere in the file.
     void Flush();
     [[nodiscard]] std::string Name() const { return m_decoder->codec->name; }
+    /// What it does to be fast, for people: "without loop filter"; empty where it does nothing.
+    [[nodiscard]] std::string Shortcut() const;
+    /// How often the sides of its pictures are halved: 0 to 3.
+    [[nodiscard]] int Halvings() const { return m_decoder->lowres; }
 
   private:
     void Feed();

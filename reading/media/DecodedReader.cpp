@@ -9,9 +9,6 @@
 namespace scenedetect {
 namespace {
 
-// The converter may write a few bytes more than it should.
-constexpr std::size_t kBufferSlack = 64;
-
 constexpr WORD kYuy2Bits = 16;
 
 PacketQueue QueueOf(AVPacket& first) {
@@ -24,10 +21,10 @@ PacketQueue QueueOf(AVPacket& first) {
 } // namespace
 
 DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first, const DamageLog& damage,
-                             int threads)
-    : m_threads(threads),
+                             const Decoding& decoding)
+    : m_decoding(decoding),
       m_damage(damage),
-      m_stream(std::make_unique<DecodedStream>(std::move(input), QueueOf(first), threads,
+      m_stream(std::make_unique<DecodedStream>(std::move(input), QueueOf(first), decoding,
                                                [this] { ReportDamage(); })),
       m_clock(Input().ClockSetup()) {
     // The picture's true size and format are those of the first one that comes out.
@@ -35,14 +32,17 @@ DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first,
         throw HostError(Input().Path() + (Input().File().IsStopped() ? ": stopped before the first picture"
                                                                      : ": no picture can be decoded"));
     m_isFramePending = true;
-    m_layout = std::make_unique<LumaLayout>(*m_frame);
-    if (m_layout->Bytes() > std::numeric_limits<std::int32_t>::max())
+    const AVCodecParameters& announced = *Input().Video().codecpar;
+    m_layout = std::make_unique<LumaLayout>(*m_frame, m_stream->Decoder().Halvings(),
+                                            PictureSize{announced.width, announced.height});
+    const std::int64_t bytes = std::int64_t{m_layout->Width()} * m_layout->Height() * kYuy2Bits / 8;
+    if (bytes > std::numeric_limits<std::int32_t>::max())
         throw HostError(Input().Path() + ": pictures are too large");
     m_format.fourcc = MAKEFOURCC('Y', 'U', 'Y', '2');
     m_format.width = m_layout->Width();
     m_format.height = m_layout->Height();
     m_format.bitCount = kYuy2Bits;
-    m_format.imageBytes = static_cast<std::uint32_t>(m_layout->Bytes());
+    m_format.imageBytes = static_cast<std::uint32_t>(bytes);
     m_format.frameDuration = FrameDurationOf(m_clock.Scale().rate);
     m_info = Input().Info();
     m_info.delay = Input().MicrosecondsIn(m_frame->best_effort_timestamp);
@@ -50,7 +50,9 @@ DecodedReader::DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first,
 }
 
 std::string DecodedReader::Description() const {
-    return Input().FormatName() + ", decoded by " + m_stream->DecoderName();
+    const std::string shortcut = Shortcut();
+    return Input().FormatName() + ", decoded by " + m_stream->Decoder().Name() +
+           (shortcut.empty() ? "" : " " + shortcut);
 }
 
 void DecodedReader::ReportDamage() {
@@ -63,15 +65,13 @@ bool DecodedReader::Next(Picture& picture) {
         m_lastStamp = m_frame->best_effort_timestamp;
         picture.place = m_clock.Next(m_lastStamp, m_frame->pkt_pos);
         m_lastFrame = picture.place.frame;
-        const bool isLaidOut =
-            m_layout->LayOut(*m_frame, picture.OwnBuffer(m_layout->Bytes() + kBufferSlack));
+        const bool isHeld = m_layout->Hold(*m_frame, picture);
         av_frame_unref(m_frame.get());
-        if (!isLaidOut) {
+        if (!isHeld) {
             m_damage.Report("frame " + std::to_string(m_lastFrame) + " has a format that can't be read");
             continue;
         }
         picture.format = m_format;
-        picture.HoldOwnBuffer(m_layout->Bytes());
         SetFraction(Input().Fraction());
         return true;
     }
@@ -88,7 +88,7 @@ std::int64_t DecodedReader::PassOver(const IsWanted& isWanted) {
     if (!again)
         return 0;
     auto skipped =
-        SkipAhead(std::move(again), m_clock, m_lastStamp, isWanted, m_threads, [this] { ReportDamage(); });
+        SkipAhead(std::move(again), m_clock, m_lastStamp, isWanted, m_decoding, [this] { ReportDamage(); });
     if (!skipped)
         return 0;
     m_stream = std::move(skipped->stream);

@@ -1,4 +1,4 @@
-// Decodes a stream and lays its pictures out as YUY2.
+// Decodes a stream, whose pictures are announced as YUY2 and held by the rows of their luma.
 #pragma once
 
 #include "reading/ffmpeg/FfmpegPointers.h"
@@ -13,16 +13,17 @@
 
 namespace scenedetect {
 
-/// The decoder works on `threads` threads (0: one a core); laying out happens on the caller's thread.
 class DecodedReader final : public PictureReader {
   public:
     /// `first` is the stream's first packet, which is taken over. HostError when nothing can be decoded.
-    DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first, const DamageLog& damage, int threads);
+    DecodedReader(std::unique_ptr<MediaInput> input, AVPacket& first, const DamageLog& damage,
+                  const Decoding& decoding);
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_format; }
     [[nodiscard]] TimeScale Scale() const override { return m_clock.Scale(); }
     [[nodiscard]] MediaInfo Info() const override { return m_info; }
     [[nodiscard]] std::string Description() const override;
+    [[nodiscard]] std::string Shortcut() const override { return m_stream->Decoder().Shortcut(); }
     [[nodiscard]] bool Next(Picture& picture) override;
     [[nodiscard]] std::int64_t PassOver(const IsWanted& isWanted) override;
 
@@ -30,7 +31,7 @@ class DecodedReader final : public PictureReader {
     [[nodiscard]] MediaInput& Input() const { return m_stream->Input(); }
     void ReportDamage();
 
-    const int m_threads;
+    const Decoding m_decoding;
     DamageLog m_damage;
     std::unique_ptr<DecodedStream> m_stream;
     FrameClock m_clock;

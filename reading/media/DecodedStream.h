@@ -14,20 +14,20 @@ namespace scenedetect {
 
 using PacketQueue = std::deque<FfmpegPtr<AVPacket>>;
 
-/// One thread at a time; the decoder has `threads` of its own besides (0: one a core).
+/// One thread at a time; the decoder has its own besides.
 class DecodedStream {
   public:
     /// Decodes `packets` first, then those that `input` goes on with. HostError when there is no decoder.
-    DecodedStream(std::unique_ptr<MediaInput> input, PacketQueue packets, int threads,
+    DecodedStream(std::unique_ptr<MediaInput> input, PacketQueue packets, const Decoding& decoding,
                   VideoDecoder::Damaged damaged)
         : m_input(std::move(input)),
           m_packets(std::move(packets)),
           m_decoder(
-              m_input->File(), threads, [this](AVPacket& packet) { return Read(packet); },
+              m_input->File(), decoding, [this](AVPacket& packet) { return Read(packet); },
               std::move(damaged)) {}
 
     [[nodiscard]] MediaInput& Input() const { return *m_input; }
-    [[nodiscard]] std::string DecoderName() const { return m_decoder.Name(); }
+    [[nodiscard]] const VideoDecoder& Decoder() const { return m_decoder; }
     /// The next picture in presentation order; false at the end, and when the run is stopped.
     [[nodiscard]] bool Next(AVFrame& picture) {
         return m_decoder.Next(picture) && !m_input->File().IsStopped();

@@ -1,38 +1,44 @@
-// Decoded pictures laid out as YUY2, of which only the luma is meant.
+// Where decoded pictures have their luma, as the picture comparison reads it.
 #pragma once
+
+#include "engine/Luminance.h"
+#include "reading/readers/Picture.h"
 
 extern "C" {
 #include <libavutil/frame.h>
 }
 
-#include <cstdint>
-#include <memory>
-
 struct SwsContext;
 
 namespace scenedetect {
 
-/// Lays out pictures of one target size. Luma is taken over bit for bit from every YUV and grey format (the
-/// upper 8 bits of deeper ones); RGB and other formats are converted, pictures of another size scaled.
-/// One thread at a time.
+struct PictureSize {
+    int width = 0;
+    int height = 0;
+};
+
+/// Holds pictures of one size by the rows of their luma, which are the decoder's own for every YUV and grey
+/// format (the upper 8 bits of deeper ones); RGB and other formats are converted, pictures of another size
+/// scaled. One thread at a time.
 class LumaLayout {
   public:
     /// The size of the first picture decides: its width is cropped to a multiple of 8 where it has 8 columns,
-    /// and to an even one below.
-    explicit LumaLayout(const AVFrame& first);
+    /// and to an even one below. Where the decoder has halved its sides `halvings` times, that is the size
+    /// before, which `announced` tells if it fits.
+    explicit LumaLayout(const AVFrame& first, int halvings = 0, PictureSize announced = {});
     ~LumaLayout();
 
     [[nodiscard]] int Width() const { return m_width; }
     [[nodiscard]] int Height() const { return m_height; }
-    [[nodiscard]] std::size_t Bytes() const;
 
-    /// Fills `yuy2` (Bytes() of them). False when the format can't be converted.
-    [[nodiscard]] bool LayOut(const AVFrame& picture, std::uint8_t* yuy2);
+    /// Moves `decoded` into `picture`, or what is converted of it. False when the format can't be converted.
+    [[nodiscard]] bool Hold(AVFrame& decoded, Picture& picture);
 
   private:
-    [[nodiscard]] bool Convert(const AVFrame& picture, std::uint8_t* yuy2);
+    [[nodiscard]] bool HoldConverted(const AVFrame& decoded, Picture& picture);
 
-    const int m_sourceWidth;
+    const int m_halvings;
+    const PictureSize m_first;
     const int m_width;
     const int m_height;
     SwsContext* m_converter = nullptr;

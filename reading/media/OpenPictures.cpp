@@ -73,7 +73,7 @@ std::string AdviceFor(const MediaInput& input) {
 }
 
 std::unique_ptr<PictureReader> OpenPackets(std::unique_ptr<MediaInput> input, const DamageLog& damage,
-                                           int decoderThreads) {
+                                           const Decoding& decoding) {
     const auto first = OwnFfmpeg(av_packet_alloc());
     if (!input->ReadPacket(*first))
         throw HostError(input->Path() + ": no picture can be read" + AdviceFor(*input));
@@ -95,7 +95,7 @@ std::unique_ptr<PictureReader> OpenPackets(std::unique_ptr<MediaInput> input, co
     }
     if (const auto format = UncompressedFormat(stream, RatioOf(setup.rate)); format && isAvi)
         return std::make_unique<PacketReader>(std::move(input), *first, *format, setup, damage);
-    return std::make_unique<DecodedReader>(std::move(input), *first, damage, decoderThreads);
+    return std::make_unique<DecodedReader>(std::move(input), *first, damage, decoding);
 }
 
 } // namespace
@@ -134,7 +134,7 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Readi
         input->FindVideo();
     stream->Settle();
     input->TellPackets(reading.part);
-    return OpenPackets(std::move(input), damage, reading.threads);
+    return OpenPackets(std::move(input), damage, {reading.threads, reading.decodesFast});
 }
 
 } // namespace scenedetect

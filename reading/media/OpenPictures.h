@@ -19,10 +19,11 @@ struct Reading {
     Console& console;
     int threads = 0;          ///< that decoding and reading ahead may take; 0: as many as usable cores
     FilmPart* part = nullptr; ///< that is to be told of the packets
+    bool decodesFast = false; ///< see Decoding
 };
 
 /// Opens a file and reads up to its first picture: DV frames and the uncompressed frames of AVI files come as
-/// they are, all others decoded as YUY2. HostError when there is no picture to read. What
+/// they are, all others decoded. HostError when there is no picture to read. What
 /// `reading` refers to must outlive the reader.
 [[nodiscard]] std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Reading& reading,
                                                           const DamageLog::Listener& listener);

@@ -107,7 +107,7 @@ std::optional<Counted> Count(MediaInput& input, std::int64_t stamp, const Pictur
 
 std::optional<SkippedStream> SkipAhead(std::unique_ptr<MediaInput> input, const FrameClock& clock,
                                        std::int64_t stamp, const PictureReader::IsWanted& isWanted,
-                                       int threads, const VideoDecoder::Damaged& damaged) {
+                                       const Decoding& decoding, const VideoDecoder::Damaged& damaged) {
     if (!PictureCount::IsPossible(input->Video().codecpar->codec_id))
         return std::nullopt;
     SkippedStream skipped{nullptr, OwnFfmpeg(av_frame_alloc()), clock, 0};
@@ -121,7 +121,7 @@ std::optional<SkippedStream> SkipAhead(std::unique_ptr<MediaInput> input, const 
     if (counted->wanted)
         stamps.push_back(*counted->wanted);
     const auto check = std::make_shared<Check>();
-    skipped.stream = std::make_unique<DecodedStream>(std::move(input), held.Take(), threads, [=] {
+    skipped.stream = std::make_unique<DecodedStream>(std::move(input), held.Take(), decoding, [=] {
         if (check->isOver)
             damaged();
         else

@@ -23,7 +23,8 @@ struct SkippedStream {
 /// decoding all of them would give: then decoding has to. `damaged` is for the stream that it makes.
 [[nodiscard]] std::optional<SkippedStream> SkipAhead(std::unique_ptr<MediaInput> input,
                                                      const FrameClock& clock, std::int64_t stamp,
-                                                     const PictureReader::IsWanted& isWanted, int threads,
+                                                     const PictureReader::IsWanted& isWanted,
+                                                     const Decoding& decoding,
                                                      const VideoDecoder::Damaged& damaged);
 
 } // namespace scenedetect

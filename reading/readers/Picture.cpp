@@ -19,6 +19,11 @@ void Picture::Hold(std::span<std::uint8_t> bytes, BytesOwner owner) {
     m_bytes = bytes;
 }
 
+void Picture::HoldRows(const PixelRows& rows, BytesOwner owner) {
+    m_owner = std::move(owner);
+    m_rows = rows;
+}
+
 std::uint8_t* Picture::OwnBuffer(std::size_t bytes) {
     if (m_ownBytes < bytes) {
         m_ownBuffer.reset(static_cast<std::uint8_t*>(::operator new(bytes, kBufferAlignment)));
@@ -34,6 +39,7 @@ void Picture::HoldOwnBuffer(std::size_t bytes) {
 void Picture::Clear() {
     m_owner.reset();
     m_bytes = {};
+    m_rows.reset();
 }
 
 } // namespace scenedetect

@@ -1,11 +1,13 @@
 // One picture on its way from a reader to a sample: bytes, and whoever owns them.
 #pragma once
 
+#include "engine/Luminance.h"
 #include "reading/readers/PictureFormat.h"
 #include "reading/timing/SampleTable.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 namespace scenedetect {
@@ -22,6 +24,8 @@ class Picture {
     /// The holder's own buffer with room for `bytes`, 64-byte aligned, contents undefined. Allocates only
     /// when the buffer has to grow.
     [[nodiscard]] std::uint8_t* OwnBuffer(std::size_t bytes);
+    /// Makes what lies there the picture, in place of bytes.
+    void HoldRows(const PixelRows& rows, BytesOwner owner);
     /// Makes the first `bytes` of the own buffer the picture.
     void HoldOwnBuffer(std::size_t bytes);
     /// Lets the owner of borrowed bytes go; an own buffer stays for the next picture.
@@ -29,6 +33,17 @@ class Picture {
 
     /// Valid until the next call of the above.
     [[nodiscard]] std::span<std::uint8_t> Bytes() const { return m_bytes; }
+    /// Null unless it is held by its rows; then it has no bytes.
+    [[nodiscard]] const PixelRows* Rows() const { return m_rows ? &*m_rows : nullptr; }
+    /// Calls `call` for the bytes, or for the pixels of each row from the top.
+    template <typename Call>
+    void ForEachRun(Call call) const {
+        if (!m_rows)
+            return call(std::span<const std::uint8_t>(m_bytes));
+        const auto bytes = static_cast<std::size_t>(m_rows->width * FactsOf(m_rows->layout).pixelPitch);
+        for (std::ptrdiff_t y = 0; y < m_rows->height; ++y)
+            call(std::span(m_rows->top + y * m_rows->stride, bytes));
+    }
 
     FilePlace place;
     PictureFormat format;
@@ -42,6 +57,7 @@ class Picture {
     std::unique_ptr<std::uint8_t, BufferDeleter> m_ownBuffer;
     std::size_t m_ownBytes = 0;
     std::span<std::uint8_t> m_bytes;
+    std::optional<PixelRows> m_rows;
 };
 
 } // namespace scenedetect

@@ -26,6 +26,8 @@ class PictureReader {
     [[nodiscard]] virtual MediaInfo Info() const { return {}; }
     /// How they are read, as a part of a sentence for people: "raw DV stream".
     [[nodiscard]] virtual std::string Description() const = 0;
+    /// What is left out to be fast, where that was wanted and is possible; else empty.
+    [[nodiscard]] virtual std::string Shortcut() const { return ""; }
 
     /// Fills `picture` with the next one. Damaged ones are left out with a warning. False at the end, where
     /// the file breaks off (with a warning), or once the run was stopped. HostError when reading fails.

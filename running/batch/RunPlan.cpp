@@ -76,6 +76,7 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
             continue;
         const Paths paths(input, claims);
         plan.run.isOneOfMany = inputs.size() > 1;
+        plan.run.decodesFast = settings.decodesFast;
         plan.run.length = settings.length;
         plan.run.listPath = ListOf(input, settings);
         if (!plan.run.listPath.empty())

@@ -3,14 +3,24 @@
 
 #include "baseclasses/Allocator.h"
 #include "baseclasses/MediaSample.h"
+#include "baseclasses/Unknown.h"
 #include "reading/readers/Picture.h"
+#include "scenes/ISampleRows.h"
 
 namespace scenedetect {
 
 /// A sample with a picture to be filled while it is out; whoever holds the sample holds the picture.
-class PictureSample final : public CMediaSample {
+class PictureSample final : public CMediaSample, public ISampleRows {
   public:
     PictureSample(CBaseAllocator* allocator, HRESULT* phr) : CMediaSample(nullptr, allocator, phr) {}
+
+    STDMETHODIMP QueryInterface(REFIID riid, void** ppv) override {
+        return ppv && riid == IID_ISampleRows ? GetInterface(static_cast<ISampleRows*>(this), ppv)
+                                              : CMediaSample::QueryInterface(riid, ppv);
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return CMediaSample::AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return CMediaSample::Release(); }
+    STDMETHODIMP_(const PixelRows*) Rows() override { return picture.Rows(); }
 
     Picture picture;
 };

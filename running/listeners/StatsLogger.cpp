@@ -19,7 +19,7 @@ void StatsLogger::Passed(PictureSample& sample, std::int64_t index) {
     if (!m_part.IsChosen())
         return;
     if (index == 0)
-        m_firstSum = PictureSum(sample.picture.Bytes());
+        m_firstSum = PictureSum(sample.picture);
     sample.AddRef();
     m_last.reset(&sample);
 }
@@ -27,7 +27,7 @@ void StatsLogger::Passed(PictureSample& sample, std::int64_t index) {
 void StatsLogger::NoteEnds(const RunEnd& end) {
     if (m_last) {
         m_writer->AddNote({std::string(kFirstPictureNote), m_firstSum});
-        m_writer->AddNote({std::string(kLastPictureNote), PictureSum(m_last->picture.Bytes())});
+        m_writer->AddNote({std::string(kLastPictureNote), PictureSum(m_last->picture)});
     }
     if (end.ending == RunEnding::BrokeOff)
         m_writer->AddNote({std::string(kBrokenOffNote), "1"});

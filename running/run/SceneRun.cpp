@@ -53,7 +53,8 @@ std::optional<FilmPart> PartOf(const RunSettings& settings) {
 SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgress& progress,
                    Listeners listeners)
     : m_part(PartOf(settings)),
-      m_reading{reading.stop, reading.console, reading.threads, m_part ? &*m_part : nullptr},
+      m_reading{reading.stop, reading.console, reading.threads, m_part ? &*m_part : nullptr,
+                settings.decodesFast},
       m_progress(progress),
       m_listeners(std::move(listeners)),
       m_reader(OpenPictures(settings.input, m_reading,
@@ -78,6 +79,8 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
                         ": DV is not measured in parts: it is read about as fast as it can be copied, and "
                         "no table has what its frames say");
 
+    if (m_settings.decodesFast && m_reader->Shortcut().empty())
+        m_reading.console.Message(Named("--decode fast changes nothing: " + m_reader->Description()));
     SetUpFilters();
     if (!m_settings.listPath.empty())
         SetUpList();

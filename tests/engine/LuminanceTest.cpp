@@ -85,6 +85,9 @@ TEST(Luminance, RowsAreReadWhereTheyLie) {
     EXPECT_THAT(read(PixelLayout::Planar, 0, 7, 2, 3), ElementsAre(16, 0)) << "only what the picture has";
     EXPECT_THAT(read(PixelLayout::Planar, 14, 7, 5, 1), ElementsAre(49, 49)) << "half a block is missing";
     EXPECT_THAT(read(PixelLayout::Yuy2, 0, 7, 2, 2), ElementsAre((10 + 30 + 12 + 34) / 4, 0));
+    Samples halved(2);
+    ReadLuminance({PixelLayout::Planar, bytes.data(), 7, 5, 3, 0, 1}, {2, 1, 4}, halved.data());
+    EXPECT_THAT(halved, ElementsAre(16, 36)) << "a block of 4 is one of 2 in a picture of half the size";
 }
 
 TEST(Luminance, RgbFollowsTheOrientation) {

@@ -60,6 +60,7 @@ struct Decoded {
     const char* extension;
     std::vector<std::string> encoding;
     const char* size = "320x240";
+    bool hasShortcut = false;
 };
 
 class DecodedFiles : public TestWithParam<Decoded> {};
@@ -74,25 +75,32 @@ TEST_P(DecodedFiles, GiveTheirCuts) {
     const ProcessResult result = RunHost({file});
     EXPECT_EQ(Frames(result), kCutsAndStart);
     EXPECT_EQ(result.err, "");
+    const ProcessResult fast = RunHost({"--decode", "fast", file});
+    EXPECT_EQ(Frames(fast), kCutsAndStart);
+    EXPECT_THAT(fast.err, GetParam().hasShortcut ? Matcher<std::string>("") : HasSubstr("changes nothing"));
 }
 
 const Decoded kDecoded[] = {
-    {"H264", "mp4", Words("-c:v libx264 -preset veryfast -pix_fmt yuv420p")},
-    {"H264WithBFramesInTs", "ts", Words("-c:v libx264 -preset veryfast -bf 3 -pix_fmt yuv420p")},
-    {"Mpeg2", "mpg", Words("-c:v mpeg2video -q:v 3")},
-    {"MotionJpeg", "avi", Words("-c:v mjpeg -q:v 3 -pix_fmt yuvj420p")},
+    {"H264", "mp4", Words("-c:v libx264 -preset veryfast -pix_fmt yuv420p"), "320x240", true},
+    {"H264WithBFramesInTs", "ts", Words("-c:v libx264 -preset veryfast -bf 3 -pix_fmt yuv420p"), "320x240",
+     true},
+    {"Mpeg2", "mpg", Words("-c:v mpeg2video -q:v 3"), "320x240", true},
+    {"MotionJpeg", "avi", Words("-c:v mjpeg -q:v 3 -pix_fmt yuvj420p"), "320x240", true},
     {"TenBits", "mkv", Words("-c:v ffv1 -pix_fmt yuv422p10le")},
     {"Rgb", "mkv", Words("-c:v ffv1 -pix_fmt bgr0")},
     {"OddSize", "mkv", Words("-c:v ffv1 -pix_fmt yuv444p"), "325x243"},
     {"RawInMov", "mov", Words("-c:v rawvideo -pix_fmt yuyv422")},
     {"HevcOfTenBits", "mkv",
-     Words("-c:v libx265 -preset ultrafast -x265-params log-level=none -pix_fmt yuv420p10le")},
+     Words("-c:v libx265 -preset ultrafast -x265-params log-level=none -pix_fmt yuv420p10le"), "320x240",
+     true},
     {"Vp9", "webm", Words("-c:v libvpx-vp9 -deadline realtime -cpu-used 8 -b:v 2M")},
     {"Av1", "mkv", Words("-c:v libsvtav1 -preset 12")},
     {"ProRes", "mov", Words("-c:v prores_ks -pix_fmt yuv422p10le")},
     {"DnxHr", "mxf", Words("-c:v dnxhd -profile:v dnxhr_sq -pix_fmt yuv422p")},
-    {"InterlacedVob", "vob", Words("-target pal-dvd -flags +ilme+ildct"), "720x576"},
-    {"Dv50", "mov", Words("-s 720x576 -c:v dvvideo -pix_fmt yuv422p"), "720x576"},
+    {"InterlacedVob", "vob", Words("-target pal-dvd -flags +ilme+ildct"), "720x576", true},
+    {"Dv50", "mov", Words("-s 720x576 -c:v dvvideo -pix_fmt yuv422p"), "720x576", true},
+    {"Mpeg4OfOddSize", "avi", Words("-c:v mpeg4 -q:v 3 -bf 2"), "326x246", true},
+    {"Mpeg1", "mpg", Words("-c:v mpeg1video -q:v 3"), "320x240", true},
 };
 INSTANTIATE_TEST_SUITE_P(Cases, DecodedFiles, ValuesIn(kDecoded), kByName);
 

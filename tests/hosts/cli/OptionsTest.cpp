@@ -65,6 +65,8 @@ TEST(Options, WrongOnesGetOneLine) {
         {"--cut-at", "lines", "--mark", "7", "a"},
         {"--cut-at", "lines", "--cut-threshold", "7", "a"},
         {"--cut-at", "scenes,lines", "--from-stats", "stats.csv"},
+        {"--decode", "quick", "a"},
+        {"--decode", "fast", "--from-stats", "stats.csv"},
         {"--part", "4/3", "--stats", "s.csv", "a"},
         {"--part", "1/3", "a"},
         {"--part", "1/3", "--stats", "s.csv", "-"},

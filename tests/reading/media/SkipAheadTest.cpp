@@ -77,7 +77,10 @@ std::vector<Shown> ReadFrom(const std::filesystem::path& file, std::int64_t fram
     Picture picture;
     std::vector<Shown> shown;
     while (reader->Next(picture)) {
-        shown.push_back({picture.place, {picture.Bytes().begin(), picture.Bytes().end()}});
+        shown.push_back({picture.place, {}});
+        picture.ForEachRun([&bytes = shown.back().bytes](std::span<const std::uint8_t> run) {
+            bytes.insert(bytes.end(), run.begin(), run.end());
+        });
         if (shown.size() == 1 && frame != 0)
             passed = reader->PassOver([&](const FilePlace& place) { return place.frame >= frame; });
     }
