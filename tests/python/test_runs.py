@@ -38,6 +38,7 @@ def as_printed(scenes):
         (["--end", "00:00:02:10"], {"end": "00:00:02:10"}),
         (["--cut-threshold", "40", "--votes", "4"], {"cut_threshold": 40, "votes": 4}),
         (["--min-scene", "50"], {"min_scene": 50, "threads": 1}),
+        (["--decode", "fast"], {"decode": "fast"}),
     ],
 )
 def test_scenes_are_those_of_the_program(options, settings, tape, film):
