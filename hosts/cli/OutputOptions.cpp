@@ -59,7 +59,9 @@ output, for one output of one input; the scenes are not printed then.
 Clips of DV are the frames of the tape, byte for byte, or with --container files that end where the
 audio format or the line system changes, too; DV with its audio beside the frames keeps its
 container. Other codecs are cut without encoding. Edit lists make clips in MP4 and MOV begin and end
-at the very frames; others begin at the key frame before the scene, which a line tells.
+at the very frames; others begin at the key frame before the scene, which a line tells. With
+--split-encode clips of any kind do, and audio is still copied. libx264 has crf=18 unless told a
+quality; other encoders have FFmpeg's defaults.
 A clip that is there already is kept unless --force.
 
 Times: frames (75), seconds (2.5s), HH:MM:SS.nnn, or timecode HH:MM:SS:FF (HH:MM:SS;FF with
@@ -126,6 +128,14 @@ void OutputOptions::AddClips(CLI::App& app) {
         ->type_name("avi|mov|mkv|mp4")
         ->group(kGroup)
         ->check(CLI::IsMember({"avi", "mov", "mkv", "mp4"}));
+    const auto setEncoder = [&clips](const std::string& text) { clips.encode = ParseEncodeChoice(text); };
+    app.add_option_function<std::string>(
+           "--split-encode", setEncoder,
+           "Encode the video of the clips anew, exactly, with an encoder of FFmpeg's "
+           "libraries (libx264:crf=16:preset=slow); audio is copied")
+        ->type_name("CODEC[:OPTIONS]")
+        ->group(kGroup)
+        ->check(EncodeFault);
     AddFolder(app, "--pictures", pictures.folder, "Write a picture of each scene to this folder", kGroup);
     m_choosesPictures = false;
     const auto setMoments = [this, &pictures](const std::vector<std::string>& words) {
@@ -250,6 +260,8 @@ std::string OutputOptions::FindMissing() const {
         return "--container goes with --split DIR";
     if (m_choosesRule && !length.least)
         return "--short-scenes goes with --min-scene TIME";
+    if (outputs.clips.encode.IsWanted() && outputs.clips.folder.empty())
+        return "--split-encode goes with --split DIR";
     if (m_choosesPictures && outputs.pictures.folder.empty())
         return "--picture-at goes with --pictures DIR";
     return "";

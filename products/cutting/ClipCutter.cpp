@@ -15,7 +15,9 @@ namespace scenedetect {
 namespace {
 
 std::optional<Container> ContainerOf(const ClipSettings& settings) {
-    return settings.container.empty() ? std::nullopt : std::optional(ContainerNamed(settings.container));
+    if (settings.container.empty() && !settings.encode.IsWanted())
+        return std::nullopt;
+    return ContainerNamed(settings.container.empty() ? "mkv" : settings.container);
 }
 
 template <typename Value>
@@ -52,6 +54,11 @@ ClipCutter::ClipCutter(ClipSettings settings, OutputClaims& claims, ClipListener
       m_keepsAll(keepsAll) {}
 
 ClipCutter::~ClipCutter() = default;
+
+void ClipCutter::RequireEncodable(const std::string& input, bool hasAudio) const {
+    if (m_settings.encode.IsWanted())
+        RequireDvEncodable(input, m_settings.encode, *m_container, hasAudio);
+}
 
 void ClipCutter::Turn(std::int64_t sample, std::optional<NameFields> names) {
     if (sample < m_oldest)
@@ -188,8 +195,11 @@ void ClipCutter::Remux(OpenClip& open) {
 void ClipCutter::RemuxPart(OpenClip& open, std::span<const OpenFrame> frames, std::int64_t end) {
     WrittenClip& clip = open.clip;
     OutputFile target(clip.path, m_settings.existing);
+    const FilePart part{frames.front().offset, end};
     const RemuxedDv remuxed =
-        RemuxDv(open.file.WritingPath(), {frames.front().offset, end}, *m_container, target);
+        m_settings.encode.IsWanted()
+            ? EncodeDv(open.file.WritingPath(), part, *m_container, m_settings.encode, target)
+            : RemuxDv(open.file.WritingPath(), part, *m_container, target);
     target.Commit();
     const auto note = [&clip](const char* before, std::int64_t count, const char* after) {
         if (count != 0)

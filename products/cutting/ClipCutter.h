@@ -34,6 +34,8 @@ class ClipCutter {
     ClipCutter(const ClipCutter&) = delete;
     ClipCutter& operator=(const ClipCutter&) = delete;
 
+    /// HostError, before anything is read, where the clips of this input could not be encoded as wanted.
+    void RequireEncodable(const std::string& input, bool hasAudio) const;
     /// A scene begins at this sample, counted from 0: one of the clip that is being written, of those held or
     /// of those still to come. Another at the same sample changes nothing. The frame among the names is
     /// filled in.

@@ -11,6 +11,7 @@ extern "C" {
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <span>
 #include <string_view>
 
 namespace scenedetect {
@@ -22,14 +23,10 @@ bool IsTagAllowed(const AVOutputFormat& format, const AVCodecParameters& codec) 
            av_codec_get_tag2(format.codec_tag, codec.codec_id, &tag) == 0;
 }
 
-std::string Advice(const Container& container) {
-    return container.format->name == std::string_view("matroska") ? "" : "; --container mkv holds most";
-}
-
 // " (h264, flac)"
-std::string CodecNames(const PacketSource& source) {
+std::string CodecNames(const AVFormatContext& clip) {
     std::string names;
-    for (const AVStream* stream : source.Streams())
+    for (const AVStream* stream : std::span(clip.streams, clip.nb_streams))
         names += (names.empty() ? " (" : ", ") + std::string(avcodec_get_name(stream->codecpar->codec_id));
     return names + ")";
 }
@@ -41,17 +38,13 @@ bool NeedsPresentationTimes(const AVOutputFormat& format) {
 } // namespace
 
 ClipMuxer::ClipMuxer(OutputFile& file, const Container& container, const PacketSource& source,
-                     const std::string& timecode)
+                     const std::string& timecode, const AVCodecContext* encoder)
     : m_file(file), m_container(container) {
-    for (const AVStream* stream : source.Streams())
-        if (!CanHold(container, *stream->codecpar))
-            throw HostError(file.Path() + ": " + RefusalText(container, *stream->codecpar) +
-                            Advice(container));
     if (avformat_alloc_output_context2(&m_context, container.format, nullptr, nullptr) < 0)
         throw std::bad_alloc();
     try {
         for (const AVStream* stream : source.Streams())
-            AddStream(*stream, source.Rate());
+            AddStream(*stream, source.Rate(), stream == &source.Video() ? encoder : nullptr);
         av_dict_copy(&m_context->metadata, source.Context().metadata, 0);
         // What is true of the source's file alone.
         for (const char* key : {"encoder", "major_brand", "minor_version", "compatible_brands", "timecode"})
@@ -63,8 +56,9 @@ ClipMuxer::ClipMuxer(OutputFile& file, const Container& container, const PacketS
         const int begun = WriteHeader();
         if (begun < 0 && m_context->pb->error >= 0)
             throw HostError(
-                file.Path() + ": " + container.format->name + " refuses the streams" + CodecNames(source) +
-                ": " + (FormatErrorCount() != errorsBefore ? LastFormatError() : FfmpegErrorText(begun)) +
+                file.Path() + ": " + container.format->name + " refuses the streams" +
+                CodecNames(*m_context) + ": " +
+                (FormatErrorCount() != errorsBefore ? LastFormatError() : FfmpegErrorText(begun)) +
                 Advice(container));
         Require(begun);
     } catch (...) {
@@ -79,17 +73,27 @@ ClipMuxer::~ClipMuxer() {
     avformat_free_context(m_context);
 }
 
-void ClipMuxer::AddStream(const AVStream& source, AVRational rate) {
+void ClipMuxer::AddStream(const AVStream& source, AVRational rate, const AVCodecContext* encoder) {
     AVStream* const stream = avformat_new_stream(m_context, nullptr);
     if (!stream || avcodec_parameters_copy(stream->codecpar, source.codecpar) < 0 ||
         av_dict_copy(&stream->metadata, source.metadata, 0) < 0)
         throw std::bad_alloc();
+    if (encoder && avcodec_parameters_from_context(stream->codecpar, encoder) < 0)
+        throw std::bad_alloc();
+    if (!CanHold(m_container, *stream->codecpar))
+        throw HostError(m_file.Path() + ": " + RefusalText(m_container, *stream->codecpar) +
+                        Advice(m_container));
     av_dict_set(&stream->metadata, "timecode", nullptr, 0);
+    if (encoder)
+        av_dict_set(&stream->metadata, "encoder", nullptr, 0);
     if (!IsTagAllowed(*m_container.format, *stream->codecpar))
         stream->codecpar->codec_tag = 0;
     // Rotation, for one.
     for (int i = 0; i < source.nb_side_data; ++i) {
         const AVPacketSideData& data = source.side_data[i];
+        const bool isOfBits = data.type == AV_PKT_DATA_CPB_PROPERTIES || data.type == AV_PKT_DATA_DOVI_CONF;
+        if (encoder && isOfBits)
+            continue;
         if (std::uint8_t* copy = av_stream_new_side_data(stream, data.type, data.size))
             std::memcpy(copy, data.data, data.size);
     }
@@ -97,15 +101,16 @@ void ClipMuxer::AddStream(const AVStream& source, AVRational rate) {
     // Muxers refuse a codec that says otherwise than its container, which players go by.
     if (source.sample_aspect_ratio.num != 0)
         stream->codecpar->sample_aspect_ratio = source.sample_aspect_ratio;
-    stream->sample_aspect_ratio = source.sample_aspect_ratio;
-    stream->time_base = source.time_base;
+    stream->sample_aspect_ratio = stream->codecpar->sample_aspect_ratio;
+    stream->time_base = encoder ? encoder->time_base : source.time_base;
+    const AVRational packetTimeBase = stream->time_base;
     if (source.codecpar->codec_type == AVMEDIA_TYPE_VIDEO) {
         stream->avg_frame_rate = source.avg_frame_rate;
         stream->r_frame_rate = source.r_frame_rate;
         if (m_container.format->name == std::string_view("avi"))
             stream->time_base = av_inv_q(rate); // there frames are counted
     }
-    m_tracks.push_back({source.time_base});
+    m_tracks.push_back({packetTimeBase});
 }
 
 int ClipMuxer::WriteHeader() {

@@ -5,6 +5,7 @@
 #include "products/files/OutputFile.h"
 
 extern "C" {
+#include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 }
 
@@ -22,9 +23,9 @@ class PacketSource;
 class ClipMuxer {
   public:
     /// With the streams of the source, their properties and its metadata. `timecode` is the clip's own, or
-    /// empty.
+    /// empty. With an encoder its packets are the video, in its time base.
     ClipMuxer(OutputFile& file, const Container& container, const PacketSource& source,
-              const std::string& timecode);
+              const std::string& timecode, const AVCodecContext* encoder = nullptr);
     ~ClipMuxer();
     ClipMuxer(const ClipMuxer&) = delete;
     ClipMuxer& operator=(const ClipMuxer&) = delete;
@@ -40,7 +41,7 @@ class ClipMuxer {
     [[noreturn]] void Fail(int code) const;
     void Require(int code) const;
     [[nodiscard]] int WriteHeader();
-    void AddStream(const AVStream& source, AVRational rate);
+    void AddStream(const AVStream& source, AVRational rate, const AVCodecContext* encoder);
 
     OutputFile& m_file;
     const Container m_container;

@@ -1,6 +1,7 @@
 // What clips are to be made, and what is told about those that were.
 #pragma once
 
+#include "products/cutting/EncodeChoice.h"
 #include "products/files/NamePattern.h"
 #include "products/files/OutputClaims.h"
 #include "products/files/OutputTarget.h"
@@ -17,6 +18,7 @@ struct ClipSettings {
     NamePattern names{"{name}-{scene}"};
     Existing existing = Existing::Keep;
     std::string container; ///< "avi", "mov", "mkv" or "mp4"; empty: raw DV, or what the source is
+    EncodeChoice encode{}; ///< of the video; audio is copied
 };
 
 /// A clip that is there under its final name.

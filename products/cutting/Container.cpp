@@ -52,6 +52,10 @@ bool CanHold(const Container& container, const AVCodecParameters& codec) {
     return avformat_query_codec(container.format, codec.codec_id, FF_COMPLIANCE_UNOFFICIAL) != 0;
 }
 
+std::string Advice(const Container& container) {
+    return container.format->name == std::string_view("matroska") ? "" : "; --container mkv holds most";
+}
+
 std::string RefusalText(const Container& container, const AVCodecParameters& codec) {
     return std::string(container.format->name) + " cannot hold " + avcodec_get_name(codec.codec_id);
 }

@@ -28,6 +28,8 @@ struct Container {
 [[nodiscard]] bool IsSubtitle(const AVStream& stream);
 /// False when the container is known not to take the codec.
 [[nodiscard]] bool CanHold(const Container& container, const AVCodecParameters& codec);
+/// "; --container mkv holds most", if this is another.
+[[nodiscard]] std::string Advice(const Container& container);
 /// "avi cannot hold pcm_s24be".
 [[nodiscard]] std::string RefusalText(const Container& container, const AVCodecParameters& codec);
 

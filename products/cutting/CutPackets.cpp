@@ -1,16 +1,17 @@
 #include "products/cutting/CutPackets.h"
 
+#include "products/cutting/EncodePackets.h"
 #include "products/cutting/PacketClip.h"
 #include "products/cutting/PcmPacket.h"
-#include "reading/ffmpeg/Rational.h"
+#include "products/cutting/SceneStamps.h"
+#include "products/cutting/VideoEncoder.h"
+#include "reading/base/HostError.h"
 
 extern "C" {
 #include <libavutil/mathematics.h>
-#include <libavutil/timecode.h>
 }
 
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <memory>
 #include <string_view>
@@ -66,22 +67,40 @@ Container ContainerOf(const std::string& path, const PacketSource& source, const
     if (!settings.container.empty())
         return ContainerNamed(settings.container);
     const Container like = ContainerLike(path, source.Streams());
+    if (settings.encode.IsWanted())
+        return HasEdits(like) ? like : ContainerNamed("mkv"); // AVI, for one, has no PTS
     return HasWrongIndex(like, *source.Video().codecpar) ? ContainerLike(".mov", source.Streams()) : like;
+}
+
+// HostError where encoding or muxing would fail.
+void PlanEncoding(const EncodeChoice& choice, const PacketSource& source, const Container& container,
+                  ClipPlan& plan) {
+    const auto like = PictureLike(source);
+    const VideoEncoder encoder(choice, SetupOf(source, *like), *like, container);
+    if (!encoder.Note().empty())
+        plan.notes.push_back(encoder.Note());
+    for (const AVStream* stream : source.Streams()) {
+        AVCodecParameters codec = *stream->codecpar;
+        if (stream == &source.Video())
+            codec.codec_id = encoder.Context().codec_id;
+        if (!IsSubtitle(*stream) && !CanHold(container, codec))
+            throw HostError(source.File().Path() + ": " + RefusalText(container, codec) + Advice(container));
+    }
 }
 
 class CutRun {
   public:
-    CutRun(const ClipSettings& settings, const PacketCut& cut, OutputClaims& claims,
-           const ClipListener& listener)
+    CutRun(const ClipSettings& settings, const PacketCut& cut, const Container& container,
+           OutputClaims& claims, const ClipListener& listener)
         : m_settings(settings),
           m_cut(cut),
           m_claims(claims),
           m_listener(listener),
-          m_origin(FindOrigin(cut)),
           m_source(cut.path),
-          m_container(ContainerOf(cut.path, m_source, settings)),
+          m_stamps(cut, m_source, FindOrigin(cut)),
+          m_container(container),
           m_hasEdits(HasEdits(m_container)),
-          m_tolerance(av_rescale_q(1, av_inv_q(m_source.Rate()), m_source.Video().time_base) / 4),
+          m_tolerance(m_stamps.Tolerance()),
           m_audioLead(AudioLead(m_source, m_container)),
           m_audioTail(AudioTail(m_source, m_container)) {}
 
@@ -109,21 +128,6 @@ class CutRun {
         [[nodiscard]] bool IsKeyFrame() const { return IsVideo() && IsKey(*packet); }
     };
 
-    // From here on pictures belong to the scene: times of the first pass are rounded to frames.
-    [[nodiscard]] std::int64_t Begin(std::size_t scene) const {
-        return StampOf(m_cut.scenes[scene].place.time) - m_tolerance;
-    }
-    [[nodiscard]] std::int64_t End(std::size_t scene) const {
-        if (const auto& end = m_cut.scenes[scene].end)
-            return StampOf(*end);
-        if (scene + 1 < m_cut.scenes.size())
-            return StampOf(m_cut.scenes[scene + 1].place.time);
-        return m_cut.endsBefore ? StampOf(m_cut.end) : INT64_MAX;
-    }
-    [[nodiscard]] std::int64_t StampOf(std::int64_t time) const {
-        return m_origin + av_rescale_q(time, RationalOf(m_cut.scale.unit), m_source.Video().time_base);
-    }
-
     void Take(Held held) {
         if (held.IsVideo()) {
             m_hasKey = m_hasKey || held.IsKeyFrame();
@@ -132,7 +136,7 @@ class CutRun {
             m_now = std::max(m_now, held.packet->dts);
         }
         // From the time on at which a decoder gets later packets, no key frame before the scene can come.
-        while (m_next < m_cut.scenes.size() && m_now > Begin(m_next) + 2 * m_tolerance)
+        while (m_next < m_cut.scenes.size() && m_now > m_stamps.Begin(m_next) + 2 * m_tolerance)
             OpenNext();
         for (const auto& clip : m_open)
             clip->Offer(*held.packet, held.stream);
@@ -148,7 +152,7 @@ class CutRun {
     // So that it begins with the key frame of the next scene, as far as that is known, and the audio from
     // there on.
     void TrimWindow() {
-        const std::int64_t latest = Begin(m_next) + 2 * m_tolerance;
+        const std::int64_t latest = m_stamps.Begin(m_next) + 2 * m_tolerance;
         const auto last = std::find_if(m_window.rbegin(), m_window.rend(), [&](const Held& held) {
             return held.IsKeyFrame() && PresentationTime(*held.packet) <= latest;
         });
@@ -175,14 +179,14 @@ class CutRun {
         const auto key = std::ranges::find_if(m_window, &Held::IsVideo);
         if (key == m_window.end())
             return; // the file is shorter than it was
-        const std::int64_t begin = Begin(scene);
+        const std::int64_t begin = m_stamps.Begin(scene);
         // A first picture that is presented before its key frame was decoded without that.
         const std::int64_t keyShow = PresentationTime(*key->packet);
-        ClipSpan span{keyShow <= begin + 2 * m_tolerance ? keyShow : begin, End(scene), m_tolerance};
+        ClipSpan span{keyShow <= begin + 2 * m_tolerance ? keyShow : begin, m_stamps.End(scene), m_tolerance};
         span.zero = span.audioBegin = span.begin - m_audioLead;
         if (m_hasEdits)
             span.zero = FirstShown(begin);
-        span.shownEnd = span.end != INT64_MAX ? span.end : StampOf(m_cut.end);
+        span.shownEnd = span.end != INT64_MAX ? span.end : m_stamps.Of(m_cut.end);
         if (span.end != INT64_MAX)
             span.audioEnd = span.end + m_audioTail;
 
@@ -198,8 +202,9 @@ class CutRun {
         if (clip.framesEarly != 0 && !m_hasEdits)
             clip.note = EarlyText(clip.framesEarly, keyFrame);
         clip.path = ClaimClipPath(m_settings, cut.names, m_container.suffix, m_claims);
-        m_open.push_back(std::make_unique<PacketClip>(clip, m_settings.existing, m_container, m_source, span,
-                                                      TimecodeAt(m_hasEdits ? clip.firstFrame : keyFrame)));
+        m_open.push_back(
+            std::make_unique<PacketClip>(clip, m_settings.existing, m_container, m_source, span,
+                                         m_source.TimecodeAt(m_hasEdits ? clip.firstFrame : keyFrame)));
         for (const Held& held : m_window)
             m_open.back()->Offer(*held.packet, held.stream);
         if (m_next == m_cut.scenes.size())
@@ -223,17 +228,7 @@ class CutRun {
         const FilePlace& place = m_cut.scenes[m_next - 1].place;
         if (Rescale(place.frame, frame, m_cut.scale.unit) != place.time)
             return clip.firstFrame - clip.framesEarly;
-        return av_rescale_q(stamp - m_origin, m_source.Video().time_base, RationalOf(frame));
-    }
-
-    [[nodiscard]] std::string TimecodeAt(std::int64_t frame) const {
-        AVTimecode timecode;
-        const std::string first = m_source.Timecode();
-        if (first.empty() ||
-            av_timecode_init_from_string(&timecode, m_source.Rate(), first.c_str(), nullptr) < 0)
-            return "";
-        std::array<char, AV_TIMECODE_STR_SIZE> text{};
-        return av_timecode_make_string(&timecode, text.data(), static_cast<int>(frame));
+        return m_stamps.FrameAt(stamp);
     }
 
     void FinishComplete() {
@@ -249,8 +244,8 @@ class CutRun {
     const PacketCut& m_cut;
     OutputClaims& m_claims;
     const ClipListener& m_listener;
-    const std::int64_t m_origin;
     PacketSource m_source;
+    const SceneStamps m_stamps;
     const Container m_container;
     const bool m_hasEdits;          // clips begin at their scenes and not at key frames
     const std::int64_t m_tolerance; // by which stamps may be off their frame
@@ -271,8 +266,10 @@ ClipPlan PlanClips(const std::string& path, const ClipSettings& settings) {
     const PacketSource source(path);
     const Container container = ContainerOf(path, source, settings);
     ClipPlan plan{container.suffix, {}};
-    if (settings.container.empty() &&
-        HasWrongIndex(ContainerLike(path, source.Streams()), *source.Video().codecpar))
+    if (settings.encode.IsWanted())
+        PlanEncoding(settings.encode, source, container, plan);
+    else if (settings.container.empty() &&
+             HasWrongIndex(ContainerLike(path, source.Streams()), *source.Video().codecpar))
         plan.notes.push_back(
             "clips are " + container.suffix +
             " files: for MPEG-2 with B frames FFmpeg's libraries write a wrong index into MXF");
@@ -291,8 +288,13 @@ void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claim
         return one.place.frame == next.place.frame;
     };
     cut.scenes.erase(std::unique(cut.scenes.begin(), cut.scenes.end(), isDouble), cut.scenes.end());
-    if (!cut.scenes.empty())
-        CutRun(settings, cut, claims, listener).Run();
+    if (cut.scenes.empty())
+        return;
+    const Container container = ContainerOf(cut.path, PacketSource(cut.path), settings);
+    if (settings.encode.IsWanted())
+        EncodePackets(settings, cut, container, claims, listener);
+    else
+        CutRun(settings, cut, container, claims, listener).Run();
 }
 
 } // namespace scenedetect

@@ -2,6 +2,7 @@
 
 #include "products/cutting/Mp4Edits.h"
 #include "products/cutting/PcmPacket.h"
+#include "products/cutting/VideoEncoder.h"
 
 #include <algorithm>
 #include <functional>
@@ -20,18 +21,22 @@ FfmpegPtr<AVPacket> Share(const AVPacket& packet) {
 } // namespace
 
 PacketClip::PacketClip(const WrittenClip& clip, Existing existing, const Container& container,
-                       const PacketSource& source, const ClipSpan& span, const std::string& timecode)
+                       const PacketSource& source, const ClipSpan& span, const std::string& timecode,
+                       std::unique_ptr<VideoEncoder> encoder)
     : m_clip(clip),
       m_source(source),
       m_span(span),
-      m_delay(DecodingDelay(source)),
+      m_delay(encoder ? 0 : DecodingDelay(source)),
       m_shownEnd(span.end),
+      m_encoder(std::move(encoder)),
       m_file(clip.path, existing),
-      m_muxer(m_file, container, source, timecode),
+      m_muxer(m_file, container, source, timecode, m_encoder ? &m_encoder->Context() : nullptr),
       m_hasPassed(source.Streams().size(), false) {
     for (std::size_t i = 0; i < m_hasPassed.size(); ++i)
         m_hasPassed[i] = IsSubtitle(*source.Streams()[i]); // there may be no more of them
 }
+
+PacketClip::~PacketClip() = default;
 
 void PacketClip::Offer(const AVPacket& packet, int stream) {
     if (stream == 0)
@@ -49,6 +54,13 @@ void PacketClip::Offer(const AVPacket& packet, int stream) {
     if (IsSubtitle(other) ? CutSubtitle(*piece, begin, end)
                           : CutAudio(*piece, other, begin, end, m_clip.hidesOthers ? kDecodedBefore : 0))
         Write(std::move(piece), stream);
+}
+
+void PacketClip::OfferPicture(const AVFrame& picture, std::int64_t time) {
+    if (time < m_span.begin || !m_span.IsBefore(time))
+        return;
+    ++m_clip.frames;
+    m_encoder->Encode(picture, time - m_span.zero, [this](AVPacket& packet) { m_muxer.Write(packet, 0); });
 }
 
 void PacketClip::OfferVideo(const AVPacket& packet) {
@@ -115,6 +127,8 @@ WrittenClip PacketClip::Finish() {
         m_held.resize(1); // the key frame alone
         WriteHeld();
     }
+    if (m_encoder)
+        m_encoder->Finish([this](AVPacket& packet) { m_muxer.Write(packet, 0); });
     m_muxer.Finish();
     if (m_clip.hidesOthers && m_shownEnd != INT64_MAX)
         EndEditsAt(m_file, m_shownEnd - m_span.zero, m_source.Video().time_base);

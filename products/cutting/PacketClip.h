@@ -13,10 +13,13 @@ extern "C" {
 }
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace scenedetect {
+
+class VideoEncoder;
 
 /// By how much pictures come out of the decoder after they went in, in the video stream's time base.
 [[nodiscard]] inline std::int64_t DecodingDelay(const PacketSource& source) {
@@ -44,14 +47,19 @@ class PacketClip {
   public:
     /// `clip` has its path, first frame, frames early, note and whether it hides frames. `source` must
     /// outlive the object.
+    /// With an encoder the video is made of pictures.
     PacketClip(const WrittenClip& clip, Existing existing, const Container& container,
-               const PacketSource& source, const ClipSpan& span, const std::string& timecode);
+               const PacketSource& source, const ClipSpan& span, const std::string& timecode,
+               std::unique_ptr<VideoEncoder> encoder = nullptr);
+    ~PacketClip();
 
     /// Takes what belongs to the clip: of the video, all up to the last packet that is presented before the
     /// end; of the audio, what lies in the span. `stream` is a place in the source's streams.
     void Offer(const AVPacket& packet, int stream);
+    /// The next picture of the source, encoded if it is in the span.
+    void OfferPicture(const AVFrame& picture, std::int64_t time);
     /// Whether no packet to come can belong to it; `now` is the time from which on the video's decoder is
-    /// fed.
+    /// fed, or that of the latest picture.
     [[nodiscard]] bool IsComplete(std::int64_t now) const;
     /// Gives the file its name.
     [[nodiscard]] WrittenClip Finish();
@@ -68,6 +76,7 @@ class PacketClip {
     const std::int64_t m_delay; // from DTS to PTS, at most, where packets do not tell
     std::int64_t m_firstDts = 0;
     std::int64_t m_shownEnd; // where pictures after the end begin, if they are there, else the end
+    const std::unique_ptr<VideoEncoder> m_encoder;
     OutputFile m_file;
     ClipMuxer m_muxer;
     // The key frame until its follower is there; those that are presented after the end, but that an earlier

@@ -2,7 +2,12 @@
 
 #include "reading/ffmpeg/Rational.h"
 
+extern "C" {
+#include <libavutil/timecode.h>
+}
+
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -43,6 +48,15 @@ std::vector<AVStream*> PacketSource::FindStreams(MediaFile& file) {
 AVRational PacketSource::Rate() const {
     const AVRational rate = m_file.GuessedRate();
     return IsKnown(rate) ? rate : AVRational{25, 1};
+}
+
+std::string PacketSource::TimecodeAt(std::int64_t frame) const {
+    AVTimecode timecode;
+    const std::string first = Timecode();
+    if (first.empty() || av_timecode_init_from_string(&timecode, Rate(), first.c_str(), nullptr) < 0)
+        return "";
+    std::array<char, AV_TIMECODE_STR_SIZE> text{};
+    return av_timecode_make_string(&timecode, text.data(), static_cast<int>(frame));
 }
 
 int PacketSource::Read(AVPacket& packet) {

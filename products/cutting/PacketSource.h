@@ -21,6 +21,7 @@ class PacketSource {
     PacketSource(std::string path, const FilePart& part)
         : PacketSource(MediaFile(std::move(path), part, "dv")) {}
 
+    [[nodiscard]] const MediaFile& File() const { return m_file; }
     [[nodiscard]] AVFormatContext& Context() const { return m_file.Context(); }
     [[nodiscard]] AVStream& Video() const { return m_file.Video(); }
     /// The video stream, then the audio streams, then subtitles; those that turned up later are not among
@@ -30,8 +31,9 @@ class PacketSource {
     void KeepWhatFits(const Container& container);
     /// Frames per second: the nominal ones.
     [[nodiscard]] AVRational Rate() const;
-    /// The timecode of the file's first frame; empty when it has none.
+    /// The timecode of the file's first frame, or of so many frames after it; empty when it has none.
     [[nodiscard]] std::string Timecode() const { return m_file.Timecode(); }
+    [[nodiscard]] std::string TimecodeAt(std::int64_t frame) const;
 
     /// The next packet of one of the streams, owned by the caller, its stamps corrected; empty ones are left
     /// out. Returns the place of its stream in Streams(), or -1 at the end and at damage without end.

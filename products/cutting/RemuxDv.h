@@ -2,6 +2,7 @@
 #pragma once
 
 #include "products/cutting/Container.h"
+#include "products/cutting/EncodeChoice.h"
 #include "products/files/OutputFile.h"
 #include "reading/ffmpeg/MediaFile.h"
 
@@ -19,5 +20,12 @@ struct RemuxedDv {
 /// the container refuses DV, or reading or writing fails.
 RemuxedDv RemuxDv(const std::string& raw, const FilePart& part, const Container& container,
                   OutputFile& target);
+/// The same with the pictures encoded anew.
+RemuxedDv EncodeDv(const std::string& raw, const FilePart& part, const Container& container,
+                   const EncodeChoice& choice, OutputFile& target);
+
+/// HostError where that could only fail: the encoder can't be opened, the container takes no such streams.
+void RequireDvEncodable(const std::string& path, const EncodeChoice& choice, const Container& container,
+                        bool hasAudio);
 
 } // namespace scenedetect

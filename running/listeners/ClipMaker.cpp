@@ -25,15 +25,17 @@ void ClipMaker::Begin(const RunInfo& info) {
     const bool needsPackets =
         !isDv || (!info.media.isRawDv && (!m_settings.container.empty() || (isMute && info.input != "-")));
     if (!needsPackets)
-        m_cutter.emplace(
-            m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); }, m_dropsShort);
+        m_cutter
+            .emplace(
+                m_settings, m_claims, [this](const WrittenClip& clip) { Tell(clip); }, m_dropsShort)
+            .RequireEncodable(info.input, info.hasDvAudio);
     else if (info.input == "-")
         throw HostError(
             "standard input: only DV can be cut as it comes; for --split of other video, or into a "
             "container, give a file");
     else
         Plan(info.input);
-    if (isDv && isMute && m_settings.container.empty())
+    if (isDv && isMute && m_settings.container.empty() && !m_settings.encode.IsWanted())
         m_console.Message(info.input + ": its audio is not in the DV frames: clips are " +
                           (m_cutter ? "without" : m_suffix + " files, to keep it"));
     m_cut.path = info.input;

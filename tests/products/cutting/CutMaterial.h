@@ -26,9 +26,10 @@ struct PacketPlace {
     bool isVideo;
 };
 
-/// Into `folder`, by scene: "0001.dv"; the container's name or none.
-inline ClipSettings Into(const std::filesystem::path& folder, const std::string& container = "") {
-    return {folder.native(), NamePattern("{scene}"), Existing::Keep, container};
+/// Into `folder`, by scene: "0001.dv"; the container's name or none, the encoder or none.
+inline ClipSettings Into(const std::filesystem::path& folder, const std::string& container = "",
+                         const std::string& encode = "") {
+    return {folder.native(), NamePattern("{scene}"), Existing::Keep, container, ParseEncodeChoice(encode)};
 }
 
 /// Cuts DV while it is read: a clip from each of these pictures on. The pictures are as few as a graph has

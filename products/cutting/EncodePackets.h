@@ -1,0 +1,14 @@
+// Cuts a file of any kind with its video encoded anew, so that clips begin and end with the very pictures.
+#pragma once
+
+#include "products/cutting/Container.h"
+#include "products/cutting/CutPackets.h"
+
+namespace scenedetect {
+
+/// As CutPackets; the scenes are in order, and no two begin at one place. Decodes the file once from its
+/// beginning; audio and subtitles are copied.
+void EncodePackets(const ClipSettings& settings, const PacketCut& cut, const Container& container,
+                   OutputClaims& claims, const ClipListener& listener);
+
+} // namespace scenedetect
