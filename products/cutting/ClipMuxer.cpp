@@ -86,6 +86,8 @@ void ClipMuxer::AddStream(const AVStream& source, AVRational rate, const AVCodec
     av_dict_set(&stream->metadata, "timecode", nullptr, 0);
     if (encoder)
         av_dict_set(&stream->metadata, "encoder", nullptr, 0);
+    if (encoder && encoder->codec_id == AV_CODEC_ID_HEVC && HasEdits(m_container))
+        stream->codecpar->codec_tag = MKTAG('h', 'v', 'c', '1'); // which more players know
     if (!IsTagAllowed(*m_container.format, *stream->codecpar))
         stream->codecpar->codec_tag = 0;
     // Rotation, for one.

@@ -90,13 +90,13 @@ void PlanEncoding(const EncodeChoice& choice, const PacketSource& source, const 
 
 class CutRun {
   public:
-    CutRun(const ClipSettings& settings, const PacketCut& cut, const Container& container,
-           OutputClaims& claims, const ClipListener& listener)
+    CutRun(const ClipSettings& settings, const PacketCut& cut, PacketSource& source,
+           const Container& container, OutputClaims& claims, const ClipListener& listener)
         : m_settings(settings),
           m_cut(cut),
           m_claims(claims),
           m_listener(listener),
-          m_source(cut.path),
+          m_source(source),
           m_stamps(cut, m_source, FindOrigin(cut)),
           m_container(container),
           m_hasEdits(HasEdits(m_container)),
@@ -105,7 +105,6 @@ class CutRun {
           m_audioTail(AudioTail(m_source, m_container)) {}
 
     void Run() {
-        m_source.KeepWhatFits(m_container);
         while (m_next < m_cut.scenes.size() || !m_open.empty()) {
             auto packet = OwnFfmpeg(av_packet_alloc());
             const int stream = m_source.Read(*packet);
@@ -244,9 +243,9 @@ class CutRun {
     const PacketCut& m_cut;
     OutputClaims& m_claims;
     const ClipListener& m_listener;
-    PacketSource m_source;
+    PacketSource& m_source;
     const SceneStamps m_stamps;
-    const Container m_container;
+    const Container& m_container;
     const bool m_hasEdits;          // clips begin at their scenes and not at key frames
     const std::int64_t m_tolerance; // by which stamps may be off their frame
     const std::int64_t m_audioLead;
@@ -290,11 +289,13 @@ void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claim
     cut.scenes.erase(std::unique(cut.scenes.begin(), cut.scenes.end(), isDouble), cut.scenes.end());
     if (cut.scenes.empty())
         return;
-    const Container container = ContainerOf(cut.path, PacketSource(cut.path), settings);
+    PacketSource source(cut.path);
+    const Container container = ContainerOf(cut.path, source, settings);
+    source.KeepWhatFits(container);
     if (settings.encode.IsWanted())
-        EncodePackets(settings, cut, container, claims, listener);
+        EncodePackets(settings, cut, source, container, claims, listener);
     else
-        CutRun(settings, cut, container, claims, listener).Run();
+        CutRun(settings, cut, source, container, claims, listener).Run();
 }
 
 } // namespace scenedetect

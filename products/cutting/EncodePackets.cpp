@@ -16,16 +16,14 @@ namespace {
 
 class EncodeRun {
   public:
-    EncodeRun(const ClipSettings& settings, const PacketCut& cut, const Container& container,
-              OutputClaims& claims, const ClipListener& listener)
+    EncodeRun(const ClipSettings& settings, const PacketCut& cut, PacketSource& source,
+              const Container& container, OutputClaims& claims, const ClipListener& listener)
         : m_settings(settings),
           m_cut(cut),
           m_container(container),
           m_claims(claims),
           m_listener(listener),
-          m_source(cut.path) {
-        m_source.KeepWhatFits(container);
-    }
+          m_source(source) {}
 
     void Run() {
         VideoDecoder decoder(m_source.File(), {}, [this](AVPacket& packet) { return ReadVideo(packet); });
@@ -109,7 +107,7 @@ class EncodeRun {
     const Container& m_container;
     OutputClaims& m_claims;
     const ClipListener& m_listener;
-    PacketSource m_source;
+    PacketSource& m_source;
     std::optional<SceneStamps> m_stamps; // once a picture is there
     std::deque<Other> m_others;
     std::size_t m_next = 0; // the next scene to be opened
@@ -118,9 +116,9 @@ class EncodeRun {
 
 } // namespace
 
-void EncodePackets(const ClipSettings& settings, const PacketCut& cut, const Container& container,
-                   OutputClaims& claims, const ClipListener& listener) {
-    EncodeRun(settings, cut, container, claims, listener).Run();
+void EncodePackets(const ClipSettings& settings, const PacketCut& cut, PacketSource& source,
+                   const Container& container, OutputClaims& claims, const ClipListener& listener) {
+    EncodeRun(settings, cut, source, container, claims, listener).Run();
 }
 
 } // namespace scenedetect

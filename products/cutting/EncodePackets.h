@@ -6,9 +6,12 @@
 
 namespace scenedetect {
 
-/// As CutPackets; the scenes are in order, and no two begin at one place. Decodes the file once from its
+class PacketSource;
+
+/// As CutPackets, of a source of which nothing was read yet and whose streams but the video fit the
+/// container; the scenes are in order, and no two begin at one place. Decodes the file once from its
 /// beginning; audio and subtitles are copied.
-void EncodePackets(const ClipSettings& settings, const PacketCut& cut, const Container& container,
-                   OutputClaims& claims, const ClipListener& listener);
+void EncodePackets(const ClipSettings& settings, const PacketCut& cut, PacketSource& source,
+                   const Container& container, OutputClaims& claims, const ClipListener& listener);
 
 } // namespace scenedetect

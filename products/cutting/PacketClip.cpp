@@ -95,13 +95,14 @@ void PacketClip::WriteHeld() {
     }
 }
 
-// Key frames that are decoded before the cut: pictures shown before them need the one before. And those in so
-// much of the end as is hidden at the beginning: GStreamer's demuxer, which counts that to the length of the
-// movie, would stop at them.
+// Where a clip hides pictures: key frames that are decoded before the cut, since pictures shown before them
+// need the one before; and those in so much of the end as is hidden at the beginning, since GStreamer's
+// demuxer, which counts that to the length of the movie, would stop at them.
 bool PacketClip::IsNoSeekPoint(std::int64_t dts) const {
     constexpr std::int64_t kMargin = 8; // two frames
-    return dts < m_span.zero ||
-           dts - m_firstDts >= m_span.shownEnd - m_span.zero - kMargin * m_span.tolerance;
+    return m_firstDts < m_span.zero &&
+           (dts < m_span.zero ||
+            dts - m_firstDts >= m_span.shownEnd - m_span.zero - kMargin * m_span.tolerance);
 }
 
 void PacketClip::Write(FfmpegPtr<AVPacket> packet, int stream) {
