@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
@@ -23,7 +24,7 @@ constexpr DWORD kIyuv = MAKEFOURCC('I', 'Y', 'U', 'V');
 constexpr int kMaxPixelStep = 3;
 constexpr std::uint32_t kPaletteEntries = 256;
 
-using PaletteSums = std::array<std::uint16_t, kPaletteEntries>;
+using PaletteSums = std::array<std::uint16_t, kPaletteEntries + 1>; // see BlockRow
 
 bool HasMasks(const Dib& frame, DWORD red, DWORD green, DWORD blue) {
     return frame.GetCompression() == BI_BITFIELDS && frame.GetMask(0) == red && frame.GetMask(1) == green &&
@@ -31,7 +32,7 @@ bool HasMasks(const Dib& frame, DWORD red, DWORD green, DWORD blue) {
 }
 
 PaletteSums SumPalette(const Dib& frame) {
-    PaletteSums sums;
+    PaletteSums sums{};
     for (std::uint32_t i = 0; i < kPaletteEntries; ++i) {
         const RGBQUAD colour = frame.GetColour(i);
         sums[i] = static_cast<std::uint16_t>(colour.rgbBlue + colour.rgbGreen + colour.rgbRed);
@@ -183,21 +184,20 @@ class RowReader {
     std::uint32_t m_emptySum;
 };
 
-/// Division by a constant is several times faster; the two usual divisors have one.
-template <std::uint32_t divisor>
-void DivideByConstant(const std::vector<std::uint32_t>& sums, std::uint8_t* samples) {
-    std::transform(sums.begin(), sums.end(), samples,
-                   [](std::uint32_t sum) { return static_cast<std::uint8_t>(sum / divisor); });
-}
-
+/// Shifts, and divisions by a constant, are several times faster; nearly all divisors have one.
 void Divide(const std::vector<std::uint32_t>& sums, std::uint32_t divisor, std::uint8_t* samples) {
-    constexpr std::uint32_t kUsual = kSimdBlockSize * kSimdBlockSize;
-    if (divisor == kUsual)
-        return DivideByConstant<kUsual>(sums, samples);
-    if (divisor == 3 * kUsual)
-        return DivideByConstant<3 * kUsual>(sums, samples);
-    std::transform(sums.begin(), sums.end(), samples,
-                   [divisor](std::uint32_t sum) { return static_cast<std::uint8_t>(sum / divisor); });
+    const auto divide = [&](auto quotient) {
+        std::ranges::transform(sums, samples, [quotient](std::uint32_t sum) {
+            return static_cast<std::uint8_t>(quotient(sum));
+        });
+    };
+    constexpr std::uint32_t kRgb = 3 * kSimdBlockSize * kSimdBlockSize;
+    if (std::has_single_bit(divisor))
+        divide([shift = std::countr_zero(divisor)](std::uint32_t sum) { return sum >> shift; });
+    else if (divisor == kRgb)
+        divide([](std::uint32_t sum) { return sum / kRgb; });
+    else
+        divide([divisor](std::uint32_t sum) { return sum / divisor; });
 }
 
 bool IsReadable(const LuminanceGrid& grid) {

@@ -14,6 +14,8 @@ unsigned ProcessorFeatures() noexcept {
     __builtin_cpu_init();
     if (__builtin_cpu_supports("sse2"))
         features |= kCpuSse2;
+    if (__builtin_cpu_supports("avx2"))
+        features |= kCpuAvx2;
 #endif
     return features;
 }

@@ -6,6 +6,7 @@
 namespace scenedetect {
 
 inline constexpr unsigned kCpuSse2 = 1u << 0;
+inline constexpr unsigned kCpuAvx2 = 1u << 1;
 inline constexpr unsigned kCpuAll = ~0u;
 
 /// The processor's features less those that are switched off, by RestrictCpuFeatures or by the environment

@@ -72,14 +72,17 @@ struct Luma16 {
     }
 };
 
-template <typename Pixel>
+/// `side` of square blocks, for the compiler to unroll; 0: as the row says.
+template <typename Pixel, int side = 0>
 void SumScalar(const BlockRow& row, std::uint32_t* sums) {
-    const std::ptrdiff_t blockPitch = std::ptrdiff_t{row.pixels} * Pixel::kFacts.pixelPitch;
+    const int pixels = side != 0 ? side : row.pixels;
+    const int rows = side != 0 ? side : row.rows;
+    const std::ptrdiff_t blockPitch = std::ptrdiff_t{pixels} * Pixel::kFacts.pixelPitch;
     for (int block = 0; block < row.blocks; ++block) {
         std::uint32_t sum = 0;
-        for (int y = 0; y < row.rows; ++y) {
+        for (int y = 0; y < rows; ++y) {
             const std::uint8_t* p = row.bits + block * blockPitch + y * row.rowStride;
-            for (int x = 0; x < row.pixels; ++x)
+            for (int x = 0; x < pixels; ++x)
                 sum += Pixel::Value(p + std::ptrdiff_t{x} * Pixel::kFacts.pixelStep, row);
         }
         sums[block] = sum;
@@ -114,6 +117,18 @@ BlockSums ScalarBlockSums(PixelLayout layout) {
 }
 
 BlockSums SelectBlockSums(PixelLayout layout, int blockSize, unsigned cpuFeatures) {
+    // Of pictures that the decoder has reduced.
+    if (layout == PixelLayout::Planar && blockSize < kSimdBlockSize)
+        switch (blockSize) {
+        case 1:
+            return SumScalar<Planar, 1>;
+        case 2:
+            return SumScalar<Planar, 2>;
+        case 4:
+            return SumScalar<Planar, 4>;
+        default:
+            break;
+        }
     const BlockSums simd = blockSize == kSimdBlockSize ? FindSimdBlockSums(layout, cpuFeatures) : nullptr;
     return simd != nullptr ? simd : ScalarBlockSums(layout);
 }

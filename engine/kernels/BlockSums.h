@@ -22,7 +22,8 @@ struct BlockRow {
     int blocks;
     int pixels;
     int rows;
-    const std::uint16_t* paletteSums; ///< for Palette8: blue + green + red of each of the 256 indices
+    const std::uint16_t* paletteSums; ///< for Palette8: blue + green + red of each of the 256 indices, and
+                                      ///< a word that may be read
     int shift =
         0; ///< for Luma16, 0 to 8: of each word in the machine's byte order the 8 bits from here on count
 };

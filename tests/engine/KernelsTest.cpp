@@ -8,30 +8,31 @@ namespace {
 
 using enum PixelLayout;
 constexpr PixelLayout kLayouts[] = {Yuy2, Uyvy, Planar, Rgb24, Rgb32, Palette8, Rgb565, Rgb555, Luma16};
-constexpr unsigned kCpuMasks[] = {0, kCpuAll}; // SSE2 is the one feature that there is
+constexpr unsigned kCpuMasks[] = {0, kCpuSse2, kCpuAll};
 
 /// Runs `kernel` and the reference over many shapes; the first shape on which they differ, or on which the
 /// kernel writes beyond its sums. The pixels are allocated to the byte, for the address sanitizer.
-std::optional<std::string> FindFault(PixelLayout layout, BlockSums kernel) {
+std::optional<std::string> FindFault(PixelLayout layout, BlockSums kernel, int side = 8) {
     constexpr std::uint32_t kGuard = 0xDEADBEEF;
     const LayoutFacts facts = FactsOf(layout);
-    std::vector<std::uint16_t> palette(256);
-    for (std::size_t i = 0; i < palette.size(); ++i)
+    std::vector<std::uint16_t> palette(257, 0xFFFF);
+    for (std::size_t i = 0; i < 256; ++i)
         palette[i] = static_cast<std::uint16_t>(i * 37 % 766);
     unsigned seed = 0;
-    for (const int blocks : {1, 2, 3, 4, 7, 31})
-        for (const int padding : {-8, 0, 5})
+    const std::ptrdiff_t last = side - 1;
+    for (const int blocks : {1, 2, 3, 4, 7, 8, 31})
+        for (const int padding : {-side, 0, 5})
             for (const int down : {1, -1}) {
-                const std::ptrdiff_t rowBytes = blocks * 8 * facts.pixelPitch + padding;
-                const int lastRun = (blocks - 1) * 8 * facts.pixelPitch + 8 * facts.pixelStep;
-                auto bytes = RandomBytes(static_cast<std::size_t>(7 * rowBytes + lastRun), ++seed);
+                const std::ptrdiff_t rowBytes = blocks * side * facts.pixelPitch + padding;
+                const int lastRun = (blocks - 1) * side * facts.pixelPitch + side * facts.pixelStep;
+                auto bytes = RandomBytes(static_cast<std::size_t>(last * rowBytes + lastRun), ++seed);
                 if (padding == 0)
                     std::ranges::fill(bytes, std::uint8_t{255}); // the greatest sums
-                const BlockRow row{&bytes[down > 0 ? 0 : 7 * static_cast<std::size_t>(rowBytes)],
+                const BlockRow row{&bytes[down > 0 ? 0 : static_cast<std::size_t>(last * rowBytes)],
                                    down * rowBytes,
                                    blocks,
-                                   8,
-                                   8,
+                                   side,
+                                   side,
                                    palette.data(),
                                    static_cast<int>(seed % 9)};
                 std::vector<std::uint32_t> expected(static_cast<std::size_t>(blocks) + 1, kGuard);
@@ -51,7 +52,7 @@ TEST(Kernels, AreTheReferencesWithoutCpuFeatures) {
     EXPECT_EQ(SelectDifferenceSum(0), ScalarDifferenceSum);
     if ((CpuFeatures() & kCpuSse2) != 0) {
         EXPECT_NE(SelectBlockSums(Planar, 8, kCpuSse2), ScalarBlockSums(Planar));
-        EXPECT_EQ(SelectBlockSums(Planar, 4, kCpuSse2), ScalarBlockSums(Planar)) << "they sum blocks of 8";
+        EXPECT_EQ(SelectBlockSums(Planar, 5, kCpuSse2), ScalarBlockSums(Planar)) << "they sum blocks of 8";
         EXPECT_NE(SelectByteSum(kCpuSse2), ScalarByteSum);
         EXPECT_NE(SelectDifferenceSum(kCpuSse2), ScalarDifferenceSum);
     }
@@ -62,6 +63,8 @@ TEST(BlockSums, EveryKernelEqualsTheReference) {
         for (const unsigned mask : kCpuMasks)
             EXPECT_EQ(FindFault(layout, SelectBlockSums(layout, 8, mask & CpuFeatures())), std::nullopt)
                 << "layout " << static_cast<int>(layout) << ", cpu " << mask;
+    for (const int side : {1, 2, 4})
+        EXPECT_EQ(FindFault(Planar, SelectBlockSums(Planar, side, 0), side), std::nullopt) << side;
 }
 
 TEST(BlockSums, BrokenKernelsAreFound) {

@@ -1,4 +1,4 @@
-#include "engine/kernels/Simd.h"
+#include "engine/kernels/x86/Avx2.h"
 #include "platform/CpuFeatures.h"
 
 #include <emmintrin.h>
@@ -175,6 +175,9 @@ void SumRgb24(const BlockRow& row, std::uint32_t* sums) {
 } // namespace
 
 BlockSums FindSimdBlockSums(PixelLayout layout, unsigned cpuFeatures) {
+    if ((cpuFeatures & kCpuAvx2) != 0)
+        if (const BlockSums found = FindAvx2BlockSums(layout))
+            return found;
     if ((cpuFeatures & kCpuSse2) == 0)
         return nullptr;
     switch (layout) {
