@@ -17,10 +17,10 @@ extern "C" {
 namespace scenedetect {
 namespace {
 
-using Bytes = std::span<std::uint8_t>;
+using BoxBytes = std::span<std::uint8_t>;
 
 // Version 1 of a box has 64-bit times and durations, version 0 32-bit ones.
-std::size_t TimeBytes(Bytes body) {
+std::size_t TimeBytes(BoxBytes body) {
     return !body.empty() && body[0] == 1 ? 8 : 4;
 }
 
@@ -29,13 +29,13 @@ struct Duration {
     std::size_t offset;
     std::size_t size;
 };
-Duration DurationOf(Bytes body, std::size_t otherBytes) {
+Duration DurationOf(BoxBytes body, std::size_t otherBytes) {
     const std::size_t size = TimeBytes(body);
     return {4 + 2 * size + otherBytes, size};
 }
 
 // The length of the presentation of an edit list (elst), at most `limit`; none when it is not whole.
-std::optional<std::uint64_t> ShortenLast(Bytes list, std::uint64_t limit) {
+std::optional<std::uint64_t> ShortenLast(BoxBytes list, std::uint64_t limit) {
     constexpr std::size_t kEntries = 8;
     constexpr std::size_t kRateBytes = 4;
     const std::size_t size = TimeBytes(list);
@@ -55,11 +55,11 @@ std::optional<std::uint64_t> ShortenLast(Bytes list, std::uint64_t limit) {
 
 } // namespace
 
-bool EndEditsAt(Bytes movie, std::int64_t end, AVRational timeBase) {
+bool EndEditsAt(BoxBytes movie, std::int64_t end, AVRational timeBase) {
     std::uint64_t movieLength = 0;
     bool isWhole = end > 0;
-    Bytes header;
-    ForEachMp4Box(movie, Mp4Type("mvhd"), [&](Bytes body) { header = body; });
+    BoxBytes header;
+    ForEachMp4Box(movie, Mp4Type("mvhd"), [&](BoxBytes body) { header = body; });
     const Duration movieDuration = DurationOf(header, 4); // the timescale
     const auto timescale = ReadMp4Number(header, movieDuration.offset - 4, 4).value_or(0);
     if (timescale == 0 || timescale > std::numeric_limits<std::int32_t>::max() || !isWhole)
@@ -67,12 +67,12 @@ bool EndEditsAt(Bytes movie, std::int64_t end, AVRational timeBase) {
     const auto limit =
         static_cast<std::uint64_t>(av_rescale_q(end, timeBase, AVRational{1, static_cast<int>(timescale)}));
 
-    ForEachMp4Box(movie, Mp4Type("trak"), [&](Bytes track) {
+    ForEachMp4Box(movie, Mp4Type("trak"), [&](BoxBytes track) {
         std::optional<std::uint64_t> length;
-        ForEachMp4Box(track, Mp4Type("edts"), [&](Bytes edits) {
-            ForEachMp4Box(edits, Mp4Type("elst"), [&](Bytes list) { length = ShortenLast(list, limit); });
+        ForEachMp4Box(track, Mp4Type("edts"), [&](BoxBytes edits) {
+            ForEachMp4Box(edits, Mp4Type("elst"), [&](BoxBytes list) { length = ShortenLast(list, limit); });
         });
-        ForEachMp4Box(track, Mp4Type("tkhd"), [&](Bytes trackHeader) {
+        ForEachMp4Box(track, Mp4Type("tkhd"), [&](BoxBytes trackHeader) {
             const auto [offset, size] = DurationOf(trackHeader, 8); // track number, reserved
             isWhole = isWhole && length && WriteMp4Number(trackHeader, offset, size, *length);
         });
@@ -91,7 +91,7 @@ void EndEditsAt(const OutputFile& file, std::int64_t end, AVRational timeBase) {
         stream.seekg(static_cast<std::streamoff>(offset));
         stream.read(reinterpret_cast<char*>(start.data()), static_cast<std::streamsize>(startBytes));
         const auto box =
-            ReadMp4Box(Bytes(start).first(static_cast<std::size_t>(startBytes)), fileBytes - offset);
+            ReadMp4Box(BoxBytes(start).first(static_cast<std::size_t>(startBytes)), fileBytes - offset);
         if (!box)
             break;
         offset += box->headerBytes;

@@ -95,9 +95,10 @@ void PacketClip::WriteHeld() {
     }
 }
 
-// Where a clip hides pictures: key frames that are decoded before the cut, since pictures shown before them
-// need the one before; and those in so much of the end as is hidden at the beginning, since GStreamer's
-// demuxer, which counts that to the length of the movie, would stop at them.
+// Deliberate: where a clip hides pictures, not every key frame is marked as such. Not those that are decoded
+// before the cut, since pictures shown before them need the one before; and not those in so much of the end
+// as is hidden at the beginning, since GStreamer's demuxer, which counts that to the length of the movie,
+// would stop at them.
 bool PacketClip::IsNoSeekPoint(std::int64_t dts) const {
     constexpr std::int64_t kMargin = 8; // two frames
     return m_firstDts < m_span.zero &&

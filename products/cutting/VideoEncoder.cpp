@@ -12,6 +12,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace scenedetect {
@@ -26,6 +27,11 @@ bool IsRgb(AVPixelFormat format) {
     return descriptor && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) != 0;
 }
 
+// By its format alone, as JPEG has it.
+bool IsFullRange(AVPixelFormat format) {
+    return std::string_view(av_get_pix_fmt_name(format)).starts_with("yuvj");
+}
+
 } // namespace
 
 FfmpegPtr<AVFrame> PictureLike(const PacketSource& source) {
@@ -33,7 +39,7 @@ FfmpegPtr<AVFrame> PictureLike(const PacketSource& source) {
     auto picture = OwnFfmpeg(av_frame_alloc());
     picture->width = video.width;
     picture->height = video.height;
-    picture->format = video.format;
+    picture->format = video.format != AV_PIX_FMT_NONE ? video.format : AV_PIX_FMT_YUV420P;
     picture->sample_aspect_ratio = video.sample_aspect_ratio;
     picture->color_primaries = video.color_primaries;
     picture->color_trc = video.color_trc;
@@ -80,9 +86,12 @@ int VideoEncoder::Open(const EncodeChoice& choice, const AVFrame& like, const Co
     m_encoder->colorspace = like.colorspace;
     m_encoder->color_range = like.color_range;
     m_encoder->chroma_sample_location = like.chroma_location;
+    // What the scaler makes of it:
     if (IsRgb(m_sourceFormat) && !IsRgb(m_encoder->pix_fmt)) {
-        m_encoder->colorspace = AVCOL_SPC_SMPTE170M; // what the scaler makes of it
+        m_encoder->colorspace = AVCOL_SPC_SMPTE170M;
         m_encoder->color_range = AVCOL_RANGE_MPEG;
+    } else if (IsFullRange(m_sourceFormat) != IsFullRange(m_encoder->pix_fmt)) {
+        m_encoder->color_range = IsFullRange(m_encoder->pix_fmt) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
     }
     m_encoder->time_base = timeBase;
     m_encoder->framerate = m_setup.rate;

@@ -1,3 +1,4 @@
+#include "products/cutting/Mp4Boxes.h"
 #include "tests/Testing.h"
 #include "tests/products/cutting/CutMaterial.h"
 
@@ -149,6 +150,16 @@ TEST_F(CutFilmTest, SubtitlesAreCutOrToldToBeMissing) {
     EXPECT_THAT(PlanClips(film.native(), Into(m_clips, "mp4")).notes,
                 ElementsAre("clips are without its subtitles (subrip), which mp4 cannot hold"));
     EXPECT_THAT(CutAfterReading(film, {0, 30}, Into(m_folder / "mp4", "mp4")), SizeIs(2));
+}
+
+// Of the key frames 48, 72 and 96 the last lies in the last 24 frames, which are as many as are decoded
+// before 70.
+TEST_F(CutFilmTest, AsMuchOfTheEndAsIsHiddenHasNoMarkedKeyFrames) {
+    MakeFilm(m_folder / "film.mp4", kH264);
+    const std::string clip =
+        ReadWhole(CutAfterReading(m_folder / "film.mp4", {0, 70}, Into(m_clips)).at(1).path);
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(clip.data()), clip.size());
+    EXPECT_EQ(ReadMp4Number(bytes, clip.rfind("stss") + 8, 4), 2u);
 }
 
 TEST_F(CutFilmTest, AudioWithoutCompressionIsCutToTheSample) {
