@@ -1,5 +1,7 @@
 #include "hosts/cli/GraphOptions.h"
 
+#include "hosts/cli/ParameterOptions.h"
+
 #include <CLI/CLI.hpp>
 
 #include <map>
@@ -47,11 +49,14 @@ std::optional<EarlyEnd> ParseCommandLine(int argc, const char* const* argv, Grap
             ->check([&sources](const std::string& word) {
                 return sources.count(word) ? "" : "no such source: " + word;
             });
+        AddParameterOptions(app, options.detection.parameters);
     };
     program.check = [&options]() -> std::string {
         // The host looks at the first frame itself, on its way.
         if (options.detection.readTimecode && options.source == SourceKind::System)
             return "--timecode needs --source own or auto";
+        if (!options.detection.parameters.IsEmpty() && !options.detection.Uses(KxMethodVideo))
+            return "the parameters go with --method video only";
         return "";
     };
     return ParseCommandLine(program, argc, argv);

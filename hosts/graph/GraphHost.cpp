@@ -1,5 +1,6 @@
 #include "hosts/graph/GraphHost.h"
 
+#include "filter/MediaTypes.h"
 #include "hosts/graph/Com.h"
 #include "hosts/graph/OpenSource.h"
 #include "reading/base/FirstError.h"
@@ -38,6 +39,7 @@ GraphHost::GraphHost(const GraphOptions& options, std::atomic<bool>& stop, Conso
       m_source(OpenSource(*m_graph, options, stop, console)) {
     ChooseDetection(*m_scenes, *m_scenesEx, options.detection.methods.front(), options.detection);
     Connect();
+    SetParameters();
     m_csv.emplace(m_source->Scale(), SceneCsv::Columns{}, "");
     // Without a clock samples go as fast as they can.
     Require(As<IMediaFilter>(m_graph.get(), IID_IMediaFilter, "the filter graph")->SetSyncSource(nullptr),
@@ -60,6 +62,25 @@ void GraphHost::Connect() {
         throw HostError(RefusalText(m_options.detection.methods.front(), m_options.inputs.front()));
     Require(connect(*FirstPin(*m_filter, PINDIR_OUTPUT), *m_renderer),
             "the null renderer can't be connected");
+}
+
+// Once the filter knows its pictures, whose size an area may need.
+void GraphHost::SetParameters() const {
+    ParameterChoice choice = m_options.detection.parameters;
+    if (choice.IsEmpty())
+        return;
+    CMediaType type;
+    Require(FirstPin(*m_filter, PINDIR_INPUT)->ConnectionMediaType(&type),
+            "the scene detect filter is not connected");
+    PictureFormat format;
+    if (const BITMAPINFOHEADER* const header = GetBitmapHeader(type)) {
+        format.width = header->biWidth;
+        format.height = header->biHeight;
+    }
+    SettleArea(choice, format, {}, m_options.inputs.front());
+    ApplyParameters(
+        *As<IKxSceneDetectTuning>(m_filter.get(), IID_IKxSceneDetectTuning, "the scene detect filter"),
+        choice);
 }
 
 void GraphHost::Run() {

@@ -30,6 +30,7 @@ class GraphHost {
 
   private:
     void Connect();
+    void SetParameters() const;
     void WaitForEnd();
     void PrintScenes();
     void ReportEnd(bool isInterrupted);

@@ -89,6 +89,7 @@ compare_blind() { # file: by methods that look at no picture
 compare_methods() { # file
     compare $cuts "$1"
     compare 0,7,20,33,47 --mark 7,33,58 "$1"
+    compare 0,20,47 --cut-threshold 80 --area 64,48,50%,50% "$1" # 33 differs by 70
     compare_blind "$1"
 }
 
