@@ -23,7 +23,10 @@ void TakeShortcuts(AVCodecContext& decoder, const AVCodec& codec) {
         decoder.skip_loop_filter = AVDISCARD_ALL;
     const AVCodecDescriptor* const kind = avcodec_descriptor_get(codec.id);
     const bool isIntra = kind && (kind->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
-    decoder.lowres = std::min<int>(codec.max_lowres, isIntra ? kHalvingsOfIntra : kHalvings);
+    const bool isLossless = // its decoder would refuse
+        codec.id == AV_CODEC_ID_MJPEG && decoder.profile == FF_PROFILE_MJPEG_HUFFMAN_LOSSLESS;
+    if (!isLossless)
+        decoder.lowres = std::min<int>(codec.max_lowres, isIntra ? kHalvingsOfIntra : kHalvings);
 }
 
 FfmpegPtr<AVCodecContext> OpenDecoder(const MediaFile& file, const Decoding& decoding) {

@@ -86,6 +86,7 @@ const Decoded kDecoded[] = {
      true},
     {"Mpeg2", "mpg", Words("-c:v mpeg2video -q:v 3"), "320x240", true},
     {"MotionJpeg", "avi", Words("-c:v mjpeg -q:v 3 -pix_fmt yuvj420p"), "320x240", true},
+    {"LosslessJpeg", "avi", Words("-c:v ljpeg -pix_fmt yuvj420p")},
     {"TenBits", "mkv", Words("-c:v ffv1 -pix_fmt yuv422p10le")},
     {"Rgb", "mkv", Words("-c:v ffv1 -pix_fmt bgr0")},
     {"OddSize", "mkv", Words("-c:v ffv1 -pix_fmt yuv444p"), "325x243"},
