@@ -78,4 +78,19 @@ std::int32_t ComparedSamples::MeanLevel(const std::uint8_t* slot) const {
     return static_cast<std::int32_t>(sum / m_count);
 }
 
+std::int32_t ComparedSamples::Variance(const std::uint8_t* slot) const {
+    if (m_count == 0)
+        return 0;
+    std::uint64_t sum = 0;
+    std::uint64_t squares = 0;
+    for (const auto& [first, count] : m_spans)
+        for (std::size_t i = first; i < first + count; ++i) {
+            sum += slot[i];
+            squares += std::uint32_t{slot[i]} * slot[i];
+        }
+    const double mean = static_cast<double>(sum) / static_cast<double>(m_count);
+    return static_cast<std::int32_t>(static_cast<double>(squares) / static_cast<double>(m_count) -
+                                     mean * mean);
+}
+
 } // namespace scenedetect

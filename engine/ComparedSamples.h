@@ -34,6 +34,8 @@ class ComparedSamples {
                                               std::int32_t clamp) const;
     /// The mean of a slot, likewise.
     [[nodiscard]] std::int32_t MeanLevel(const std::uint8_t* slot) const;
+    /// The mean square deviation of a slot's samples from their mean, likewise.
+    [[nodiscard]] std::int32_t Variance(const std::uint8_t* slot) const;
 
   private:
     struct Span {

@@ -117,6 +117,11 @@ std::int32_t Detector::ComputeMeanLevel() {
     return current ? m_compared.MeanLevel(current) : 0;
 }
 
+std::int32_t Detector::ComputeVariance() {
+    const std::uint8_t* current = GetFrame(0);
+    return current ? m_compared.Variance(current) : 0;
+}
+
 Judgement Detector::Judge() {
     const std::int32_t difference = ComputeDifference();
     return m_decision.Judge(difference, ComputeMeanLevel());

@@ -61,6 +61,8 @@ class Detector {
     /// Of the current grid to the previous one, and mean level of the current one, likewise.
     [[nodiscard]] std::int32_t ComputeDifference();
     [[nodiscard]] std::int32_t ComputeMeanLevel();
+    /// Mean square deviation of the current grid's samples from their mean, 0..16256, likewise.
+    [[nodiscard]] std::int32_t ComputeVariance();
     /// Judges the frame two before the current one and counts the current one. Frames are numbered from 0 at
     /// the last `Reset`.
     Judgement Judge();

@@ -23,8 +23,8 @@ std::uint8_t* DistanceRing::Grid(std::int64_t frame) {
 }
 
 Distances DistanceRing::Measure(Detector& detector) {
-    Distances distances;
-    std::ranges::transform(kDistanceSpans, distances.begin(), [&](std::int32_t span) {
+    Distances distances{.variance = detector.ComputeVariance()};
+    std::ranges::transform(kDistanceSpans, distances.back.begin(), [&](std::int32_t span) {
         return span <= m_frames ? detector.DifferenceTo(Grid(m_frames - span)) : kNoDistance;
     });
     std::copy_n(detector.GetFrame(0), m_sampleCount, Grid(m_frames++));

@@ -14,10 +14,16 @@ class Detector;
 /// from pictures that are new; over the long ones gradual changes add up.
 inline constexpr std::array<std::int32_t, 8> kDistanceSpans = {2, 3, 4, 5, 8, 16, 32, 64};
 
-/// Mean absolute differences, 0..255, in the order of `kDistanceSpans`; `kNoDistance` where the run has no
-/// such frame yet.
-using Distances = std::array<std::int32_t, kDistanceSpans.size()>;
 inline constexpr std::int32_t kNoDistance = -1;
+
+/// Of one frame.
+struct Distances {
+    /// Mean absolute differences, 0..255, in the order of `kDistanceSpans`; `kNoDistance` where the run has
+    /// no such frame yet.
+    std::array<std::int32_t, kDistanceSpans.size()> back{};
+    /// Mean square deviation of its samples from their mean: the contrast, which a mixed picture lacks.
+    std::int32_t variance = kNoDistance;
+};
 
 /// Used by one thread. Holds no memory before the first `Begin`.
 class DistanceRing {

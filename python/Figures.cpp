@@ -88,7 +88,7 @@ py::tuple Decide(const py::object& figures, const py::dict& parameters,
     const DetectionParameters chosen = SettledParametersOf(parameters).On(stats.settings.parameters);
     SceneTable table = TableOf({stats.path, stats.settings.scale, {}, {}, {}});
     py::list scenes;
-    for (const FoundScene& scene : DecideScenes(stats, chosen, LengthOf(shortest, shortScenes)).scenes)
+    for (const FoundScene& scene : DecideScenes(stats, chosen, {}, LengthOf(shortest, shortScenes)).scenes)
         scenes.append(SceneOf(scene, table.scale));
     return py::make_tuple(scenes, VideoOf(table, EndOf(stats).place));
 }

@@ -41,8 +41,10 @@ void FiguresQueue::Add(std::int32_t position, const Judgement& judgement, const 
         ++m_begin;
     if (!m_distances.empty()) {
         KxFrameDistances& kept = m_distances[m_end % kCapacity] = kWithoutDistances;
-        if (distances)
-            std::ranges::copy(*distances, kept.nDistance);
+        if (distances) {
+            std::ranges::copy(distances->back, kept.nDistance);
+            kept.nVariance = distances->variance;
+        }
     }
     KxFrameFigures& current = At(m_end++);
     current.dwPosition = static_cast<ULONG>(position);

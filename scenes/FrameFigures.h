@@ -13,7 +13,8 @@
 namespace scenedetect {
 
 inline constexpr KxFrameDistances kWithoutDistances = {
-    {kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance}};
+    {kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance},
+    kNoDistance};
 
 /// Enters what came of a frame where it belongs: in that frame's own figures (all but the position is set),
 /// and in those of the two frames compared before it; null for one that there is not.

@@ -203,9 +203,10 @@ struct IKxSceneDetectTuning : public IUnknown {
 inline constexpr LONG KxDistanceSpans[8] = {2, 3, 4, 5, 8, 16, 32, 64};
 
 /// How far one frame is from earlier ones of its run: nDifference of KxFrameFigures, measured to the frames
-/// that many back, and under the same KxClamp. -1 where the run has no such frame yet.
+/// that many back, and under the same KxClamp; -1 where the run has no such frame yet.
 struct KxFrameDistances {
     LONG nDistance[8]; ///< in the order of KxDistanceSpans
+    LONG nVariance;    ///< mean square deviation of the frame's samples from their mean: 0..16256
 };
 
 /// Measures each frame's distances to earlier ones beside its difference, for hosts that tell flashes, fades

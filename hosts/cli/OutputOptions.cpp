@@ -208,6 +208,7 @@ void OutputOptions::AddRange(CLI::App& app) {
 void OutputOptions::AddTuning(CLI::App& app) {
     constexpr const char* kGroup = "Tuning --method video";
     AddParameterOptions(app, m_settings.detection.parameters);
+    AddTransitionOptions(app, m_settings.detection.transitions);
     AddPatternPath(app, "--stats", m_settings.outputs.statsPath, "Write the figures of each frame (CSV)",
                    kGroup);
     app.add_option("--from-stats", m_settings.savedStatsPaths,
@@ -241,7 +242,8 @@ std::string OutputOptions::FindMissing() const {
     const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, configPath,
                  decodesFast, jobs] = m_settings;
     const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
-    const bool wantsVideo = !detection.parameters.IsEmpty() || !outputs.statsPath.empty();
+    const bool wantsVideo =
+        !detection.parameters.IsEmpty() || !detection.transitions.IsEmpty() || !outputs.statsPath.empty();
     if (const std::string wrong = xmlPath.empty() ? "" : NamePattern::ErrorIn(xmlPath); !wrong.empty())
         return "--xml " + xmlPath + ": " + wrong;
     if (!outputs.tapeLogPath.empty() && !TapeLogFormatOf(outputs.tapeLogPath))
@@ -255,7 +257,7 @@ std::string OutputOptions::FindMissing() const {
         if (std::ranges::count(outputs.pictures.at, at.word, &PictureAt::word) > 1)
             return "--picture-at " + at.word + " is given twice";
     if (wantsVideo && !detection.Uses(KxMethodVideo))
-        return "--stats and the parameters go with --method video only";
+        return "--stats, --flashes, --fades, --dissolves and the parameters go with --method video only";
     if (!outputs.clips.container.empty() && outputs.clips.folder.empty())
         return "--container goes with --split DIR";
     if (m_choosesRule && !length.least)
@@ -285,7 +287,9 @@ std::string OutputOptions::FindBeyondStats() const {
     if (const auto& area = m_settings.detection.parameters.area; area && !area->IsInPercent())
         return "--from-stats knows no pictures, so --area is given in per cent";
     return WantsFrames() || m_settings.range.part.IsChosen() || m_settings.decodesFast
-               ? "--from-stats goes with -o, --report, --stats, --min-scene, --short-scenes and the "
+               ? "--from-stats goes with -o, --report, --stats, --min-scene, --short-scenes, --flashes, "
+                 "--fades, --dissolves "
+                 "and the "
                  "parameters only"
                : "";
 }
@@ -299,7 +303,8 @@ std::string OutputOptions::FindBeyondPart() const {
         return "--part goes with --stats FILE";
     if (std::ranges::count(m_settings.inputs, "-") != 0)
         return "--part goes with files that have a name";
-    return WantsFrames() || !outputs.lists.empty() || !outputs.reportPath.empty() || m_settings.length.least
+    return WantsFrames() || !outputs.lists.empty() || !outputs.reportPath.empty() ||
+                   m_settings.length.least || !m_settings.detection.transitions.IsEmpty()
                ? "--part goes with --stats and the parameters only"
                : "";
 }
@@ -310,8 +315,9 @@ std::string OutputOptions::FindBeyondList() const {
                  decodesFast, jobs] = m_settings;
     const bool wantsFilter = !savedStatsPaths.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
                              !detection.marks.empty() || detection.readTimecode ||
-                             !detection.parameters.IsEmpty() || length.least ||
-                             detection.methods != std::vector{KxMethodVideo} || !detection.cuts.empty();
+                             !detection.parameters.IsEmpty() || !detection.transitions.IsEmpty() ||
+                             length.least || detection.methods != std::vector{KxMethodVideo} ||
+                             !detection.cuts.empty();
     return !listPath.empty() && wantsFilter
                ? "--scenes goes with no option of finding scenes: they are those of the list"
                : "";

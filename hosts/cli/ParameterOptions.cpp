@@ -59,4 +59,27 @@ void AddParameterOptions(CLI::App& app, ParameterChoice& choice) {
         ->check(AreaFault);
 }
 
+void AddTransitionOptions(CLI::App& app, TransitionChoice& choice) {
+    constexpr const char* kGroup = "Tuning --method video";
+    app.add_option_function<std::string>(
+           "--flashes", [&choice](const std::string& word) { choice.dropsFlashes = word == "drop"; },
+           "Whether cuts at flashes, after which the picture comes back within four frames, begin scenes; "
+           "keep "
+           "unless told")
+        ->type_name("keep|drop")
+        ->group(kGroup)
+        ->check(CLI::IsMember({"keep", "drop"}));
+    app.add_option_function<std::string>(
+           "--fades", [&choice](const std::string& word) { choice.fades = FadePlaceOf(word).value(); },
+           "Where in a fade through black or white one scene begins, whatever the dark level: with the first "
+           "black or white frame, in the middle of them, after the last; off unless told")
+        ->type_name("off|start|middle|end")
+        ->group(kGroup)
+        ->check(
+            [](const std::string& word) { return FadePlaceOf(word) ? "" : "no place in a fade: " + word; });
+    app.add_flag("--dissolves", choice.findsDissolves,
+                 "Find gradual changes from one picture to another, too")
+        ->group(kGroup);
+}
+
 } // namespace scenedetect

@@ -13,4 +13,7 @@ namespace scenedetect {
 /// is filled when `app` parses, and must outlive that.
 void AddParameterOptions(CLI::App& app, ParameterChoice& choice);
 
+/// Adds the options about flashes, fades and dissolves; likewise.
+void AddTransitionOptions(CLI::App& app, TransitionChoice& choice);
+
 } // namespace scenedetect

@@ -31,16 +31,17 @@ void RequireRows(const Stats& stats) {
     FilePlace before{-1, 0, -1};
     for (std::size_t i = 0; i < stats.rows.size(); ++i) {
         const auto& [place, figures, distances] = stats.rows[i];
-        const char* wrong = figures.dwPosition != i                                    ? "sample"
-                            : place.frame <= before.frame || place.frame > kMostFrames ? "frame"
-                            : place.time < before.time || place.time > kMostSeconds * unit.den / unit.num
-                                ? "time"
-                            : place.byteOffset < -1                                 ? "byte"
-                            : !IsFigure(figures.nDifference)                        ? "difference"
-                            : !IsFigure(figures.nLevel)                             ? "level"
-                            : !IsFigure(figures.nFilled)                            ? "filled"
-                            : !std::ranges::all_of(distances.nDistance, IsDistance) ? "a distance"
-                                                                                    : nullptr;
+        const char* wrong =
+            figures.dwPosition != i                                                       ? "sample"
+            : place.frame <= before.frame || place.frame > kMostFrames                    ? "frame"
+            : place.time < before.time || place.time > kMostSeconds * unit.den / unit.num ? "time"
+            : place.byteOffset < -1                                                       ? "byte"
+            : !IsFigure(figures.nDifference)                                              ? "difference"
+            : !IsFigure(figures.nLevel)                                                   ? "level"
+            : !IsFigure(figures.nFilled)                                                  ? "filled"
+            : !std::ranges::all_of(distances.nDistance, IsDistance)                       ? "a distance"
+            : distances.nVariance < kNoDistance || distances.nVariance > kMostVariance    ? "variance"
+                                                                                          : nullptr;
         if (wrong)
             throw HostError(stats.path + ", row " + std::to_string(i) + " of the figures: " + wrong +
                             " is out of its range or order");

@@ -50,7 +50,7 @@ class Parser {
     explicit Parser(Stats& stats)
         : m_stats(stats),
           m_numbers(NumbersOf(stats.settings)),
-          m_setting(kFrameColumns + (stats.settings.hasDistances ? kDistanceSpans.size() : 0)) {}
+          m_setting(kFrameColumns + (stats.settings.hasDistances ? kStatsDistancesColumns : 0)) {}
 
     void Take(std::int64_t line, const std::vector<std::string>& fields) {
         m_line = line;
@@ -125,12 +125,20 @@ class Parser {
                                   (number(kCut, 0, 1) ? KxFrameCut : 0u);
         else if (isFilled || !fields[kDark].empty() || !fields[kCut].empty())
             throw HostError("a decision in a part, where there can be none");
-        for (std::size_t i = 0; kFrameColumns + i < m_setting; ++i)
-            if (const std::string& field = fields[kFrameColumns + i];
-                !field.empty() || sample >= kDistanceSpans[i])
-                row.distances.nDistance[i] =
-                    static_cast<LONG>(ParseNumber("a distance", field, 0, kMostInFigures));
+        if (m_stats.settings.hasDistances)
+            row.distances = TakeDistances(std::span(fields).subspan(kFrameColumns), sample);
         rows.push_back(row);
+    }
+
+    static KxFrameDistances TakeDistances(std::span<const std::string> fields, std::int64_t sample) {
+        KxFrameDistances distances = kWithoutDistances;
+        for (std::size_t i = 0; i < kDistanceSpans.size(); ++i)
+            if (!fields[i].empty() || sample >= kDistanceSpans[i])
+                distances.nDistance[i] =
+                    static_cast<LONG>(ParseNumber("a distance", fields[i], 0, kMostInFigures));
+        distances.nVariance =
+            static_cast<LONG>(ParseNumber("variance", fields[kDistanceSpans.size()], 0, kMostVariance));
+        return distances;
     }
 
     void TakeSetting(const std::string& name, const std::string& value) {

@@ -55,9 +55,11 @@ void StatsWriter::Add(const StatsRow& row) {
     append(m_sampleCount++);
     append(place.time);
     appendIf(place.byteOffset >= 0, place.byteOffset);
-    if (m_hasDistances)
+    if (m_hasDistances) {
         for (const LONG distance : distances.nDistance)
             appendIf(distance != kNoDistance, distance);
+        append(distances.nVariance);
+    }
     AppendSetting();
     if (m_pending.size() >= kBlock)
         HandOut();
@@ -74,7 +76,7 @@ void StatsWriter::AppendSetting() {
 
 void StatsWriter::Finish() {
     while (m_nextSetting != m_settings.size()) {
-        m_pending.append(kFrameColumns + (m_hasDistances ? kDistanceSpans.size() : 0), ',');
+        m_pending.append(kFrameColumns + (m_hasDistances ? kStatsDistancesColumns : 0), ',');
         AppendSetting();
     }
     HandOut();

@@ -4,10 +4,14 @@
 #include "products/stats/StatsPart.h"
 #include "products/stats/StatsReader.h"
 #include "reading/base/FirstError.h"
+#include "reading/base/HostError.h"
 #include "running/listeners/Listeners.h"
 #include "running/listeners/ScenePrinter.h"
 #include "running/listeners/StatsLogger.h"
 #include "running/run/ShortScenes.h"
+#include "running/run/TransitionScenes.h"
+
+#include <algorithm>
 
 namespace scenedetect {
 namespace {
@@ -30,16 +34,30 @@ RunEnd EndOf(const Stats& stats) {
     return end;
 }
 
-DecidedScenes DecideScenes(Stats& stats, const DetectionParameters& parameters, const SceneLength& length) {
+DecidedScenes DecideScenes(Stats& stats, const DetectionParameters& parameters,
+                           const TransitionChoice& transitions, const SceneLength& length) {
+    if (!transitions.IsEmpty() && !stats.settings.hasDistances)
+        throw HostError(
+            stats.path +
+            ": has no distances, which --flashes, --fades and --dissolves need: it takes a run on "
+            "the video with one of these and --stats");
     DecidedScenes decided;
     ShortScenes scenes(
         length, stats.settings.scale, [&](const FoundScene& scene) { decided.scenes.push_back(scene); },
         [&](std::int64_t sample, const FilePlace& place) {
             decided.gaps.push_back({sample, place});
         });
+    TransitionScenes found(transitions, [&](TransitionKind kind, std::int64_t position) {
+        scenes.Add(
+            {0, position, position, stats.rows[static_cast<std::size_t>(position)].place, KindWord(kind)});
+    });
     for (const std::int64_t position : DecideAgain(stats, parameters))
-        scenes.Add({0, position, position, stats.rows[static_cast<std::size_t>(position)].place,
-                    MethodWord(KxMethodVideo)});
+        if (position == 0 || transitions.IsEmpty())
+            found.Add(position);
+    // But for the last two, which no run judges.
+    for (std::size_t i = 0; i + 2 < stats.rows.size(); ++i)
+        found.Note(stats.rows[i].figures, stats.rows[i].distances);
+    found.Finish();
     scenes.Finish(EndOf(stats).place);
     return decided;
 }
@@ -49,15 +67,17 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     ParameterChoice choice = settings.detection.parameters;
     choice.SettleArea(kAnySize, kAnySize);
     const DetectionParameters parameters = choice.On(stats.settings.parameters);
-    const DecidedScenes decided = DecideScenes(stats, parameters, settings.length);
+    const DecidedScenes decided =
+        DecideScenes(stats, parameters, settings.detection.transitions, settings.length);
 
     BatchSettings saved = settings;
     saved.inputs = {InputOf(stats)};
     const std::vector<RunPlan> plans = MakePlans(saved, claims);
-    OrderedOutput output(console, SceneCsv::Header({}), 1, plans.front().OnlyPrints());
+    const SceneCsv::Columns columns{false, settings.detection.Words().size() > 1};
+    OrderedOutput output(console, SceneCsv::Header(columns), 1, plans.front().OnlyPrints());
     auto listeners = MakeTableListeners(plans.front().run, plans.front().outputs, parameters, false);
     if (plans.front().outputs.printsScenes)
-        listeners.push_back(std::make_unique<ScenePrinter>(output, 0, SceneCsv::Columns{}));
+        listeners.push_back(std::make_unique<ScenePrinter>(output, 0, columns));
     if (const std::string& path = plans.front().outputs.statsPath; !path.empty())
         listeners.push_back(std::make_unique<StatsLogger>(path, stats.settings.hasDistances));
     const RunInfo info{saved.inputs.front(), stats.settings.scale, {}, media, {}, false, {}, {}, parameters};

@@ -21,10 +21,11 @@ struct DecidedScenes {
     std::vector<Gap> gaps;
 };
 
-/// The scenes that "Video" finds in the figures with these parameters, each of the least length. `stats`
-/// becomes that of the run that had found them. HostError as DecideAgain has it.
+/// The scenes that "Video" finds in the figures with these parameters, with what `transitions` make of them,
+/// each of the least length. `stats` becomes that of the run that had found them. HostError as DecideAgain
+/// has it, and for transitions where the figures have no distances.
 [[nodiscard]] DecidedScenes DecideScenes(Stats& stats, const DetectionParameters& parameters,
-                                         const SceneLength& length);
+                                         const TransitionChoice& transitions, const SceneLength& length);
 /// Of a run that measured all of these figures, which are not empty.
 [[nodiscard]] RunEnd EndOf(const Stats& stats);
 

@@ -12,6 +12,8 @@ constexpr std::pair<KxDetectionMethod, const char*> kMethodWords[] = {{KxMethodT
                                                                       {KxMethodInterval, "interval"},
                                                                       {KxMethodManual, "manual"}};
 
+constexpr const char* kFadeWords[] = {"off", "start", "middle", "end"}; // as FadePlace
+
 } // namespace
 
 std::string MethodWord(KxDetectionMethod method) {
@@ -26,6 +28,23 @@ std::optional<KxDetectionMethod> MethodOf(const std::string& word) {
         if (word == name)
             return method;
     return std::nullopt;
+}
+
+std::string KindWord(TransitionKind kind) {
+    return kind == TransitionKind::Fade       ? "fade"
+           : kind == TransitionKind::Dissolve ? "dissolve"
+                                              : MethodWord(KxMethodVideo);
+}
+
+std::string FadePlaceWord(FadePlace place) {
+    return kFadeWords[static_cast<std::size_t>(place)];
+}
+
+std::optional<FadePlace> FadePlaceOf(const std::string& word) {
+    const auto found = std::ranges::find(kFadeWords, word);
+    return found != std::end(kFadeWords)
+               ? std::optional(static_cast<FadePlace>(found - std::begin(kFadeWords)))
+               : std::nullopt;
 }
 
 std::string TapeCutOption(TapeCut cut) {
@@ -64,6 +83,10 @@ std::vector<std::string> DetectionSettings::Words() const {
     std::vector<std::string> words;
     std::ranges::transform(methods, std::back_inserter(words), MethodWord);
     std::ranges::transform(cuts, std::back_inserter(words), TapeCutWord);
+    if (transitions.FindsFades())
+        words.push_back(KindWord(TransitionKind::Fade));
+    if (transitions.findsDissolves)
+        words.push_back(KindWord(TransitionKind::Dissolve));
     return words;
 }
 

@@ -6,6 +6,7 @@
 #include "reading/dv/TapeJudge.h"
 #include "running/detection/AreaChoice.h"
 #include "scenes/IKxSceneDetect.h"
+#include "scenes/transitions/TransitionRule.h"
 
 #include <array>
 #include <cstdint>
@@ -18,6 +19,13 @@ namespace scenedetect {
 /// The word that users have for a method: "timestamp", "video", "interval" or "manual".
 [[nodiscard]] std::string MethodWord(KxDetectionMethod method);
 [[nodiscard]] std::optional<KxDetectionMethod> MethodOf(const std::string& word);
+
+/// The word that users have for how a scene of the video method begins; for a cut that of the method.
+[[nodiscard]] std::string KindWord(TransitionKind kind);
+
+/// "off", "start", "middle" or "end".
+[[nodiscard]] std::string FadePlaceWord(FadePlace place);
+[[nodiscard]] std::optional<FadePlace> FadePlaceOf(const std::string& word);
 
 /// The word that users ask for a cut by: "recordings", else as TapeCutWord.
 [[nodiscard]] std::string TapeCutOption(TapeCut cut);
@@ -51,10 +59,11 @@ struct DetectionSettings {
     std::uint32_t interval = 0;       ///< frames per scene; above 0 exactly when the interval is a method
     std::vector<std::uint32_t> marks; ///< positions of manual scenes: ascending, without duplicates
     bool readTimecode = false;
-    ParameterChoice parameters; ///< of the video method
+    ParameterChoice parameters;     ///< of the video method
+    TransitionChoice transitions{}; ///< likewise
 
     [[nodiscard]] bool Uses(KxDetectionMethod method) const;
-    /// For all that finds scenes the word that tells so: methods first, then cuts.
+    /// For all that finds scenes the word that tells so: methods first, then cuts, then fades and dissolves.
     [[nodiscard]] std::vector<std::string> Words() const;
     /// With `separator` between them.
     [[nodiscard]] std::string WordList(const char* separator) const;

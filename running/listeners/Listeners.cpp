@@ -37,6 +37,11 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& r
     addPoint("min-scene", run.length.least);
     if (run.length.least && run.length.rule != ShortRule::Merge)
         settings.emplace_back("short-scenes", kShortRules[static_cast<std::size_t>(run.length.rule)]);
+    const TransitionChoice& transitions = run.detection.transitions;
+    if (transitions.dropsFlashes)
+        settings.emplace_back("flashes", "drop");
+    if (transitions.FindsFades())
+        settings.emplace_back("fades", FadePlaceWord(transitions.fades));
     if (run.detection.Uses(KxMethodVideo)) {
         for (std::size_t i = 0; i < KxAreaLeft; ++i)
             settings.emplace_back(kParameterNames[i], std::to_string(kDetectionParameters[i].Of(parameters)));
@@ -79,7 +84,8 @@ std::vector<std::unique_ptr<RunListener>> MakeListeners(const RunSettings& run, 
     if (!outputs.tapeLogPath.empty())
         listeners.push_back(std::make_unique<TapeLogger>(outputs.tapeLogPath));
     if (!outputs.statsPath.empty())
-        listeners.push_back(std::make_unique<StatsLogger>(outputs.statsPath, false, run.range.part));
+        listeners.push_back(std::make_unique<StatsLogger>(
+            outputs.statsPath, !run.detection.transitions.IsEmpty(), run.range.part));
     if (!outputs.clips.folder.empty())
         listeners.push_back(std::make_unique<ClipMaker>(outputs.clips, claims, console, progress,
                                                         run.length.rule == ShortRule::Drop));

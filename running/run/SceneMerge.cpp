@@ -18,10 +18,14 @@ void SceneMerge::Add(std::size_t filter, std::int64_t position) {
     place->foundBy[filter] = true;
 }
 
+void SceneMerge::Add(const std::string& method, std::int64_t position) {
+    Add(static_cast<std::size_t>(std::ranges::find(m_methods, method) - m_methods.begin()), position);
+}
+
 void SceneMerge::Take(std::int64_t end,
                       const std::function<void(std::int64_t position, const std::string& method)>& take) {
     std::size_t taken = 0;
-    while (taken < m_pending.size() && (m_methods.size() == 1 || m_pending[taken].position < end)) {
+    while (taken < m_pending.size() && (!m_mustWait || m_pending[taken].position < end)) {
         take(m_pending[taken].position, MethodText(m_pending[taken]));
         ++taken;
     }

@@ -12,10 +12,14 @@ namespace scenedetect {
 /// Where two methods find the same position, that is one scene. One thread.
 class SceneMerge {
   public:
-    explicit SceneMerge(std::vector<std::string> methods) : m_methods(std::move(methods)) {}
+    /// `isAnyOrder`: positions may be added in any order, also those of one method.
+    explicit SceneMerge(std::vector<std::string> methods, bool isAnyOrder = false)
+        : m_methods(std::move(methods)), m_mustWait(isAnyOrder || m_methods.size() > 1) {}
 
     /// A scene at the position that the `filter`-th filter has found; each filter's positions ascend.
     void Add(std::size_t filter, std::int64_t position);
+    /// Likewise by the method's word, which is one of those given.
+    void Add(const std::string& method, std::int64_t position);
     /// Hands over, in order, the scenes before `end`, to which no filter adds any more; with a single filter
     /// all there are.
     void Take(std::int64_t end,
@@ -30,6 +34,7 @@ class SceneMerge {
     [[nodiscard]] std::string MethodText(const Pending& scene) const;
 
     const std::vector<std::string> m_methods;
+    const bool m_mustWait;
     std::vector<Pending> m_pending; // ascending
 };
 

@@ -10,20 +10,15 @@
 #include "running/run/UsableMethods.h"
 #include "scenes/SceneListFile.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <limits>
-#include <span>
 #include <string>
 #include <utility>
 
 namespace scenedetect {
 namespace {
-
-DvPacks PacksOf(const Picture& picture) {
-    const auto system = DvSystemOfSize(picture.Bytes().size());
-    return system && picture.format.fourcc == kDvFourcc ? ReadDvPacks(picture.Bytes(), *system) : DvPacks();
-}
 
 std::string List(const char* word, const std::vector<std::string>& names) {
     std::string text;
@@ -61,10 +56,13 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
                             [this](const Irregularity& each) { m_irregularities.push_back(each); })),
       m_settings(SettingsFor(settings, m_reader->Format(), m_reader->Info(), reading.console)),
       m_graph(m_reader->Format(), m_settings.detection.methods.size()),
-      m_merge(m_settings.detection.Words()),
+      m_merge(m_settings.detection.Words(), !m_settings.detection.transitions.IsEmpty()),
       m_tapeScenes(
           m_settings.detection.cuts,
           [this](std::size_t cut, std::int64_t sample) { m_merge.Add(m_detections.size() + cut, sample); }),
+      m_transitions(
+          m_settings.detection.transitions,
+          [this](TransitionKind kind, std::int64_t sample) { m_merge.Add(KindWord(kind), sample); }),
       m_scenes(
           settings.length, m_reader->Scale(),
           [this](const FoundScene& scene) {
@@ -94,10 +92,12 @@ void SceneRun::SetUpFilters() {
         if (method != KxMethodVideo)
             continue;
         ApplyParameters(m_graph.Tuning(i), m_settings.detection.parameters);
-        if (m_settings.wantsFigures) {
+        if (m_settings.wantsFigures || m_transitions.IsOn()) {
             m_measuring = i;
             Require(m_graph.Tuning(i).EnableFrameFigures(TRUE), "the filter does not hand out its figures");
         }
+        if (m_transitions.IsOn())
+            Require(m_graph.Distances(i).EnableFrameDistances(TRUE), "the filter does not measure distances");
     }
     if (const auto refusing = m_graph.Connect())
         throw HostError(RefusalText(m_settings.detection.methods[*refusing], m_settings.input));
@@ -196,7 +196,10 @@ void SceneRun::FinishList() {
 void SceneRun::DrainAll() {
     FinishList();
     m_tapeScenes.Finish();
-    DrainScenes(std::numeric_limits<std::int64_t>::max());
+    DrainFilters();
+    DrainFigures();
+    m_transitions.Finish();
+    TellScenes(std::numeric_limits<std::int64_t>::max());
     if (!m_graph.Sink().HasEnded())
         throw HostError("the end of the stream did not pass the filter graph");
 }
@@ -314,41 +317,46 @@ void SceneRun::Pass(ComRef<PictureSample> held) {
     if (m_measuring)
         m_measured.Append(held->picture.place);
     m_end = PlaceAfter(held->picture.place, m_reader->Scale());
-    m_recent.push_back(std::move(held));
-    m_tapeScenes.Note(m_recent.back()->picture, m_samples);
-    m_range.Pass(m_recent.back()->picture.place);
+    m_recent.Add(std::move(held));
+    const Picture& picture = m_recent.Last().picture;
+    m_tapeScenes.Note(picture, m_samples);
+    m_range.Pass(picture.place);
     ++m_samples;
-    DrainScenes(m_samples - RunListener::kLookBack);
-    TellListed(m_recent.back()->picture);
+    DrainFilters();
     DrainFigures();
-    Tell([this](RunListener& listener) { listener.Passed(*m_recent.back(), m_samples - 1); });
-    if (std::ssize(m_recent) > RunListener::kLookBack)
-        m_recent.pop_front();
+    const std::int64_t settledBefore =
+        std::min(m_samples - RunListener::kLookBack, m_transitions.SettledBefore());
+    TellScenes(settledBefore);
+    TellListed(picture);
+    Tell([this](RunListener& listener) { listener.Passed(m_recent.Last(), m_samples - 1); });
+    m_recent.ForgetBefore(settledBefore);
     m_progress.frames.store(m_samples, std::memory_order_relaxed);
     m_progress.fraction.store(m_reader->Fraction(), std::memory_order_relaxed);
 }
 
-void SceneRun::DrainScenes(std::int64_t settledBefore) {
+void SceneRun::DrainFilters() {
     for (std::size_t i = 0; i < m_detections.size(); ++i)
         TakeScenes(m_graph.Scenes(i), [&](std::int32_t position) {
             m_detections[i].positions.push_back(static_cast<std::int32_t>(m_skipped + position));
-            m_merge.Add(i, position);
+            if (m_settings.detection.methods[i] == KxMethodVideo)
+                m_transitions.Add(position);
+            else
+                m_merge.Add(i, position);
         });
-    const std::int64_t first = m_samples - std::ssize(m_recent);
-    const auto recent = [&](std::int64_t sample) -> const Picture& {
-        return m_recent[static_cast<std::size_t>(sample - first)]->picture;
-    };
+}
+
+void SceneRun::TellScenes(std::int64_t settledBefore) {
     m_merge.Take(settledBefore, [&](std::int64_t position, const std::string& method) {
-        if (position < first || position >= m_samples)
+        if (!m_recent.Has(position))
             throw HostError("the filter reports a scene at " + std::to_string(position) +
                             ", where there is no sample");
-        const Picture& picture = recent(position);
-        m_scenes.Add({0, position, m_skipped + position, picture.place, method, PacksOf(picture)});
+        m_scenes.Add({0, position, m_skipped + position, m_recent.PlaceOf(position), method,
+                      m_recent.PacksAt(position)});
     });
     if (settledBefore >= m_samples)
         m_scenes.Finish(m_end);
-    else if (settledBefore >= first)
-        m_scenes.Settle(recent(settledBefore).place);
+    else if (m_recent.Has(settledBefore))
+        m_scenes.Settle(m_recent.PlaceOf(settledBefore));
 }
 
 void SceneRun::DrainFigures() {
@@ -361,6 +369,7 @@ void SceneRun::DrainFigures() {
                .GetFrameDistances(figures.size(), figures.data(), distances.data(), &taken) == S_OK)
         for (ULONG i = 0; i < taken; ++i)
             if (const auto place = m_measured.Find(figures[i].dwPosition)) {
+                m_transitions.Note(figures[i], distances[i]);
                 Tell([&](RunListener& listener) { listener.Figures(*place, figures[i], distances[i]); });
                 m_measured.ForgetBefore(figures[i].dwPosition);
             }
@@ -389,12 +398,22 @@ void SceneRun::TellOfShortScenes() {
 }
 
 void SceneRun::TellOfFullLists() {
-    const bool hasCuts = !m_settings.detection.cuts.empty();
-    if (m_scenes.LeftOut() == 0 && !hasCuts)
+    const DetectionSettings& detection = m_settings.detection;
+    const std::pair<bool, const char*> options[] = {
+        {!detection.cuts.empty(), "--cut-at"},
+        {m_transitions.HasChanged() && detection.transitions.dropsFlashes, "--flashes"},
+        {m_transitions.HasChanged() && detection.transitions.FindsFades(), "--fades"},
+        {m_transitions.HasChanged() && detection.transitions.findsDissolves, "--dissolves"},
+        {m_scenes.LeftOut() != 0, "--min-scene"}};
+    std::string names;
+    for (const auto& [acts, name] : options)
+        if (acts)
+            names += (names.empty() ? "" : ", ") + std::string(name);
+    if (names.empty())
         return;
-    const std::string option = !hasCuts                  ? "--min-scene acts"
-                               : m_scenes.LeftOut() == 0 ? "--cut-at acts"
-                                                         : "--cut-at and --min-scene act";
+    const auto last = names.rfind(", ");
+    const std::string option =
+        last == std::string::npos ? names + " acts" : names.replace(last, 2, " and ") + " act";
     for (std::size_t i = 0; i < m_detections.size(); ++i)
         if (const std::string& path = m_settings.xmlPaths[i]; !path.empty())
             m_reading.console.Message(

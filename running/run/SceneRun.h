@@ -9,15 +9,16 @@
 #include "running/detection/MarkSchedule.h"
 #include "running/detection/StartTimecode.h"
 #include "running/run/FilterGraph.h"
+#include "running/run/RecentSamples.h"
 #include "running/run/RunListener.h"
 #include "running/run/RunProgress.h"
 #include "running/run/RunSettings.h"
 #include "running/run/SceneMerge.h"
 #include "running/run/ShortScenes.h"
 #include "running/run/TapeScenes.h"
+#include "running/run/TransitionScenes.h"
 
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -59,8 +60,9 @@ class SceneRun {
     [[nodiscard]] ComRef<PictureSample> TakeSample();
     [[nodiscard]] bool PassPlaces();
     void Pass(ComRef<PictureSample> held);
-    void DrainScenes(std::int64_t settledBefore);
+    void DrainFilters();
     void DrainFigures();
+    void TellScenes(std::int64_t settledBefore);
     void DrainAll();
     void EndDetection(std::size_t filter);
     void WriteOutputs(RunEnding ending);
@@ -82,6 +84,7 @@ class SceneRun {
     std::vector<Detection> m_detections; // as the graph's filters
     SceneMerge m_merge;                  // of the filters, then of the tape's cuts
     TapeScenes m_tapeScenes;
+    TransitionScenes m_transitions;
     ShortScenes m_scenes;
     std::optional<SceneList> m_list; // in place of filters
     std::optional<ListedScenes> m_listed;
@@ -91,10 +94,10 @@ class SceneRun {
     bool m_hasBegun = false;
     SampleTable m_measured; // places that figures are still to come for
     RunRange m_range;
-    std::int64_t m_skipped = 0;                 // before the range
-    std::int64_t m_samples = 0;                 // that have passed the filters
-    FilePlace m_end;                            // after the last of them
-    std::deque<ComRef<PictureSample>> m_recent; // up to the last, as far as a scene may begin there
+    std::int64_t m_skipped = 0; // before the range
+    std::int64_t m_samples = 0; // that have passed the filters
+    FilePlace m_end;            // after the last of them
+    RecentSamples m_recent;
 };
 
 } // namespace scenedetect
