@@ -11,7 +11,6 @@
 #include "running/run/ShortScenes.h"
 #include "running/run/TransitionScenes.h"
 
-#include <algorithm>
 
 namespace scenedetect {
 namespace {

@@ -42,6 +42,8 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& r
         settings.emplace_back("flashes", "drop");
     if (transitions.FindsFades())
         settings.emplace_back("fades", FadePlaceWord(transitions.fades));
+    if (transitions.findsDissolves)
+        settings.emplace_back("dissolves", "found");
     if (run.detection.Uses(KxMethodVideo)) {
         for (std::size_t i = 0; i < KxAreaLeft; ++i)
             settings.emplace_back(kParameterNames[i], std::to_string(kDetectionParameters[i].Of(parameters)));

@@ -50,7 +50,7 @@ Side LookAside(const MeasureRing& frames, std::int64_t edge, std::int32_t level,
     side.isGradual = side.depth >= kLeastDepth && 3 * away(edge + step) <= side.depth;
     while (side.nearer != last && 2 * away(side.nearer + step) <= side.depth)
         side.nearer += step;
-    while (side.ramp != last && away(side.ramp + step) >= away(side.ramp) - 1)
+    while (side.isGradual && side.ramp != last && away(side.ramp + step) >= away(side.ramp) - 1)
         side.ramp += step;
     return side;
 }
@@ -82,7 +82,7 @@ std::optional<Fade> FadeFinder::Note(const MeasureRing& frames, std::int64_t now
     return fade;
 }
 
-std::optional<Fade> FadeFinder::Judge(const MeasureRing& frames, bool looksBefore, bool looksAfter) const {
+Fade FadeFinder::Judge(const MeasureRing& frames, bool looksBefore, bool looksAfter) const {
     const auto isAtRest = [&](std::int64_t frame) {
         return frames.Has(frame) && std::abs(frames.At(frame).level - m_rest->level) <= 1;
     };
@@ -96,11 +96,11 @@ std::optional<Fade> FadeFinder::Judge(const MeasureRing& frames, bool looksBefor
         looksBefore ? LookAside(frames, first, m_rest->level, -1) : Side{.nearer = last, .ramp = last};
     const Side after =
         looksAfter ? LookAside(frames, last, m_rest->level, 1) : Side{.nearer = first, .ramp = first};
-    if (!before.isGradual && !after.isGradual)
-        return std::nullopt;
-    if ((looksBefore && before.depth < kLeastDepth) || (looksAfter && after.depth < kLeastDepth))
-        return std::nullopt;
-    return Fade{first, last, before.nearer, after.nearer, before.ramp, after.ramp, looksBefore, looksAfter};
+    const bool isScene = (before.isGradual || after.isGradual) &&
+                         (!looksBefore || before.depth >= kLeastDepth) &&
+                         (!looksAfter || after.depth >= kLeastDepth);
+    return Fade{first,      last,    before.nearer, after.nearer, before.ramp,
+                after.ramp, isScene, looksBefore,   looksAfter};
 }
 
 } // namespace scenedetect

@@ -16,6 +16,7 @@ struct Fade {
     std::int64_t darkTo = 0;
     std::int64_t rampFrom = 0; ///< from here to `rampTo` the level goes one way and back
     std::int64_t rampTo = 0;
+    bool isScene = false;  ///< else there is no picture on one side, or a cut on both
     bool hasBefore = true; ///< a picture; else only the one after it counts
     bool hasAfter = true;  ///< likewise
 };
@@ -44,8 +45,7 @@ class FadeFinder {
         bool isLong = false;
     };
 
-    [[nodiscard]] std::optional<Fade> Judge(const MeasureRing& frames, bool looksBefore,
-                                            bool looksAfter) const;
+    [[nodiscard]] Fade Judge(const MeasureRing& frames, bool looksBefore, bool looksAfter) const;
 
     std::optional<Rest> m_rest;
 };

@@ -51,7 +51,7 @@ void TransitionRule::Enter(const Fade& fade) {
     for (std::int64_t frame = fade.rampFrom; frame <= fade.rampTo; ++frame)
         if (m_frames.Has(frame))
             VerdictOf(frame).isDissolve = false;
-    if (!m_choice.FindsFades())
+    if (!m_choice.FindsFades() || !fade.isScene)
         return;
     const std::int64_t lastCut = fade.hasAfter ? std::max(fade.darkTo, fade.last + 1) : fade.darkTo;
     for (std::int64_t frame = fade.darkFrom; frame <= lastCut; ++frame)

@@ -51,6 +51,7 @@ diff <(cd "$folder/root/usr" && find . -not -type d | sed -E 's,^\./lib/[^/]+-li
 ./share/doc/tamrak-scene-detect/python.md
 ./share/doc/tamrak-scene-detect/tape-cuts.md
 ./share/doc/tamrak-scene-detect/tape-log.md
+./share/doc/tamrak-scene-detect/transitions.md
 ./share/doc/tamrak-scene-detect/tuning.md
 ./share/doc/tamrak-scene-detect/ways-in.md
 ./share/lintian/overrides/tamrak-scene-detect

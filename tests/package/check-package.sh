@@ -31,6 +31,7 @@ diff <(cd "${root[0]}" && find . -type f | LC_ALL=C sort) - <<'LIST'
 ./libkxscenes.dll
 ./library.md
 ./logging.md
+./transitions.md
 ./tuning.md
 LIST
 cmp "${root[0]}/KxSceneDetect2.ax" "$build/bin/KxSceneDetect2.ax"

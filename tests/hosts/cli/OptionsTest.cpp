@@ -73,6 +73,11 @@ TEST(Options, WrongOnesGetOneLine) {
         {"--part", "1/3", "--stats", "s.csv", "-o", "list.csv", "a"},
         {"--part", "1/3", "--stats", "s.csv", "--start", "5", "a"},
         {"--part", "1/3", "--stats", "s.csv", "--from-stats", "p.csv"},
+        {"--part", "1/3", "--stats", "s.csv", "--fades", "end", "a"},
+        {"--flashes", "some", "a"},
+        {"--fades", "black", "a"},
+        {"--method", "interval", "--interval", "9", "--dissolves", "a"},
+        {"--scenes", "list.csv", "--flashes", "drop", "a"},
     };
     for (const auto& arguments : wrong) {
         KxOptions options;
