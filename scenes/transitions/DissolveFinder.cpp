@@ -11,7 +11,7 @@ constexpr int kLeastCount = 3;
 // What changes for longer is motion, or light.
 constexpr std::int64_t kLongestDissolve = 128;
 // Pictures that differ by less are alike.
-constexpr std::int32_t kLeastDistance = 12;
+constexpr std::int32_t kLeastDistance = 16;
 // A frame as uniform as this is at rest in a fade.
 constexpr std::int32_t kUniform = 9;
 
@@ -46,7 +46,7 @@ bool IsMixed(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
     const std::int32_t way = frames.Distance(end, span / 2) + frames.Distance(middle, span / 2);
     const std::int32_t bend =
         std::abs(2 * frames.At(middle).level - frames.At(begin).level - frames.At(end).level);
-    if (100 * distance < 88 * way || bend > std::max(2, distance * 3 / 20))
+    if (100 * distance < 88 * way || bend > std::max(2, distance / 4))
         return false;
     // Mixed pictures have less contrast: the variance is a parabola, whose second difference is half the
     // variance of what the pictures differ by. Motion takes along the contrast that there is.
