@@ -49,7 +49,9 @@ void TransitionScenes::Finish() {
 }
 
 std::int64_t TransitionScenes::SettledBefore() const {
-    return m_rule ? m_rule->SettledBefore() : std::numeric_limits<std::int64_t>::max();
+    // What changes between the first picture and the one before it is nothing.
+    return m_rule ? std::max<std::int64_t>(m_rule->SettledBefore(), 1)
+                  : std::numeric_limits<std::int64_t>::max();
 }
 
 void TransitionScenes::TakeAll() {
