@@ -31,6 +31,7 @@ struct RequestedRun {
     ParameterChoice parameters;
     bool wantsFigures = false;
     bool decodesFast = false;
+    TransitionChoice transitions;
 };
 
 RunSettings SettingsOf(const RequestedRun& request) {
@@ -43,6 +44,7 @@ RunSettings SettingsOf(const RequestedRun& request) {
     settings.detection.interval = request.interval;
     settings.detection.marks = request.marks;
     settings.detection.parameters = request.parameters;
+    settings.detection.transitions = request.transitions;
     settings.xmlPaths.resize(settings.detection.methods.size());
     settings.range = {PointOf(request.start), PointOf(request.end), PointOf(request.duration)};
     settings.length = LengthOf(request.shortestScene, request.shortScenes);
@@ -112,12 +114,23 @@ void BindRuns(py::module_& module) {
                          std::optional<std::string> start, std::optional<std::string> end,
                          std::optional<std::string> duration, std::optional<std::string> shortestScene,
                          std::string shortScenes, const py::dict& parameters, bool wantsFigures,
-                         bool decodesFast, int threads) {
+                         bool decodesFast, bool dropsFlashes, const std::string& fades, bool findsDissolves,
+                         int threads) {
                  return std::make_unique<PythonRun>(
-                     RequestedRun{std::move(path), std::move(methods), std::move(cuts), interval,
-                                  std::move(marks), std::move(start), std::move(end), std::move(duration),
-                                  std::move(shortestScene), std::move(shortScenes), ParametersOf(parameters),
-                                  wantsFigures, decodesFast},
+                     RequestedRun{std::move(path),
+                                  std::move(methods),
+                                  std::move(cuts),
+                                  interval,
+                                  std::move(marks),
+                                  std::move(start),
+                                  std::move(end),
+                                  std::move(duration),
+                                  std::move(shortestScene),
+                                  std::move(shortScenes),
+                                  ParametersOf(parameters),
+                                  wantsFigures,
+                                  decodesFast,
+                                  {dropsFlashes, FadePlaceOf(fades).value(), findsDissolves}},
                      threads);
              }),
              py::kw_only(), py::arg("path"), py::arg("methods"), py::arg("cuts") = std::vector<std::string>(),
@@ -125,6 +138,7 @@ void BindRuns(py::module_& module) {
              py::arg("start") = py::none(), py::arg("end") = py::none(), py::arg("duration") = py::none(),
              py::arg("min_scene") = py::none(), py::arg("short_scenes") = kShortRules.front(),
              py::arg("parameters") = py::dict(), py::arg("figures") = false, py::arg("fast") = false,
+             py::arg("drop_flashes") = false, py::arg("fades") = "off", py::arg("dissolves") = false,
              py::arg("threads") = 0)
         .def("next", &PythonRun::Next, py::arg("progress") = py::none())
         .def("video", &PythonRun::Video)

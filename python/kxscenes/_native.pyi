@@ -29,6 +29,9 @@ class Run:
         parameters: dict[str, int | str] = ...,
         figures: bool = ...,
         fast: bool = ...,
+        drop_flashes: bool = ...,
+        fades: str = ...,
+        dissolves: bool = ...,
         threads: int = ...,
     ) -> None: ...
     def next(self, progress: Callable[[int, float | None], object] | None = ...) -> tuple[Any, ...] | None: ...

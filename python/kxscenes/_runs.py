@@ -154,6 +154,9 @@ def scenes(
     votes: int | None = None,
     longest_scene: int | None = None,
     area: Area | None = None,
+    flashes: str = "keep",
+    fades: str = "off",
+    dissolves: bool = False,
     decode: str = "exact",
     threads: int = 0,
     progress: Progress | None = None,
@@ -175,6 +178,9 @@ def scenes(
         unless given.
     area: the part of the picture that "video" compares: left, top, width and height in pixels, or text as the
         program takes it ("0,0,100%,85%").
+    flashes: "drop" makes no scenes of cuts at flashes.
+    fades: "start", "middle" or "end": where one scene begins in each fade through black or white.
+    dissolves: finds these, too. Scenes of such kinds have the method "fade" and "dissolve".
     decode: "exact", or "fast" with the decoder's shortcuts.
     threads: that decoding may take; 0: as many as usable cores.
     progress: called now and then with the frames that have passed and the fraction of the file (None where
@@ -192,6 +198,10 @@ def scenes(
         raise ValueError('marks need "scenes" in cut_at')
     if frames and frames[0] < 1:
         raise ValueError("marks are frames from 1 on: a scene begins at frame 0 anyway")
+    if flashes not in ("keep", "drop") or fades not in ("off", "start", "middle", "end"):
+        raise ValueError('flashes are "keep" or "drop", fades "off", "start", "middle" or "end"')
+    if (flashes == "drop" or fades != "off" or dissolves) and "video" not in words:
+        raise ValueError('flashes, fades and dissolves go with the method "video"')
     parameters = given(
         cut_threshold=cut_threshold,
         dark_level=dark_level,
@@ -212,6 +222,9 @@ def scenes(
         min_scene=min_scene,
         short_scenes=short_scenes,
         parameters=parameters,
+        drop_flashes=flashes == "drop",
+        fades=fades,
+        dissolves=dissolves,
         decode=decode,
         threads=threads,
     )
