@@ -11,7 +11,7 @@ constexpr int kLeastCount = 3;
 // What changes for longer is motion, or light.
 constexpr std::int64_t kLongestDissolve = 128;
 // Pictures that differ by less are alike.
-constexpr std::int32_t kLeastDistance = 16;
+constexpr std::int32_t kLeastDistance = 12;
 // A frame as uniform as this is at rest in a fade.
 constexpr std::int32_t kUniform = 9;
 
@@ -49,15 +49,15 @@ bool IsMixed(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
     if (100 * distance < 88 * way || bend > std::max(2, distance / 4))
         return false;
     // Mixed pictures have less contrast: the variance is a parabola, whose second difference is half the
-    // variance of what the pictures differ by. Motion takes along the contrast that there is.
+    // variance of what the pictures differ by. Motion takes along the contrast that there is, most of it.
     const std::int32_t dip =
         VarianceAt(frames, end) - 2 * VarianceAt(frames, middle) + VarianceAt(frames, begin);
     const std::int32_t step = frames.LevelStep(begin, end);
-    if (dip < 4 || 2 * dip < distance * distance - step * step)
+    if (dip < 4 || 4 * dip < VarianceAt(frames, middle) || 2 * dip < distance * distance - step * step)
         return false;
-    // Pictures before and after are less far apart at such a span.
+    // Pictures before and after are no farther apart at such a span.
     const std::int32_t motion = std::max(Outside(frames, begin, span), Outside(frames, end + span, span));
-    return 5 * distance >= 6 * motion;
+    return distance >= motion;
 }
 
 } // namespace
