@@ -53,11 +53,11 @@ bool IsMixed(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
     const std::int32_t dip =
         VarianceAt(frames, end) - 2 * VarianceAt(frames, middle) + VarianceAt(frames, begin);
     const std::int32_t step = frames.LevelStep(begin, end);
-    if (dip < 4 || 4 * dip < VarianceAt(frames, middle) || 2 * dip < distance * distance - step * step)
+    if (dip < 4 || 4 * dip < VarianceAt(frames, middle) || 8 * dip < 5 * (distance * distance - step * step))
         return false;
-    // Pictures before and after are no farther apart at such a span.
+    // Pictures before and after are less far apart at such a span.
     const std::int32_t motion = std::max(Outside(frames, begin, span), Outside(frames, end + span, span));
-    return distance >= motion;
+    return 5 * distance >= 6 * motion;
 }
 
 } // namespace

@@ -54,7 +54,8 @@ const show = async time => {
 
 
 def run(*command: object) -> str:
-    return subprocess.run([str(word) for word in command], check=True, capture_output=True, text=True).stdout
+    return subprocess.run(
+        [str(word) for word in command], check=True, capture_output=True, text=True, timeout=120).stdout
 
 
 def make(film: pathlib.Path, pictures: str, encoding: str) -> None:
