@@ -36,8 +36,10 @@ const number = () => {
 const event = name => new Promise(done => video.addEventListener(name, done, {once: true}));
 const show = async time => {
     const shown = event('seeked');
+    const presented = new Promise(done => video.requestVideoFrameCallback(done));
     video.currentTime = time;
     await shown;
+    await presented;
     return number();
 };
 (async () => {
