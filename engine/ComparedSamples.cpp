@@ -26,7 +26,7 @@ Range CellsIn(std::int64_t start, std::int64_t length, std::int64_t pixels, std:
     const Range range{countBefore(start), countBefore(start + length)};
     if (range.first < range.end)
         return range;
-    const std::int64_t middle = (2 * start + length) * pixels / (2 * kWholeArea * cell);
+    const std::int64_t middle = (2 * start + length) * pixels / (std::int64_t{2} * kWholeArea * cell);
     const std::int64_t nearest = std::clamp<std::int64_t>(middle, 0, cells - 1);
     return {nearest, nearest + 1};
 }
@@ -86,7 +86,7 @@ std::int32_t ComparedSamples::Variance(const std::uint8_t* slot) const {
     for (const auto& [first, count] : m_spans)
         for (std::size_t i = first; i < first + count; ++i) {
             sum += slot[i];
-            squares += std::uint32_t{slot[i]} * slot[i];
+            squares += std::uint64_t{slot[i]} * slot[i];
         }
     const double mean = static_cast<double>(sum) / static_cast<double>(m_count);
     return static_cast<std::int32_t>(static_cast<double>(squares) / static_cast<double>(m_count) -

@@ -34,10 +34,12 @@ constexpr IID KxIdentifier(const char (&text)[37]) {
 
 // An interface and its identifier, IID_ and the interface's name; bound to it for __uuidof and IID_PPV_ARGS
 // where the compiler has these.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define KX_INTERFACE(name, text)                                                                             \
     struct KX_INTERFACE_ID(text) name;                                                                       \
     inline constexpr IID IID_##name = KxIdentifier(text);                                                    \
     KX_BIND_INTERFACE_ID(name, IID_##name)
+// NOLINTEND(bugprone-macro-parentheses)
 
 KX_INTERFACE(IKxSceneDetect, "7A5A6A86-2706-4160-AAAD-28936E7249A9")
 KX_INTERFACE(IKxSceneDetect2, "908663DA-46DC-44EF-9A05-D3C4EB9B3C91")
@@ -137,10 +139,8 @@ enum KxDetectionParameter : std::uint32_t {
     /// 0..2147483647 (the process-wide length, 0): frames after which a scene ends without a cut; 0: never.
     KxLongestScene = 4,
     // The part of the picture that is compared, in per mille of the picture's width and height as it is
-    // stored:
-    // the samples whose blocks have their centre in it, and never none. What of it lies outside the picture
-    // has
-    // no samples.
+    // stored: the samples whose blocks have their centre in it, and never none. What of it lies outside the
+    // picture has no samples.
 
     /// 0..999 (0).
     KxAreaLeft = 5,
