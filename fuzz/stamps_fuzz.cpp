@@ -1,7 +1,7 @@
 // Time stamps of containers: whatever they say, pictures are numbered and timed onward, and packets of the
 // video get a DTS that is in range.
 #include "fuzz/Input.h"
-#include "products/cutting/PacketStamps.h"
+#include "products/muxing/PacketStamps.h"
 #include "reading/ffmpeg/FfmpegPointers.h"
 #include "reading/ffmpeg/Stamps.h"
 #include "reading/media/FrameClock.h"

@@ -1,7 +1,7 @@
 #include "hosts/cli/OutputOptions.h"
 
 #include "hosts/cli/ParameterOptions.h"
-#include "products/cutting/Container.h"
+#include "products/muxing/Container.h"
 #include "products/outputs/OutputFormats.h"
 #include "products/tape/TapeLogText.h"
 #include "reading/base/HostError.h"

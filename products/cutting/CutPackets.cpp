@@ -2,9 +2,9 @@
 
 #include "products/cutting/EncodePackets.h"
 #include "products/cutting/PacketClip.h"
-#include "products/cutting/PcmPacket.h"
 #include "products/cutting/SceneStamps.h"
-#include "products/cutting/VideoEncoder.h"
+#include "products/muxing/PcmPacket.h"
+#include "products/muxing/VideoEncoder.h"
 #include "reading/base/HostError.h"
 
 extern "C" {

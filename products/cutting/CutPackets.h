@@ -1,7 +1,7 @@
 // Cuts a file of any kind without encoding: a second pass over its packets, once its scenes are known.
 #pragma once
 
-#include "products/cutting/ClipSettings.h"
+#include "products/clips/ClipSettings.h"
 #include "reading/timing/SampleTable.h"
 #include "reading/timing/TimeScale.h"
 

@@ -2,7 +2,7 @@
 
 #include "products/cutting/PacketClip.h"
 #include "products/cutting/SceneStamps.h"
-#include "products/cutting/VideoEncoder.h"
+#include "products/muxing/VideoEncoder.h"
 #include "reading/ffmpeg/VideoDecoder.h"
 
 #include <deque>

@@ -1,8 +1,8 @@
 // Cuts a file of any kind with its video encoded anew, so that clips begin and end with the very pictures.
 #pragma once
 
-#include "products/cutting/Container.h"
 #include "products/cutting/CutPackets.h"
+#include "products/muxing/Container.h"
 
 namespace scenedetect {
 

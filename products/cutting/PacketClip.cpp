@@ -1,8 +1,8 @@
 #include "products/cutting/PacketClip.h"
 
-#include "products/cutting/Mp4Edits.h"
-#include "products/cutting/PcmPacket.h"
-#include "products/cutting/VideoEncoder.h"
+#include "products/muxing/Mp4Edits.h"
+#include "products/muxing/PcmPacket.h"
+#include "products/muxing/VideoEncoder.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,10 +1,10 @@
 // One clip of a file, to which packets are offered in the order of the file.
 #pragma once
 
-#include "products/cutting/ClipMuxer.h"
-#include "products/cutting/ClipSettings.h"
-#include "products/cutting/PacketSource.h"
+#include "products/clips/ClipSettings.h"
 #include "products/files/OutputFile.h"
+#include "products/muxing/ClipMuxer.h"
+#include "products/muxing/PacketSource.h"
 #include "reading/ffmpeg/FfmpegPointers.h"
 #include "reading/ffmpeg/Stamps.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "products/cutting/CutPackets.h"
-#include "products/cutting/PacketSource.h"
+#include "products/muxing/PacketSource.h"
 #include "reading/ffmpeg/Rational.h"
 
 extern "C" {

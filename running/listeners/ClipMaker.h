@@ -1,7 +1,7 @@
 // Cuts an input into a clip a scene: DV frames while they pass, everything else when the scenes are known.
 #pragma once
 
-#include "products/cutting/ClipCutter.h"
+#include "products/clips/ClipCutter.h"
 #include "products/cutting/CutPackets.h"
 #include "reading/base/Console.h"
 #include "running/run/RunListener.h"

@@ -1,7 +1,7 @@
 // What is made of the scenes of a run.
 #pragma once
 
-#include "products/cutting/ClipSettings.h"
+#include "products/clips/ClipSettings.h"
 #include "products/stills/PictureSettings.h"
 
 #include <string>

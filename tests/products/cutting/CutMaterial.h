@@ -1,7 +1,7 @@
 // Cuts files as a run does, scenes given, and reads the clips with ffmpeg.
 #pragma once
 
-#include "products/cutting/ClipCutter.h"
+#include "products/clips/ClipCutter.h"
 #include "products/cutting/CutPackets.h"
 #include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegLog.h"

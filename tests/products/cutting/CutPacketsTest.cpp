@@ -1,4 +1,4 @@
-#include "products/cutting/Mp4Boxes.h"
+#include "products/muxing/Mp4Boxes.h"
 #include "tests/Testing.h"
 #include "tests/products/cutting/CutMaterial.h"
 

@@ -1,4 +1,4 @@
-#include "products/cutting/RemuxDv.h"
+#include "products/muxing/RemuxDv.h"
 #include "tests/Testing.h"
 #include "tests/products/cutting/CutMaterial.h"
 

@@ -1,5 +1,5 @@
-#include "products/cutting/Mp4Edits.h"
-#include "products/cutting/Mp4Boxes.h"
+#include "products/muxing/Mp4Edits.h"
+#include "products/muxing/Mp4Boxes.h"
 #include "tests/Testing.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "products/cutting/PacketSource.h"
+#include "products/muxing/PacketSource.h"
 #include "reading/media/MediaInput.h"
 #include "tests/Testing.h"
 #include "tests/products/cutting/CutMaterial.h"

@@ -1,9 +1,9 @@
 // Raw DV into a container: pictures as they are, and the audio that lies in the frames as streams of its own.
 #pragma once
 
-#include "products/cutting/Container.h"
-#include "products/cutting/EncodeChoice.h"
 #include "products/files/OutputFile.h"
+#include "products/muxing/Container.h"
+#include "products/muxing/EncodeChoice.h"
 #include "reading/ffmpeg/MediaFile.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 // The packets of a file's video stream, of all its audio and of its subtitles.
 #pragma once
 
-#include "products/cutting/Container.h"
-#include "products/cutting/PacketStamps.h"
+#include "products/muxing/Container.h"
+#include "products/muxing/PacketStamps.h"
 #include "reading/ffmpeg/MediaFile.h"
 
 #include <optional>

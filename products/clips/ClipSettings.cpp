@@ -1,4 +1,4 @@
-#include "products/cutting/ClipSettings.h"
+#include "products/clips/ClipSettings.h"
 
 #include "reading/base/HostError.h"
 

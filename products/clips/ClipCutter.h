@@ -1,8 +1,8 @@
 // Cuts DV while it is read: the frames of each scene, byte for byte, into a file of its own.
 #pragma once
 
-#include "products/cutting/ClipSettings.h"
-#include "products/cutting/Container.h"
+#include "products/clips/ClipSettings.h"
+#include "products/muxing/Container.h"
 #include "reading/dv/TapeJudge.h"
 #include "reading/readers/Picture.h"
 

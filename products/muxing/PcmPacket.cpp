@@ -1,4 +1,4 @@
-#include "products/cutting/PcmPacket.h"
+#include "products/muxing/PcmPacket.h"
 
 #include "reading/ffmpeg/Stamps.h"
 

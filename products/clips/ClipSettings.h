@@ -1,10 +1,10 @@
 // What clips are to be made, and what is told about those that were.
 #pragma once
 
-#include "products/cutting/EncodeChoice.h"
 #include "products/files/NamePattern.h"
 #include "products/files/OutputClaims.h"
 #include "products/files/OutputTarget.h"
+#include "products/muxing/EncodeChoice.h"
 
 #include <cstdint>
 #include <functional>

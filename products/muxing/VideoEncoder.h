@@ -1,7 +1,7 @@
 // Encodes the pictures of a clip with an encoder of FFmpeg's libraries.
 #pragma once
 
-#include "products/cutting/EncodeChoice.h"
+#include "products/muxing/EncodeChoice.h"
 #include "reading/ffmpeg/FfmpegPointers.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
-#include "products/cutting/RemuxDv.h"
+#include "products/muxing/RemuxDv.h"
 
-#include "products/cutting/ClipMuxer.h"
-#include "products/cutting/PacketSource.h"
-#include "products/cutting/VideoEncoder.h"
+#include "products/muxing/ClipMuxer.h"
+#include "products/muxing/PacketSource.h"
+#include "products/muxing/VideoEncoder.h"
 #include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegPointers.h"
 #include "reading/ffmpeg/VideoDecoder.h"

@@ -1,6 +1,6 @@
-#include "products/cutting/Mp4Edits.h"
+#include "products/muxing/Mp4Edits.h"
 
-#include "products/cutting/Mp4Boxes.h"
+#include "products/muxing/Mp4Boxes.h"
 #include "reading/base/HostError.h"
 
 extern "C" {

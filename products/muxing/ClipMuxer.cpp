@@ -1,6 +1,6 @@
-#include "products/cutting/ClipMuxer.h"
+#include "products/muxing/ClipMuxer.h"
 
-#include "products/cutting/PacketSource.h"
+#include "products/muxing/PacketSource.h"
 #include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegLog.h"
 

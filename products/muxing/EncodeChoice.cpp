@@ -1,4 +1,4 @@
-#include "products/cutting/EncodeChoice.h"
+#include "products/muxing/EncodeChoice.h"
 
 #include "reading/ffmpeg/FfmpegLog.h"
 

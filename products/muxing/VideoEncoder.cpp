@@ -1,7 +1,7 @@
-#include "products/cutting/VideoEncoder.h"
+#include "products/muxing/VideoEncoder.h"
 
-#include "products/cutting/Container.h"
-#include "products/cutting/PacketSource.h"
+#include "products/muxing/Container.h"
+#include "products/muxing/PacketSource.h"
 #include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegLog.h"
 

@@ -1,8 +1,8 @@
 // Puts packets into a container, without touching what is in them.
 #pragma once
 
-#include "products/cutting/Container.h"
 #include "products/files/OutputFile.h"
+#include "products/muxing/Container.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>

@@ -1,4 +1,4 @@
-#include "products/cutting/PacketSource.h"
+#include "products/muxing/PacketSource.h"
 
 #include "reading/ffmpeg/Rational.h"
 

@@ -1,4 +1,4 @@
-#include "products/cutting/Container.h"
+#include "products/muxing/Container.h"
 
 #include "reading/base/HostError.h"
 

@@ -1,4 +1,4 @@
-#include "products/cutting/MendedDv.h"
+#include "products/clips/MendedDv.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "products/cutting/Mp4Boxes.h"
+#include "products/muxing/Mp4Boxes.h"
 
 namespace scenedetect {
 

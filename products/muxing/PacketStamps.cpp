@@ -1,4 +1,4 @@
-#include "products/cutting/PacketStamps.h"
+#include "products/muxing/PacketStamps.h"
 
 #include "reading/ffmpeg/Stamps.h"
 

@@ -1,8 +1,8 @@
-#include "products/cutting/ClipCutter.h"
+#include "products/clips/ClipCutter.h"
 
-#include "products/cutting/MendedDv.h"
-#include "products/cutting/RemuxDv.h"
+#include "products/clips/MendedDv.h"
 #include "products/files/OutputFile.h"
+#include "products/muxing/RemuxDv.h"
 #include "reading/base/HostError.h"
 #include "reading/dv/PackText.h"
 
