@@ -1,11 +1,12 @@
 #include "products/cutting/CutPackets.h"
 
 #include "products/cutting/EncodePackets.h"
-#include "products/cutting/PacketClip.h"
+#include "products/cutting/OpenClips.h"
 #include "products/cutting/SceneStamps.h"
 #include "products/muxing/PcmPacket.h"
 #include "products/muxing/VideoEncoder.h"
 #include "reading/base/HostError.h"
+#include "reading/ffmpeg/VideoDecoder.h"
 
 extern "C" {
 #include <libavutil/mathematics.h>
@@ -73,10 +74,18 @@ Container ContainerOf(const std::string& path, const PacketSource& source, const
 }
 
 // HostError where encoding or muxing would fail.
-void PlanEncoding(const EncodeChoice& choice, const PacketSource& source, const Container& container,
+void PlanEncoding(const EncodeChoice& choice, PacketSource& source, const Container& container,
                   ClipPlan& plan) {
-    const auto like = PictureLike(source);
-    const VideoEncoder encoder(choice, SetupOf(source, *like), *like, container);
+    VideoDecoder decoder(source.File(), {}, [&source](AVPacket& packet) {
+        int stream = 0;
+        while ((stream = source.Read(packet)) > 0)
+            av_packet_unref(&packet);
+        return stream == 0;
+    });
+    const auto first = OwnFfmpeg(av_frame_alloc());
+    if (!decoder.Next(*first))
+        throw HostError(source.File().Path() + ": no picture can be decoded");
+    const VideoEncoder encoder(choice, SetupOf(source, *first), *first, container);
     if (!encoder.Note().empty())
         plan.notes.push_back(encoder.Note());
     for (const AVStream* stream : source.Streams()) {
@@ -90,32 +99,26 @@ void PlanEncoding(const EncodeChoice& choice, const PacketSource& source, const 
 
 class CutRun {
   public:
-    CutRun(const ClipSettings& settings, const PacketCut& cut, PacketSource& source,
-           const Container& container, OutputClaims& claims, const ClipListener& listener)
-        : m_settings(settings),
-          m_cut(cut),
-          m_claims(claims),
-          m_listener(listener),
-          m_source(source),
-          m_stamps(cut, m_source, FindOrigin(cut)),
-          m_container(container),
-          m_hasEdits(HasEdits(m_container)),
+    explicit CutRun(const CutJob& job)
+        : m_job(job),
+          m_clips(job),
+          m_stamps(job.cut, job.source, FindOrigin(job.cut)),
+          m_hasEdits(HasEdits(job.container)),
           m_tolerance(m_stamps.Tolerance()),
-          m_audioLead(AudioLead(m_source, m_container)),
-          m_audioTail(AudioTail(m_source, m_container)) {}
+          m_audioLead(AudioLead(job.source, job.container)),
+          m_audioTail(AudioTail(job.source, job.container)) {}
 
     void Run() {
-        while (m_next < m_cut.scenes.size() || !m_open.empty()) {
+        while (m_next < m_job.cut.scenes.size() || !m_clips.IsEmpty()) {
             auto packet = OwnFfmpeg(av_packet_alloc());
-            const int stream = m_source.Read(*packet);
+            const int stream = m_job.source.Read(*packet);
             if (stream == -1)
                 break;
             Take({std::move(packet), stream});
         }
-        while (m_next < m_cut.scenes.size())
+        while (m_next < m_job.cut.scenes.size())
             OpenNext();
-        for (const auto& clip : m_open)
-            m_listener(clip->Finish());
+        m_clips.FinishAll();
     }
 
   private:
@@ -135,17 +138,16 @@ class CutRun {
             m_now = std::max(m_now, held.packet->dts);
         }
         // From the time on at which a decoder gets later packets, no key frame before the scene can come.
-        while (m_next < m_cut.scenes.size() && m_now > m_stamps.Begin(m_next) + 2 * m_tolerance)
+        while (m_next < m_job.cut.scenes.size() && m_now > m_stamps.Begin(m_next) + 2 * m_tolerance)
             OpenNext();
-        for (const auto& clip : m_open)
-            clip->Offer(*held.packet, held.stream);
-        if (m_next < m_cut.scenes.size()) {
+        m_clips.Offer(*held.packet, held.stream);
+        if (m_next < m_job.cut.scenes.size()) {
             const bool isKeyFrame = held.IsKeyFrame();
             m_window.push_back(std::move(held));
             if (isKeyFrame)
                 TrimWindow();
         }
-        FinishComplete();
+        m_clips.FinishComplete(m_now);
     }
 
     // So that it begins with the key frame of the next scene, as far as that is known, and the audio from
@@ -158,13 +160,13 @@ class CutRun {
         if (last == m_window.rend())
             return;
         const auto key = std::prev(last.base());
-        const AVRational videoTimeBase = m_source.Video().time_base;
+        const AVRational videoTimeBase = m_job.source.Video().time_base;
         const std::int64_t begin = PresentationTime(*key->packet) - m_audioLead;
         const auto isOver = [&](const Held& held) {
             if (held.IsVideo())
                 return true;
             const AVRational audioTimeBase =
-                m_source.Streams()[static_cast<std::size_t>(held.stream)]->time_base;
+                m_job.source.Streams()[static_cast<std::size_t>(held.stream)]->time_base;
             const std::int64_t needed = held.packet->duration * (m_hasEdits ? kDecodedBefore : 1);
             return av_compare_ts(PresentationTime(*held.packet) + needed, audioTimeBase, begin,
                                  videoTimeBase) <= 0;
@@ -185,28 +187,23 @@ class CutRun {
         span.zero = span.audioBegin = span.begin - m_audioLead;
         if (m_hasEdits)
             span.zero = FirstShown(begin);
-        span.shownEnd = span.end != INT64_MAX ? span.end : m_stamps.Of(m_cut.end);
+        span.shownEnd = span.end != INT64_MAX ? span.end : m_stamps.Of(m_job.cut.end);
         if (span.end != INT64_MAX)
             span.audioEnd = span.end + m_audioTail;
 
-        const PacketCut::Scene& cut = m_cut.scenes[scene];
         WrittenClip clip;
-        clip.firstFrame = cut.place.frame;
         clip.framesEarly = std::ranges::count_if(m_window, [&](const Held& held) {
             const std::int64_t time = PresentationTime(*held.packet);
             return held.IsVideo() && time >= span.begin && time < begin;
         });
-        clip.hidesOthers = m_hasEdits;
-        const std::int64_t keyFrame = FrameAt(span.begin, clip);
+        const FilePlace& place = m_job.cut.scenes[scene].place;
+        const std::int64_t keyFrame = FrameAt(span.begin, place, clip.framesEarly);
         if (clip.framesEarly != 0 && !m_hasEdits)
             clip.note = EarlyText(clip.framesEarly, keyFrame);
-        clip.path = ClaimClipPath(m_settings, cut.names, m_container.suffix, m_claims);
-        m_open.push_back(
-            std::make_unique<PacketClip>(clip, m_settings.existing, m_container, m_source, span,
-                                         m_source.TimecodeAt(m_hasEdits ? clip.firstFrame : keyFrame)));
+        PacketClip& open = m_clips.Open(scene, clip, span, m_hasEdits ? place.frame : keyFrame);
         for (const Held& held : m_window)
-            m_open.back()->Offer(*held.packet, held.stream);
-        if (m_next == m_cut.scenes.size())
+            open.Offer(*held.packet, held.stream);
+        if (m_next == m_job.cut.scenes.size())
             m_window.clear();
         else
             TrimWindow();
@@ -222,30 +219,16 @@ class CutRun {
     }
 
     // Where frames that are missing count, the time tells how many they are; else each picture is one.
-    [[nodiscard]] std::int64_t FrameAt(std::int64_t stamp, const WrittenClip& clip) const {
-        const Ratio frame = m_cut.scale.rate.Inverse();
-        const FilePlace& place = m_cut.scenes[m_next - 1].place;
-        if (Rescale(place.frame, frame, m_cut.scale.unit) != place.time)
-            return clip.firstFrame - clip.framesEarly;
+    [[nodiscard]] std::int64_t FrameAt(std::int64_t stamp, const FilePlace& scene, std::int64_t early) const {
+        const Ratio frame = m_job.cut.scale.rate.Inverse();
+        if (Rescale(scene.frame, frame, m_job.cut.scale.unit) != scene.time)
+            return scene.frame - early;
         return m_stamps.FrameAt(stamp);
     }
 
-    void FinishComplete() {
-        std::erase_if(m_open, [&](const std::unique_ptr<PacketClip>& clip) {
-            if (!clip->IsComplete(m_now))
-                return false;
-            m_listener(clip->Finish());
-            return true;
-        });
-    }
-
-    const ClipSettings& m_settings;
-    const PacketCut& m_cut;
-    OutputClaims& m_claims;
-    const ClipListener& m_listener;
-    PacketSource& m_source;
+    const CutJob m_job;
+    OpenClips m_clips;
     const SceneStamps m_stamps;
-    const Container& m_container;
     const bool m_hasEdits;          // clips begin at their scenes and not at key frames
     const std::int64_t m_tolerance; // by which stamps may be off their frame
     const std::int64_t m_audioLead;
@@ -255,14 +238,12 @@ class CutRun {
     std::deque<Held> m_window;      // what its clip may need
     std::int64_t m_now = INT64_MIN; // the latest decoding time
     bool m_hasKey = false;
-    // Two at a time and more: audio comes later than its pictures.
-    std::vector<std::unique_ptr<PacketClip>> m_open;
 };
 
 } // namespace
 
 ClipPlan PlanClips(const std::string& path, const ClipSettings& settings) {
-    const PacketSource source(path);
+    PacketSource source(path);
     const Container container = ContainerOf(path, source, settings);
     ClipPlan plan{container.suffix, {}};
     if (settings.encode.IsWanted())
@@ -292,10 +273,11 @@ void CutPackets(const ClipSettings& settings, PacketCut cut, OutputClaims& claim
     PacketSource source(cut.path);
     const Container container = ContainerOf(cut.path, source, settings);
     source.KeepWhatFits(container);
+    const CutJob job{settings, cut, source, container, claims, listener};
     if (settings.encode.IsWanted())
-        EncodePackets(settings, cut, source, container, claims, listener);
+        EncodePackets(job);
     else
-        CutRun(settings, cut, source, container, claims, listener).Run();
+        CutRun(job).Run();
 }
 
 } // namespace scenedetect

@@ -34,21 +34,6 @@ bool IsFullRange(AVPixelFormat format) {
 
 } // namespace
 
-FfmpegPtr<AVFrame> PictureLike(const PacketSource& source) {
-    const AVCodecParameters& video = *source.Video().codecpar;
-    auto picture = OwnFfmpeg(av_frame_alloc());
-    picture->width = video.width;
-    picture->height = video.height;
-    picture->format = video.format != AV_PIX_FMT_NONE ? video.format : AV_PIX_FMT_YUV420P;
-    picture->sample_aspect_ratio = video.sample_aspect_ratio;
-    picture->color_primaries = video.color_primaries;
-    picture->color_trc = video.color_trc;
-    picture->colorspace = video.color_space;
-    picture->color_range = video.color_range;
-    picture->chroma_location = video.chroma_location;
-    return picture;
-}
-
 EncoderSetup SetupOf(const PacketSource& source, const AVFrame& like) {
     AVFieldOrder order = source.Video().codecpar->field_order;
     if (order == AV_FIELD_UNKNOWN && like.interlaced_frame != 0)

@@ -67,7 +67,4 @@ class VideoEncoder {
     std::int64_t m_lastTime = INT64_MIN; // in the encoder's time base
 };
 
-/// A picture with the properties that the source tells of its own, and no bytes.
-[[nodiscard]] FfmpegPtr<AVFrame> PictureLike(const PacketSource& source);
-
 } // namespace scenedetect

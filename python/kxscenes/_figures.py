@@ -10,7 +10,7 @@ import numpy as np
 from numpy.typing import NDArray
 
 from . import _native
-from ._runs import Area, Point, Progress, SceneIterator, area_text, given, length_of, new_run
+from ._runs import Area, Point, Progress, SceneIterator, comparison, given, length_of, new_run
 from ._scenes import Scene, SceneList, Video
 
 
@@ -91,14 +91,7 @@ def figures(
     progress: Progress | None = None,
 ) -> Figures:
     """What the picture comparison measures in a file; arguments and errors as `scenes` has them."""
-    parameters = given(
-        cut_threshold=cut_threshold,
-        dark_level=dark_level,
-        clamp=clamp,
-        votes=votes,
-        longest_scene=longest_scene,
-        area=area_text(area),
-    )
+    parameters = comparison(cut_threshold, dark_level, clamp, votes, longest_scene, area)
     run = new_run(
         path,
         methods=["video"],

@@ -56,6 +56,25 @@ def given(**parameters: int | str | None) -> dict[str, int | str]:
     return {name: value for name, value in parameters.items() if value is not None}
 
 
+def comparison(
+    cut_threshold: int | None,
+    dark_level: int | None,
+    clamp: int | None,
+    votes: int | None,
+    longest_scene: int | None,
+    area: Area | None,
+) -> dict[str, int | str]:
+    """The parameters of the picture comparison that are given, by their names."""
+    return given(
+        cut_threshold=cut_threshold,
+        dark_level=dark_level,
+        clamp=clamp,
+        votes=votes,
+        longest_scene=longest_scene,
+        area=area_text(area),
+    )
+
+
 class SceneIterator(Iterator[Scene]):
     """Scenes as they are found, while a thread of its own reads the file. For one thread at a time.
 
@@ -202,14 +221,7 @@ def scenes(
         raise ValueError('flashes are "keep" or "drop", fades "off", "start", "middle" or "end"')
     if (flashes == "drop" or fades != "off" or dissolves) and "video" not in words:
         raise ValueError('flashes, fades and dissolves go with the method "video"')
-    parameters = given(
-        cut_threshold=cut_threshold,
-        dark_level=dark_level,
-        clamp=clamp,
-        votes=votes,
-        longest_scene=longest_scene,
-        area=area_text(area),
-    )
+    parameters = comparison(cut_threshold, dark_level, clamp, votes, longest_scene, area)
     run = new_run(
         path,
         methods=words,
