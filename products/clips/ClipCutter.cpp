@@ -68,9 +68,8 @@ void ClipCutter::Turn(std::int64_t sample, std::optional<NameFields> names) {
 }
 
 void ClipCutter::Add(std::shared_ptr<const Picture> picture) {
-    const auto system = DvSystemOfSize(picture->Bytes().size());
-    if (m_container && system)
-        NoteAudio(m_judge.Note(picture->place.frame, *system, ReadDvPacks(picture->Bytes(), *system)));
+    if (const DvFrameInfo* info = m_container ? picture->Dv() : nullptr)
+        NoteAudio(m_judge.Note(picture->place.frame, *info));
     m_held.push_back({std::move(picture), m_held.empty() ? std::nullopt : m_held.back().audio});
     if (m_held.size() > kLookBack)
         WriteOldest();

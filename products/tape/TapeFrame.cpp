@@ -5,18 +5,14 @@
 namespace scenedetect {
 
 std::optional<TapeFrame> ReadTapeFrame(const Picture& picture) {
-    const auto bytes = picture.Bytes();
-    const auto system = DvSystemOfSize(bytes.size());
-    if (!system)
+    const DvFrameInfo* info = picture.Dv();
+    if (!info)
         return std::nullopt;
-    TapeFrame frame;
-    frame.place = picture.place;
-    frame.system = *system;
-    frame.packs = ReadDvPacks(bytes, frame.system);
-    frame.blocks = ReadBlockStatus(bytes);
-    if (frame.packs.audio)
-        frame.audio = ReadAudioStatus(bytes, *system, *frame.packs.audio);
-    const DvCheck check = CheckDvFrame(bytes, frame.system);
+    const auto bytes = picture.Bytes();
+    TapeFrame frame{*info, picture.place, ReadBlockStatus(bytes), {}};
+    if (info->packs.audio)
+        frame.audio = ReadAudioStatus(bytes, info->system, *info->packs.audio);
+    const DvCheck check = CheckDvFrame(bytes, info->system);
     frame.damagedBlocks = check.blocks - check.goodBlocks;
     frame.firstDamaged = check.firstDamaged;
     return frame;

@@ -11,10 +11,8 @@
 
 namespace scenedetect {
 
-struct TapeFrame {
+struct TapeFrame : DvFrameInfo {
     FilePlace place;
-    DvSystem system = DvSystem::Lines525;
-    DvPacks packs;
     BlockStatus blocks;
     AudioStatus audio;
     int damagedBlocks = 0;

@@ -33,7 +33,7 @@ TapeLog::TapeLog(TapeLogFormat format, std::string source, TapeLogText::Sink sin
       m_rows([this](const TapeRow& row) { m_text.Add(row); }) {}
 
 void TapeLog::Note(const TapeFrame& noted) {
-    if (const auto verdict = m_judge.Note(noted.place.frame, noted.system, noted.packs))
+    if (const auto verdict = m_judge.Note(noted.place.frame, noted))
         Settle(*m_pending, *verdict);
     SettleIrregularities();
     m_pending = noted;

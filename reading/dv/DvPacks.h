@@ -81,4 +81,10 @@ struct DvPacks {
 /// nothing is read.
 [[nodiscard]] DvPacks ReadDvPacks(std::span<const std::uint8_t> frame, DvSystem system);
 
+/// What a whole frame tells by its size and its packs.
+struct DvFrameInfo {
+    DvSystem system = DvSystem::Lines525;
+    DvPacks packs;
+};
+
 } // namespace scenedetect

@@ -31,8 +31,8 @@ std::string TapeCutWord(TapeCut cut) {
     return kWords[static_cast<std::size_t>(cut)];
 }
 
-std::optional<TapeVerdict> TapeJudge::Note(std::int64_t number, DvSystem system, const DvPacks& packs) {
-    Frame frame{number, system, packs};
+std::optional<TapeVerdict> TapeJudge::Note(std::int64_t number, const DvFrameInfo& info) {
+    Frame frame{info, number};
     if (frame.packs.audio)
         frame.packs.audio->isLocked = false; // it does not matter here
     std::optional<TapeVerdict> verdict;

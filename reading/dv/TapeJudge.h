@@ -55,15 +55,13 @@ class TapeJudge {
   public:
     /// `frame` is its number in the file, where frames that are missing count; they ascend. The verdict on
     /// the frame before, unless this is the first.
-    [[nodiscard]] std::optional<TapeVerdict> Note(std::int64_t frame, DvSystem system, const DvPacks& packs);
+    [[nodiscard]] std::optional<TapeVerdict> Note(std::int64_t frame, const DvFrameInfo& info);
     /// The verdict on the last frame, if there is one; the end.
     [[nodiscard]] std::optional<TapeVerdict> Finish();
 
   private:
-    struct Frame {
+    struct Frame : DvFrameInfo {
         std::int64_t number = 0;
-        DvSystem system = DvSystem::Lines525;
-        DvPacks packs;
         std::int64_t position = 0; // ticks from the first frame
     };
     struct Count {

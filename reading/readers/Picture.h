@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/Luminance.h"
+#include "reading/dv/DvPacks.h"
 #include "reading/readers/PictureFormat.h"
 #include "reading/timing/SampleTable.h"
 
@@ -35,6 +36,9 @@ class Picture {
     [[nodiscard]] std::span<std::uint8_t> Bytes() const { return m_bytes; }
     /// Null unless it is held by its rows; then it has no bytes.
     [[nodiscard]] const PixelRows* Rows() const { return m_rows ? &*m_rows : nullptr; }
+    /// The bytes as a DV frame, whose packs are read when that is first asked; null unless they are as many
+    /// as one has.
+    [[nodiscard]] const DvFrameInfo* Dv() const;
     /// Calls `call` for the bytes, or for the pixels of each row from the top.
     template <typename Call>
     void ForEachRun(Call call) const {
@@ -58,6 +62,7 @@ class Picture {
     std::size_t m_ownBytes = 0;
     std::span<std::uint8_t> m_bytes;
     std::optional<PixelRows> m_rows;
+    mutable std::optional<DvFrameInfo> m_dv; // once it was asked for
 };
 
 } // namespace scenedetect

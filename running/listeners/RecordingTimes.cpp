@@ -8,12 +8,12 @@
 namespace scenedetect {
 
 void RecordingTimes::Note(const Picture& picture) {
-    const auto system = DvSystemOfSize(picture.Bytes().size());
-    if (!system)
+    const DvFrameInfo* info = picture.Dv();
+    if (!info)
         return;
-    const DvPacks packs = ReadDvPacks(picture.Bytes(), *system);
-    if (const auto verdict = m_judge.Note(picture.place.frame, *system, packs))
+    if (const auto verdict = m_judge.Note(picture.place.frame, *info))
         Settle(*m_pending, verdict->isTimeStray);
+    const DvPacks& packs = info->packs;
     m_pending = {picture.place,
                  packs.date && packs.time ? TextOf(*packs.date) + ' ' + TextOf(*packs.time) : ""};
 }

@@ -8,8 +8,8 @@
 namespace scenedetect {
 
 DvPacks PacksOf(const Picture& picture) {
-    const auto system = DvSystemOfSize(picture.Bytes().size());
-    return system && picture.format.fourcc == kDvFourcc ? ReadDvPacks(picture.Bytes(), *system) : DvPacks();
+    const DvFrameInfo* info = picture.format.fourcc == kDvFourcc ? picture.Dv() : nullptr;
+    return info ? info->packs : DvPacks();
 }
 
 void RecentSamples::Add(ComRef<PictureSample> sample) {

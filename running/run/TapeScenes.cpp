@@ -8,10 +8,10 @@ void TapeScenes::Note(const Picture& picture, std::int64_t sample) {
     if (sample == 0)
         for (std::size_t i = 0; i < m_cuts.size(); ++i)
             m_found(i, 0);
-    const auto system = DvSystemOfSize(picture.Bytes().size());
-    if (!system)
+    const DvFrameInfo* info = picture.Dv();
+    if (!info)
         return;
-    Tell(m_judge.Note(picture.place.frame, *system, ReadDvPacks(picture.Bytes(), *system)));
+    Tell(m_judge.Note(picture.place.frame, *info));
     m_sample = sample;
 }
 

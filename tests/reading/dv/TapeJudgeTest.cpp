@@ -26,7 +26,7 @@ class RunningTape {
                 packs.date = std::chrono::sys_days(*packs.date) + std::chrono::days(1);
                 m_isNextDay = true;
             }
-            Take(m_judge.Note(m_frame, system, packs));
+            Take(m_judge.Note(m_frame, {system, packs}));
         }
         return *this;
     }
