@@ -11,18 +11,6 @@
 namespace scenedetect {
 namespace {
 
-/// What turning each does, in the order of KxDetectionParameter: one sentence without its full stop.
-constexpr std::array<const char*, KxAreaLeft> kEffects = {
-    "By how much a frame's difference must exceed its neighbours' to be a cut: "
-    "higher finds fewer cuts, lower also faint ones",
-    "Mean level up to which a frame is dark, so that the darkest of a fade starts a scene: "
-    "higher also takes fades that stay brighter, -1 takes none",
-    "The most that one sample adds to a difference: "
-    "lower makes great changes of small parts, such as flashes and captions, count less",
-    "How many of its four neighbours a cut must exceed: "
-    "4 is strictest, lower also finds cuts amid motion, and false ones",
-    "Frames after which a scene ends even without a cut: lower splits long scenes, 0 sets no limit"};
-
 std::string RangeText(const ParameterRange& range) {
     return std::to_string(range.least) + " to " + std::to_string(range.most);
 }
@@ -40,11 +28,11 @@ std::string CheckNumber(const ParameterRange& range, const std::string& word) {
 } // namespace
 
 void AddParameterOptions(CLI::App& app, ParameterChoice& choice) {
-    for (std::size_t i = 0; i < kEffects.size(); ++i) {
+    for (std::size_t i = 0; i < kParameterEffects.size(); ++i) {
         const ParameterRange& range = kDetectionParameters[i];
         app.add_option(std::string("--") + kParameterNames[i], choice.values[i],
-                       kEffects[i] + (" (" + RangeText(range)) + "; " + std::to_string(range.Of({})) +
-                           " by default)")
+                       kParameterEffects[i] + (" (" + RangeText(range)) + "; " +
+                           std::to_string(range.Of({})) + " by default)")
             ->type_name("N")
             ->group("Tuning --method video")
             ->check([&range](const std::string& word) { return CheckNumber(range, word); });

@@ -1,28 +1,41 @@
 // The report of a run: one HTML page that needs nothing else.
 #pragma once
 
+#include "engine/DetectionParameters.h"
 #include "products/outputs/SceneTable.h"
-#include "products/report/Timeline.h"
+#include "products/report/ReportFigures.h"
+#include "scenes/transitions/TransitionChoice.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace scenedetect {
 
-/// So that a page of hours still scrolls: scenes that get a picture, and those that get an entry at all.
+/// So that a page of hours stays small: scenes that get a picture.
 inline constexpr std::size_t kMostReportPictures = 1000;
-inline constexpr std::size_t kMostReportScenes = 10'000;
+
+/// What the page may turn.
+struct ReportRule {
+    DetectionParameters parameters;
+    TransitionChoice transitions;
+    std::string leastText;                   ///< of the shortest scene, as it was given; empty: none
+    std::optional<std::int64_t> leastFrames; ///< that in frames, or
+    std::int64_t leastTime = 0;              ///< in units of the time scale, half a frame less
+    std::string shortScenes;                 ///< what becomes of shorter ones
+};
 
 struct ReportContent {
     const SceneTable& table;
-    const Timeline& timeline; ///< without points there is no plot, only the scenes
-    std::int32_t cutThreshold = 0;
-    std::int32_t darkLevel = 0;
+    const ReportFigures& figures; ///< without rows only the scenes are shown
+    ReportRule rule;
+    std::vector<std::string> command;                ///< the run's options that the page does not change
     std::vector<std::vector<std::uint8_t>> pictures; ///< JPEG, one a scene or none; empty: no picture
     std::vector<std::pair<std::string, std::string>> settings; ///< of the run: name and value
+    std::string film{}; ///< where the page finds the video, relative to it; empty: it does not
 };
 
 /// The page as UTF-8 text. Names that are not UTF-8 get replacement characters.

@@ -91,6 +91,7 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
         for (std::string* path : {&outputs.reportPath, &outputs.tapeLogPath, &outputs.statsPath})
             *path = paths.Settle(*path, methods);
         plan.run.wantsFigures = !outputs.statsPath.empty() || !outputs.reportPath.empty();
+        plan.run.wantsDistances = !outputs.reportPath.empty();
     }
     for (RunPlan& plan : plans)
         plan.outputs.printsScenes = !claims.HasStandardOutput() && !settings.range.part.IsChosen();

@@ -12,8 +12,6 @@ constexpr std::pair<KxDetectionMethod, const char*> kMethodWords[] = {{KxMethodT
                                                                       {KxMethodInterval, "interval"},
                                                                       {KxMethodManual, "manual"}};
 
-constexpr const char* kFadeWords[] = {"off", "start", "middle", "end"}; // as FadePlace
-
 } // namespace
 
 std::string MethodWord(KxDetectionMethod method) {

@@ -4,8 +4,6 @@
 #include "products/stills/FrameFetcher.h"
 #include "products/stills/StillPicture.h"
 
-#include <algorithm>
-
 namespace scenedetect {
 namespace {
 
@@ -20,23 +18,37 @@ std::vector<Jpeg> FetchPictures(const SceneTable& table) {
     if (table.scenes.empty())
         return pictures;
     const auto fetcher = FrameFetcher::Open(table.input, table.scenes.front().start.stamp == kNoStamp);
-    const std::size_t shown = std::min(table.scenes.size(), kMostReportScenes);
-    const std::size_t step = (shown + kMostReportPictures - 1) / kMostReportPictures;
-    for (std::size_t i = 0; i < shown; i += step)
+    const std::size_t step = (table.scenes.size() + kMostReportPictures - 1) / kMostReportPictures;
+    for (std::size_t i = 0; i < table.scenes.size(); i += step)
         if (const AVFrame* frame = fetcher->Fetch(table.scenes[i].start))
             pictures[i] = EncodeStill(*frame, {kPictureWidth, fetcher->QuarterTurns(), kPictureLoss},
                                       StillFormat::Jpeg);
     return pictures;
 }
 
+ReportRule RuleOf(const ReportSettings& settings, const TimeScale& scale) {
+    ReportRule rule{settings.parameters,
+                    settings.transitions,
+                    "",
+                    {},
+                    0,
+                    kShortRules[static_cast<std::size_t>(settings.length.rule)]};
+    if (const auto& least = settings.length.least) {
+        const TimePosition length = Resolve(*least, scale);
+        rule.leastText = least->text;
+        rule.leastFrames = length.frame;
+        rule.leastTime = length.time;
+    }
+    return rule;
+}
+
 } // namespace
 
-TableUse::Make MakeReport(ReportSettings settings, std::shared_ptr<const Timeline> timeline) {
-    return [settings = std::move(settings), timeline = std::move(timeline)](const SceneTable& table,
-                                                                            FirstError& lack) {
-        ReportContent content{
-            table, *timeline,        settings.parameters.cutThreshold, settings.parameters.darkLevel,
-            {},    settings.settings};
+TableUse::Make MakeReport(ReportSettings settings, std::shared_ptr<const ReportFigures> figures) {
+    return [settings = std::move(settings), figures = std::move(figures)](const SceneTable& table,
+                                                                          FirstError& lack) {
+        ReportContent content{table, *figures,         RuleOf(settings, table.scale), settings.command,
+                              {},    settings.settings};
         // An input that is gone by now costs the pictures only.
         if (settings.hasPictures)
             lack.Attempt([&] { content.pictures = FetchPictures(table); });

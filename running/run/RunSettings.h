@@ -20,6 +20,7 @@ struct RunSettings {
     std::string listPath{};       ///< of scenes that are read, in place of all that finds some; empty: none
     bool checksListFirst = false; ///< outputs of DV are written before its end is known
     bool wantsFigures = false;    ///< of the picture comparison, for listeners
+    bool wantsDistances = false;  ///< with distances to earlier frames
     bool decodesFast = false;     ///< with the decoder's shortcuts
     bool isOneOfMany = false;     ///< its messages begin with its name
 };

@@ -96,7 +96,7 @@ void SceneRun::SetUpFilters() {
             m_measuring = i;
             Require(m_graph.Tuning(i).EnableFrameFigures(TRUE), "the filter does not hand out its figures");
         }
-        if (m_transitions.IsOn())
+        if (m_settings.wantsDistances || m_transitions.IsOn())
             Require(m_graph.Distances(i).EnableFrameDistances(TRUE), "the filter does not measure distances");
     }
     if (const auto refusing = m_graph.Connect())
