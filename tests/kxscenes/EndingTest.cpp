@@ -76,7 +76,7 @@ TEST_F(Ending, AnInputThatEndsEarlyGivesPartialFiles) {
     const auto list = nlohmann::json::parse(ReadWhole(m_folder / "list.json"));
     EXPECT_EQ(list.at("partial"), "input breaks off");
     EXPECT_EQ(list.at("frame_count"), 59);
-    EXPECT_THAT(ReadWhole(m_folder / "report.html"), HasSubstr("Partial: input breaks off"));
+    EXPECT_THAT(ReadWhole(m_folder / "report.html"), HasSubstr("\"partial\":\"input breaks off\""));
 
     // What lies before the cut is whole, and so is the whole tape.
     EXPECT_EQ(RunHost({"--end", "50", m_tape}).exitCode, 0);

@@ -62,8 +62,8 @@ TEST_F(Tape, LogAndReport) {
     const auto log = nlohmann::json::parse(ReadWhole(m_folder / "long.json"));
     EXPECT_THAT(log.dump(), HasSubstr("recording break"));
     const std::string page = ReadWhole(m_folder / "r.html");
-    EXPECT_THAT(page, AllOf(HasSubstr("<h1>long</h1>"), HasSubstr("data:image/jpeg;base64,"),
-                            HasSubstr("<svg"), Not(HasSubstr("http"))));
+    EXPECT_THAT(page, AllOf(HasSubstr("<title>long: scenes</title>"), HasSubstr("data:image/jpeg;base64,"),
+                            Not(HasSubstr("://"))));
     EXPECT_EQ(RunHost({"--tape-log", m_folder / "log.csv", m_folder / "r.html"}).exitCode, 1);
 }
 
@@ -75,8 +75,7 @@ TEST_F(Tape, ListsTellWhatTheTapeKnows) {
     EXPECT_EQ(nlohmann::json::parse(ReadWhole(list("json"))).at("scenes").at(1).at("tape"),
               nlohmann::json::parse(R"({"timecode": "01:02:03:24", "recording_date": "2004-07-17",
         "recording_time": "10:30:00", "aspect": "4:3"})"));
-    for (const char* line : {"timecode 01:02:03:24", "2004-07-17 10:30:00", "<span>4:3</span>"})
-        EXPECT_THAT(ReadWhole(list("html")), HasSubstr(line));
+    EXPECT_THAT(ReadWhole(list("html")), HasSubstr("\"recording_time\":\"10:30:00\",\"aspect\":\"4:3\""));
     EXPECT_EQ(ReadWhole(list("srt")), "1\r\n00:00:00,000 --> 00:00:01,000\r\n2004-07-17 10:30:00\r\n\r\n"
                                       "2\r\n00:00:01,000 --> 00:00:02,000\r\n2004-07-17 10:30:01\r\n\r\n"
                                       "3\r\n00:00:02,000 --> 00:00:02,400\r\n2004-07-17 10:30:02\r\n\r\n");
@@ -256,7 +255,7 @@ TEST(LostInput, CostsTheReportItsPicturesOnly) {
     EXPECT_THAT(Lines(text), SizeIs(5));
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(Lines(result.err), ElementsAre(HasSubstr("tape.dv")));
-    EXPECT_THAT(ReadWhole(folder / "r.html"), AllOf(HasSubstr("<svg"), Not(HasSubstr("<img"))));
+    EXPECT_THAT(ReadWhole(folder / "r.html"), HasSubstr("\"pictures\":[]"));
 }
 
 TEST(HostileNames, GiveOneLineEach) {

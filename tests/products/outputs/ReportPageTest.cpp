@@ -1,35 +1,62 @@
 #include "products/report/ReportPage.h"
+#include "scenes/FrameFigures.h"
 #include "tests/Testing.h"
 #include "tests/products/outputs/Tables.h"
 
+#include <nlohmann/json.hpp>
+
 namespace {
 
-// Without figures, pictures and settings.
-std::string PageOf(const SceneTable& table) {
-    const Timeline none;
-    return MakeReportPage({table, none, 0, 0, {}, {}});
+nlohmann::json RunOf(const std::string& page) {
+    const std::string begin = "id=\"run\">";
+    const auto from = page.find(begin) + begin.size();
+    return nlohmann::json::parse(page.substr(from, page.find("</script>", from) - from));
 }
 
-// At 40 ms a frame 90, 100 and 510 ms are nearest to the frames 2, 3 and 13 of the nominal rate.
-TEST(ReportPage, TimelineIsAsLongAsTheRunWhateverTheRate) {
-    SceneTable table = VariableTable();
-    EXPECT_THAT(PageOf(table),
-                AllOf(HasSubstr("data-frames=\"13\" data-first=\"0\""), HasSubstr(" data-variable=\"\""),
-                      HasSubstr("d=\"M0 0V528M2 0V528M3 0V528\"")));
-    table = TableOf({25, 1}, {50, 60, 100});
-    EXPECT_THAT(PageOf(table),
-                AllOf(HasSubstr("data-frames=\"50\" data-first=\"50\""), Not(HasSubstr(" data-variable"))));
+std::string PageOf(const SceneTable& table, const ReportFigures& figures) {
+    return MakeReportPage({table, figures, {}, {}, {}, {}});
 }
 
-TEST(ReportPage, SizeIsThatOfTheUprightPicture) {
-    SceneTable table = TableOf({25, 1}, {0, 10});
-    table.width = 720;
-    table.height = 576;
-    for (const auto& [turns, size] : {std::pair(0, "720 &times; 576"), std::pair(1, "576 &times; 720"),
-                                      std::pair(2, "720 &times; 576"), std::pair(3, "576 &times; 720")}) {
-        table.quarterTurns = turns;
-        EXPECT_THAT(PageOf(table), HasSubstr(size)) << turns;
-    }
+TEST(ReportPage, NamesAreTextWhateverIsInThem) {
+    SceneTable table = TableOf({25, 1}, {50, 60, 100});
+    table.name = "</script><b>&\xFF";
+    const std::string page = PageOf(table, {});
+    EXPECT_THAT(page, HasSubstr("<title>&lt;/script>&lt;b>&amp;\xEF\xBF\xBD: scenes</title>"));
+    const nlohmann::json run = RunOf(page);
+    EXPECT_EQ(run.at("name"), "</script><b>&\xEF\xBF\xBD");
+    EXPECT_EQ(run.at("scenes").at(1).at("row"), -1);
+}
+
+// Of units of half a frame. Frame 2 is missing, and at row 3 the distances begin anew.
+TEST(ReportFigures, TellPlacesAndColumns) {
+    const TimeScale scale{{1, 50}, {25, 1}};
+    ReportFigures figures;
+    figures.Begin(scale);
+    constexpr KxFrameDistances kFirst = {{-1, -1, -1, -1, -1, -1, -1, -1}, 0x102};
+    KxFrameDistances third = kFirst;
+    third.nDistance[0] = 7;
+    for (const auto& [frame, time, distances] :
+         {std::tuple(0, 0, kFirst), std::tuple(1, 2, kFirst), std::tuple(3, 6, third),
+          std::tuple(4, 8, kFirst), std::tuple(5, 11, kFirst)})
+        figures.Add({frame, time}, {0, frame, 9, 0, 0}, distances);
+    const nlohmann::json run = RunOf(PageOf(TableOf({25, 1}, {0, 3, 6}), figures));
+    EXPECT_EQ(run.at("rows"), 5);
+    EXPECT_EQ(run.at("places").dump(), "[[0,0,0],[2,3,6],[4,5,11]]");
+    EXPECT_EQ(run.at("restarts").dump(), "[0,3]");
+    EXPECT_EQ(run.at("columns").size(), 11u);
+    const auto columns = figures.Columns(13);
+    EXPECT_THAT(columns[0].bytes, ElementsAre(0, 1, 3, 4, 5));
+    EXPECT_THAT(columns[2].bytes, ElementsAre(255, 255, 7, 255, 255));
+    EXPECT_THAT(columns[10].bytes, ElementsAre(2, 1, 2, 1, 2, 1, 2, 1, 2, 1));
+    // As at a variable rate.
+    for (std::int64_t frame = 6; frame < 2000; ++frame)
+        figures.Add({frame, frame * 3}, {}, kFirst);
+    EXPECT_EQ(figures.Places().size(), 2u);
+    const std::vector<std::uint8_t> durations = figures.Columns(6001).back().bytes;
+    ASSERT_EQ(durations.size(), 1999u * 4);
+    EXPECT_THAT(std::vector(durations.begin() + 8, durations.begin() + 24),
+                ElementsAre(2, 0, 0, 0, 3, 0, 0, 0, 7, 0, 0, 0, 3, 0, 0, 0));
+    EXPECT_EQ(durations[1998 * 4], 4);
 }
 
 } // namespace
