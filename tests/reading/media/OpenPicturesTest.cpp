@@ -6,31 +6,42 @@
 
 #include <sys/stat.h>
 
+#include <fstream>
+
 namespace {
 
 const std::atomic<bool> kGoOn = false;
 
-// Reads all pictures; what is said on the way.
-std::string Warnings(const std::filesystem::path& file) {
+// Reads all pictures; what is said on the way, and in the last line which there were.
+std::string WhatIsRead(const std::filesystem::path& file, int threads = 0) {
     CaptureFfmpegLog();
     testing::internal::CaptureStderr();
     Console console("test");
-    const auto reader = OpenPictures(file.native(), {kGoOn, console}, {});
-    Picture picture;
-    while (reader->Next(picture)) {
-    }
-    return testing::internal::GetCapturedStderr();
+    const auto reader = OpenPictures(file.native(), {kGoOn, console, threads}, {});
+    std::string frames;
+    for (Picture picture; reader->Next(picture);)
+        frames += std::to_string(picture.place.frame) + ' ';
+    return testing::internal::GetCapturedStderr() + frames;
 }
 
-// Without the index at its end, by which the libraries know how long it is.
-TEST(OpenPictures, AnAviFileThatWasCutShortIsTold) {
+// Cut short, it lacks the index at its end, by which the libraries know how long it is.
+TEST(OpenPictures, DamageInAnAviFileIsToldWhereItIsHoweverManyThreadsDecode) {
     TempFolder folder;
     const std::filesystem::path file = folder / "film.avi";
-    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=4", "-f", "lavfi", "-i",
-               "anoisesrc=r=48000:d=4:seed=7", "-c:v", "mjpeg", "-c:a", "pcm_s16le", file});
-    EXPECT_EQ(Warnings(file), "");
-    std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
-    EXPECT_THAT(Warnings(file), HasSubstr("film.avi: breaks off: the end that it announces is missing"));
+    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=1", "-f", "lavfi", "-i",
+               "anoisesrc=r=48000:d=1:seed=7", "-c:v", "mjpeg", "-c:a", "pcm_s16le", file});
+    EXPECT_THAT(WhatIsRead(file), StartsWith("0 1 2 "));
+    std::string bytes = ReadWhole(file);
+    std::size_t picture = 0;
+    for (int i = 0; i < 6; ++i)
+        picture = bytes.find("\xff\xd8\xff", picture + 1);
+    bytes.replace(picture, 512, 512, 'x');
+    std::ofstream(file, std::ios::binary) << bytes.substr(0, bytes.size() / 2);
+    const std::string told = WhatIsRead(file, 1);
+    EXPECT_THAT(told, AllOf(HasSubstr("film.avi: damaged picture data near frame 4 left out"),
+                            HasSubstr("film.avi: breaks off: the end that it announces is missing"),
+                            HasSubstr("0 1 2 3 4 6 ")));
+    EXPECT_EQ(WhatIsRead(file, 2), told);
 }
 
 TEST(OpenPictures, APipeThatWouldHaveToBeReadBackwardIsRefusedWithAdvice) {
