@@ -3,12 +3,17 @@
 const kWheelSpeed = 0.002;
 const kClickDistance = 4; // pixels that a pointer may move and still click
 
-/** `on` has hover(row or null), pick(row) and, of a scene's mark, grab(row, pixels), drag(row), drop(). */
-export function addGestures(timeline, on) {
-    const { canvas } = timeline;
+/** The editor gets what they change; `place` tells of the frame that is pointed to. */
+export function addGestures(timeline, editor, place) {
+    const { canvas, film } = timeline;
+    const hover = (event) => {
+        const row = Math.max(0, Math.min(film.rows - 1, Math.floor(timeline.rowAt(event.clientX))));
+        canvas.classList.toggle("grab", timeline.startAt(event) !== null);
+        place.point(row);
+    };
     const pointers = new Map(); // of those that are down, by id: where
     let moved = 0;
-    let isGrabbed = false;
+    let grabbed = null; // the row whose mark is held
 
     canvas.addEventListener(
         "wheel",
@@ -28,17 +33,16 @@ export function addGestures(timeline, on) {
         canvas.setPointerCapture(event.pointerId);
         pointers.set(event.pointerId, event.clientX);
         moved = 0;
-        isGrabbed = pointers.size === 1 && on.grab(timeline.rowAt(event.clientX), event);
+        grabbed = pointers.size === 1 ? timeline.startAt(event) : null;
     });
     canvas.addEventListener("pointermove", (event) => {
         const before = pointers.get(event.pointerId);
-        if (before === undefined) {
-            on.hover(timeline.rowAt(event.clientX), event);
-            return;
-        }
+        if (before === undefined) return hover(event);
         moved += Math.abs(event.clientX - before);
-        if (isGrabbed) {
-            on.drag(timeline.rowAt(event.clientX));
+        if (grabbed !== null) {
+            const to = editor.placeFor(grabbed, timeline.rowAt(event.clientX));
+            timeline.setDragged(to);
+            place.point(to);
         } else if (pointers.size === 1) {
             if (moved > kClickDistance)
                 timeline.show(
@@ -64,6 +68,10 @@ export function addGestures(timeline, on) {
     };
     canvas.addEventListener("pointerup", release);
     canvas.addEventListener("pointercancel", release);
-    canvas.addEventListener("pointerleave", () => on.hover(null));
-    canvas.addEventListener("dblclick", () => timeline.show(0, timeline.film.rows));
+    canvas.addEventListener("pointerleave", () => place.point(null));
+    canvas.addEventListener("dblclick", (event) => {
+        const start = timeline.startAt(event);
+        if (start !== null) editor.remove(start);
+        else editor.add(Math.floor(timeline.rowAt(event.clientX)));
+    });
 }

@@ -1,35 +1,51 @@
 // Puts the page together.
 
+import { Controls } from "./controls.js";
+import { addCommands, commandsOf, Editor } from "./editor.js";
 import { byId, element, fillTexts } from "./elements.js";
+import { explanation } from "./explain.js";
 import { bytesOf, columnsOf, Film, inflated } from "./film.js";
+import { Fitting } from "./fitting.js";
 import { addGestures } from "./gestures.js";
+import { Leaving } from "./leaving.js";
+import { Memory } from "./memory.js";
+import { marksOf, showLegend } from "./marks.js";
+import { Model } from "./model.js";
+import { Overview } from "./overview.js";
+import { Place } from "./place.js";
+import { Player } from "./player.js";
+import { Rule } from "./rule.js";
 import { Sheet } from "./sheet.js";
 import { texts } from "./texts.js";
 import { Timeline } from "./timeline.js";
 
-const film = new Film(JSON.parse(byId("run").textContent));
-const { run } = film;
+const kColors = ["ink", "dim", "line", "card", "difference", "level", "cut", "dark", "person"];
 
 function lineColors() {
     const style = getComputedStyle(document.documentElement);
-    const names = ["ink", "dim", "line", "difference", "level", "cut", "dark"];
-    return Object.fromEntries(names.map((name) => [name, style.getPropertyValue(`--${name}`).trim()]));
+    return Object.fromEntries(kColors.map((name) => [name, style.getPropertyValue(`--${name}`).trim()]));
 }
 
-const timeline = new Timeline(byId("plot"), film, lineColors());
-for (const query of ["(prefers-color-scheme: dark)", "print"])
-    matchMedia(query).addEventListener("change", () => {
-        timeline.colors = lineColors();
-        timeline.draw();
-    });
+function tell(text) {
+    byId("notice").hidden = false;
+    byId("notice").append(element("span", {}, text));
+}
 
-function showSummary() {
-    const frames = film.end.frame - (run.scenes[0]?.frame ?? 0);
-    const seconds = film.secondsAt(film.end.time - (run.scenes[0]?.time ?? 0));
-    const rate = String(Number((film.rate[0] / film.rate[1]).toPrecision(5)));
+function showRun(film) {
+    const { run, end, rate } = film;
+    const first = run.scenes[0] ?? { frame: 0, time: 0 };
+    const seconds = film.secondsAt(end.time - first.time);
+    const rateText = String(Number((rate[0] / rate[1]).toPrecision(5)));
     const [width, height] = run.quarterTurns % 2 ? [run.height, run.width] : [run.width, run.height];
     byId("title").textContent = run.name;
-    byId("summary").replaceChildren(texts.summary(run.scenes.length, frames, seconds, rate, width, height));
+    byId("summary").textContent = texts.summary(
+        run.scenes.length,
+        end.frame - first.frame,
+        seconds,
+        rateText,
+        width,
+        height,
+    );
     if (run.partial) byId("summary").prepend(element("strong", {}, texts.partial(run.partial)), "; ");
     for (const [name, value] of run.settings)
         byId("settings").append(
@@ -37,42 +53,89 @@ function showSummary() {
         );
 }
 
-function showLegend() {
-    const key = (name, text) => element("span", {}, element("i", { className: `key-${name}` }), text);
-    byId("legend").replaceChildren(key("cut", texts.legendCut));
-    if (film.hasFigures)
-        byId("legend").append(
-            key(
-                "difference",
-                texts.legendDifference(timeline.mostDifference, timeline.settings.cutThreshold),
-            ),
-            key("level", texts.legendLevel(timeline.settings.darkLevel)),
-        );
-}
+// --- at once: the run as it is, and what corrects it ---
 
-function showHere(row) {
-    if (row === null) {
-        byId("here").textContent = "";
-        return;
-    }
-    const { frame, time } = film.placeOf(Math.max(0, Math.min(film.rows - 1, Math.floor(row))));
-    byId("here").textContent = texts.here(frame, film.clockAt(time, 2));
-}
+const film = new Film(JSON.parse(byId("run").textContent));
+const model = new Model(film);
+const timeline = new Timeline(byId("plot"), film, lineColors());
+const overview = new Overview(byId("overview"), timeline);
+timeline.onDraw = () => overview.draw();
+for (const query of ["(prefers-color-scheme: dark)", "print"])
+    matchMedia(query).addEventListener("change", () => {
+        timeline.colors = lineColors();
+        timeline.draw();
+    });
 
+const say = (text) => {
+    byId("live").textContent = text;
+};
 fillTexts();
-showSummary();
-const sheet = new Sheet(film);
-const ends = [...film.scenes.slice(1).map((scene) => scene.row), film.rows];
-sheet.setScenes(
-    film.scenes.map((scene, i) => ({ row: scene.row, end: ends[i], method: scene.method, source: scene })),
-);
-timeline.setMarks(film.scenes.map(({ row }) => ({ row, color: "cut" })));
-byId("plot").setAttribute("aria-label", texts.timelineLabel);
-addGestures(timeline, { hover: showHere, pick: showHere, grab: () => false });
-showLegend();
-if (film.hasFigures) {
-    const bytes = await inflated(bytesOf(byId("figures").textContent), run.compression);
-    film.setColumns(columnsOf(run.columns, film.rows, bytes));
-    timeline.setFigures(film.columns);
-    showLegend();
+showRun(film);
+const player = film.run.film === null ? null : new Player(film, (row) => editor.go(row));
+const place = new Place(model, timeline.canvas, player);
+const editor = new Editor(model, timeline, { show: (row) => place.go(row), say });
+const sheet = new Sheet(model, editor);
+const leaving = new Leaving(model, say);
+byId("name").onchange = () => {
+    const scene = model.scenes[model.indexAt(editor.cursor)];
+    if (scene) editor.name(scene.row, byId("name").value);
+};
+byId("name").onkeydown = ({ key }) => {
+    if (key === "Enter" || key === "Escape") timeline.canvas.focus();
+};
+addCommands(commandsOf(editor, player), timeline.canvas);
+addGestures(timeline, editor, place);
+
+function show() {
+    const { appeared, gone } = model.changes;
+    const byHand = Object.values(model.corrections).reduce((sum, rows) => sum + Object.keys(rows).length, 0);
+    timeline.setMarks(marksOf(model), model.settings);
+    showLegend(timeline);
+    byId("count").textContent = texts.count(model.scenes.length);
+    byId("changed").textContent = texts.changed(appeared.length, gone.length, byHand);
+    byId("undo").disabled = !model.canUndo;
+    byId("redo").disabled = !model.canRedo;
+    sheet.show();
+    leaving.show();
+    place.go(editor.cursor);
 }
+model.onChange(show);
+show();
+
+// --- the figures and the rule, once they are unpacked ---
+
+async function takeFigures() {
+    if (!film.hasFigures) return tell(texts.noFigures);
+    try {
+        const bytes = await inflated(bytesOf(byId("figures").textContent), film.run.compression);
+        film.setColumns(columnsOf(film.run.columns, film.rows, bytes));
+    } catch {
+        return tell(texts.brokenFigures);
+    }
+    timeline.setFigures(film.columns);
+    try {
+        const rule = await Rule.load(bytesOf(byId("rule").textContent));
+        rule.setFigures(film.columns, film.run);
+        model.takeRule(rule);
+    } catch {
+        return tell(texts.noRule);
+    }
+    const controls = new Controls(model);
+    const fitting = new Fitting(model, say);
+    model.onChange(() => {
+        controls.show();
+        fitting.clear();
+    });
+    byId("tuning").hidden = byId("fitting").hidden = false;
+}
+
+await takeFigures();
+const memory = new Memory(byId("run").textContent + byId("figures").textContent);
+const kept = memory.load();
+if (kept) model.restore(kept);
+else show();
+model.onChange(() => {
+    memory.keep(model.state);
+    if (!memory.isAvailable) byId("no-memory").hidden = false;
+});
+byId("no-memory").hidden = memory.isAvailable;

@@ -5,72 +5,117 @@ import { texts } from "./texts.js";
 
 const kCardsAtOnce = 200;
 
-/** `scenes` are {row, end, method, source: the run's scene that starts here, if any}. */
 export class Sheet {
-    constructor(film) {
-        this.film = film;
-        this.scenes = [];
+    #cards = new Map(); // by row, so that what is typed in stays when sliders move
+
+    /** Shows the model's scenes, and gives the editor what is done with their cards. */
+    constructor(model, editor) {
+        this.model = model;
+        this.editor = editor;
         this.first = 0;
-        addEventListener("beforeprint", () => this.#fill(0, this.scenes.length));
-        addEventListener("afterprint", () => this.#show(this.first));
+        addEventListener("beforeprint", () => this.#fill(0, model.scenes.length));
+        addEventListener("afterprint", () => this.#turnTo(this.first));
     }
 
-    setScenes(scenes) {
-        this.scenes = scenes;
-        this.#show(
-            Math.min(this.first, Math.floor(Math.max(0, scenes.length - 1) / kCardsAtOnce) * kCardsAtOnce),
-        );
+    show() {
+        const last = Math.max(0, this.model.scenes.length - 1);
+        this.#turnTo(Math.min(this.first, last - (last % kCardsAtOnce)));
     }
 
-    #show(first) {
+    /** Brings the scene's card into sight, and the keyboard to its picture. */
+    #turnTo(first) {
         this.first = first;
-        const end = Math.min(this.scenes.length, first + kCardsAtOnce);
+        const { length } = this.model.scenes;
+        const end = Math.min(length, first + kCardsAtOnce);
         this.#fill(first, end);
-        const turn = (text, to) =>
+        byId("pages").hidden = length <= kCardsAtOnce;
+        const turn = (textContent, to) =>
             element("button", {
                 type: "button",
-                disabled: to < 0 || to >= this.scenes.length,
-                textContent: text,
-                onclick: () => this.#show(to),
+                disabled: to < 0 || to >= length,
+                textContent,
+                onclick: () => this.#turnTo(to),
             });
-        byId("pages").replaceChildren();
-        if (this.scenes.length > kCardsAtOnce)
-            byId("pages").append(
-                turn(texts.earlier, first - kCardsAtOnce),
-                texts.scenesShown(first + 1, end, this.scenes.length),
-                turn(texts.later, first + kCardsAtOnce),
-            );
+        byId("pages").replaceChildren(
+            turn(texts.earlier, first - kCardsAtOnce),
+            texts.scenesShown(first + 1, end, length),
+            turn(texts.later, first + kCardsAtOnce),
+        );
     }
 
     #fill(first, end) {
-        const cards = [];
-        for (let i = first; i < end; ++i) cards.push(this.#card(i));
-        byId("sheet").replaceChildren(...cards);
+        const appeared = new Set(this.model.changes.appeared);
+        const cards = new Map();
+        for (let i = first; i < end; ++i) {
+            const scene = this.model.scenes[i];
+            const card = this.#cards.get(scene.row) ?? this.#card(scene.row);
+            this.#update(card, i, appeared.has(scene.row));
+            cards.set(scene.row, card);
+        }
+        this.#cards = cards;
+        const sheet = byId("sheet");
+        const wanted = [...cards.values()];
+        // Only what differs is touched, so that the focus stays where it is.
+        for (const child of [...sheet.children]) if (!wanted.includes(child)) child.remove();
+        wanted.forEach((card, i) => {
+            if (sheet.children[i] !== card) sheet.insertBefore(card, sheet.children[i] ?? null);
+        });
     }
 
-    #card(index) {
-        const { row, end, method, source } = this.scenes[index];
-        const { frame, time } = this.film.placeOf(row);
-        const length = this.film.secondsAt(this.film.timeOf(end) - time);
-        const caption = element(
-            "figcaption",
-            {},
-            element("b", {}, String(index + 1)),
-            this.film.timecodeAt(time),
+    #card(row) {
+        const { model, editor } = this;
+        const source = model.sources.get(row);
+        const picture = model.film.run.pictures[source?.picture ?? -1];
+        const image = picture
+            ? element("img", { src: picture, alt: "" })
+            : element("span", { className: "none" }, texts.noPicture);
+        const go = element(
+            "button",
+            { type: "button", className: "go", onclick: () => editor.go(row) },
+            image,
         );
-        const tape = source?.tape ?? {};
+        const name = element("input", {
+            type: "text",
+            placeholder: texts.nameHere,
+            onchange: () => editor.name(row, name.value),
+        });
+        const merge = element("button", { type: "button", className: "small", textContent: texts.mergeCard });
+        merge.onclick = () => {
+            const before = merge.closest("li").previousElementSibling;
+            editor.remove(row);
+            before?.querySelector(".go").focus();
+        };
+        const card = element("li", {}, go, element("p", { className: "caption" }), name, merge);
+        Object.assign(card, { row, go, name, merge, source });
+        return card;
+    }
+
+    #update(card, index, isNew) {
+        const { film } = this.model;
+        const { row, end, method, by, from, name } = this.model.scenes[index];
+        const { frame, time } = film.placeOf(row);
+        const tape = card.source?.tape ?? {};
+        const length = film.secondsAt(film.timeOf(end) - time);
         const lines = [
             texts.sceneLength(frame, length),
-            method,
-            source?.timecode ? texts.timecode(source.timecode) : "",
+            texts.foundBy(method, by, from === null ? null : film.frameOf(from)),
+            card.source?.timecode ? texts.timecode(card.source.timecode) : "",
             [tape.recording_date, tape.recording_time].filter(Boolean).join(" "),
             [tape.aspect, tape.audio].filter(Boolean).join(", "),
         ];
-        for (const line of lines) if (line) caption.append(element("span", {}, line));
-        const picture = this.film.run.pictures[source?.picture ?? -1];
-        const card = element("figure", {});
-        if (picture) card.append(element("img", { src: picture, alt: texts.pictureOf(index + 1) }));
-        card.append(caption);
-        return card;
+        const number = element("b", {}, String(index + 1));
+        const badge = isNew ? [element("mark", {}, texts.isNew)] : [];
+        card.querySelector(".caption").replaceChildren(
+            number,
+            film.timecodeAt(time),
+            ...badge,
+            ...lines.filter(Boolean).map((line) => element("span", {}, line)),
+        );
+        card.classList.toggle("new", isNew);
+        card.go.ariaLabel = texts.goTo(index + 1, name);
+        card.name.ariaLabel = texts.nameOf(index + 1);
+        card.merge.ariaLabel = texts.mergeOf(index + 1);
+        card.merge.disabled = index === 0;
+        if (document.activeElement !== card.name) card.name.value = name;
     }
 }

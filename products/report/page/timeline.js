@@ -6,6 +6,7 @@ const kLeastSpan = 20; // rows in sight at the closest
 const kMostSceneLines = 150; // more would hide what lies beneath: then marks only
 const kDifferenceShare = 0.6; // of the height, for the panel of differences
 const kStripHeight = 18; // between the panels: marks of scenes
+const kMarkReach = 6; // pixels around a mark that still are it
 const kAxisHeight = 20;
 const kLeastTickDistance = 90;
 const kTickSeconds = [0.04, 0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 30, 60, 120, 300, 600, 1200, 1800, 3600, 7200];
@@ -31,17 +32,19 @@ export class Timeline {
         this.from = 0; // rows in sight: from, span
         this.span = film.rows;
         this.cursor = null; // a row
-        this.marks = []; // {row, color, isDashed}, ascending
+        this.marks = []; // {row, color, isNew, isPerson, isGone}, ascending
         this.markRows = [];
         this.settings = film.run.parameters;
         this.mostDifference = 64;
-        this.#drawing = 0;
+        this.dragged = null;
+        this.onDraw = () => {};
         new ResizeObserver(() => this.redraw()).observe(canvas);
     }
 
-    #drawing;
+    #drawing = 0;
     #difference;
     #level;
+    #layout = { difference: { bottom: 0 } };
 
     /** Takes the film's figures, once they are there. */
     setFigures({ difference, level }) {
@@ -53,15 +56,35 @@ export class Timeline {
         this.redraw();
     }
 
-    setMarks(marks) {
+    /** Scenes that start, and the settings whose thresholds are drawn. */
+    setMarks(marks, settings) {
         this.marks = marks;
         this.markRows = marks.map((mark) => mark.row);
+        this.settings = settings;
         this.redraw();
     }
 
-    setSettings(settings) {
-        this.settings = settings;
+    /** Where a start is about to be moved to, if one is. */
+    setDragged(row) {
+        this.dragged = row;
         this.redraw();
+    }
+
+    /** The start whose mark between the panels is near the mouse, if one is. */
+    startAt({ clientX, clientY }) {
+        const box = this.canvas.getBoundingClientRect();
+        const y = clientY - box.top - this.#layout.difference.bottom;
+        if (y < -kMarkReach || y > kStripHeight + kMarkReach) return null;
+        const reach = (kMarkReach / box.width) * this.span;
+        const row = this.rowAt(clientX);
+        let nearest = null;
+        for (let i = indexFrom(this.markRows, row - reach); i < this.marks.length; ++i) {
+            const mark = this.marks[i];
+            if (mark.row > row + reach) break;
+            if (!mark.isGone && (nearest === null || Math.abs(mark.row - row) < Math.abs(nearest - row)))
+                nearest = mark.row;
+        }
+        return nearest;
     }
 
     redraw() {
@@ -120,10 +143,18 @@ export class Timeline {
             bottom: height - kAxisHeight,
         };
         layout.level = { top: layout.difference.bottom + kStripHeight, bottom: layout.bottom };
+        this.#layout = layout;
         if (this.#difference) this.#drawFigures(context, layout);
         this.#drawMarks(context, layout);
         this.#drawAxis(context, layout);
-        if (this.cursor !== null) this.#drawCursor(context, layout);
+        if (this.cursor !== null) this.#drawRow(context, layout, this.cursor + 0.5, this.colors.ink);
+        if (this.dragged !== null) this.#drawRow(context, layout, this.dragged, this.colors.person);
+        this.onDraw();
+    }
+
+    /** The most difference of some rows, for the overview; 0 without figures. */
+    mostDifferenceOf(from, to) {
+        return this.#difference?.mostOf(from, to) ?? 0;
     }
 
     #x(row, layout) {
@@ -188,9 +219,9 @@ export class Timeline {
             if (isDense && x - lastX < 1) continue;
             lastX = x;
             context.strokeStyle = context.fillStyle = this.colors[mark.color];
-            context.setLineDash(mark.isDashed ? [3, 3] : []);
             if (!isDense) {
                 context.globalAlpha = 0.6;
+                context.setLineDash(mark.isGone ? [3, 3] : []);
                 context.beginPath();
                 context.moveTo(x, 0);
                 context.lineTo(x, difference.bottom);
@@ -199,12 +230,36 @@ export class Timeline {
                 context.stroke();
                 context.globalAlpha = 1;
             }
-            const wide = isDense ? 1 : 3;
-            if (mark.isDashed)
-                context.strokeRect(x - wide / 2, difference.bottom + 3, wide, kStripHeight - 6);
-            else context.fillRect(x - wide / 2, difference.bottom + 3, wide, kStripHeight - 6);
+            this.#drawSign(context, x, difference.bottom + kStripHeight / 2, mark, isDense);
         }
         context.setLineDash([]);
+    }
+
+    // Also without colours: a bar, of a person's a diamond, of one that is gone an outline; new ones have a tip.
+    #drawSign(context, x, y, mark, isDense) {
+        const half = kStripHeight / 2 - 3;
+        const wide = isDense ? 0.5 : 1.5;
+        const sign = new Path2D();
+        if (mark.isPerson && !isDense) {
+            sign.moveTo(x, y - half);
+            for (const [across, down] of [
+                [half, 0],
+                [0, half],
+                [-half, 0],
+            ])
+                sign.lineTo(x + across, y + down);
+            sign.closePath();
+        } else {
+            sign.rect(x - wide, y - half, 2 * wide, 2 * half);
+        }
+        if (mark.isNew && !isDense) {
+            sign.moveTo(x - 5, y - half - 3);
+            sign.lineTo(x + 5, y - half - 3);
+            sign.lineTo(x, y - half + 4);
+            sign.closePath();
+        }
+        if (mark.isGone) context.stroke(sign);
+        else context.fill(sign);
     }
 
     #drawAxis(context, layout) {
@@ -237,10 +292,10 @@ export class Timeline {
         }
     }
 
-    #drawCursor(context, layout) {
-        const x = this.#x(this.cursor + 0.5, layout);
+    #drawRow(context, layout, row, color) {
+        const x = this.#x(row, layout);
         if (x < 0 || x > layout.width) return;
-        context.fillStyle = this.colors.ink;
+        context.fillStyle = color;
         context.fillRect(x - 0.75, 0, 1.5, layout.bottom);
     }
 }

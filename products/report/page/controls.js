@@ -1,0 +1,112 @@
+// The sliders, lists and boxes of the settings.
+
+import { byId, element } from "./elements.js";
+import { texts } from "./texts.js";
+
+const kFades = ["off", "start", "middle", "end"];
+const kShortScenes = ["merge", "drop", "merge-last"];
+
+// A shortest scene may be a time.
+const numberOf = (value, step) =>
+    typeof value === "number" ? value : value.frames || Math.ceil(value.time / step);
+
+/** Tells the model of what is set, and shows what the model has. */
+export class Controls {
+    #shown = []; // functions that show the model's settings
+
+    constructor(model) {
+        this.model = model;
+        const { run, rows } = model.film;
+        const fields = byId("fields");
+        for (const range of run.ranges) fields.append(this.#slider(range.name, range, rows));
+        const minScene = {
+            least: 0,
+            most: rows,
+            default: 0,
+            option: "--min-scene",
+            help: texts.minSceneHelp,
+        };
+        fields.append(
+            this.#slider("minScene", minScene, rows),
+            this.#choice("shortScenes", kShortScenes, "--short-scenes", texts.shortScenesHelp),
+        );
+        const effects = byId("effects");
+        effects.append(
+            this.#choice("flashes", ["keep", "drop"], "--flashes", texts.flashesHelp),
+            this.#choice("fades", kFades, "--fades", texts.fadesHelp),
+            this.#box("dissolves", "--dissolves", texts.dissolvesHelp),
+        );
+        effects.disabled = !model.rule.hasDistances;
+        byId("no-distances").hidden = model.rule.hasDistances;
+        byId("reset").onclick = () => model.set({ settings: model.runSettings });
+        this.show();
+    }
+
+    show() {
+        for (const show of this.#shown) show(this.model.settings);
+        byId("reset").disabled =
+            JSON.stringify(this.model.settings) === JSON.stringify(this.model.runSettings);
+    }
+
+    #set(name, value, isFinal = true) {
+        this.model.set({ settings: { ...this.model.settings, [name]: value } }, isFinal);
+    }
+
+    #slider(name, { least, most, default: usual, option, help }, rows) {
+        const label = texts.settingNames[name] ?? name;
+        const { step } = this.model.film.run;
+        const top = Math.min(most, Math.max(rows, 255)); // lengths go on in the number's field
+        const slider = element("input", { type: "range", id: `set-${name}`, min: least, max: top, step: 1 });
+        const number = element("input", {
+            type: "number",
+            min: least,
+            max: most,
+            step: 1,
+            ariaLabel: texts.exactly(label),
+        });
+        const before = element("span", { className: "before" });
+        const set = (value, isFinal) => {
+            if (Number.isInteger(value) && value >= least && value <= most) this.#set(name, value, isFinal);
+            else this.show();
+        };
+        slider.oninput = () => set(slider.valueAsNumber, false);
+        slider.onchange = () => set(slider.valueAsNumber, true);
+        number.onchange = () => set(number.valueAsNumber, true);
+        this.#shown.push((settings) => {
+            const [now, ofRun] = [settings, this.model.runSettings].map((each) => numberOf(each[name], step));
+            slider.value = number.value = now;
+            before.textContent = texts.before(ofRun, now, usual);
+        });
+        return this.#field(name, label, option, help, slider, number, before);
+    }
+
+    #choice(name, values, option, help) {
+        const select = element("select", { id: `set-${name}` });
+        for (const value of values) select.append(element("option", { value }, texts.choices[name][value]));
+        select.onchange = () => this.#set(name, select.value);
+        this.#shown.push((settings) => {
+            select.value = settings[name];
+        });
+        return this.#field(name, texts.settingNames[name], option, help, select);
+    }
+
+    #box(name, option, help) {
+        const box = element("input", { type: "checkbox", id: `set-${name}` });
+        box.onchange = () => this.#set(name, box.checked);
+        this.#shown.push((settings) => {
+            box.checked = settings[name];
+        });
+        return this.#field(name, texts.settingNames[name], option, help, box);
+    }
+
+    #field(name, label, option, help, control, ...others) {
+        control.setAttribute("aria-describedby", `help-${name}`);
+        return element(
+            "div",
+            { className: "field" },
+            element("label", { htmlFor: control.id }, label, " ", element("code", {}, option)),
+            element("div", { className: "inputs" }, control, ...others),
+            element("p", { id: `help-${name}`, className: "help" }, help),
+        );
+    }
+}

@@ -1,0 +1,143 @@
+// What the page shows: settings and corrections, the scenes that follow from both, and what they were before.
+
+import { changes, corrected, noCorrections } from "./corrections.js";
+import { History } from "./history.js";
+
+const kKindMethods = ["video", "fade", "dissolve", "video"]; // by the kinds that the rule tells
+
+const partsOf = (method) => method.split("+");
+const isOfRule = (part) => kKindMethods.includes(part);
+
+/** Settings as the run had them; a shortest scene is what the run tells of it, or a number of frames. */
+export function settingsOf(run) {
+    const settings = Object.fromEntries(run.ranges.map(({ name }) => [name, run.parameters[name]]));
+    return { ...settings, ...run.choice, minScene: run.minScene, shortScenes: run.shortScenes };
+}
+
+/** Rows of scenes of the run that something else than the rule has found: they stay, whatever the settings. */
+export function fixedRows(runScenes) {
+    return runScenes.filter(({ method }) => !partsOf(method).every(isOfRule)).map(({ row }) => row);
+}
+
+/** What the rule finds, and beside it what else has found scenes of the run, as {row, end, method}. */
+export function foundScenes(runScenes, { rows, kinds, ends }, filmRows) {
+    const known = new Map(runScenes.map((scene) => [scene.row, scene.method]));
+    const found = new Map();
+    rows.forEach((row, i) => {
+        const own = kKindMethods[kinds[i]];
+        const before = known.has(row) ? partsOf(known.get(row)) : [];
+        const parts = before.includes(own) ? before : [...before.filter((part) => !isOfRule(part)), own];
+        found.set(row, { row, end: ends?.[i], method: parts.join("+") });
+    });
+    for (const row of fixedRows(runScenes)) {
+        const method = partsOf(known.get(row))
+            .filter((part) => !isOfRule(part))
+            .join("+");
+        if (!found.has(row)) found.set(row, { row, end: undefined, method });
+    }
+    const scenes = [...found.values()].sort((a, b) => a.row - b.row);
+    scenes.forEach((scene, i) => {
+        scene.end = Math.min(scene.end ?? filmRows, scenes[i + 1]?.row ?? filmRows);
+    });
+    return scenes;
+}
+
+export class Model {
+    #history;
+    #listeners = [];
+
+    /** Without a rule the scenes found are those of the run. */
+    constructor(film) {
+        this.film = film;
+        this.rule = null;
+        const { rows } = film;
+        const next = (scenes, i) => scenes[i + 1]?.row ?? rows;
+        this.runScenes = film.scenes.map(({ row, method }, i) => ({
+            row,
+            end: next(film.scenes, i),
+            method,
+        }));
+        this.sources = new Map(film.scenes.map((scene) => [scene.row, scene]));
+        this.fixed = fixedRows(film.scenes);
+        this.runSettings = settingsOf(film.run);
+        this.#history = new History({ settings: this.runSettings, corrections: noCorrections });
+        this.#decide();
+    }
+
+    get settings() {
+        return this.#history.state.settings;
+    }
+    get corrections() {
+        return this.#history.state.corrections;
+    }
+    get state() {
+        return this.#history.state;
+    }
+    get canUndo() {
+        return this.#history.canUndo;
+    }
+    get canRedo() {
+        return this.#history.canRedo;
+    }
+
+    /** From now on settings count. */
+    takeRule(rule) {
+        this.rule = rule;
+        this.#changed();
+    }
+
+    /** `listener` is called after every change. */
+    onChange(listener) {
+        this.#listeners.push(listener);
+    }
+
+    /** `isFinal`: not one of many while a slider is held. */
+    set(part, isFinal = true) {
+        const state = { ...this.state, ...part };
+        if (isFinal) this.#history.push(state);
+        else this.#history.preview(state);
+        this.#changed();
+    }
+
+    /** Takes over what was kept of an earlier look at the page. */
+    restore({ settings, corrections }) {
+        this.#history = new History({ settings: { ...this.settings, ...settings }, corrections });
+        this.#changed();
+    }
+
+    undo() {
+        this.#history.undo();
+        this.#changed();
+    }
+    redo() {
+        this.#history.redo();
+        this.#changed();
+    }
+
+    /** Whether the rule, or another method of the run, finds a scene that starts here. */
+    isFound(row) {
+        return this.found.some((scene) => scene.row === row);
+    }
+
+    /** Of the scene that shows at the row; -1 in a gap. */
+    indexAt(row) {
+        return this.scenes.findIndex((scene) => scene.row <= row && row < scene.end);
+    }
+
+    #changed() {
+        this.#decide();
+        for (const listener of this.#listeners) listener();
+    }
+
+    #decide() {
+        const { film, rule, settings } = this;
+        if (rule && this.decided !== settings) {
+            const decision = rule.decide({ ...settings, fixed: this.fixed });
+            this.found = foundScenes(film.scenes, decision, film.rows);
+            this.decided = settings;
+        }
+        this.found ??= this.runScenes;
+        this.scenes = corrected(this.found, this.corrections, film.rows);
+        this.changes = changes(this.runScenes, this.scenes);
+    }
+}

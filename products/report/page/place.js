@@ -1,0 +1,51 @@
+// Tells of the frame at the cursor, or under the mouse, what it is, and why it is or is not the start of a scene.
+
+import { byId } from "./elements.js";
+import { explanation } from "./explain.js";
+import { texts } from "./texts.js";
+
+export class Place {
+    #cursor = 0;
+
+    constructor(model, canvas, player) {
+        this.model = model;
+        this.canvas = canvas;
+        this.player = player;
+        canvas.ariaLabel = texts.timelineLabel;
+        canvas.ariaValueMin = "0";
+        canvas.ariaValueMax = String(model.film.rows - 1);
+        byId("bar").ariaLabel = texts.barLabel;
+    }
+
+    /** The cursor is at the row now. */
+    go(row) {
+        this.#cursor = row;
+        const { film, scenes } = this.model;
+        const index = this.model.indexAt(row);
+        this.canvas.ariaValueNow = String(row);
+        this.canvas.ariaValueText = `${this.#tell(row)} ${byId("explanation").textContent}`;
+        byId("name-label").textContent = index < 0 ? texts.nameOfGap : texts.nameOfCurrent(index + 1);
+        byId("name").disabled = index < 0;
+        if (document.activeElement !== byId("name")) byId("name").value = scenes[index]?.name ?? "";
+    }
+
+    /** The mouse is over the row, or over none (null). */
+    point(row) {
+        this.#tell(row ?? this.#cursor);
+    }
+
+    #tell(row) {
+        const { film, rule, settings, scenes } = this.model;
+        const { frame, time } = film.placeOf(row);
+        const method = scenes.find((scene) => scene.row === row)?.method ?? "";
+        const why = rule
+            ? explanation(rule.explain(row), settings, method, (each) => film.frameOf(each))
+            : method === ""
+              ? texts.noStart
+              : texts.isStart(method);
+        byId("place").textContent = texts.place(frame, film.timecodeAt(time));
+        byId("explanation").textContent = why;
+        this.player?.show(row);
+        return byId("place").textContent;
+    }
+}
