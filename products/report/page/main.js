@@ -102,7 +102,9 @@ function show() {
 model.onChange(show);
 show();
 
-// --- the figures and the rule, once they are unpacked ---
+// --- the figures and the rule, once they are unpacked; until then the browser may show what there is ---
+
+await new Promise((done) => setTimeout(done));
 
 async function takeFigures() {
     if (!film.hasFigures) return tell(texts.noFigures);

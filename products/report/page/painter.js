@@ -94,7 +94,7 @@ export class Painter {
         for (const isLevel of [false, true]) {
             context.fillStyle = isLevel ? colors.level : colors.difference;
             if (perPixel < 1) {
-                const gap = span * 4 < this.#width ? 1 : 0;
+                const gap = span * 4 < this.#width && !isLevel ? 1 : 0;
                 const end = Math.min(film.rows, Math.ceil(from + span));
                 for (let row = Math.floor(from); row < end; ++row) {
                     const x = whole(this.#x(row));
