@@ -76,10 +76,14 @@ test("scenes of other methods stay beside the rule's", () => {
         { row: 40, method: "video" },
     ];
     const methods = ({ row, end, method }) => `${row}-${end} ${method}`;
-    const decided = (rows, kinds, ends) => foundScenes(run, { rows, kinds, ends }, kRows).map(methods);
-    assert.deepEqual(decided([0, 30, 60], [0, 0, 1]), ["0-30 video", "30-60 timestamp+video", "60-100 fade"]);
-    assert.deepEqual(decided([0, 60], [0, 2], [50, 100]), [
+    const decided = (rows, kinds, ends) => foundScenes(run, { rows, kinds, ends }).map(methods);
+    assert.deepEqual(decided([0, 30, 60], [0, 128, 1], [30, 60, 100]), [
         "0-30 video",
+        "30-60 timestamp+video",
+        "60-100 fade",
+    ]);
+    assert.deepEqual(decided([0, 30, 60], [0, 255, 2], [20, 60, 100]), [
+        "0-20 video",
         "30-60 timestamp",
         "60-100 dissolve",
     ]);

@@ -2,18 +2,24 @@
 
 import { texts } from "./texts.js";
 
-/** `told` is what the rule explains of a row; `method` how the scene was found that starts there, or "". */
-export function explanation(told, settings, method, frameOf) {
-    const { difference, level, filled, neighbours, needs } = told;
-    const exceeded = neighbours.filter((each) => each.exceeded).length;
-    const list = neighbours
-        .map((each) => texts.neighbour(frameOf(each.row), each.difference, each.exceeded))
-        .join(", ");
-    const parts = [texts.figures(difference, level)];
-    if (filled !== undefined && filled !== null && filled !== difference) parts.push(texts.filled(filled));
-    if (neighbours.length > 0)
-        parts.push(texts.votes(exceeded, neighbours.length, needs, settings.cutThreshold, list));
+/** Of a row of the model's film. */
+export function explanation(row, { film, rule, settings, scenes }) {
+    const scene = scenes.find((each) => each.row === row);
+    const parts = [scene ? texts.isStart(scene.method) : texts.noStart];
+    if (!rule) return parts[0];
+    const { filled, neighbours, needs, ...told } = rule.explain(row, settings);
+    const level = film.columns.level[row];
+    parts.push(texts.figures(film.columns.difference[row], level));
+    if (filled !== null) parts.push(texts.filled(filled));
+    if (told.blockedBy !== "start" && told.blockedBy !== "end") {
+        const list = neighbours.map((each) =>
+            texts.neighbour(film.frameOf(each.row), each.difference, each.exceeded),
+        );
+        const exceeded = neighbours.filter((each) => each.exceeded).length;
+        parts.push(texts.votes(exceeded, needs, settings.cutThreshold, list.join(", ")));
+    }
     if (told.isDark) parts.push(texts.isDark(level, settings.darkLevel));
+    if (told.isLongest) parts.push(texts.isLongest(settings.longestScene));
     if (told.blockedBy) parts.push(texts.blocked[told.blockedBy]);
-    return [method === "" ? texts.noStart : texts.isStart(method), ...parts].join(" ");
+    return parts.join(" ");
 }

@@ -3,7 +3,7 @@
 import { byId } from "./elements.js";
 import { texts } from "./texts.js";
 
-const kFitted = ["cutThreshold", "darkLevel", "votes"];
+const kFitted = ["cutThreshold", "darkLevel", "votes", "flashes", "fades", "dissolves"];
 
 export class Fitting {
     #settings = null;
@@ -11,8 +11,12 @@ export class Fitting {
     constructor(model, say) {
         this.model = model;
         byId("fit").onclick = () => {
-            this.#fit();
-            say(byId("fitted").textContent);
+            byId("fitted").textContent = texts.isFitting;
+            // Hours of figures take a moment, and the browser is to show that.
+            setTimeout(() => {
+                this.#fit();
+                say(byId("fitted").textContent);
+            });
         };
         byId("take-fit").onclick = () => {
             model.set({ settings: this.#settings });
@@ -29,13 +33,12 @@ export class Fitting {
 
     #fit() {
         const { settings, fixed, scenes, rule } = this.model;
-        const rows = scenes.map((scene) => scene.row);
-        const fit = rule.fit(rows, { ...settings, fixed }, { only: kFitted });
-        const found = Object.fromEntries(kFitted.map((name) => [name, fit.settings[name]]));
-        this.#settings = { ...settings, ...found };
-        const differing = kFitted.filter((name) => found[name] !== settings[name]);
-        const values = differing.map((name) => `${texts.settingNames[name]} ${found[name]}`);
-        byId("fitted").textContent = texts.fitted(values, fit.kept, rows.length, fit.added);
+        const rows = scenes.map((scene) => scene.row).filter((row) => !fixed.includes(row));
+        const fit = rule.fit(rows, settings);
+        this.#settings = fit.settings;
+        const differing = kFitted.filter((name) => fit.settings[name] !== settings[name]);
+        const values = differing.map((name) => texts.fittedValue(name, fit.settings[name]));
+        byId("fitted").textContent = texts.fitted(values, fit.kept, fit.kept + fit.missed, fit.added);
         byId("take-fit").hidden = differing.length === 0;
     }
 }

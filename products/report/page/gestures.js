@@ -61,10 +61,11 @@ export function addGestures(timeline, editor, place) {
     });
     const release = (event) => {
         if (!pointers.delete(event.pointerId)) return;
-        if (isGrabbed) on.drop();
-        else if (event.type === "pointerup" && moved <= kClickDistance)
-            on.pick(timeline.rowAt(event.clientX));
-        isGrabbed = false;
+        const isDone = event.type === "pointerup";
+        if (isDone && moved <= kClickDistance) editor.go(grabbed ?? timeline.rowAt(event.clientX));
+        else if (isDone && grabbed !== null) editor.moveTo(grabbed, timeline.dragged);
+        grabbed = null;
+        timeline.setDragged(null);
     };
     canvas.addEventListener("pointerup", release);
     canvas.addEventListener("pointercancel", release);

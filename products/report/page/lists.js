@@ -157,19 +157,18 @@ function metadataText({ run, scenes }) {
 function matroskaText({ run, scenes }) {
     const escaped = (text) => text.replaceAll("&", "&amp;").replaceAll("<", "&lt;").replaceAll(">", "&gt;");
     const clock = (place) => clockText(run.delay + place.time, run.unit, 9);
-    const atoms = scenes.map(
-        (scene, index) => `    <ChapterAtom>
-      <ChapterTimeStart>${clock(scene.start)}</ChapterTimeStart>
-      <ChapterTimeEnd>${clock(scene.end)}</ChapterTimeEnd>
-      <ChapterDisplay>
-        <ChapterString>${escaped(chapterTitle(scene, index))}</ChapterString>
-        <ChapterLanguage>eng</ChapterLanguage>
-      </ChapterDisplay>
-    </ChapterAtom>
-`,
-    );
-    const head = '<?xml version="1.0" encoding="UTF-8"?>\n<Chapters>\n  <EditionEntry>\n';
-    return `${head}${atoms.join("")}  </EditionEntry>\n</Chapters>\n`;
+    const atoms = scenes.flatMap((scene, index) => [
+        "    <ChapterAtom>",
+        `      <ChapterTimeStart>${clock(scene.start)}</ChapterTimeStart>`,
+        `      <ChapterTimeEnd>${clock(scene.end)}</ChapterTimeEnd>`,
+        "      <ChapterDisplay>",
+        `        <ChapterString>${escaped(chapterTitle(scene, index))}</ChapterString>`,
+        "        <ChapterLanguage>eng</ChapterLanguage>",
+        "      </ChapterDisplay>",
+        "    </ChapterAtom>",
+    ]);
+    const head = ['<?xml version="1.0" encoding="UTF-8"?>', "<Chapters>", "  <EditionEntry>"];
+    return `${[...head, ...atoms, "  </EditionEntry>", "</Chapters>"].join("\n")}\n`;
 }
 
 /** The formats of the page: what the program calls them, suffix, and the text of a list. */

@@ -3,7 +3,6 @@
 import { Controls } from "./controls.js";
 import { addCommands, commandsOf, Editor } from "./editor.js";
 import { byId, element, fillTexts } from "./elements.js";
-import { explanation } from "./explain.js";
 import { bytesOf, columnsOf, Film, inflated } from "./film.js";
 import { Fitting } from "./fitting.js";
 import { addGestures } from "./gestures.js";
@@ -81,6 +80,7 @@ byId("name").onchange = () => {
     if (scene) editor.name(scene.row, byId("name").value);
 };
 byId("name").onkeydown = ({ key }) => {
+    if (key === "Escape") byId("name").value = model.scenes[model.indexAt(editor.cursor)].name;
     if (key === "Enter" || key === "Escape") timeline.canvas.focus();
 };
 addCommands(commandsOf(editor, player), timeline.canvas);
@@ -141,3 +141,4 @@ model.onChange(() => {
     if (!memory.isAvailable) byId("no-memory").hidden = false;
 });
 byId("no-memory").hidden = memory.isAvailable;
+byId("main").ariaBusy = "false";

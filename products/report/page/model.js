@@ -4,6 +4,8 @@ import { changes, corrected, noCorrections } from "./corrections.js";
 import { History } from "./history.js";
 
 const kKindMethods = ["video", "fade", "dissolve", "video"]; // by the kinds that the rule tells
+const kAlsoFixed = 128; // is added to them where a scene stays whatever the rule finds
+const kOnlyFixed = 255;
 
 const partsOf = (method) => method.split("+");
 const isOfRule = (part) => kKindMethods.includes(part);
@@ -19,27 +21,16 @@ export function fixedRows(runScenes) {
     return runScenes.filter(({ method }) => !partsOf(method).every(isOfRule)).map(({ row }) => row);
 }
 
-/** What the rule finds, and beside it what else has found scenes of the run, as {row, end, method}. */
-export function foundScenes(runScenes, { rows, kinds, ends }, filmRows) {
-    const known = new Map(runScenes.map((scene) => [scene.row, scene.method]));
-    const found = new Map();
-    rows.forEach((row, i) => {
-        const own = kKindMethods[kinds[i]];
-        const before = known.has(row) ? partsOf(known.get(row)) : [];
-        const parts = before.includes(own) ? before : [...before.filter((part) => !isOfRule(part)), own];
-        found.set(row, { row, end: ends?.[i], method: parts.join("+") });
+/** What the rule has decided, as {row, end, method}. */
+export function foundScenes(runScenes, { rows, kinds, ends }) {
+    const known = new Map(runScenes.map((scene) => [scene.row, partsOf(scene.method)]));
+    return Array.from(rows, (row, i) => {
+        const own = kinds[i] === kOnlyFixed ? [] : [kKindMethods[kinds[i] % kAlsoFixed]];
+        const before = known.get(row) ?? [];
+        const isSame = own.length > 0 && before.includes(own[0]);
+        const parts = isSame ? before : [...before.filter((part) => !isOfRule(part)), ...own];
+        return { row, end: ends[i], method: parts.join("+") };
     });
-    for (const row of fixedRows(runScenes)) {
-        const method = partsOf(known.get(row))
-            .filter((part) => !isOfRule(part))
-            .join("+");
-        if (!found.has(row)) found.set(row, { row, end: undefined, method });
-    }
-    const scenes = [...found.values()].sort((a, b) => a.row - b.row);
-    scenes.forEach((scene, i) => {
-        scene.end = Math.min(scene.end ?? filmRows, scenes[i + 1]?.row ?? filmRows);
-    });
-    return scenes;
 }
 
 export class Model {
@@ -133,7 +124,7 @@ export class Model {
         const { film, rule, settings } = this;
         if (rule && this.decided !== settings) {
             const decision = rule.decide({ ...settings, fixed: this.fixed });
-            this.found = foundScenes(film.scenes, decision, film.rows);
+            this.found = foundScenes(film.scenes, decision);
             this.decided = settings;
         }
         this.found ??= this.runScenes;

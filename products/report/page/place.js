@@ -6,6 +6,7 @@ import { texts } from "./texts.js";
 
 export class Place {
     #cursor = 0;
+    #pointed;
 
     constructor(model, canvas, player) {
         this.model = model;
@@ -20,10 +21,11 @@ export class Place {
     /** The cursor is at the row now. */
     go(row) {
         this.#cursor = row;
-        const { film, scenes } = this.model;
+        const { scenes } = this.model;
         const index = this.model.indexAt(row);
+        this.#tell(row);
         this.canvas.ariaValueNow = String(row);
-        this.canvas.ariaValueText = `${this.#tell(row)} ${byId("explanation").textContent}`;
+        this.canvas.ariaValueText = `${byId("place").textContent} ${byId("explanation").textContent}`;
         byId("name-label").textContent = index < 0 ? texts.nameOfGap : texts.nameOfCurrent(index + 1);
         byId("name").disabled = index < 0;
         if (document.activeElement !== byId("name")) byId("name").value = scenes[index]?.name ?? "";
@@ -31,21 +33,21 @@ export class Place {
 
     /** The mouse is over the row, or over none (null). */
     point(row) {
-        this.#tell(row ?? this.#cursor);
+        const isWaiting = this.#pointed !== undefined;
+        this.#pointed = row;
+        // The rule goes through the figures up to the row: once a picture of the screen is enough.
+        if (!isWaiting)
+            requestAnimationFrame(() => {
+                this.#tell(this.#pointed ?? this.#cursor);
+                this.#pointed = undefined;
+            });
     }
 
     #tell(row) {
-        const { film, rule, settings, scenes } = this.model;
+        const { film } = this.model;
         const { frame, time } = film.placeOf(row);
-        const method = scenes.find((scene) => scene.row === row)?.method ?? "";
-        const why = rule
-            ? explanation(rule.explain(row), settings, method, (each) => film.frameOf(each))
-            : method === ""
-              ? texts.noStart
-              : texts.isStart(method);
         byId("place").textContent = texts.place(frame, film.timecodeAt(time));
-        byId("explanation").textContent = why;
+        byId("explanation").textContent = explanation(row, this.model);
         this.player?.show(row);
-        return byId("place").textContent;
     }
 }

@@ -22,7 +22,6 @@ export class Sheet {
         this.#turnTo(Math.min(this.first, last - (last % kCardsAtOnce)));
     }
 
-    /** Brings the scene's card into sight, and the keyboard to its picture. */
     #turnTo(first) {
         this.first = first;
         const { length } = this.model.scenes;
@@ -68,7 +67,7 @@ export class Sheet {
         const picture = model.film.run.pictures[source?.picture ?? -1];
         const image = picture
             ? element("img", { src: picture, alt: "" })
-            : element("span", { className: "none" }, texts.noPicture);
+            : element("span", { className: "none", "data-empty": texts.noPicture });
         const go = element(
             "button",
             { type: "button", className: "go", onclick: () => editor.go(row) },

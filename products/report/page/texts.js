@@ -57,12 +57,14 @@ export const texts = {
     place: (frame, timecode) => `Frame ${frame}, ${timecode}:`,
     placeShort: (frame, timecode, scene) => `frame ${frame}, ${timecode}, scene ${scene}`,
     figures: (difference, level) => `Difference ${difference}, level ${level}.`,
-    filled: (filled) => `It repeats the frame before it and counts as ${filled}.`,
+    filled: (filled) =>
+        `It repeats the frame before it amid motion, so that its difference counts as ${filled}.`,
     neighbour: (frame, difference, exceeded) => `frame ${frame} (${difference}) ${exceeded ? "yes" : "no"}`,
-    votes: (exceeded, count, needs, threshold, list) =>
-        `Exceeds ${exceeded} of its ${count} neighbours by more than ${threshold}, and ${needs} are needed: ${list}.`,
+    votes: (exceeded, needs, threshold, list) =>
+        `It exceeds ${exceeded} of its four neighbours by more than ${threshold}; ${needs} are asked for: ${list}.`,
+    isLongest: (frames) => `The scene before it has reached the longest, ${frames} frames.`,
     isDark: (level, darkLevel) =>
-        `The darkest of a fade: its level is ${level}, at most ${darkLevel}, and no brighter beside it.`,
+        `It is the darkest of a fade: its level of ${level} is not above ${darkLevel}, nor above those beside it.`,
     blocked: {
         start: "The first four frames of a run are not judged.",
         end: "The last two frames are not judged, since a frame needs two after it.",
@@ -169,17 +171,20 @@ export const texts = {
         const against = parts.length > 0 ? `Against the run: ${parts.join(", ")}.` : "The scenes of the run.";
         return byHand > 0 ? `${against} ${plural(byHand, "correction")} by hand.` : against;
     },
-    settled: (count) => `${plural(count, "scene")}.`,
     fitting: "Fitting",
     fittingHelp:
         "Looks for the cut threshold, dark level and votes that give the scenes above best without corrections.",
     fit: "Fit settings to these scenes",
     fitted: (values, kept, count, added) => {
-        const what = values.length > 0 ? `${values.join(", ")} gives` : "The present settings give";
-        const verb = values.length > 1 ? what.replace(/gives$/, "give") : what;
-        const more = added === 0 ? "and no other" : `and ${added.toLocaleString("en")} more`;
-        const better = values.length > 0 ? "" : " No others give them better.";
-        return `${verb} ${kept.toLocaleString("en")} of your ${plural(count, "scene")} ${more}.${better}`;
+        const what = values.length > 0 ? values.join(", ") : "The settings as they are";
+        const verb = values.length === 1 ? "gives" : "give";
+        const more = added === 0 ? "no other" : `${added.toLocaleString("en")} more`;
+        const best = values.length === 0 ? " No others give them better." : "";
+        return `${what} ${verb} ${kept.toLocaleString("en")} of your ${plural(count, "cut")} and ${more}.${best}`;
+    },
+    fittedValue: (name, value) => {
+        if (name === "dissolves") return value ? "dissolves looked for" : "dissolves not looked for";
+        return `${texts.settingNames[name].toLowerCase()} ${texts.choices[name]?.[value] ?? value}`;
     },
     takeFit: "Take these settings",
     fitTaken: "Settings taken.",
@@ -210,7 +215,7 @@ export const texts = {
     nameHere: "name",
     nameOf: (number) => `Name of scene ${number}`,
     mergeCard: "merge with previous",
-    mergeOf: (number) => `Merge scene ${number} with the one before it`,
+    mergeOf: (number) => `merge with previous: scene ${number}`,
     isNew: "new",
     foundBy: (method, by, from) => {
         if (from !== null) return `moved by hand from frame ${from}`;
