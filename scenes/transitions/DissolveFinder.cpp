@@ -1,110 +1,157 @@
 #include "scenes/transitions/DissolveFinder.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace scenedetect {
 namespace {
 
-constexpr std::array<std::int32_t, 2> kWindows = {16, 32};
-constexpr std::int64_t kLongestPause = 4;
-constexpr int kLeastCount = 3;
-// What changes for longer is motion, or light.
-constexpr std::int64_t kLongestDissolve = 128;
-// Pictures that differ by less are alike.
-constexpr std::int32_t kLeastDistance = 12;
+// Of windows, in frames: the step is from picture to picture, so these find dissolves of 7 to 53 frames.
+constexpr std::int64_t kShortest = 8;
+constexpr std::int64_t kLongest = 52;
+constexpr std::int64_t kLengthStep = 2;
+// Of one dissolve.
+constexpr std::int64_t kFarthestMiddle = 8;
+constexpr std::int64_t kLeastCount = 8;
 // A frame as uniform as this is at rest in a fade.
 constexpr std::int32_t kUniform = 9;
 
-std::int32_t VarianceAt(const MeasureRing& frames, std::int64_t frame) {
+constexpr std::int64_t Square(std::int64_t value) {
+    return value * value;
+}
+
+// A window, begin and end included, with what its ends say.
+struct Window {
+    std::int64_t begin;
+    std::int64_t end;
+    std::int64_t variances; // sum of those of both ends
+    std::int64_t levelStep;
+
+    [[nodiscard]] std::int64_t Length() const { return end - begin; }
+    [[nodiscard]] std::int64_t Middle() const { return (begin + end) / 2; }
+    // The mean square of what two pictures differ by that have nothing in common but these.
+    [[nodiscard]] std::int64_t Apart() const { return variances + Square(levelStep); }
+};
+
+// What the window asks for, in per cent.
+struct Strictness {
+    std::int64_t deviation; // of variances from the parabola, of their sum, at most
+    std::int64_t bend;      // of levels from the line, of how far pictures are apart, at most
+    std::int64_t straight;  // of both halves' distances, the whole's at least
+    std::int64_t motion;    // of distances outside, the one inside at least
+};
+// Motion seldom moves the level far, and in a line.
+constexpr std::int64_t kFarLevels = 16;
+constexpr Strictness kWithLevelStep{7, 12, 80, 0};
+constexpr Strictness kWithoutLevelStep{4, 8, 85, 100};
+
+std::int64_t VarianceAt(const MeasureRing& frames, std::int64_t frame) {
     return frames.At(frame).distances.variance;
 }
 
-// How far frames are apart next to a window; 0 where a cut says nothing of the motion, or the film ends.
-std::int32_t Outside(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
-    return frames.HasCut(end - span + 1, end) ? 0 : frames.Distance(end, span);
+// Mixed pictures have less contrast: where share a of the second one is in, a variance of (1-a)^2 of the
+// first one's and a^2 of the second one's. In whole numbers: all times the square of the length.
+bool LosesContrast(const MeasureRing& frames, const Window& window, std::int64_t percent) {
+    const std::int64_t length = window.Length();
+    const std::int64_t first = VarianceAt(frames, window.begin);
+    const std::int64_t last = VarianceAt(frames, window.end);
+    std::int64_t squares = 0;
+    for (std::int64_t i = 1; i < length; ++i)
+        squares += Square(Square(length) * VarianceAt(frames, window.begin + i) - Square(length - i) * first -
+                          Square(i) * last);
+    // The mean square's root is at most such a part of the sum.
+    return squares / (length + 1) <= Square(Square(length) * window.variances * percent / 100);
 }
 
-bool IsQuiet(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
-    const std::int32_t distance = frames.Distance(end, span);
-    for (std::int64_t frame = end - span + 1; frame <= end; ++frame)
-        if (frames.At(frame).isCut || 2 * frames.At(frame).difference > distance)
-            return false;
-    for (std::int64_t frame = end - span - kLongestPause; frame <= end + kLongestPause; ++frame)
-        if (frames.Has(frame) && VarianceAt(frames, frame) <= kUniform)
+bool HasStraightLevels(const MeasureRing& frames, const Window& window, std::int64_t percent) {
+    const std::int64_t length = window.Length();
+    const std::int64_t most =
+        std::max<std::int64_t>(Square(2), window.Apart() * Square(percent) / Square(100));
+    for (std::int64_t i = 1; i < length; ++i)
+        if (Square(length * frames.At(window.begin + i).level - (length - i) * frames.At(window.begin).level -
+                   i * frames.At(window.end).level) > Square(length) * most)
             return false;
     return true;
 }
 
-// Whether the frames of a window are mixed of its first and its last one.
-bool IsMixed(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
-    const std::int64_t begin = end - span;
-    const std::int64_t middle = end - span / 2;
-    const std::int32_t distance = frames.Distance(end, span);
-    if (!frames.Has(begin) || distance < kLeastDistance || !IsQuiet(frames, end, span))
+// How far frames are apart next to a window; 0 where a cut says nothing of the motion, or the film ends.
+std::int64_t Outside(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
+    return frames.HasCut(end - span + 1, end) ? 0 : std::max(0, frames.Distance(end, span));
+}
+
+// Whether samples go from picture to picture, straight, and not astray like what moves.
+bool GoesStraight(const MeasureRing& frames, const Window& window, const Strictness& strictness) {
+    std::int32_t span = static_cast<std::int32_t>(kShortest);
+    while (2 * span <= window.Length())
+        span *= 2;
+    const std::int64_t end = window.Middle() + span / 2;
+    const std::int64_t distance = frames.Distance(end, span);
+    const std::int64_t halves = frames.Distance(end, span / 2) + frames.Distance(end - span / 2, span / 2);
+    const std::int64_t motion =
+        std::max(Outside(frames, window.begin, span), Outside(frames, window.end + span, span));
+    // As far as pictures are that have nothing in common: the mean is about 0.8 of the root of the mean
+    // square, of which 0.8 is enough.
+    return Square(100 * distance * window.Length()) >= Square(64 * span) * window.Apart() &&
+           100 * distance >= strictness.straight * halves && 100 * distance >= strictness.motion * motion;
+}
+
+bool IsMixed(const MeasureRing& frames, std::int64_t begin, std::int64_t end, std::int64_t mostDifference) {
+    const Window window{begin, end, VarianceAt(frames, begin) + VarianceAt(frames, end),
+                        frames.LevelStep(begin, end)};
+    // Unlike pictures, with no jump between them, and a dip of a quarter at least.
+    if (window.variances < 60 || window.Apart() < 156 || 25 * Square(mostDifference) > window.Apart() ||
+        8 * VarianceAt(frames, window.Middle()) > 3 * window.variances)
         return false;
-    // Each sample goes straight from one value to the other, and so does the level. What moves goes astray.
-    const std::int32_t way = frames.Distance(end, span / 2) + frames.Distance(middle, span / 2);
-    const std::int32_t bend =
-        std::abs(2 * frames.At(middle).level - frames.At(begin).level - frames.At(end).level);
-    if (100 * distance < 88 * way || bend > std::max(2, distance / 4))
-        return false;
-    // Mixed pictures have less contrast: the variance is a parabola, whose second difference is half the
-    // variance of what the pictures differ by. Motion takes along the contrast that there is, most of it.
-    const std::int32_t dip =
-        VarianceAt(frames, end) - 2 * VarianceAt(frames, middle) + VarianceAt(frames, begin);
-    const std::int32_t step = frames.LevelStep(begin, end);
-    if (dip < 4 || 4 * dip < VarianceAt(frames, middle) || 8 * dip < 5 * (distance * distance - step * step))
-        return false;
-    // Pictures before and after are less far apart at such a span.
-    const std::int32_t motion = std::max(Outside(frames, begin, span), Outside(frames, end + span, span));
-    return 5 * distance >= 6 * motion;
+    const Strictness& strictness = window.levelStep >= kFarLevels ? kWithLevelStep : kWithoutLevelStep;
+    return GoesStraight(frames, window, strictness) && HasStraightLevels(frames, window, strictness.bend) &&
+           LosesContrast(frames, window, strictness.deviation);
 }
 
 } // namespace
 
-std::optional<Dissolve> DissolveFinder::Note(const MeasureRing& frames, std::int64_t now) {
+std::optional<std::int64_t> DissolveFinder::Note(const MeasureRing& frames, std::int64_t now) {
     const std::int64_t end = now - kLookAhead;
-    for (std::size_t i = 0; i < kWindows.size(); ++i) {
-        Run& run = m_runs[i];
-        if (frames.Has(end) && IsMixed(frames, end, kWindows[i])) {
-            if (run.count++ == 0)
-                run.first = end;
-            run.last = end;
-            run.distance = std::max(run.distance, frames.Distance(end, kWindows[i]));
-        } else if (run.count != 0 && end - run.last > kLongestPause) {
-            Close(run, kWindows[i]);
-        }
+    std::int64_t mostDifference = 0;
+    for (std::int64_t begin = end; frames.Has(begin) && VarianceAt(frames, begin) > kUniform; --begin) {
+        const std::int64_t length = end - begin;
+        if (length >= kShortest && (length - kShortest) % kLengthStep == 0 &&
+            IsMixed(frames, begin, end, mostDifference))
+            Add((begin + end) / 2);
+        if (length == kLongest || frames.At(begin).isCut)
+            break;
+        mostDifference = std::max<std::int64_t>(mostDifference, frames.At(begin).difference);
     }
-    if (!m_found || end - kWindows.back() - kLongestPause <= m_found->dissolve.last)
-        return std::nullopt;
-    const Dissolve found = std::exchange(m_found, std::nullopt)->dissolve;
-    return found.last - found.first <= kLongestDissolve ? std::optional(found) : std::nullopt;
+    for (Group& group : m_groups) {
+        if (group.count == 0 || end - kLongest / 2 <= group.last + kFarthestMiddle)
+            continue;
+        const Group closed = std::exchange(group, {});
+        if (closed.count >= kLeastCount)
+            return closed.sum / closed.count;
+    }
+    return std::nullopt;
 }
 
-void DissolveFinder::Close(Run& run, std::int32_t span) {
-    const Run closed = std::exchange(run, {});
-    if (closed.count < kLeastCount)
-        return;
-    const Dissolve dissolve{closed.first - span, closed.last, (closed.first + closed.last - span) / 2};
-    if (!m_found)
-        m_found = Found{dissolve, 0};
-    Dissolve& whole = m_found->dissolve;
-    whole.first = std::min(whole.first, dissolve.first);
-    whole.last = std::max(whole.last, dissolve.last);
-    if (closed.distance > m_found->distance) {
-        m_found->distance = closed.distance;
-        whole.middle = dissolve.middle;
+void DissolveFinder::Add(std::int64_t middle) {
+    Group* free = nullptr;
+    for (Group& group : m_groups) {
+        if (group.count == 0) {
+            free = &group;
+        } else if (middle >= group.first - kFarthestMiddle && middle <= group.last + kFarthestMiddle) {
+            group = {std::min(group.first, middle), std::max(group.last, middle), group.sum + middle,
+                     group.count + 1};
+            return;
+        }
     }
+    if (free)
+        *free = {middle, middle, middle, 1};
 }
 
 std::int64_t DissolveFinder::SettledBefore(std::int64_t now) const {
-    std::int64_t first = now - kLookAhead - kWindows.back();
-    for (std::size_t i = 0; i < kWindows.size(); ++i)
-        if (m_runs[i].count != 0)
-            first = std::min(first, m_runs[i].first - kWindows[i]);
-    if (m_found)
-        first = std::min(first, m_found->dissolve.first);
-    return std::max(first, now - kLookAhead - 2 * kLongestDissolve);
+    std::int64_t first = now - kLookAhead - kLongest / 2;
+    for (const Group& group : m_groups)
+        if (group.count != 0)
+            first = std::min(first, group.first);
+    return first;
 }
 
 } // namespace scenedetect

@@ -9,42 +9,31 @@
 
 namespace scenedetect {
 
-struct Dissolve {
-    std::int64_t first = 0; ///< frames that may belong to it
-    std::int64_t last = 0;
-    std::int64_t middle = 0;
-};
-
-/// Looks at windows of 16 and of 32 frames, the end of each at every frame.
+/// Looks at windows of several lengths, the ends of each at every frame.
 class DissolveFinder {
   public:
     /// Frames after a window that say how the picture moves without it.
     static constexpr std::int64_t kLookAhead = 32;
 
-    /// The last frame of `frames` is new, or at the end of the run there is none at `now`. What is found by
-    /// it.
-    [[nodiscard]] std::optional<Dissolve> Note(const MeasureRing& frames, std::int64_t now);
+    /// The last frame of `frames` is new, or at the end of the run there is none at `now`. The middle of a
+    /// dissolve that is found by it.
+    [[nodiscard]] std::optional<std::int64_t> Note(const MeasureRing& frames, std::int64_t now);
     /// No dissolve has its middle before this frame that is not found yet.
     [[nodiscard]] std::int64_t SettledBefore(std::int64_t now) const;
 
   private:
-    /// Windows one after another that look like a part of a dissolve, but for short gaps.
-    struct Run {
-        std::int64_t first = 0; ///< end of the first window
+    /// Windows whose middles are close to each other: one dissolve, if they are enough.
+    struct Group {
+        std::int64_t first = 0; ///< middle
         std::int64_t last = 0;
-        int count = 0; ///< 0: none under way
-        std::int32_t distance = 0;
-    };
-    /// Runs that overlap are of one dissolve.
-    struct Found {
-        Dissolve dissolve;
-        std::int32_t distance; ///< the most that any window has; the middle is that of its run
+        std::int64_t sum = 0; ///< of the middles
+        std::int64_t count = 0;
     };
 
-    void Close(Run& run, std::int32_t span);
+    void Add(std::int64_t middle);
 
-    std::array<Run, 2> m_runs;
-    std::optional<Found> m_found;
+    // Those that may still grow; a window that finds no room is left out.
+    std::array<Group, 4> m_groups{};
 };
 
 } // namespace scenedetect

@@ -40,8 +40,9 @@ void TransitionRule::Note(std::int64_t now) {
     m_settled = std::min(m_settled, m_fades.SettledBefore(now) - kFadeDelay);
     if (!m_choice.findsDissolves)
         return;
-    if (const auto dissolve = m_dissolves.Note(m_frames, now))
-        Enter(*dissolve);
+    if (const auto middle = m_dissolves.Note(m_frames, now);
+        middle && !(*middle >= m_rampFrom && *middle <= m_rampTo))
+        VerdictOf(*middle).isDissolve = true;
     m_settled = std::min(m_settled, m_dissolves.SettledBefore(now));
 }
 
@@ -66,11 +67,6 @@ std::int64_t TransitionRule::PlaceOf(const Fade& fade) const {
     if (!fade.hasBefore || m_choice.fades == FadePlace::End)
         return fade.last + 1;
     return (fade.first + fade.last) / 2;
-}
-
-void TransitionRule::Enter(const Dissolve& dissolve) {
-    if (dissolve.middle < m_rampFrom || dissolve.middle > m_rampTo)
-        VerdictOf(dissolve.middle).isDissolve = true;
 }
 
 std::optional<Transition> TransitionRule::Take() {

@@ -45,7 +45,6 @@ class TransitionRule {
     }
     void Note(std::int64_t now);
     void Enter(const Fade& fade);
-    void Enter(const Dissolve& dissolve);
     /// Where its scene begins.
     [[nodiscard]] std::int64_t PlaceOf(const Fade& fade) const;
 

@@ -135,6 +135,10 @@ const Grid kOne = Picture(1);
 const Grid kTwo = Picture(2);
 const Film kStrobe = Join({Still(kWhite, 2), Still(kOne, 3), Still(kWhite, 2), Still(kOne, 40)});
 
+// Frames 45 to 54 are black.
+const Film kFade = Join({Still(kOne, 40), Gradual(kOne, kBlack, 5), Still(kBlack, 10),
+                         Gradual(kBlack, kTwo, 5), Still(kTwo, 80)});
+
 const FilmCase kFilms[] = {
     {"CutsStay",
      Join({Still(kOne, 40), Still(kTwo, 40), Still(Picture(3), 20), Pan(3, 30), Still(Picture(3, 29), 60)}),
@@ -151,17 +155,8 @@ const FilmCase kFilms[] = {
      Join({Still(kOne, 40), Still(kTwo, 3), Still(Picture(3), 40)}),
      kDrop,
      {"40", "43"}},
-    // Frames 45 to 54 are black.
-    {"FadeStart",
-     Join({Still(kOne, 40), Gradual(kOne, kBlack, 5), Still(kBlack, 10), Gradual(kBlack, kTwo, 5),
-           Still(kTwo, 80)}),
-     {false, FadePlace::Start, false},
-     {"fade 45"}},
-    {"FadeMiddle",
-     Join({Still(kOne, 40), Gradual(kOne, kBlack, 5), Still(kBlack, 10), Gradual(kBlack, kTwo, 5),
-           Still(kTwo, 80)}),
-     kAll,
-     {"fade 49"}},
+    {"FadeStart", kFade, {false, FadePlace::Start, false}, {"fade 45"}},
+    {"FadeMiddle", kFade, kAll, {"fade 49"}},
     {"FadeEnd",
      Join({Still(kOne, 40), Gradual(kOne, kWhite, 50), Still(kWhite, 10), Gradual(kWhite, kTwo, 50),
            Still(kTwo, 80)}),
