@@ -1,7 +1,7 @@
 // Which samples of a grid are compared: all of them, or those of a part of the picture.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 
 #include <cstddef>
 #include <cstdint>

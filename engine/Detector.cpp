@@ -1,5 +1,6 @@
 #include "engine/Detector.h"
 
+#include "engine/JudgementTrace.h"
 #include "engine/Luminance.h"
 #include "support/DebugLog.h"
 
@@ -124,7 +125,9 @@ std::int32_t Detector::ComputeVariance() {
 
 Judgement Detector::Judge() {
     const std::int32_t difference = ComputeDifference();
-    return m_decision.Judge(difference, ComputeMeanLevel());
+    const Judgement judgement = m_decision.Judge(difference, ComputeMeanLevel());
+    TraceJudgement(m_decision, judgement, frameRate);
+    return judgement;
 }
 
 } // namespace scenedetect

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/ComparedSamples.h"
-#include "engine/Decision.h"
+#include "engine/decision/Decision.h"
 
 #include <cstdint>
 #include <memory>
@@ -37,7 +37,7 @@ class Detector {
     /// Side in pixels of the blocks that `ExtractLuminance` averages. Only 1 to 2048 can be read.
     void SetBlockSize(std::int32_t size) { blockSize = size; }
     /// Whole frames per second, for the time codes of the trace.
-    void SetFrameRate(std::int32_t framesPerSecond) { m_decision.SetFrameRate(framesPerSecond); }
+    void SetFrameRate(std::int32_t framesPerSecond) { frameRate = framesPerSecond; }
     [[nodiscard]] std::int32_t GetFrameCount() const { return m_decision.FrameCount(); }
     /// Counts on from `frame`, with a new warm-up.
     void SetStartFrame(std::int32_t frame) { m_decision.SetStartFrame(frame); }
@@ -80,6 +80,7 @@ class Detector {
     std::int32_t gridWidth = 20;
     std::int32_t gridHeight = 15;
     std::int32_t blockSize = 8;
+    std::int32_t frameRate = 30;
 };
 
 } // namespace scenedetect

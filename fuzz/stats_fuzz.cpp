@@ -87,9 +87,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         if (!stats || stats->rows.empty())
             continue;
-        const auto positions = DecideAgain(*stats, stats->settings.parameters);
-        Require(positions.front() == 0 && std::ranges::is_sorted(positions));
-        Require(static_cast<std::size_t>(positions.back()) < stats->rows.size());
+        const auto scenes = DecideAgain(*stats, {stats->settings.parameters});
+        Require(scenes.front().begin == 0 && std::ranges::is_sorted(scenes, {}, &SceneRows::begin));
+        Require(scenes.back().end == std::ssize(stats->rows));
     }
     return 0;
 }

@@ -1,6 +1,6 @@
 #include "gstreamer/Properties.h"
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "gstreamer/MethodType.h"
 
 #include <gst/gst.h>

@@ -1,7 +1,7 @@
 // The settings of the C interface: their defaults and ranges.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "library/kxscenes.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 // A detection run: its settings, its counters, the queue of scenes and the positions for the scene-list file.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "platform/CriticalSection.h"
 #include "scenes/FrameCounter.h"
 #include "scenes/FrameFigures.h"

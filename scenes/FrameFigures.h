@@ -1,8 +1,8 @@
 // Each frame's figures as the picture comparison found them: put together and kept for the host.
 #pragma once
 
-#include "engine/Decision.h"
-#include "engine/DistanceRing.h"
+#include "engine/decision/Decision.h"
+#include "engine/decision/Distances.h"
 #include "scenes/IKxSceneDetect.h"
 
 #include <cstddef>

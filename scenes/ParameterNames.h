@@ -1,7 +1,7 @@
 // The words for the parameters of the picture comparison, in options, tables and reports.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 
 #include <array>
 #include <string>

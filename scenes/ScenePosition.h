@@ -1,7 +1,7 @@
 // The rule that places a scene: which frame number a frame under watch gives it, and whether there is one.
 #pragma once
 
-#include "engine/Decision.h"
+#include "engine/decision/Decision.h"
 
 #include <windows.h>
 

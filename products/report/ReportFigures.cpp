@@ -1,12 +1,11 @@
 #include "products/report/ReportFigures.h"
 
+#include "engine/decision/Distances.h"
+
 #include <algorithm>
 
 namespace scenedetect {
 namespace {
-
-constexpr LONG kNone = -1; // no distance was measured
-constexpr std::uint8_t kNoDistanceByte = 255;
 
 void Append(std::vector<std::uint8_t>& bytes, std::uint64_t number, int count) {
     for (int i = 0; i < count; ++i)
@@ -30,15 +29,11 @@ void ReportFigures::Add(const FilePlace& place, const KxFrameFigures& figures,
     m_next = {row + 1, place.frame + 1, place.time + m_step};
     m_difference.push_back(static_cast<std::uint8_t>(figures.nDifference));
     m_level.push_back(static_cast<std::uint8_t>(figures.nLevel));
-    if (distances.nVariance == kNone)
+    if (distances.nVariance == kNoDistance)
         return;
-    if (m_restarts.empty() ||
-        (distances.nDistance[0] == kNone && row - m_restarts.back() >= KxDistanceSpans[0]))
-        m_restarts.push_back(row);
+    // Where there is none follows from the row.
     for (std::size_t i = 0; i < m_back.size(); ++i)
-        m_back[i].push_back(distances.nDistance[i] == kNone
-                                ? kNoDistanceByte
-                                : static_cast<std::uint8_t>(distances.nDistance[i]));
+        m_back[i].push_back(static_cast<std::uint8_t>(distances.nDistance[i]));
     Append(m_variance, static_cast<std::uint64_t>(distances.nVariance), 2);
 }
 

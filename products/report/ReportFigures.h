@@ -40,8 +40,6 @@ class ReportFigures {
     [[nodiscard]] bool HasDurations() const { return m_unevenTimes > kMostUneven; }
     /// With durations those where frames do not go up by one.
     [[nodiscard]] std::vector<Place> Places() const;
-    /// The rows before which there is no frame that distances could be to.
-    [[nodiscard]] const std::vector<std::int64_t>& Restarts() const { return m_restarts; }
     /// `end` is the time after the last row.
     [[nodiscard]] std::vector<Column> Columns(std::int64_t end) const;
 
@@ -55,7 +53,6 @@ class ReportFigures {
     std::vector<std::uint8_t> m_level;
     std::array<std::vector<std::uint8_t>, std::size(KxDistanceSpans)> m_back;
     std::vector<std::uint8_t> m_variance;
-    std::vector<std::int64_t> m_restarts;
     std::vector<Place> m_places;
     std::size_t m_unevenTimes = 0;
     Place m_next{}; // where the places so far put the next row

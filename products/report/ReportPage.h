@@ -1,14 +1,12 @@
 // The report of a run: one HTML page that needs nothing else.
 #pragma once
 
-#include "engine/DetectionParameters.h"
 #include "products/outputs/SceneTable.h"
 #include "products/report/ReportFigures.h"
-#include "scenes/transitions/TransitionChoice.h"
+#include "scenes/rule/DecideRows.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,20 +16,11 @@ namespace scenedetect {
 /// So that a page of hours stays small: scenes that get a picture.
 inline constexpr std::size_t kMostReportPictures = 1000;
 
-/// What the page may turn.
-struct ReportRule {
-    DetectionParameters parameters;
-    TransitionChoice transitions;
-    std::string leastText;                   ///< of the shortest scene, as it was given; empty: none
-    std::optional<std::int64_t> leastFrames; ///< that in frames, or
-    std::int64_t leastTime = 0;              ///< in units of the time scale, half a frame less
-    std::string shortScenes;                 ///< what becomes of shorter ones
-};
-
 struct ReportContent {
     const SceneTable& table;
-    const ReportFigures& figures; ///< without rows only the scenes are shown
-    ReportRule rule;
+    const ReportFigures& figures;                    ///< without rows only the scenes are shown
+    RuleSettings rule;                               ///< that the run found its scenes by
+    std::string leastText;                           ///< of the shortest scene, as it was given; empty: none
     std::vector<std::string> command;                ///< the run's options that the page does not change
     std::vector<std::vector<std::uint8_t>> pictures; ///< JPEG, one a scene or none; empty: no picture
     std::vector<std::pair<std::string, std::string>> settings; ///< of the run: name and value

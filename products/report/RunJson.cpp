@@ -23,7 +23,6 @@ Json FiguresJson(const ReportContent& content) {
     for (const auto& [row, frame, time] : content.figures.Places())
         json["places"].push_back({row, frame, time});
     json["times"] = content.figures.HasDurations();
-    json["restarts"] = content.figures.Restarts();
     json["columns"] = Json::array();
     for (const ReportFigures::Column& column : ColumnsOf(content))
         json["columns"].push_back(column.name);
@@ -43,7 +42,8 @@ std::string ScriptName(const char* option) {
     return name;
 }
 
-Json RuleJson(const ReportRule& rule) {
+Json RuleJson(const ReportContent& content) {
+    const RuleSettings& rule = content.rule;
     Json json;
     for (std::size_t i = 0; i < kDetectionParameters.size(); ++i)
         json["parameters"][ScriptName(kParameterNames[i])] = kDetectionParameters[i].Of(rule.parameters);
@@ -61,9 +61,11 @@ Json RuleJson(const ReportRule& rule) {
     json["choice"] = {{"flashes", rule.transitions.dropsFlashes ? "drop" : "keep"},
                       {"fades", kFadeWords[static_cast<std::size_t>(rule.transitions.fades)]},
                       {"dissolves", rule.transitions.findsDissolves}};
-    json["minScene"] = {
-        {"text", rule.leastText}, {"frames", rule.leastFrames.value_or(0)}, {"time", rule.leastTime}};
-    json["shortScenes"] = rule.shortScenes;
+    const LeastLength least = rule.least.value_or(LeastLength{});
+    json["minScene"] = {{"text", content.leastText},
+                        {"frames", least.isTime ? 0 : least.count},
+                        {"time", least.isTime ? least.count : 0}};
+    json["shortScenes"] = kShortRules[static_cast<std::size_t>(rule.shortScenes)];
     return json;
 }
 
@@ -133,7 +135,7 @@ std::string RunJson(const ReportContent& content) {
     const FilePlace end = table.scenes.empty() ? FilePlace{} : table.scenes.back().end;
     json["end"] = {{"frame", end.frame}, {"time", end.time}};
     json.update(FiguresJson(content));
-    json.update(RuleJson(content.rule));
+    json.update(RuleJson(content));
     std::size_t pictures = 0;
     json["scenes"] = Json::array();
     for (std::size_t i = 0; i < table.scenes.size(); ++i)

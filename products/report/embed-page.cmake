@@ -1,5 +1,6 @@
-# Makes a C++ source of the report's page: PAGE with STYLE and the joined MODULES in their places.
-#   cmake -D PAGE=... -D STYLE=... -D MODULES=... -D OUTPUT=... -P embed-page.cmake
+# Makes a C++ source of the report's page: PAGE with STYLE and the joined MODULES in their places, and of the
+# module RULE.
+#   cmake -D PAGE=... -D STYLE=... -D MODULES=... -D RULE=... -D OUTPUT=... -P embed-page.cmake
 # Modules import on single lines, and export at the beginning of lines; joined they are one.
 cmake_minimum_required(VERSION 3.25)
 
@@ -31,6 +32,8 @@ endfunction()
 set(source "")
 string(HEX "${page}" hex)
 append_bytes(kPageBytes "${hex}")
+file(READ ${RULE} hex HEX)
+append_bytes(kRuleBytes "${hex}")
 file(CONFIGURE OUTPUT ${OUTPUT} @ONLY CONTENT "#include \"products/report/PageParts.h\"
 
 namespace scenedetect {
@@ -42,7 +45,7 @@ ${source}
 const std::string_view kPageTemplate(reinterpret_cast<const char*>(kPageBytes), sizeof kPageBytes);
 const std::string_view kStyleHash = \"${style_hash}\";
 const std::string_view kScriptHash = \"${script_hash}\";
-const std::span<const std::uint8_t> kRuleModule;
+const std::span<const std::uint8_t> kRuleModule = kRuleBytes;
 
 } // namespace scenedetect
 ")

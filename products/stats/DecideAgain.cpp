@@ -1,10 +1,9 @@
 #include "products/stats/DecideAgain.h"
 
-#include "engine/Decision.h"
+#include "engine/JudgementTrace.h"
 #include "reading/base/HostError.h"
 #include "scenes/FrameFigures.h"
 #include "scenes/ParameterNames.h"
-#include "scenes/ScenePosition.h"
 
 #include <string>
 
@@ -15,7 +14,25 @@ constexpr Ratio kNtscRate{30000, 1001};
 
 } // namespace
 
-std::vector<std::int64_t> DecideAgain(Stats& stats, const DetectionParameters& parameters) {
+FigureTable TableOf(const Stats& stats) {
+    FigureTable table;
+    for (const auto& [place, figures, distances] : stats.rows) {
+        table.difference.push_back(static_cast<std::uint8_t>(figures.nDifference));
+        table.level.push_back(static_cast<std::uint8_t>(figures.nLevel));
+        table.places.push_back({place.frame, place.time});
+        if (!stats.settings.hasDistances)
+            continue;
+        for (std::size_t i = 0; i < table.back.size(); ++i)
+            table.back[i].push_back(static_cast<std::uint8_t>(distances.nDistance[i]));
+        table.variance.push_back(static_cast<std::uint16_t>(distances.nVariance));
+    }
+    const FilePlace end = PlaceAfter(stats.rows.back().place, stats.settings.scale);
+    table.end = {end.frame, end.time};
+    return table;
+}
+
+void RequireDecidable(const Stats& stats, const RuleSettings& settings) {
+    const DetectionParameters& parameters = settings.parameters;
     if (parameters.diffClamp != stats.settings.parameters.diffClamp)
         throw HostError(stats.path + ": measured with --clamp " +
                         std::to_string(stats.settings.parameters.diffClamp) + ", not " +
@@ -29,23 +46,26 @@ std::vector<std::int64_t> DecideAgain(Stats& stats, const DetectionParameters& p
                         ": is a part of a film, so that nothing can be decided before all are joined");
     if (stats.rows.empty())
         throw HostError(stats.path + ": no frame was measured, so that nothing can be decided");
-    stats.settings.parameters = parameters;
-    Decision decision;
-    decision.SetParameters(parameters);
-    // For the log's time codes, as the filter does it.
-    decision.SetFrameRate(IsSameRate(stats.settings.scale.rate, kNtscRate) ? 30 : 25);
+    if (!settings.transitions.IsEmpty() && !stats.settings.hasDistances)
+        throw HostError(
+            stats.path +
+            ": has no distances, which --flashes, --fades and --dissolves need: it takes a run on "
+            "the video with one of these and --stats");
+}
 
-    std::vector<std::int64_t> positions;
-    for (std::size_t i = 0; i < stats.rows.size(); ++i) {
-        KxFrameFigures& figures = stats.rows[i].figures;
-        const Judgement judgement = decision.Judge(figures.nDifference, figures.nLevel);
-        NoteJudgement(judgement, figures, i >= 1 ? &stats.rows[i - 1].figures : nullptr,
-                      i >= 2 ? &stats.rows[i - 2].figures : nullptr);
-        const auto frame = static_cast<std::int32_t>(i);
-        if (AddsVideoScene(frame, judgement))
-            positions.push_back(ScenePosition(KxMethodVideo, {.frameNumber = frame}));
-    }
-    return positions;
+std::vector<SceneRows> DecideAgain(Stats& stats, const RuleSettings& settings) {
+    RequireDecidable(stats, settings);
+    stats.settings.parameters = settings.parameters;
+    // For the log's time codes, as the filter does it.
+    const std::int32_t framesPerSecond = IsSameRate(stats.settings.scale.rate, kNtscRate) ? 30 : 25;
+    const auto note = [&](std::int64_t row, const Judgement& judgement, const Decision& decision) {
+        const auto figures = [&](std::int64_t back) {
+            return row >= back ? &stats.rows[static_cast<std::size_t>(row - back)].figures : nullptr;
+        };
+        NoteJudgement(judgement, *figures(0), figures(1), figures(2));
+        TraceJudgement(decision, judgement, framesPerSecond);
+    };
+    return DecideRows(TableOf(stats), settings, {}, note, [](const auto&) { return true; });
 }
 
 } // namespace scenedetect

@@ -2,16 +2,22 @@
 #pragma once
 
 #include "products/stats/StatsFile.h"
+#include "scenes/rule/DecideRows.h"
 
-#include <cstdint>
 #include <vector>
 
 namespace scenedetect {
 
-/// The positions (samples, and so row numbers, ascending) of the scenes that "Video" would find with these
-/// parameters in the pictures that were measured; marks are none. What was filled, dark and cut in `stats`,
-/// and its parameters, become those of that run. HostError for a part, and for another clamp or area than the
-/// figures were measured with: they act inside the difference.
-[[nodiscard]] std::vector<std::int64_t> DecideAgain(Stats& stats, const DetectionParameters& parameters);
+/// The figures in columns.
+[[nodiscard]] FigureTable TableOf(const Stats& stats);
+
+/// The scenes that a run with "Video" alone would have with these settings in the pictures that were
+/// measured; marks are none. What was filled, dark and cut in `stats`, and its parameters, become those of
+/// that run. HostError for a part, for another clamp or area than the figures were measured with, which act
+/// inside the difference, and for effects where there are no distances.
+[[nodiscard]] std::vector<SceneRows> DecideAgain(Stats& stats, const RuleSettings& settings);
+
+/// HostError as DecideAgain has it.
+void RequireDecidable(const Stats& stats, const RuleSettings& settings);
 
 } // namespace scenedetect

@@ -1,7 +1,7 @@
 // A run's figures as a CSV table: what stands in it, for its writer and its reader.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "reading/timing/SampleTable.h"
 #include "reading/timing/TimeScale.h"
 #include "scenes/FrameFigures.h"

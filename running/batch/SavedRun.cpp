@@ -8,9 +8,6 @@
 #include "running/listeners/Listeners.h"
 #include "running/listeners/ScenePrinter.h"
 #include "running/listeners/StatsLogger.h"
-#include "running/run/ShortScenes.h"
-#include "running/run/TransitionScenes.h"
-
 
 namespace scenedetect {
 namespace {
@@ -35,29 +32,19 @@ RunEnd EndOf(const Stats& stats) {
 
 DecidedScenes DecideScenes(Stats& stats, const DetectionParameters& parameters,
                            const TransitionChoice& transitions, const SceneLength& length) {
-    if (!transitions.IsEmpty() && !stats.settings.hasDistances)
-        throw HostError(
-            stats.path +
-            ": has no distances, which --flashes, --fades and --dissolves need: it takes a run on "
-            "the video with one of these and --stats");
+    const RuleSettings settings{parameters, transitions, length.LeastAt(stats.settings.scale), length.rule};
+    const auto placeOf = [&stats](std::int64_t row) {
+        return stats.rows[static_cast<std::size_t>(row)].place;
+    };
     DecidedScenes decided;
-    ShortScenes scenes(
-        length, stats.settings.scale, [&](const FoundScene& scene) { decided.scenes.push_back(scene); },
-        [&](std::int64_t sample, const FilePlace& place) {
-            decided.gaps.push_back({sample, place});
-        });
-    TransitionScenes found(transitions, [&](TransitionKind kind, std::int64_t position) {
-        scenes.Add(
-            {0, position, position, stats.rows[static_cast<std::size_t>(position)].place, KindWord(kind)});
-    });
-    for (const std::int64_t position : DecideAgain(stats, parameters))
-        if (position == 0 || transitions.IsEmpty())
-            found.Add(position);
-    // But for the last two, which no run judges.
-    for (std::size_t i = 0; i + 2 < stats.rows.size(); ++i)
-        found.Note(stats.rows[i].figures, stats.rows[i].distances);
-    found.Finish();
-    scenes.Finish(EndOf(stats).place);
+    const std::vector<SceneRows> scenes = DecideAgain(stats, settings);
+    for (std::size_t i = 0; i < scenes.size(); ++i) {
+        const auto& [begin, end, kind, isOther] = scenes[i];
+        decided.scenes.push_back(
+            {std::ssize(decided.scenes) + 1, begin, begin, placeOf(begin), KindWord(kind)});
+        if (end != (i + 1 < scenes.size() ? scenes[i + 1].begin : std::ssize(stats.rows)))
+            decided.gaps.push_back({end, placeOf(end)});
+    }
     return decided;
 }
 

@@ -1,6 +1,6 @@
 #include "running/detection/AreaChoice.h"
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "reading/base/HostError.h"
 
 #include <algorithm>

@@ -28,10 +28,10 @@ std::optional<KxDetectionMethod> MethodOf(const std::string& word) {
     return std::nullopt;
 }
 
-std::string KindWord(TransitionKind kind) {
-    return kind == TransitionKind::Fade       ? "fade"
-           : kind == TransitionKind::Dissolve ? "dissolve"
-                                              : MethodWord(KxMethodVideo);
+std::string KindWord(SceneKind kind) {
+    return kind == SceneKind::Fade       ? "fade"
+           : kind == SceneKind::Dissolve ? "dissolve"
+                                         : MethodWord(KxMethodVideo);
 }
 
 std::string FadePlaceWord(FadePlace place) {
@@ -82,9 +82,9 @@ std::vector<std::string> DetectionSettings::Words() const {
     std::ranges::transform(methods, std::back_inserter(words), MethodWord);
     std::ranges::transform(cuts, std::back_inserter(words), TapeCutWord);
     if (transitions.FindsFades())
-        words.push_back(KindWord(TransitionKind::Fade));
+        words.push_back(KindWord(SceneKind::Fade));
     if (transitions.findsDissolves)
-        words.push_back(KindWord(TransitionKind::Dissolve));
+        words.push_back(KindWord(SceneKind::Dissolve));
     return words;
 }
 

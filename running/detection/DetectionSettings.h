@@ -2,7 +2,7 @@
 // tape itself tells.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "reading/dv/TapeJudge.h"
 #include "running/detection/AreaChoice.h"
 #include "scenes/IKxSceneDetect.h"
@@ -21,7 +21,7 @@ namespace scenedetect {
 [[nodiscard]] std::optional<KxDetectionMethod> MethodOf(const std::string& word);
 
 /// The word that users have for how a scene of the video method begins; for a cut that of the method.
-[[nodiscard]] std::string KindWord(TransitionKind kind);
+[[nodiscard]] std::string KindWord(SceneKind kind);
 
 /// "off", "start", "middle" or "end".
 [[nodiscard]] std::string FadePlaceWord(FadePlace place);

@@ -26,29 +26,20 @@ std::vector<Jpeg> FetchPictures(const SceneTable& table) {
     return pictures;
 }
 
-ReportRule RuleOf(const ReportSettings& settings, const TimeScale& scale) {
-    ReportRule rule{settings.parameters,
-                    settings.transitions,
-                    "",
-                    {},
-                    0,
-                    kShortRules[static_cast<std::size_t>(settings.length.rule)]};
-    if (const auto& least = settings.length.least) {
-        const TimePosition length = Resolve(*least, scale);
-        rule.leastText = least->text;
-        rule.leastFrames = length.frame;
-        rule.leastTime = length.time;
-    }
-    return rule;
-}
-
 } // namespace
 
 TableUse::Make MakeReport(ReportSettings settings, std::shared_ptr<const ReportFigures> figures) {
     return [settings = std::move(settings), figures = std::move(figures)](const SceneTable& table,
                                                                           FirstError& lack) {
-        ReportContent content{table, *figures,         RuleOf(settings, table.scale), settings.command,
-                              {},    settings.settings};
+        const SceneLength& length = settings.length;
+        ReportContent content{
+            table,
+            *figures,
+            {settings.parameters, settings.transitions, length.LeastAt(table.scale), length.rule},
+            length.least ? length.least->text : "",
+            settings.command,
+            {},
+            settings.settings};
         // An input that is gone by now costs the pictures only.
         if (settings.hasPictures)
             lack.Attempt([&] { content.pictures = FetchPictures(table); });

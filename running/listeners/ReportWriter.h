@@ -1,7 +1,7 @@
 // Makes the report of a run once its scenes are known.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "products/report/ReportFigures.h"
 #include "running/listeners/SceneTabler.h"
 #include "running/run/RunListener.h"

@@ -1,7 +1,7 @@
 // A run's settings in words, for people and as options.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "running/run/RunSettings.h"
 
 #include <string>

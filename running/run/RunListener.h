@@ -2,7 +2,7 @@
 #pragma once
 
 #include "baseclasses/ComRef.h"
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 #include "reading/dv/DvPacks.h"
 #include "reading/readers/Irregularity.h"
 #include "reading/readers/MediaInfo.h"

@@ -60,9 +60,8 @@ SceneRun::SceneRun(const RunSettings& settings, const Reading& reading, RunProgr
       m_tapeScenes(
           m_settings.detection.cuts,
           [this](std::size_t cut, std::int64_t sample) { m_merge.Add(m_detections.size() + cut, sample); }),
-      m_transitions(
-          m_settings.detection.transitions,
-          [this](TransitionKind kind, std::int64_t sample) { m_merge.Add(KindWord(kind), sample); }),
+      m_transitions(m_settings.detection.transitions,
+                    [this](SceneKind kind, std::int64_t sample) { m_merge.Add(KindWord(kind), sample); }),
       m_scenes(
           settings.length, m_reader->Scale(),
           [this](const FoundScene& scene) {

@@ -6,13 +6,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <utility>
 
 namespace scenedetect {
 
-/// What becomes part of another scene becomes part of the one before, so that each scene that stays begins
-/// with a picture of its own and not with the flash or the lost bytes of a cut. One thread.
+/// Scenes held back until LengthRule says what becomes of them. One thread.
 class ShortScenes {
   public:
     /// Gets the scenes that stay, numbered, each once it is known that it does.
@@ -22,7 +20,8 @@ class ShortScenes {
     using Leave = std::function<void(std::int64_t sample, const FilePlace& place)>;
 
     /// HostError when a timecode does not go with the rate.
-    ShortScenes(SceneLength length, const TimeScale& scale, Take take, Leave leave);
+    ShortScenes(const SceneLength& length, const TimeScale& scale, Take take, Leave leave)
+        : m_rule(length.LeastAt(scale), length.rule), m_take(std::move(take)), m_leave(std::move(leave)) {}
 
     /// The next scene, in order. Of two at one place the first counts, where there is a least length.
     void Add(const FoundScene& scene);
@@ -38,21 +37,18 @@ class ShortScenes {
     [[nodiscard]] std::int64_t DroppedFrames() const { return m_droppedFrames; }
 
   private:
+    void Settle(LengthRule::Fate waiting, const FilePlace& end);
     void TakeScene(FoundScene scene);
     void Drop(const FoundScene& scene, const FilePlace& end);
 
-    const SceneLength m_length;
-    const TimeScale m_scale;
+    LengthRule m_rule;
     const Take m_take;
     const Leave m_leave;
     std::int64_t m_added = 0;
     std::int64_t m_count = 0;
     std::int64_t m_droppedFrames = 0;
     bool m_isInScene = false;
-    FilePlace m_begin;       // of the last that stays
-    TimePosition m_longFrom; // and where it is long enough
-    std::optional<FoundScene> m_candidate;
-    TimePosition m_candidateLongFrom;
+    FoundScene m_waiting; // while the rule has one wait
 };
 
 } // namespace scenedetect

@@ -15,7 +15,7 @@ void TransitionScenes::Add(std::int64_t sample) {
     if (m_rule && sample != 0)
         m_added.insert(sample);
     else
-        m_found(TransitionKind::Cut, sample);
+        m_found(SceneKind::Cut, sample);
 }
 
 // A scene that is no cut was marked.
@@ -30,7 +30,7 @@ void TransitionScenes::Note(const KxFrameFigures& figures, const KxFrameDistance
     std::ranges::copy(distances.nDistance, measures.distances.back.begin());
     const auto [begin, end] = m_added.equal_range(sample);
     for (auto marks = std::distance(begin, end) - (measures.isCut ? 1 : 0); marks > 0; --marks)
-        m_found(TransitionKind::Cut, sample);
+        m_found(SceneKind::Cut, sample);
     m_added.erase(begin, end);
     if (measures.isCut)
         m_cuts.insert(sample);
@@ -45,7 +45,7 @@ void TransitionScenes::Finish() {
     m_rule->Finish();
     TakeAll();
     for (const std::int64_t mark : std::exchange(m_added, {}))
-        m_found(TransitionKind::Cut, mark);
+        m_found(SceneKind::Cut, mark);
 }
 
 std::int64_t TransitionScenes::SettledBefore() const {
@@ -57,7 +57,7 @@ std::int64_t TransitionScenes::SettledBefore() const {
 void TransitionScenes::TakeAll() {
     while (const auto transition = m_rule->Take()) {
         m_found(transition->kind, transition->frame);
-        if (transition->kind != TransitionKind::Cut || m_cuts.erase(transition->frame) == 0)
+        if (transition->kind != SceneKind::Cut || m_cuts.erase(transition->frame) == 0)
             m_hasChanged = true;
     }
     // What lies before is dropped.

@@ -15,7 +15,7 @@ namespace scenedetect {
 /// in place of it; marks stay. One thread.
 class TransitionScenes {
   public:
-    using Found = std::function<void(TransitionKind kind, std::int64_t sample)>;
+    using Found = std::function<void(SceneKind kind, std::int64_t sample)>;
 
     /// `found` gets a scene once it is known; not in order.
     TransitionScenes(const TransitionChoice& choice, Found found);

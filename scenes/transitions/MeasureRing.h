@@ -1,7 +1,7 @@
 // What the picture comparison says of a run's last frames.
 #pragma once
 
-#include "engine/DistanceRing.h"
+#include "engine/decision/Distances.h"
 
 #include <algorithm>
 #include <array>

@@ -74,11 +74,11 @@ std::optional<Transition> TransitionRule::Take() {
         const std::int64_t frame = m_taken++;
         const auto [isDropped, isFade, isDissolve] = VerdictOf(frame);
         if (isFade)
-            return Transition{TransitionKind::Fade, frame};
+            return Transition{SceneKind::Fade, frame};
         if (isDissolve)
-            return Transition{TransitionKind::Dissolve, frame};
+            return Transition{SceneKind::Dissolve, frame};
         if (m_frames.At(frame).isCut && !isDropped)
-            return Transition{TransitionKind::Cut, frame};
+            return Transition{SceneKind::Cut, frame};
     }
     return std::nullopt;
 }

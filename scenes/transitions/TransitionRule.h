@@ -11,10 +11,17 @@
 
 namespace scenedetect {
 
-enum class TransitionKind { Cut, Fade, Dissolve };
+/// How a scene begins.
+enum class SceneKind : std::uint8_t {
+    Cut,
+    Fade,
+    Dissolve,
+    Longest,     ///< the one before is as long as it may be
+    Other = 255, ///< found by something else than pictures
+};
 
 struct Transition {
-    TransitionKind kind;
+    SceneKind kind;     ///< one of the first three
     std::int64_t frame; ///< that the scene begins with
 };
 

@@ -1,6 +1,6 @@
 // What flashes, fades and dissolves make of a film's scenes: small films of known pictures, frame by frame.
 #include "scenes/transitions/TransitionRule.h"
-#include "engine/Decision.h"
+#include "engine/decision/Decision.h"
 #include "tests/Testing.h"
 
 #include <numeric>

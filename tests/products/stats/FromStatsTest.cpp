@@ -85,8 +85,8 @@ Outcome Watch(const Film& film, const DetectionParameters& parameters) {
 Outcome Again(const std::string& table, const DetectionParameters& parameters) {
     Stats stats = ParseStats(table, "film.csv");
     Outcome outcome;
-    for (const std::int64_t position : DecideAgain(stats, parameters))
-        outcome.positions.push_back(static_cast<ULONG>(position));
+    for (const SceneRows& scene : DecideAgain(stats, {parameters}))
+        outcome.positions.push_back(static_cast<ULONG>(scene.begin));
     StatsWriter writer(stats.settings, [&outcome](std::string_view text) { outcome.table += text; });
     for (const StatsRow& row : stats.rows)
         writer.Add(row);

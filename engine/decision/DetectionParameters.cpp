@@ -1,4 +1,4 @@
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The rule of the scene-change engine: two numbers per frame in, a scene's first frame out, two frames late.
 #pragma once
 
-#include "engine/DetectionParameters.h"
+#include "engine/decision/DetectionParameters.h"
 
 #include <array>
 #include <cstdint>
@@ -17,6 +17,12 @@ struct Judgement {
     std::optional<std::int32_t> filled{}; ///< stands in for the difference of the frame before, which is 0
     bool isDark = false;                  ///< the frame two before is dark among brighter ones
     std::int32_t sceneStart = -1; ///< number of the frame two before if a scene starts with it, else -1
+    // Why: of the frame two before.
+    bool isJudged = false;     ///< there are frames enough on either side
+    std::uint8_t exceeded = 0; ///< a bit for each of four neighbours, the oldest lowest, that it exceeds
+    bool isLocked = false;     ///< it can't be the dark one: it is not bright again since the last scene
+    bool isBeside = false;     ///< it would start a scene, but the frame before does
+    bool isLongest = false;    ///< it starts one since the scene before it is as long as it may be
 };
 
 /// The rule and its state. Needs no pictures: figures noted in one run can be judged again with other
@@ -26,20 +32,20 @@ class Decision {
     /// Takes effect with the next frame; forgets nothing. The clamp has done its work by then.
     void SetParameters(const DetectionParameters& parameters) { m_parameters = parameters; }
     [[nodiscard]] const DetectionParameters& Parameters() const { return m_parameters; }
-    /// Whole frames per second, for the time codes of the trace.
-    void SetFrameRate(std::int32_t framesPerSecond) { frameRate = framesPerSecond; }
     /// Forgets every frame.
     void Reset();
     /// Counts on from `frame`, with a new warm-up.
     void SetStartFrame(std::int32_t frame);
     [[nodiscard]] std::int32_t FrameCount() const { return frameCount; }
+    /// Of the latest five frames, oldest first; differences as they were judged.
+    [[nodiscard]] const std::array<std::int32_t, 5>& Differences() const { return diffHistory; }
+    [[nodiscard]] const std::array<std::int32_t, 5>& Levels() const { return levelHistory; }
 
     /// Takes the next frame's difference to the frame before it and its mean level, and counts it.
     Judgement Judge(std::int32_t difference, std::int32_t level);
 
   private:
     void Decide(Judgement& judgement);
-    void Trace(std::int32_t frame, const Judgement& judgement) const;
 
     DetectionParameters m_parameters;
     // The state bears the rule's names.
@@ -47,7 +53,6 @@ class Decision {
     std::int32_t lastCut = 0;
     std::array<std::int32_t, 5> diffHistory{};  ///< oldest first
     std::array<std::int32_t, 5> levelHistory{}; ///< likewise
-    std::int32_t frameRate = 30;
     std::int32_t startFrame = 0;
     std::int32_t frameCount = 0;
 };

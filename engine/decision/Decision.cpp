@@ -1,12 +1,7 @@
-#include "engine/Decision.h"
-
-#include "support/DebugLog.h"
-#include "support/Timecode.h"
+#include "engine/decision/Decision.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <limits>
-#include <string>
 
 namespace scenedetect {
 namespace {
@@ -65,7 +60,14 @@ void Decision::Decide(Judgement& judgement) {
     const auto exceeds = [&, peak = std::int64_t{d2}](std::int64_t other) {
         return peak - other > threshold;
     };
-    const int votes = exceeds(d0) + exceeds(d1) + exceeds(d3) + exceeds(d4);
+    const std::array exceeded = {exceeds(d0), exceeds(d1), exceeds(d3), exceeds(d4)};
+    int votes = 0;
+    for (std::size_t i = 0; i < exceeded.size(); ++i) {
+        votes += exceeded[i];
+        judgement.exceeded |= static_cast<std::uint8_t>(exceeded[i] << i);
+    }
+    judgement.isJudged = true;
+    judgement.isLocked = darkLock;
     std::int32_t& result = judgement.sceneStart;
     result = votes >= m_parameters.minVotes ? candidate : kNoCut;
 
@@ -80,30 +82,18 @@ void Decision::Decide(Judgement& judgement) {
         darkLock = true;
 
     // Deliberate: a cut at frame 0 suppresses none at frame 1, and a suppressed cut leaves the lock set.
-    if (lastCut != 0 && std::int64_t{lastCut} + 1 == result)
+    judgement.isBeside = lastCut != 0 && std::int64_t{lastCut} + 1 == result;
+    if (judgement.isBeside)
         result = kNoCut;
     const std::int32_t longest = m_parameters.LongestScene();
     if (result >= 0) {
         lastCut = result;
     } else if (longest > 0 && std::int64_t{candidate} - lastCut >= longest) {
         result = candidate;
+        judgement.isLongest = true;
         if (candidate >= 0)
             lastCut = candidate;
     }
-
-    if (IsDebugLevelActive(kLogCategorySceneDetect, kLogLevelTrace))
-        Trace(candidate, judgement);
-}
-
-void Decision::Trace(std::int32_t frame, const Judgement& judgement) const {
-    std::wstring timecode;
-    FramesToTimecodeText(timecode, frame, false, std::max(frameRate, 1));
-    wchar_t line[100];
-    const wchar_t cutMark = judgement.filled ? L'#' : judgement.sceneStart >= 0 ? L'*' : L' ';
-    std::swprintf(line, std::size(line), L"[%3d] %ls %5d%lc %3d%lc", frame, timecode.c_str(), diffHistory[2],
-                  static_cast<wint_t>(cutMark), levelHistory[2],
-                  static_cast<wint_t>(judgement.isDark ? L'*' : L' '));
-    DebugPrintAt(kLogCategorySceneDetect, kLogLevelTrace, L"%s\n", line);
 }
 
 } // namespace scenedetect
