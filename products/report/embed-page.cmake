@@ -11,10 +11,13 @@ foreach(module ${MODULES})
   file(READ ${module} text)
   string(REGEX REPLACE "(^|\n)import [^\n]*" "\\1" text "${text}")
   string(REGEX REPLACE "(^|\n)export " "\\1" text "${text}")
+  # What only people need goes: comments that are whole lines, and below, spaces before lines.
+  string(REGEX REPLACE "\n *//[^\n]*" "" text "\n${text}")
   string(APPEND script "${text}")
 endforeach()
 
 foreach(part style script)
+  string(REGEX REPLACE "\n[\n ]*" "\n" ${part} "${${part}}")
   if("${${part}}" MATCHES "</(style|script)|<!--|@[A-Z]+@")
     message(FATAL_ERROR "the ${part} of the report has ${CMAKE_MATCH_0}, which the page can't hold")
   endif()

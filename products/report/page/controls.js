@@ -69,8 +69,19 @@ export class Controls {
             if (Number.isInteger(value) && value >= least && value <= most) this.#set(name, value, isFinal);
             else this.show();
         };
-        slider.oninput = () => set(slider.valueAsNumber, false);
-        slider.onchange = () => set(slider.valueAsNumber, true);
+        // Held, it tells of more values than can be shown.
+        let pending = 0;
+        slider.oninput = () => {
+            pending ||= requestAnimationFrame(() => {
+                pending = 0;
+                set(slider.valueAsNumber, false);
+            });
+        };
+        slider.onchange = () => {
+            cancelAnimationFrame(pending);
+            pending = 0;
+            set(slider.valueAsNumber, true);
+        };
         number.onchange = () => set(number.valueAsNumber, true);
         this.#shown.push((settings) => {
             const [now, ofRun] = [settings, this.model.runSettings].map((each) => numberOf(each[name], step));

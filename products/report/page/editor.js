@@ -16,8 +16,7 @@ export class Editor {
     /** Moves the cursor. */
     go(row) {
         this.cursor = Math.max(0, Math.min(this.model.film.rows - 1, Math.floor(row)));
-        this.timeline.cursor = this.cursor;
-        this.timeline.reveal(this.cursor);
+        this.timeline.setCursor(this.cursor);
         this.on.show(this.cursor);
     }
 
@@ -123,11 +122,12 @@ export function commandsOf(editor, player) {
         { id: "move-on", keys: ["Shift+ArrowRight"], run: () => editor.move(1) },
         { id: "undo", keys: ["Ctrl+z"], run: () => editor.undo(), isEverywhere: true },
         { id: "redo", keys: ["Ctrl+y", "Ctrl+Shift+Z"], run: () => editor.redo(), isEverywhere: true },
-        { id: "zoom-in", keys: ["+", "Shift++", "="], run: () => timeline.zoom(0.5, editor.cursor) },
+        { id: "zoom-in", keys: ["+", "="], run: () => timeline.zoom(0.5, editor.cursor) },
         { id: "zoom-out", keys: ["-"], run: () => timeline.zoom(2, editor.cursor) },
         { id: "zoom-all", keys: ["0"], run: () => timeline.show(0, model.film.rows) },
         ...(player ? [{ id: "play", keys: [" "], run: () => player.toggle() }] : []),
         { keys: ["r", "F2"], help: "keyName", run: () => byId("name").focus() },
+        { keys: ["d"], help: "keyDownloads", run: () => byId("downloads").firstElementChild.focus() },
         { keys: ["ArrowLeft"], help: "keyBack", run: by(-1) },
         { keys: ["ArrowRight"], help: "keyOn", run: by(1) },
         { keys: ["ArrowUp"], help: "keySecondOn", run: by(second) },
@@ -139,8 +139,11 @@ export function commandsOf(editor, player) {
     ];
 }
 
-const keyOf = (event) =>
-    (event.ctrlKey || event.metaKey ? "Ctrl+" : "") + (event.shiftKey ? "Shift+" : "") + event.key;
+// Of signs the keyboard's layout says whether they need Shift.
+function keyOf({ key, ctrlKey, metaKey, shiftKey }) {
+    const isSign = key.length === 1 && key.toUpperCase() === key.toLowerCase();
+    return (ctrlKey || metaKey ? "Ctrl+" : "") + (shiftKey && !isSign ? "Shift+" : "") + key;
+}
 
 /** Buttons into the bar, keys onto the timeline, and the list of keys. */
 export function addCommands(commands, canvas) {

@@ -20,6 +20,7 @@ export function explanation(row, { film, rule, settings, scenes }) {
     }
     if (told.isDark) parts.push(texts.isDark(level, settings.darkLevel));
     if (told.isLongest) parts.push(texts.isLongest(settings.longestScene));
-    if (told.blockedBy) parts.push(texts.blocked[told.blockedBy]);
+    const isBlocked = told.blockedBy !== "locked" || level <= settings.darkLevel;
+    if (told.blockedBy && isBlocked) parts.push(texts.blocked[told.blockedBy]);
     return parts.join(" ");
 }

@@ -4,8 +4,7 @@ import { changes, corrected, noCorrections } from "./corrections.js";
 import { History } from "./history.js";
 
 const kKindMethods = ["video", "fade", "dissolve", "video"]; // by the kinds that the rule tells
-const kAlsoFixed = 128; // is added to them where a scene stays whatever the rule finds
-const kOnlyFixed = 255;
+const kFixed = 128; // kinds from this on: a scene stays whatever the rule finds
 
 const partsOf = (method) => method.split("+");
 const isOfRule = (part) => kKindMethods.includes(part);
@@ -21,15 +20,12 @@ export function fixedRows(runScenes) {
     return runScenes.filter(({ method }) => !partsOf(method).every(isOfRule)).map(({ row }) => row);
 }
 
-/** What the rule has decided, as {row, end, method}. */
+/** What the rule has decided, as {row, end, method}; scenes that stay keep the method that the run tells. */
 export function foundScenes(runScenes, { rows, kinds, ends }) {
-    const known = new Map(runScenes.map((scene) => [scene.row, partsOf(scene.method)]));
+    const known = new Map(runScenes.map((scene) => [scene.row, scene.method]));
     return Array.from(rows, (row, i) => {
-        const own = kinds[i] === kOnlyFixed ? [] : [kKindMethods[kinds[i] % kAlsoFixed]];
-        const before = known.get(row) ?? [];
-        const isSame = own.length > 0 && before.includes(own[0]);
-        const parts = isSame ? before : [...before.filter((part) => !isOfRule(part)), ...own];
-        return { row, end: ends[i], method: parts.join("+") };
+        const method = kinds[i] < kFixed ? kKindMethods[kinds[i]] : known.get(row);
+        return { row, end: ends[i], method };
     });
 }
 

@@ -55,7 +55,6 @@ export const texts = {
 
     // The cursor.
     place: (frame, timecode) => `Frame ${frame}, ${timecode}:`,
-    placeShort: (frame, timecode, scene) => `frame ${frame}, ${timecode}, scene ${scene}`,
     figures: (difference, level) => `Difference ${difference}, level ${level}.`,
     filled: (filled) =>
         `It repeats the frame before it amid motion, so that its difference counts as ${filled}.`,
@@ -100,6 +99,7 @@ export const texts = {
             .join(" "),
     keysHeading: "Keys on the timeline",
     keyName: "Name the scene",
+    keyDownloads: "To the downloads",
     keyBack: "One frame back",
     keyOn: "One frame on",
     keySecondBack: "One second back",
@@ -172,8 +172,8 @@ export const texts = {
         return byHand > 0 ? `${against} ${plural(byHand, "correction")} by hand.` : against;
     },
     fitting: "Fitting",
-    fittingHelp:
-        "Looks for the cut threshold, dark level and votes that give the scenes above best without corrections.",
+    fittingHelp: "Looks for the settings that give the scenes above best without corrections.",
+    isFitting: "Trying…",
     fit: "Fit settings to these scenes",
     fitted: (values, kept, count, added) => {
         const what = values.length > 0 ? values.join(", ") : "The settings as they are";

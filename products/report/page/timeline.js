@@ -95,7 +95,9 @@ export class Timeline {
     }
 
     /** Moves the view by as little as brings the row into sight. */
-    reveal(row) {
+    setCursor(row) {
+        this.cursor = row;
+        this.redraw();
         const margin = this.span / 20;
         if (row < this.from + margin) this.show(row - margin);
         else if (row > this.from + this.span - margin) this.show(row + margin - this.span);
