@@ -1,30 +1,19 @@
 // The main function of a fuzz target that is built without a fuzzer: runs every file of the given folders.
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-namespace {
-
-std::vector<std::filesystem::path> FilesIn(int folderCount, char** folders) {
-    std::vector<std::filesystem::path> files;
-    for (int i = 0; i < folderCount; ++i) {
-        for (const auto& entry : std::filesystem::directory_iterator(folders[i]))
-            files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
-} // namespace
-
 int main(int argc, char** argv) {
-    const auto files = FilesIn(argc - 1, argv + 1);
+    std::set<std::filesystem::path> files;
+    for (int i = 1; i < argc; ++i)
+        for (const auto& entry : std::filesystem::directory_iterator(argv[i]))
+            files.insert(entry.path());
     if (files.empty()) {
         std::fputs("There is nothing to replay.\n", stderr);
         return 1;

@@ -37,33 +37,26 @@ class OnePinFilter : public CBaseFilter {
     CCritSec m_lock;
 };
 
-/// Can be sought in, and counts how often that is tried.
+/// Can be sought in.
 class Seekable : public IMediaSeeking {
   public:
-    STDMETHODIMP GetCapabilities(DWORD*) override { return Sought(); }
-    STDMETHODIMP CheckCapabilities(DWORD*) override { return Sought(); }
-    STDMETHODIMP IsFormatSupported(const GUID*) override { return Sought(); }
-    STDMETHODIMP QueryPreferredFormat(GUID*) override { return Sought(); }
-    STDMETHODIMP GetTimeFormat(GUID*) override { return Sought(); }
-    STDMETHODIMP IsUsingTimeFormat(const GUID*) override { return Sought(); }
-    STDMETHODIMP SetTimeFormat(const GUID*) override { return Sought(); }
-    STDMETHODIMP GetDuration(LONGLONG*) override { return Sought(); }
-    STDMETHODIMP GetStopPosition(LONGLONG*) override { return Sought(); }
-    STDMETHODIMP GetCurrentPosition(LONGLONG*) override { return Sought(); }
-    STDMETHODIMP ConvertTimeFormat(LONGLONG*, const GUID*, LONGLONG, const GUID*) override {
-        return Sought();
-    }
-    STDMETHODIMP SetPositions(LONGLONG*, DWORD, LONGLONG*, DWORD) override { return Sought(); }
-    STDMETHODIMP GetPositions(LONGLONG*, LONGLONG*) override { return Sought(); }
-    STDMETHODIMP GetAvailable(LONGLONG*, LONGLONG*) override { return Sought(); }
-    STDMETHODIMP SetRate(double) override { return Sought(); }
-    STDMETHODIMP GetRate(double*) override { return Sought(); }
-    STDMETHODIMP GetPreroll(LONGLONG*) override { return Sought(); }
-
-    std::atomic<int> sought = 0;
-
-  private:
-    HRESULT Sought() { return ++sought, S_OK; }
+    STDMETHODIMP GetCapabilities(DWORD*) override { return S_OK; }
+    STDMETHODIMP CheckCapabilities(DWORD*) override { return S_OK; }
+    STDMETHODIMP IsFormatSupported(const GUID*) override { return S_OK; }
+    STDMETHODIMP QueryPreferredFormat(GUID*) override { return S_OK; }
+    STDMETHODIMP GetTimeFormat(GUID*) override { return S_OK; }
+    STDMETHODIMP IsUsingTimeFormat(const GUID*) override { return S_OK; }
+    STDMETHODIMP SetTimeFormat(const GUID*) override { return S_OK; }
+    STDMETHODIMP GetDuration(LONGLONG*) override { return S_OK; }
+    STDMETHODIMP GetStopPosition(LONGLONG*) override { return S_OK; }
+    STDMETHODIMP GetCurrentPosition(LONGLONG*) override { return S_OK; }
+    STDMETHODIMP ConvertTimeFormat(LONGLONG*, const GUID*, LONGLONG, const GUID*) override { return S_OK; }
+    STDMETHODIMP SetPositions(LONGLONG*, DWORD, LONGLONG*, DWORD) override { return S_OK; }
+    STDMETHODIMP GetPositions(LONGLONG*, LONGLONG*) override { return S_OK; }
+    STDMETHODIMP GetAvailable(LONGLONG*, LONGLONG*) override { return S_OK; }
+    STDMETHODIMP SetRate(double) override { return S_OK; }
+    STDMETHODIMP GetRate(double*) override { return S_OK; }
+    STDMETHODIMP GetPreroll(LONGLONG*) override { return S_OK; }
 };
 
 class SourcePin : public CBaseOutputPin, public Seekable {
@@ -153,11 +146,11 @@ class SinkPin : public CBaseInputPin {
         const HRESULT hr = CBaseInputPin::Receive(sample);
         if (hr != S_OK)
             return hr;
+        if (onSample)
+            onSample(sample);
         std::unique_lock lock(m_mutex);
         ++samples;
         last = sample;
-        if (onSample)
-            onSample(sample);
         m_changed.notify_all();
         m_changed.wait(lock, [&] { return !blocking || IsFlushing() || IsStopped(); });
         return result;

@@ -265,6 +265,8 @@ TEST(DibFile, RefusesWhatCannotBeWritten) {
     EXPECT_FALSE(Dib().WriteToPath(Wide(folder / "empty")));
     EXPECT_FALSE(Bitmap(MakeHeader(32768, 16384, 32), Bytes(4)).dib.WriteToPath(Wide(folder / "2 GiB")));
     EXPECT_FALSE(Bitmap(MakeHeader(1, 1, 24), Bytes(4)).dib.WriteToPath(Wide(folder / "missing" / "a")));
+    // A device that is always full, where there is such a thing.
+    EXPECT_FALSE(Bitmap(MakeHeader(2, 3000, 8), Bytes(4)).dib.WriteToPath(L"/dev/full"));
 }
 
 TEST(DibFile, ReadsHeadersAndSkipsPictures) {

@@ -18,9 +18,6 @@ TEST(Control, InterfacesOfTheFilter) {
     EXPECT_EQ(QueryFor<IUnknown>(ex.get(), IID_IUnknown), unknown);
     for (const IID& iid : {IID_IPersist, IID_IMediaFilter, IID_IBaseFilter, IID_IKxSceneDetectTuning})
         EXPECT_TRUE(QueryFor<IUnknown>(ex.get(), iid));
-    for (const IID& iid : {IID_IPin, IID_IMemInputPin, IID_IMediaSeeking, IID_IMediaPosition,
-                           IID_IQualityControl, IID_IReferenceClock})
-        EXPECT_FALSE(QueryFor<IUnknown>(ex.get(), iid));
 }
 
 TEST(Control, Defaults) {

@@ -1,4 +1,5 @@
 // Pins, media types and buffers: what the filter takes, offers and asks for.
+#include "baseclasses/Allocator.h"
 #include "tests/Testing.h"
 #include "tests/TypeMaking.h"
 #include "tests/filter/FilterGraph.h"
@@ -92,27 +93,20 @@ TEST(Negotiation, ConnectedTheOutputOffersTheInputsType) {
 }
 
 // Grants what the test says, whatever is asked for.
-class Allocator final : public IMemAllocator {
+class Allocator final : public CMemAllocator {
   public:
+    Allocator() : CMemAllocator(NAME("test"), nullptr, &result) { AddRef(); } // the test's own
+
     ALLOCATOR_PROPERTIES asked{};
     ALLOCATOR_PROPERTIES granted{};
     HRESULT result = S_OK;
 
-    STDMETHODIMP QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-    STDMETHODIMP_(ULONG) AddRef() override { return 1; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP SetProperties(ALLOCATOR_PROPERTIES* request, ALLOCATOR_PROPERTIES* actual) override {
         asked = *request;
         *actual = granted;
         return result;
     }
     STDMETHODIMP GetProperties(ALLOCATOR_PROPERTIES* actual) override { return *actual = granted, result; }
-    STDMETHODIMP Commit() override { return S_OK; }
-    STDMETHODIMP Decommit() override { return S_OK; }
-    STDMETHODIMP GetBuffer(IMediaSample**, REFERENCE_TIME*, REFERENCE_TIME*, DWORD) override {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP ReleaseBuffer(IMediaSample*) override { return S_OK; }
 };
 
 TEST(Negotiation, BuffersFollowTheInputsAllocator) {

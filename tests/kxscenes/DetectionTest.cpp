@@ -37,22 +37,6 @@ INSTANTIATE_TEST_SUITE_P(Cases, DvContainers,
                              return std::string(std::get<0>(each.param), 3) + "_" + std::get<1>(each.param);
                          });
 
-// --- uncompressed AVI: from the top row, and from the bottom one ---
-
-class UncompressedAvi : public TestWithParam<RawFormat> {};
-
-TEST_P(UncompressedAvi, GivesItsCuts) {
-    const TempFolder folder;
-    const auto file = folder / "clip.avi";
-    MakeRawAvi(GetParam(), {}, file);
-    const ProcessResult result = RunHost({"--verbose", file});
-    EXPECT_EQ(Frames(result), kCutsAndStart);
-    EXPECT_THAT(Lines(result.err),
-                ElementsAre(HasSubstr(": avi, frames as they are; 320x240 "), HasSubstr("60 frames in")));
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, UncompressedAvi, ValuesIn(kRawFormats), kByName);
-
 // --- everything else is decoded ---
 
 struct Decoded {
@@ -106,31 +90,6 @@ const Decoded kDecoded[] = {
 INSTANTIATE_TEST_SUITE_P(Cases, DecodedFiles, ValuesIn(kDecoded), kByName);
 
 // --- the other methods ---
-
-class TimestampMethod : public TestWithParam<const char*> {};
-
-TEST_P(TimestampMethod, FindsJumpsOfMoreThanASecond) {
-    const TempFolder folder;
-    // 30 frames each: a second or a little more. The clock goes back a little, ahead a minute, back
-    // hours.
-    const char* const recorded[] = {"2004-07-17T10:30:00", "2004-07-17T10:30:01", "2004-07-17T10:31:05",
-                                    "2004-07-17T09:00:00"};
-    std::string tape;
-    for (const char* time : recorded) {
-        Clip clip = DvClip(GetParam(), time);
-        clip.cuts = {};
-        clip.frames = 30;
-        MakeClip(clip, folder / "part.dv");
-        tape += ReadWhole(folder / "part.dv");
-    }
-    WriteBytes(folder / "tape.dv", tape);
-    const ProcessResult result = RunHost({"--method", "timestamp", folder / "tape.dv"});
-    EXPECT_EQ(Frames(result), (std::vector<std::int64_t>{0, 60, 90}));
-    EXPECT_EQ(result.exitCode, 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(Systems, TimestampMethod, Values("pal-dv", "ntsc-dv"),
-                         [](const auto& each) { return std::string(each.param, 3); });
 
 TEST_F(OneClip, TimestampMethodNeedsDv) {
     const ProcessResult result = RunHost({"--method", "timestamp", m_file});

@@ -7,7 +7,7 @@ namespace {
 struct PartCase {
     const char* name;
     const char* encoding;
-    int parts = 16;
+    int parts = 5;
 };
 
 class FilmInParts : public TestWithParam<PartCase> {
@@ -61,11 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
                     "-c:v libx264 -preset veryfast -x264-params open-gop=1:keyint=10:scenecut=0 clip.ts"},
            PartCase{"H264VariableRate", "-vf setpts='(N/25+0.01*mod(N,3))/TB' -vsync vfr -enc_time_base "
                                         "1/1000 -c:v libx264 -preset veryfast -g 10 clip.mkv"},
-           PartCase{"HevcOpenGop", "-c:v libx265 -preset ultrafast -x265-params "
-                                   "log-level=error:open-gop=1:keyint=10:bframes=3 clip.mkv"},
-           PartCase{"Mpeg2OpenGop", "-c:v mpeg2video -g 10 -bf 2 clip.ts"},
-           PartCase{"Mpeg4", "-c:v mpeg4 -g 10 -bf 2 clip.mp4"},
-           PartCase{"Mpeg4WithoutStamps", "-c:v mpeg4 -g 10 -bf 2 clip.avi", 5},
+           PartCase{"Mpeg4WithoutStamps", "-c:v mpeg4 -g 10 -bf 2 clip.avi"},
            PartCase{"MorePartsThanFrames", "-c:v mjpeg -frames:v 5 clip.avi", 8}),
     kByName);
 

@@ -85,23 +85,6 @@ TEST_F(Tape, ListsTellWhatTheTapeKnows) {
     EXPECT_THAT(Lines(film.err), ElementsAre(HasSubstr("need DV")));
 }
 
-TEST_F(Tape, SavedFiguresDecideAsTheTapeWould) {
-    const auto figures = m_folder / "figures.csv";
-    RunHost({"--stats", figures, m_tape});
-    for (const std::vector<std::string>& turned :
-         {std::vector<std::string>{}, {"--cut-threshold", "60"}, {"--longest-scene", "7", "--votes", "4"}}) {
-        std::vector<std::string> fromTape = turned;
-        std::vector<std::string> fromFigures = turned;
-        fromTape.push_back(m_tape);
-        fromFigures.insert(fromFigures.end(), {"--from-stats", figures});
-        const ProcessResult expected = RunHost(fromTape);
-        EXPECT_EQ(RunHost(fromFigures).out, expected.out);
-        EXPECT_EQ(expected.exitCode, 0);
-    }
-    EXPECT_THAT(Frames(RunHost({"--from-stats", figures, "--longest-scene", "10"})), SizeIs(Gt(4u)));
-    EXPECT_THAT(RunHost({"--from-stats", figures, "--clamp", "9"}).err, HasSubstr("clamp"));
-}
-
 // Positions are those of the file, wherever a run begins and ends.
 TEST_F(Tape, PartsOfAFile) {
     const struct {

@@ -80,15 +80,6 @@ TEST_F(ClipCutterTest, FramesOfContainersAreTheirPackets) {
     }
 }
 
-// A frame of which bytes are missing is in no clip, and all others are.
-TEST_F(ClipCutterTest, DamageIsLeftOut) {
-    MakeTape(m_tape);
-    std::string bytes = ReadWhole(m_tape);
-    constexpr std::size_t kFrame = 144000;
-    WriteBytes(m_tape, bytes.substr(0, 8 * kFrame + 4000) + bytes.substr(8 * kFrame + 16000));
-    EXPECT_TRUE(Joined(Cut(m_tape)) == bytes.erase(8 * kFrame, kFrame));
-}
-
 TEST_F(ClipCutterTest, ContainersHoldPicturesAndAudio) {
     MakeTape(m_tape);
     const std::vector<std::string> pictures = PictureHashes(m_tape);
@@ -167,22 +158,6 @@ TEST_F(ClipCutterTest, RefusalsLeaveNothing) {
     EXPECT_THAT(MessageOf([&] { Cut(m_tape); }), HasSubstr("0002.dv: exists already; --force overwrites it"));
     EXPECT_EQ(ReadWhole(m_clips / "0002.dv"), "mine");
     EXPECT_THAT(FilesIn(m_clips), ElementsAre("0001.dv", "0002.dv"));
-
-    // Allowed to overwrite, but not what this run wrote itself.
-    ClipSettings settings = Into(m_clips);
-    settings.existing = Existing::Replace;
-    EXPECT_THAT(MessageOf([&] {
-                    CutWhileReading(m_tape, {0, 5}, settings, m_claims);
-                }),
-                HasSubstr("0001.dv: would be written twice by this run"));
-    OutputClaims another;
-    EXPECT_TRUE(Joined(CutWhileReading(m_tape, {0, 5}, settings, another)) == ReadWhole(m_tape));
-    // And never what it reads.
-    another.AddInput(m_tape.native());
-    settings.folder = m_folder / "";
-    settings.names = NamePattern("tape");
-    EXPECT_THAT(MessageOf([&] { CutWhileReading(m_tape, {0}, settings, another); }),
-                HasSubstr("tape.dv: is an input of this run"));
 }
 
 TEST_F(ClipCutterTest, AFullDiskLeavesWholeClipsOnly) {

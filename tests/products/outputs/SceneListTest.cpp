@@ -290,6 +290,10 @@ TEST(Chapters, CountFromTheStartOfTheFile) {
     EXPECT_THAT(MatroskaChapters(table), HasSubstr("<ChapterTimeStart>00:00:03.900000000<"));
 }
 
+TEST(QpFiles, ForceAKeyFrameAtEachScene) {
+    EXPECT_EQ(QpFile(TableOf({30000, 1001}, {0, 20, 33, 60})), "0 I -1\n20 I -1\n33 I -1\n");
+}
+
 TEST(OutputFormatChoice, BySuffix) {
     for (const OutputFormat& format : OutputFormats()) {
         EXPECT_EQ(FormatByName(format.name), &format);
