@@ -26,7 +26,6 @@ Json FiguresJson(const ReportContent& content) {
     json["columns"] = Json::array();
     for (const ReportFigures::Column& column : ColumnsOf(content))
         json["columns"].push_back(column.name);
-    json["compression"] = "none";
     return json;
 }
 

@@ -8,14 +8,20 @@ import { bytesOf, columnsOf } from "../../products/report/page/film.js";
 import { Rule } from "../../products/report/page/rule.js";
 
 const kPlain = { flashes: "keep", fades: "off", dissolves: false, minScene: 0, fixed: [] };
-const settingsOf = ({ parameters, choice, minScene, shortScenes }) => ({ ...parameters, ...choice, minScene, shortScenes });
+const settingsOf = ({ parameters, choice, minScene, shortScenes }) => ({
+    ...parameters,
+    ...choice,
+    minScene,
+    shortScenes,
+});
 
 const films = execFileSync(process.env.RULE_CASES, { encoding: "utf8", maxBuffer: 2 ** 30 })
     .trimEnd()
     .split("\n")
     .map((line) => JSON.parse(line));
 const rule = await Rule.load(readFileSync(process.env.RULE_MODULE));
-const setFilm = ({ run, figures }) => rule.setFigures(columnsOf(run.columns, run.rows, bytesOf(figures)), run);
+const setFilm = ({ run, figures }) =>
+    rule.setFigures(columnsOf(run.columns, run.rows, bytesOf(figures)), run);
 const triples = ({ rows, ends, kinds }) => Array.from(rows, (row, i) => [row, ends[i], kinds[i]]);
 
 test("scenes, ends and kinds are those of --from-stats", () => {
@@ -58,9 +64,19 @@ test("scenes of other methods stay, and count for the lengths", () => {
     const difference = Uint8Array.from({ length: 40 }, (_, row) => (row === 10 || row === 20 ? 90 : 1));
     const run = { rows: 40, places: [[0, 0, 0]], step: 1, end: { frame: 40, time: 40 } };
     rule.setFigures({ difference, level: new Uint8Array(40).fill(100) }, run);
-    const settings = { ...kPlain, cutThreshold: 13, darkLevel: 25, votes: 3, longestScene: 0, shortScenes: "merge" };
+    const settings = {
+        ...kPlain,
+        cutThreshold: 13,
+        darkLevel: 25,
+        votes: 3,
+        longestScene: 0,
+        shortScenes: "merge",
+    };
     const decided = rule.decide({ ...settings, fixed: [15, 20], minScene: 8 });
-    assert.deepEqual(triples(decided), [[0, 20, 0], [20, 40, 128]]);
+    assert.deepEqual(triples(decided), [
+        [0, 20, 0],
+        [20, 40, 128],
+    ]);
     assert.deepEqual(triples(rule.decide({ ...settings, fixed: [15] }))[2], [15, 20, 255]);
     // Both exceed their neighbours by 89, so that a threshold finds both or none.
     assert.equal(rule.fit([10], { ...settings, cutThreshold: 95 }).missed, 1);

@@ -10,13 +10,6 @@ export function bytesOf(base64) {
     return bytes;
 }
 
-/** What a "deflate-raw" block holds; a block of compression "none" is itself. */
-export async function inflated(bytes, compression) {
-    if (compression === "none") return bytes;
-    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream(compression));
-    return new Uint8Array(await new Response(stream).arrayBuffer());
-}
-
 const kColumnTypes = { variance: Uint16Array, duration: Uint32Array };
 
 /** Planar little-endian columns of `rows` numbers each, by name. */
@@ -64,7 +57,10 @@ export class Film {
         this.scenes = run.scenes;
         if (!this.hasFigures) {
             this.scenes = run.scenes.map((scene) => ({ ...scene, row: scene.frame - first.frame }));
-            this.places = this.scenes.map(({ row, frame, time }) => [row, frame, time]);
+            // Of times only those of the scenes are known; those between them are taken to be even.
+            this.places = this.scenes.map(({ row, frame, time, endFrame, endTime }) => {
+                return [row, frame, time, (endTime - time) / (endFrame - frame)];
+            });
         }
         if (this.places.length === 0) this.places = [[0, first.frame, first.time]];
         this.numbering = numberingOf(run.rate);
@@ -94,7 +90,7 @@ export class Film {
         if (row >= this.rows) return this.end.time;
         if (this.times) return this.times[row];
         const place = lastUpTo(this.places, 0, row);
-        return place[2] + (row - place[0]) * this.run.step;
+        return place[2] + Math.round((row - place[0]) * (place[3] ?? this.run.step));
     }
 
     placeOf(row) {

@@ -3,7 +3,7 @@
 import { Controls } from "./controls.js";
 import { addCommands, commandsOf, Editor } from "./editor.js";
 import { byId, element, fillTexts } from "./elements.js";
-import { bytesOf, columnsOf, Film, inflated } from "./film.js";
+import { bytesOf, columnsOf, Film } from "./film.js";
 import { Fitting } from "./fitting.js";
 import { addGestures } from "./gestures.js";
 import { Leaving } from "./leaving.js";
@@ -18,6 +18,7 @@ import { Sheet } from "./sheet.js";
 import { texts } from "./texts.js";
 import { Timeline } from "./timeline.js";
 
+const kKeyedFigures = 100_000; // characters, by which what was kept is found again
 const kColors = ["ink", "dim", "line", "card", "difference", "level", "cut", "dark", "person"];
 
 function lineColors() {
@@ -100,28 +101,35 @@ function show() {
     place.go(editor.cursor);
 }
 model.onChange(show);
-show();
+const memory = new Memory(byId("run").textContent + byId("figures").textContent.slice(0, kKeyedFigures));
+const kept = memory.load();
+if (kept) model.restore(kept);
+else show();
+model.onChange(() => {
+    if (model.canUndo || model.canRedo) memory.keep(model.state);
+    byId("no-memory").hidden = memory.isAvailable;
+});
+byId("no-memory").hidden = memory.isAvailable;
 
-// --- the figures and the rule, once they are unpacked; until then the browser may show what there is ---
-
-await new Promise((done) => setTimeout(done));
+// --- the figures and the rule, once the browser has shown what there is ---
 
 async function takeFigures() {
     if (!film.hasFigures) return tell(texts.noFigures);
     try {
-        const bytes = await inflated(bytesOf(byId("figures").textContent), film.run.compression);
-        film.setColumns(columnsOf(film.run.columns, film.rows, bytes));
+        film.setColumns(columnsOf(film.run.columns, film.rows, bytesOf(byId("figures").textContent)));
     } catch {
         return tell(texts.brokenFigures);
     }
     timeline.setFigures(film.columns);
+    showLegend(timeline);
+    let rule;
     try {
-        const rule = await Rule.load(bytesOf(byId("rule").textContent));
-        rule.setFigures(film.columns, film.run);
-        model.takeRule(rule);
+        rule = await Rule.load(bytesOf(byId("rule").textContent));
     } catch {
         return tell(texts.noRule);
     }
+    rule.setFigures(film.columns, film.run);
+    model.takeRule(rule);
     const controls = new Controls(model);
     const fitting = new Fitting(model, say);
     model.onChange(() => {
@@ -131,14 +139,9 @@ async function takeFigures() {
     byId("tuning").hidden = byId("fitting").hidden = false;
 }
 
-await takeFigures();
-const memory = new Memory(byId("run").textContent + byId("figures").textContent);
-const kept = memory.load();
-if (kept) model.restore(kept);
-else show();
-model.onChange(() => {
-    memory.keep(model.state);
-    if (!memory.isAvailable) byId("no-memory").hidden = false;
+await new Promise((done) => {
+    requestAnimationFrame(() => setTimeout(done));
+    setTimeout(done, 200); // a page that nobody sees is not drawn
 });
-byId("no-memory").hidden = memory.isAvailable;
+await takeFigures();
 byId("main").ariaBusy = "false";

@@ -58,7 +58,11 @@ export class Rule {
         this.#use(settings);
         this.#name(settings.fixed ?? []);
         const count = this.module.decide();
-        const scenes = { rows: new Int32Array(count), ends: new Int32Array(count), kinds: new Uint8Array(count) };
+        const scenes = {
+            rows: new Int32Array(count),
+            ends: new Int32Array(count),
+            kinds: new Uint8Array(count),
+        };
         for (let i = 0; i < count; ++i) {
             scenes.rows[i] = this.module.sceneBegin(i);
             scenes.ends[i] = this.module.sceneEnd(i);
@@ -76,7 +80,8 @@ export class Rule {
         this.#use(settings);
         const at = this.module.explain(row) >> 2;
         const words = new Int32Array(this.module.memory.buffer).subarray(at, at + 13);
-        const [isJudged, filled, isDark, isCut, exceeded, isLocked, isBeside, isLongest, ...differences] = words;
+        const [isJudged, filled, isDark, isCut, exceeded, isLocked, isBeside, isLongest, ...differences] =
+            words;
         let blockedBy = "";
         if (row >= this.rows - 2) blockedBy = "end";
         else if (!isJudged) blockedBy = "start";
@@ -121,7 +126,8 @@ export class Rule {
 
     #use(settings) {
         // A number counts frames; the run's own may be a time.
-        const least = typeof settings.minScene === "number" ? { frames: settings.minScene } : (settings.minScene ?? {});
+        const least =
+            typeof settings.minScene === "number" ? { frames: settings.minScene } : (settings.minScene ?? {});
         const at = this.module.settings();
         new Int32Array(this.module.memory.buffer, at, kRuleLeast).set([
             settings.cutThreshold,
@@ -135,7 +141,8 @@ export class Rule {
             least.time ? 1 : 0,
             Math.max(0, kRuleShortScenes.indexOf(settings.shortScenes)),
         ]);
-        new Float64Array(this.module.memory.buffer, at + 4 * kRuleLeast, 1)[0] = least.time || least.frames || 0;
+        new Float64Array(this.module.memory.buffer, at + 4 * kRuleLeast, 1)[0] =
+            least.time || least.frames || 0;
     }
 
     #name(rows) {
