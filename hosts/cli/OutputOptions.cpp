@@ -217,6 +217,11 @@ void OutputOptions::AddTuning(CLI::App& app) {
         ->type_name("FILE...")
         ->group(kGroup)
         ->check(EmptyNameFault);
+    AddPath(
+        app, "--fit", m_settings.fitPath, "FILE",
+        "Find the parameters that give the scenes of this list (CSV, JSON or EDL) best, from --from-stats; "
+        "those that are given stay",
+        kGroup);
 }
 
 std::string OutputOptions::MatchFormats() {
@@ -239,8 +244,8 @@ std::string OutputOptions::MatchFormats() {
 
 // Options that want others, or a file that can be read twice.
 std::string OutputOptions::FindMissing() const {
-    const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, configPath,
-                 decodesFast, jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, fitPath,
+                 configPath, decodesFast, jobs] = m_settings;
     const bool readsStream = std::count(inputs.begin(), inputs.end(), "-") != 0;
     const bool wantsVideo =
         !detection.parameters.IsEmpty() || !detection.transitions.IsEmpty() || !outputs.statsPath.empty();
@@ -280,17 +285,19 @@ bool OutputOptions::WantsFrames() const {
 
 // Without the input only its scenes are known.
 std::string OutputOptions::FindBeyondStats() const {
-    if (m_settings.savedStatsPaths.empty())
+    if (m_settings.savedStatsPaths.empty()) {
+        if (!m_settings.fitPath.empty())
+            return "--fit goes with --from-stats FILE";
         return m_settings.inputs.empty() ? "INPUT is required" : "";
+    }
     if (!m_settings.inputs.empty())
         return "--from-stats takes no input";
     if (const auto& area = m_settings.detection.parameters.area; area && !area->IsInPercent())
         return "--from-stats knows no pictures, so --area is given in per cent";
     return WantsFrames() || m_settings.range.part.IsChosen() || m_settings.decodesFast
-               ? "--from-stats goes with -o, --report, --stats, --min-scene, --short-scenes, --flashes, "
-                 "--fades, --dissolves "
-                 "and the "
-                 "parameters only"
+               ? "--from-stats goes with -o, --report, --stats, --fit, --min-scene, --short-scenes, "
+                 "--flashes, "
+                 "--fades, --dissolves and the parameters only"
                : "";
 }
 
@@ -311,8 +318,8 @@ std::string OutputOptions::FindBeyondPart() const {
 
 // Nothing is found where scenes are read.
 std::string OutputOptions::FindBeyondList() const {
-    const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, configPath,
-                 decodesFast, jobs] = m_settings;
+    const auto& [inputs, detection, xmlPath, range, length, outputs, listPath, savedStatsPaths, fitPath,
+                 configPath, decodesFast, jobs] = m_settings;
     const bool wantsFilter = !savedStatsPaths.empty() || !outputs.statsPath.empty() || !xmlPath.empty() ||
                              !detection.marks.empty() || detection.readTimecode ||
                              !detection.parameters.IsEmpty() || !detection.transitions.IsEmpty() ||

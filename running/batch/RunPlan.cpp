@@ -64,6 +64,7 @@ std::vector<RunPlan> MakePlans(const BatchSettings& settings, OutputClaims& clai
     }
     for (const std::string& path : settings.savedStatsPaths)
         claims.AddInput(path);
+    claims.AddInput(settings.fitPath);
     claims.AddInput(settings.configPath);
     for (const std::string& folder : {settings.outputs.clips.folder, settings.outputs.pictures.folder})
         if (!folder.empty())

@@ -20,6 +20,7 @@ struct BatchSettings {
     OutputSettings outputs; ///< paths are patterns
     std::string listPath;   ///< pattern of the lists of scenes that are read; empty: scenes are found
     std::vector<std::string> savedStatsPaths; ///< figures to decide from, in place of an input; empty: none
+    std::string fitPath;                      ///< of a list that parameters are fitted to; empty: none
     std::string configPath;                   ///< of the options that were read from a file; empty: none
     bool decodesFast = false;                 ///< with the decoder's shortcuts
     int jobs = 1;                             ///< inputs that are read at the same time

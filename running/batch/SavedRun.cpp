@@ -5,6 +5,7 @@
 #include "products/stats/StatsReader.h"
 #include "reading/base/FirstError.h"
 #include "reading/base/HostError.h"
+#include "running/batch/FitRun.h"
 #include "running/listeners/Listeners.h"
 #include "running/listeners/ScenePrinter.h"
 #include "running/listeners/StatsLogger.h"
@@ -52,14 +53,23 @@ void DecideFromStats(const BatchSettings& settings, OutputClaims& claims, Consol
     auto [stats, media, breaksOff] = ReadAll(settings.savedStatsPaths);
     ParameterChoice choice = settings.detection.parameters;
     choice.SettleArea(kAnySize, kAnySize);
-    const DetectionParameters parameters = choice.On(stats.settings.parameters);
-    const DecidedScenes decided =
-        DecideScenes(stats, parameters, settings.detection.transitions, settings.length);
-
     BatchSettings saved = settings;
     saved.inputs = {InputOf(stats)};
+    DetectionParameters parameters = choice.On(stats.settings.parameters);
+    TransitionChoice& transitions = saved.detection.transitions;
+    if (!settings.fitPath.empty()) {
+        const RuleSettings own{parameters, transitions, settings.length.LeastAt(stats.settings.scale),
+                               settings.length.rule};
+        const RuleFit fit = FitList(settings, stats, media, own);
+        console.Answer(FitText(fit, own));
+        console.Answer(FitCommand(fit, settings.length, saved.inputs.front()));
+        parameters = fit.settings.parameters;
+        transitions = fit.settings.transitions;
+    }
+    const DecidedScenes decided = DecideScenes(stats, parameters, transitions, settings.length);
+
     const std::vector<RunPlan> plans = MakePlans(saved, claims);
-    const SceneCsv::Columns columns{false, settings.detection.Words().size() > 1};
+    const SceneCsv::Columns columns{false, saved.detection.Words().size() > 1};
     OrderedOutput output(console, SceneCsv::Header(columns), 1, plans.front().OnlyPrints());
     auto listeners = MakeTableListeners(plans.front().run, plans.front().outputs, parameters, false);
     if (plans.front().outputs.printsScenes)

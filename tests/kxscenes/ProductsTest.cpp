@@ -85,6 +85,19 @@ TEST_F(Tape, ListsTellWhatTheTapeKnows) {
     EXPECT_THAT(Lines(film.err), ElementsAre(HasSubstr("need DV")));
 }
 
+TEST_F(Tape, ParametersAreFittedToAList) {
+    const auto figures = m_folder / "figures.csv";
+    const auto list = m_folder / "list.csv";
+    RunHost({"--stats", figures, m_tape});
+    const ProcessResult wanted = RunHost({"--from-stats", figures, "--cut-threshold", "60", "-o", list});
+    const ProcessResult fitted = RunHost({"--fit", list, "--from-stats", figures});
+    EXPECT_EQ(fitted.out, wanted.out);
+    EXPECT_THAT(Lines(fitted.err),
+                ElementsAre(AllOf(HasSubstr(" gives all of your "), HasSubstr(" and no other")),
+                            AllOf(HasSubstr("kxscenes: kxscenes "), HasSubstr(m_tape.string()))));
+    EXPECT_EQ(RunHost({"--fit", list, m_tape}).exitCode, 2);
+}
+
 // Positions are those of the file, wherever a run begins and ends.
 TEST_F(Tape, PartsOfAFile) {
     const struct {

@@ -3,6 +3,7 @@
 #include "products/stats/StatsReader.h"
 #include "products/stats/StatsWriter.h"
 #include "reading/base/HostError.h"
+#include "scenes/rule/RuleFit.h"
 #include "tests/MessageOf.h"
 #include "tests/Testing.h"
 #include "tests/filter/WatchedFilter.h"
@@ -116,6 +117,32 @@ TEST(FromStats, EqualsARunWithTheSameParameters) {
     }
     EXPECT_GT(different.size(), 75u) << "the film hardly tells parameters apart";
     EXPECT_GT(filled, 100);
+}
+
+// Cuts of 30 and 9, noise of 6, and a frame of level 60 among those of 100.
+TEST(FromStats, ParametersAreFittedToAList) {
+    FigureTable table;
+    for (std::int64_t row = 0; row < 60; ++row) {
+        table.difference.push_back(row == 10 ? 9 : row == 20 ? 30 : row == 30 ? 6 : 0);
+        table.level.push_back(row == 40 ? 60 : 100);
+        table.places.push_back({row, row});
+    }
+    table.end = {60, 60};
+    const auto fit = [&table](const std::vector<std::int32_t>& wanted, const FitChoice& choice = {}) {
+        const RuleFit best = FitRule(table, wanted, {}, choice);
+        const DetectionParameters& parameters = best.settings.parameters;
+        return std::vector<std::int64_t>{parameters.cutThreshold,
+                                         parameters.darkLevel,
+                                         parameters.minVotes,
+                                         best.kept,
+                                         best.missed,
+                                         best.added};
+    };
+    EXPECT_THAT(fit({0, 20}), ElementsAre(13, 25, 3, 1, 0, 0)) << "as it is";
+    EXPECT_THAT(fit({0, 10, 20}), ElementsAre(8, 25, 3, 2, 0, 0)) << "the nearest of 6, 7 and 8";
+    EXPECT_THAT(fit({0, 20, 40}), ElementsAre(13, 60, 3, 2, 0, 0));
+    EXPECT_THAT(fit({0, 20, 40}, {.darkLevel = false}), ElementsAre(13, 25, 3, 1, 1, 0));
+    EXPECT_THAT(fit({}), ElementsAre(30, 25, 3, 0, 0, 0));
 }
 
 TEST(FromStats, RunsOfFewFrames) {
