@@ -11,7 +11,7 @@ from datetime import datetime, timedelta
 from fractions import Fraction
 
 import pytest
-from conftest import kxscenes_program
+from conftest import ROOT, kxscenes_program
 
 import kxscenes
 
@@ -38,6 +38,8 @@ def as_printed(scenes):
         (["--end", "00:00:02:10"], {"end": "00:00:02:10"}),
         (["--cut-threshold", "40", "--votes", "4"], {"cut_threshold": 40, "votes": 4}),
         (["--min-scene", "50"], {"min_scene": 50, "threads": 1}),
+        (["--min-scene", "2s", "--short-scenes", "merge-last"], {"min_scene": "2s", "short_scenes": "merge-last"}),
+        (["--area", "0,0,100%,10%"], {"area": (0, 0, "100%", "10%")}),
         (["--decode", "fast"], {"decode": "fast"}),
     ],
 )
@@ -47,6 +49,26 @@ def test_scenes_are_those_of_the_program(options, settings, tape, film):
             continue
         options_of_file = ["--method", "video", *options] if "--method" not in options else options
         assert as_printed(kxscenes.detect(path, **settings)) == printed(*options_of_file, path)
+
+
+def test_flashes_fades_and_dissolves_are_those_of_the_program(tmp_path):
+    film = tmp_path / "film.mkv"
+    picture = "mandelbrot=s=160x120:r=25:maxiter=50,trim=end_frame=1,loop=-1:1,setpts=N/25/TB"
+    graph = (
+        f"{picture},trim=end_frame=100,drawbox=t=fill:c=white:enable='eq(n,40)',fade=out:75:20[a];"
+        "testsrc=s=160x120:r=25,trim=end_frame=80[b];[a][b]concat"
+    )
+    run = [ROOT / "tests/make-material.sh", "-f", "lavfi", "-i", graph, "-c:v", "ffv1", film]
+    subprocess.run(run, check=True)
+    plain = [s.frame for s in kxscenes.detect(film)]
+    for options, settings in (
+        (["--flashes", "drop"], {"flashes": "drop"}),
+        (["--fades", "start"], {"fades": "start"}),
+        (["--fades", "end", "--dissolves"], {"fades": "end", "dissolves": True}),
+    ):
+        scenes = kxscenes.detect(film, **settings)
+        assert as_printed(scenes) == [row[:4] for row in printed("--method", "video", *options, film)]
+        assert [s.frame for s in scenes] != plain
 
 
 def test_several_methods_and_what_the_tape_says(tape):
