@@ -37,13 +37,12 @@ struct Window {
 struct Strictness {
     std::int64_t deviation; // of variances from the parabola, of their sum, at most
     std::int64_t bend;      // of levels from the line, of how far pictures are apart, at most
-    std::int64_t straight;  // of both halves' distances, the whole's at least
     std::int64_t motion;    // of distances outside, the one inside at least
 };
 // Motion seldom moves the level far, and in a line.
 constexpr std::int64_t kFarLevels = 16;
-constexpr Strictness kWithLevelStep{7, 12, 80, 0};
-constexpr Strictness kWithoutLevelStep{4, 8, 85, 100};
+constexpr Strictness kWithLevelStep{7, 12, 0};
+constexpr Strictness kWithoutLevelStep{4, 8, 85};
 
 std::int64_t VarianceAt(const MeasureRing& frames, std::int64_t frame) {
     return frames.At(frame).distances.variance;
@@ -80,7 +79,7 @@ std::int64_t Outside(const MeasureRing& frames, std::int64_t end, std::int32_t s
 }
 
 // Whether samples go from picture to picture, straight, and not astray like what moves.
-bool GoesStraight(const MeasureRing& frames, const Window& window, const Strictness& strictness) {
+bool GoesStraight(const MeasureRing& frames, const Window& window, std::int64_t percent) {
     std::int32_t span = static_cast<std::int32_t>(kShortest);
     while (2 * span <= window.Length())
         span *= 2;
@@ -90,20 +89,22 @@ bool GoesStraight(const MeasureRing& frames, const Window& window, const Strictn
     const std::int64_t motion =
         std::max(Outside(frames, window.begin, span), Outside(frames, window.end + span, span));
     // As far as pictures are that have nothing in common: the mean is about 0.8 of the root of the mean
-    // square, of which 0.8 is enough.
-    return Square(100 * distance * window.Length()) >= Square(64 * span) * window.Apart() &&
-           100 * distance >= strictness.straight * halves && 100 * distance >= strictness.motion * motion;
+    // square, of which 0.65 is enough.
+    return Square(100 * distance * window.Length()) >= Square(52 * span) * window.Apart() &&
+           100 * distance >= 80 * halves && 100 * distance >= percent * motion;
 }
 
 bool IsMixed(const MeasureRing& frames, std::int64_t begin, std::int64_t end, std::int64_t mostDifference) {
     const Window window{begin, end, VarianceAt(frames, begin) + VarianceAt(frames, end),
                         frames.LevelStep(begin, end)};
     // Unlike pictures, with no jump between them, and a dip of a quarter at least.
-    if (window.variances < 60 || window.Apart() < 156 || 25 * Square(mostDifference) > window.Apart() ||
+    if (window.variances < 60 || window.Apart() < Square(15) ||
+        25 * Square(mostDifference) > window.Apart() ||
         8 * VarianceAt(frames, window.Middle()) > 3 * window.variances)
         return false;
     const Strictness& strictness = window.levelStep >= kFarLevels ? kWithLevelStep : kWithoutLevelStep;
-    return GoesStraight(frames, window, strictness) && HasStraightLevels(frames, window, strictness.bend) &&
+    return GoesStraight(frames, window, strictness.motion) &&
+           HasStraightLevels(frames, window, strictness.bend) &&
            LosesContrast(frames, window, strictness.deviation);
 }
 
