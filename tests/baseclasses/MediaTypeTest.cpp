@@ -80,21 +80,3 @@ TEST(MediaType, PartialTypesMatchWhatTheyLeaveOpen) {
         EXPECT_EQ(full.MatchesPartial(&c.partial), c.matches) << c.name;
     }
 }
-
-TEST(GuidNames, NamesKnownIdentifiers) {
-    const struct {
-        GUID guid;
-        const char* name;
-    } cases[] = {
-        {MEDIATYPE_Video, "MEDIATYPE_Video"},
-        {{0x32595559, 0, 0x10, {0x80, 0, 0, 0xAA, 0, 0x38, 0x9B, 0x71}}, "MEDIASUBTYPE_YUY2"},
-        {FOURCCMap(MAKEFOURCC('d', 'v', 's', 'd')), "MEDIASUBTYPE_dvsd"},
-        {FOURCCMap(MAKEFOURCC('I', '4', '2', '0')), "MEDIASUBTYPE_I420"},
-        {FORMAT_VideoInfo2, "FORMAT_VideoInfo2"},
-        {GUID_NULL, "GUID_NULL"},
-        {FOURCCMap(MAKEFOURCC('n', 'o', 'n', 'e')), "Unknown GUID Name"},
-        {IID_IPin, "Unknown GUID Name"},
-    };
-    for (const auto& c : cases)
-        EXPECT_STREQ(GuidNames[c.guid], c.name);
-}

@@ -49,22 +49,4 @@ TEST(VariableRate, FramesAreOrdinalsAndTimesAreStamps) {
     }
 }
 
-TEST(JoinedLineSystems, PositionsGoOnCounting) {
-    const TempFolder folder;
-    MakeClip(DvClip("pal-dv"), folder / "pal.dv");
-    MakeClip(DvClip("ntsc-dv"), folder / "ntsc.dv");
-    const auto tape = folder / "tape.dv";
-    WriteBytes(tape, ReadWhole(folder / "pal.dv") + ReadWhole(folder / "ntsc.dv"));
-
-    const ProcessResult interval = RunHost({"--method", "interval", "--interval", "30", tape});
-    // 60 frames of 1/25 s, then frames of 1001/30000 s.
-    EXPECT_THAT(Rows(interval), ElementsAre("1,0,00:00:00:00,0.000", "2,30,00:00:01:05,1.200",
-                                            "3,60,00:00:02:10,2.400", "4,90,00:00:03:10,3.401"));
-    EXPECT_EQ(interval.err, "");
-    // Under "video" positions come from sample times. 60 begins with another brightness than 59 had.
-    const ProcessResult video = RunHost({"--xml", folder / "list.xml", tape});
-    EXPECT_EQ(Frames(video), (std::vector<std::int64_t>{0, 20, 33, 47, 60, 80, 93, 107}));
-    EXPECT_THAT(ReadWhole(folder / "list.xml"), HasSubstr("<Scene pos=\"93\"/>\r\n<Scene pos=\"107\"/>\r\n"));
-}
-
 } // namespace

@@ -55,7 +55,7 @@ TEST_F(Neighbours, AskAnythingWhileTheFilterIsStopped) {
     }
 }
 
-// The same from three threads at once, for as long as the states of the filter change.
+// The same from three threads at once, for as long as the states and the type of the filter change.
 TEST_F(Neighbours, AskAndStopFromEveryThread) {
     IBaseFilter& filter = *m_stream->filter;
     const std::vector<Question> questions = QuestionsTo(*m_stream);
@@ -63,9 +63,14 @@ TEST_F(Neighbours, AskAndStopFromEveryThread) {
     m_stream->sink->pin.onSample = [&](IMediaSample*) { questions[turn++ % questions.size()].ask(); };
     std::atomic<bool> done = false;
     std::jthread streaming([&] {
-        while (!done)
-            if (FAILED(m_stream->SendGrey(90)))
+        for (int n = 0; !done; ++n) {
+            const auto sample = m_stream->Buffer();
+            CMediaType type = FourccType("YUY2", kWidth, kHeight, 16, 400000 + n % 5);
+            if (sample)
+                sample->SetMediaType(&type);
+            if (!sample || FAILED(m_stream->source->pin.Deliver(sample.get())))
                 std::this_thread::yield();
+        }
     });
     // Questions keep what they are answered: each thread has its own.
     std::jthread asking([&, own = questions] {

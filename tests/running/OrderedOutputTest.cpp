@@ -1,10 +1,8 @@
 #include "running/listeners/OrderedOutput.h"
 
-#include "reading/base/HostError.h"
 #include "tests/TempFolder.h"
 #include "tests/Testing.h"
 
-#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -74,39 +72,6 @@ TEST_F(OrderedOutputTest, ThreadsDoNotMixTheirLines) {
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(Printed(), expected);
-}
-
-// One error is told, by the run that meets it; after that nothing is printed.
-TEST_F(OrderedOutputTest, AnErrorIsToldOnce) {
-    const Redirected out(open("/dev/full", O_WRONLY));
-    OrderedOutput output(m_console, "", 2, true);
-    EXPECT_THROW(output.Print(0, "x"), HostError);
-    EXPECT_TRUE(output.HasFailed());
-    output.Print(0, "x");
-    output.Print(1, "x");
-    output.Close(0);
-    EXPECT_FALSE(output.IsClosed());
-}
-
-// A reader that has gone away ends runs that only print; others go on without printing.
-TEST_F(OrderedOutputTest, AReaderMayGoAway) {
-    std::signal(SIGPIPE, SIG_IGN);
-    for (const bool isAll : {true, false}) {
-        int ends[2];
-        ASSERT_EQ(pipe(ends), 0);
-        close(ends[0]);
-        const Redirected out(ends[1]);
-        OrderedOutput output(m_console, "", 1, isAll);
-        if (isAll) {
-            EXPECT_THROW(output.Print(0, "x"), OutputClosed);
-        } else {
-            output.Print(0, "x");
-        }
-        EXPECT_TRUE(output.IsClosed());
-        EXPECT_FALSE(output.HasFailed());
-        output.Print(0, "y");
-        output.Close(0);
-    }
 }
 
 } // namespace
