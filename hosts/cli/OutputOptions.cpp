@@ -111,6 +111,9 @@ void OutputOptions::AddLists(CLI::App& app) {
             return ruleOf(word) != kShortRules.end() ? "" : "nothing to do with short scenes: " + word;
         });
     AddPatternPath(app, "--report", m_settings.outputs.reportPath, "Write a report as one HTML page", kGroup);
+    app.add_flag("--report-film", m_settings.outputs.reportLinksFilm,
+                 "Let the report show the film itself, by a link to where the input lies beside it")
+        ->group(kGroup);
     AddPatternPath(app, "--tape-log", m_settings.outputs.tapeLogPath,
                    "Write what a DV tape says of its recordings, and its faults (.csv or .json). Two-digit "
                    "years from " +
@@ -253,6 +256,10 @@ std::string OutputOptions::FindMissing() const {
         return "--xml " + xmlPath + ": " + wrong;
     if (!outputs.tapeLogPath.empty() && !TapeLogFormatOf(outputs.tapeLogPath))
         return "--tape-log writes .csv and .json: " + outputs.tapeLogPath;
+    if (outputs.reportLinksFilm && outputs.reportPath.empty())
+        return "--report-film goes with --report FILE";
+    if (readsStream && outputs.reportLinksFilm)
+        return "--report-film links to the input, so it must be a file";
     if (readsStream && !outputs.pictures.folder.empty())
         return "--pictures reads its input twice, so it must be a file";
     for (const OutputSettings::List& list : outputs.lists)

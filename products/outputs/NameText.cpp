@@ -25,6 +25,24 @@ bool IsUnreserved(char byte) {
            std::string_view("-._~/").find(byte) != std::string_view::npos;
 }
 
+std::string UrlPath(const std::string& path) {
+    std::string url;
+    for (const char byte : path) {
+        if (IsUnreserved(byte)) {
+            url += byte;
+            continue;
+        }
+        constexpr char kDigits[] = "0123456789ABCDEF";
+        const auto value = static_cast<unsigned char>(byte);
+        url += {'%', kDigits[value >> 4], kDigits[value & 0x0F]};
+    }
+    return url;
+}
+
+std::filesystem::path Normal(const std::string& path) {
+    return std::filesystem::absolute(path).lexically_normal();
+}
+
 } // namespace
 
 std::string PlainName(const std::string& name) {
@@ -47,17 +65,12 @@ std::string MediaUrl(const std::string& path) {
         return "";
     if (path.find("://") != std::string::npos)
         return PlainName(path);
-    std::string url = "file://";
-    for (const char byte : std::filesystem::absolute(path).lexically_normal().string()) {
-        if (IsUnreserved(byte)) {
-            url += byte;
-            continue;
-        }
-        constexpr char kDigits[] = "0123456789ABCDEF";
-        const auto value = static_cast<unsigned char>(byte);
-        url += {'%', kDigits[value >> 4], kDigits[value & 0x0F]};
-    }
-    return url;
+    return "file://" + UrlPath(Normal(path).string());
+}
+
+std::string RelativeUrl(const std::string& path, const std::string& from) {
+    const std::filesystem::path relative = Normal(path).lexically_relative(Normal(from).parent_path());
+    return relative.empty() ? MediaUrl(path) : UrlPath(relative.generic_string());
 }
 
 } // namespace scenedetect

@@ -16,4 +16,8 @@ namespace scenedetect {
 /// for the standard input.
 [[nodiscard]] std::string MediaUrl(const std::string& path);
 
+/// The URL by which the file `from` refers to another, as long as the two are moved together; absolute where
+/// they are on different drives.
+[[nodiscard]] std::string RelativeUrl(const std::string& path, const std::string& from);
+
 } // namespace scenedetect

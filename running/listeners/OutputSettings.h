@@ -21,6 +21,7 @@ struct OutputSettings {
 
     std::vector<List> lists;
     std::string reportPath;
+    bool reportLinksFilm = false;
     std::string tapeLogPath;
     std::string statsPath;
     ClipSettings clips;

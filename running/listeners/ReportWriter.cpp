@@ -1,5 +1,6 @@
 #include "running/listeners/ReportWriter.h"
 
+#include "products/outputs/NameText.h"
 #include "products/report/ReportPage.h"
 #include "products/stills/FrameFetcher.h"
 #include "products/stills/StillPicture.h"
@@ -40,6 +41,8 @@ TableUse::Make MakeReport(ReportSettings settings, std::shared_ptr<const ReportF
             settings.command,
             {},
             settings.settings};
+        if (!settings.linkedFrom.empty())
+            content.film = RelativeUrl(table.input, settings.linkedFrom);
         // An input that is gone by now costs the pictures only.
         if (settings.hasPictures)
             lack.Attempt([&] { content.pictures = FetchPictures(table); });

@@ -37,6 +37,7 @@ struct ReportSettings {
     std::vector<std::string> command;                          ///< options that the page does not change
     std::vector<std::pair<std::string, std::string>> settings; ///< of the run, for people
     bool hasPictures = true;                                   ///< the input is a file that can be read again
+    std::string linkedFrom{}; ///< where the page will be if it links to the input; empty: it does not
 };
 
 /// Pictures that cannot be decoded are left out.

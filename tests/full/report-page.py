@@ -23,7 +23,7 @@ FILM = (";".join(f"color=c={color}:s=160x120:r=25,trim=end_frame={frames}[{name}
         "fade=in:0:16,eq=brightness=0.4:enable='eq(n,60)',eq=brightness=-0.05:enable='gte(n,40)'[e];"
         "testsrc=s=160x120:r=25,trim=end_frame=60,noise=alls=80:allf=t[f];"
         "[a][b][c][d][e][f]concat=n=6")
-OPTIONS = ["--flashes", "drop", "--fades", "off"]
+OPTIONS = ["--flashes", "drop", "--fades", "off", "--report-film"]
 CHOICES = {"flashes": ["keep", "drop"], "fades": ["off", "start", "middle", "end"], "shortScenes": ["merge", "drop", "merge-last"]}
 PARAMETERS = {"cutThreshold": (0, 60), "darkLevel": (-1, 120), "votes": (1, 4), "longestScene": (0, 70), "minScene": (0, 30)}
 PICTURES = """Promise.all([...document.querySelectorAll('#sheet img')].map(async image => {
@@ -165,6 +165,15 @@ class Workbench:
             expect(f"name in {format}", listed.count(b"Blue"), 1)
         return wanted
 
+    def film(self, browser: Browser) -> None:
+        """The film shows the frame at the cursor."""
+        browser.run("new Promise(done => film.readyState > 0 ? done() : film.addEventListener('loadedmetadata', done))")
+        browser.run("document.querySelector('#plot').focus()")
+        seeked = "window.seeked = new Promise(done => film.addEventListener('seeked', done, {once: true})).then(() => film.currentTime)"
+        browser.run(f"{seeked}; 0")
+        browser.press("Home", "n")
+        expect("time of the film at frame 30", round(browser.run("window.seeked"), 3), 30.5 / 25)
+
     def mouse(self, browser: Browser) -> None:
         """A double click adds a start, and takes away the one whose mark is hit; marks are dragged."""
         before = starts(browser.download("#download-csv"))
@@ -222,6 +231,7 @@ def main() -> int:
             bench.open(browser)
             bench.looks(browser)
             bench.same_rule(browser)
+            bench.film(browser)
             bench.mouse(browser)
             bench.memory(browser, bench.corrections(browser))
             bench.fitting(browser)

@@ -49,8 +49,8 @@ export const texts = {
         "This browser keeps nothing for this page: what you change here is lost when you close or reload it.",
     noFilm: (link) => `The film (${link}) is not there, or this browser does not play it.`,
     noDistances:
-        "Flashes, fades and dissolves need figures that this run has not measured: make the report with --flashes drop, --fades " +
-        "or --dissolves, and turn them here.",
+        "Flashes, fades and dissolves need each frame's distances to earlier ones, which the saved figures do not have: make " +
+        "the report from the film, or from figures that were saved with one of these options.",
     film: "The film at the cursor",
 
     // The cursor.

@@ -1,3 +1,4 @@
+#include "products/outputs/NameText.h"
 #include "products/report/ReportPage.h"
 #include "scenes/FrameFigures.h"
 #include "tests/Testing.h"
@@ -25,6 +26,12 @@ TEST(ReportPage, NamesAreTextWhateverIsInThem) {
     const nlohmann::json run = RunOf(page);
     EXPECT_EQ(run.at("name"), "</script><b>&\xEF\xBF\xBD");
     EXPECT_EQ(run.at("scenes").at(1).at("row"), -1);
+}
+
+TEST(ReportPage, LinksToTheFilmWhereItLiesBesideThePage) {
+    EXPECT_EQ(RelativeUrl("/films/a b#1.mp4", "/films/pages/../x.html"), "a%20b%231.mp4");
+    EXPECT_EQ(RelativeUrl("/films/c:d.mp4", "/pages/x.html"), "../films/c%3Ad.mp4");
+    EXPECT_EQ(RelativeUrl("film.mp4", "page.html"), "film.mp4");
 }
 
 // Of units of half a frame. Frame 2 is missing.
