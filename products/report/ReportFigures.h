@@ -36,6 +36,8 @@ class ReportFigures {
     [[nodiscard]] std::int64_t Rows() const { return static_cast<std::int64_t>(m_difference.size()); }
     /// The usual duration of a frame, in units of the time scale.
     [[nodiscard]] std::int64_t Step() const { return m_step; }
+    /// After the last row, if its duration is the usual one.
+    [[nodiscard]] FilePlace End() const { return {m_next.frame, m_next.time}; }
     /// Times go too unevenly for a list of places: a column of durations tells them.
     [[nodiscard]] bool HasDurations() const { return m_unevenTimes > kMostUneven; }
     /// With durations those where frames do not go up by one.

@@ -100,12 +100,20 @@ std::string WithoutTags(const std::string& json) {
     return text;
 }
 
+// Of the film: the last scene's, unless short ones were left out after it.
+FilePlace EndOf(const ReportContent& content) {
+    const std::vector<SceneSpan>& scenes = content.table.scenes;
+    const FilePlace last = scenes.empty() ? FilePlace{} : scenes.back().end;
+    const FilePlace after = content.figures.End();
+    return last.frame < after.frame ? after : last;
+}
+
 } // namespace
 
 std::vector<ReportFigures::Column> ColumnsOf(const ReportContent& content) {
     if (content.figures.Rows() == 0)
         return {};
-    return content.figures.Columns(content.table.scenes.back().end.time);
+    return content.figures.Columns(EndOf(content).time);
 }
 
 std::string RunJson(const ReportContent& content) {
@@ -131,7 +139,7 @@ std::string RunJson(const ReportContent& content) {
                  {"height", table.height},
                  {"variable", !HasConstantRate(table)},
                  {"command", content.command}};
-    const FilePlace end = table.scenes.empty() ? FilePlace{} : table.scenes.back().end;
+    const FilePlace end = EndOf(content);
     json["end"] = {{"frame", end.frame}, {"time", end.time}};
     json.update(FiguresJson(content));
     json.update(RuleJson(content));

@@ -99,6 +99,10 @@ test("rows have the frames and times of the file, also where some are missing", 
         [5, 8, 12, 17, 20],
     );
     assert.equal(film.rowAt(12.5 / 25), 4);
+    assert.deepEqual(
+        [8, 10, 12, 18, 20].map((frame) => film.rowOfFrame(frame)),
+        [3, 4, 4, 10, 10],
+    );
     const variable = new Film({ ...run, rows: 3, places: [[0, 0, 0]] });
     const bytes = Uint8Array.of(1, 2, 3, 10, 0, 0, 0, 30, 0, 0, 0, 1, 1, 0, 0);
     variable.setColumns(columnsOf(["difference", "duration"], 3, bytes));

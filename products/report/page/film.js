@@ -66,7 +66,7 @@ export class Film {
         this.numbering = numberingOf(run.rate);
     }
 
-    /** Takes the figures, once they are inflated. */
+    /** Takes the figures, once they are unpacked. */
     setColumns(columns) {
         this.columns = columns;
         if (!columns.duration) return;
@@ -91,6 +91,18 @@ export class Film {
         if (this.times) return this.times[row];
         const place = lastUpTo(this.places, 0, row);
         return place[2] + Math.round((row - place[0]) * (place[3] ?? this.run.step));
+    }
+
+    /** The row that bears the frame's number, or the first after it. */
+    rowOfFrame(frame) {
+        let low = 0;
+        let high = this.rows;
+        while (low < high) {
+            const middle = (low + high) >> 1;
+            if (this.frameOf(middle) < frame) low = middle + 1;
+            else high = middle;
+        }
+        return low;
     }
 
     placeOf(row) {

@@ -37,13 +37,9 @@ export class Model {
     constructor(film) {
         this.film = film;
         this.rule = null;
-        const { rows } = film;
-        const next = (scenes, i) => scenes[i + 1]?.row ?? rows;
-        this.runScenes = film.scenes.map(({ row, method }, i) => ({
-            row,
-            end: next(film.scenes, i),
-            method,
-        }));
+        this.runScenes = film.scenes.map(({ row, endFrame, method }) => {
+            return { row, end: film.rowOfFrame(endFrame), method };
+        });
         this.sources = new Map(film.scenes.map((scene) => [scene.row, scene]));
         this.fixed = fixedRows(film.scenes);
         this.runSettings = settingsOf(film.run);

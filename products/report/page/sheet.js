@@ -68,11 +68,11 @@ export class Sheet {
         const image = picture
             ? element("img", { src: picture, alt: "" })
             : element("span", { className: "none", "data-empty": texts.noPicture });
-        const go = element(
-            "button",
-            { type: "button", className: "go", onclick: () => editor.go(row) },
-            image,
-        );
+        const go = element("button", { type: "button", className: "go" }, image);
+        go.onclick = () => {
+            editor.go(row);
+            editor.timeline.canvas.focus();
+        };
         const name = element("input", {
             type: "text",
             placeholder: texts.nameHere,

@@ -1,5 +1,5 @@
-#include "products/outputs/NameText.h"
 #include "products/report/ReportPage.h"
+#include "products/outputs/NameText.h"
 #include "scenes/FrameFigures.h"
 #include "tests/Testing.h"
 #include "tests/products/outputs/Tables.h"
@@ -50,6 +50,8 @@ TEST(ReportFigures, TellPlacesAndColumns) {
     EXPECT_EQ(run.at("rows"), 5);
     EXPECT_EQ(run.at("places").dump(), "[[0,0,0],[2,3,6],[4,5,11]]");
     EXPECT_EQ(run.at("columns").size(), 11u);
+    EXPECT_EQ(run.at("end").at("time"), 6 * 40'000);
+    EXPECT_EQ(RunOf(PageOf(TableOf({25, 1}, {6}), figures)).at("end").at("time"), 13) << "no scene is left";
     const auto columns = figures.Columns(13);
     EXPECT_THAT(columns[0].bytes, ElementsAre(0, 1, 3, 4, 5));
     EXPECT_THAT(columns[2].bytes, ElementsAre(255, 255, 7, 255, 255));
