@@ -116,15 +116,6 @@ TEST_F(Tape, PartsOfAFile) {
             list += "<Scene pos=\"" + std::to_string(frame) + "\"/>\r\n";
         EXPECT_THAT(ReadWhole(m_folder / "list.xml"), HasSubstr(">\r\n" + list + "</SceneList>"));
     }
-    for (const std::vector<std::string>& wrong : {std::vector<std::string>{"--start", "60"},
-                                                  {"--start", "9", "--end", "9"},
-                                                  {"--start", "00:00:00:25"}}) {
-        std::vector<std::string> arguments = wrong;
-        arguments.push_back(m_tape);
-        const ProcessResult result = RunHost(arguments);
-        EXPECT_EQ(result.exitCode, 1);
-        EXPECT_THAT(Lines(result.err), SizeIs(1)) << result.err;
-    }
 }
 
 // The mean of the squared differences of a picture and each of the frames `first` to `last` of a film, as the

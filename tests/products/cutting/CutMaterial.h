@@ -21,6 +21,15 @@ inline NameFields SceneName(std::size_t index) {
     return names;
 }
 
+/// Moving pictures with noise, so that no two are equal, and audio of which no two packets are: four seconds.
+inline void MakeFilm(const std::filesystem::path& target, const std::vector<std::string>& encoding) {
+    auto arguments = Words("-f lavfi -i testsrc2=s=160x120:r=25:d=4,noise=alls=20:allf=t "
+                           "-f lavfi -i anoisesrc=r=48000:d=4:seed=7");
+    arguments.insert(arguments.end(), encoding.begin(), encoding.end());
+    arguments.push_back(target.string());
+    RunFfmpeg(arguments);
+}
+
 struct PacketPlace {
     double seconds;
     bool isVideo;

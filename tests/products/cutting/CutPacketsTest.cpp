@@ -6,16 +6,6 @@ namespace {
 
 constexpr int kFrames = 100;
 
-// Moving pictures with noise, so that no two are equal, and audio of which no two packets are.
-void MakeFilm(const std::filesystem::path& target, const std::vector<std::string>& encoding) {
-    std::vector<std::string> arguments = {
-        "-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=4,noise=alls=20:allf=t",
-        "-f", "lavfi", "-i", "anoisesrc=r=48000:d=4:seed=7"};
-    arguments.insert(arguments.end(), encoding.begin(), encoding.end());
-    arguments.push_back(target.string());
-    RunFfmpeg(arguments);
-}
-
 struct Kind {
     const char* name;
     const char* file;

@@ -10,12 +10,7 @@ class EncodedClips : public Test {
     const std::filesystem::path m_clips = m_folder / "clips";
 
     std::filesystem::path Film(const std::string& name, const std::string& encoding) const {
-        std::vector<std::string> arguments =
-            Words("-f lavfi -i testsrc2=s=160x120:r=25:d=4,noise=alls=20:allf=t -f lavfi -i "
-                  "anoisesrc=r=48000:d=4:seed=7 " +
-                  encoding);
-        arguments.push_back(m_folder / name);
-        RunFfmpeg(arguments);
+        MakeFilm(m_folder / name, Words(encoding));
         return m_folder / name;
     }
 };
