@@ -38,7 +38,7 @@ std::string HashSource(std::string_view digits) {
 // The page runs its own script and module, and loads nothing but the film beside it.
 std::string Policy(bool hasFilm) {
     return "default-src 'none'; script-src " + HashSource(kScriptHash) + " 'wasm-unsafe-eval'; style-src " +
-           HashSource(kStyleHash) + "; img-src data: blob:" + (hasFilm ? "; media-src 'self' file:" : "") +
+           HashSource(kStyleHash) + "; img-src data: blob:" + (hasFilm ? "; media-src 'self'" : "") +
            "; base-uri 'none'; form-action 'none'";
 }
 

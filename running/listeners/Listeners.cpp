@@ -28,8 +28,8 @@ std::vector<std::unique_ptr<RunListener>> MakeTableListeners(const RunSettings& 
         listeners.push_back(std::make_unique<FiguresKeeper>(figures));
         uses.push_back(
             {outputs.reportPath, MakeReport({parameters, run.detection.transitions, run.length,
-                                             CommandOf(run), SettingsOf(run, parameters), canReadAgain,
-                                             outputs.reportLinksFilm ? outputs.reportPath : ""},
+                                             CommandOf(run, parameters), SettingsOf(run, parameters),
+                                             canReadAgain, outputs.reportLinksFilm ? outputs.reportPath : ""},
                                             figures)});
     }
     if (!uses.empty())

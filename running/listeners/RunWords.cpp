@@ -44,7 +44,7 @@ std::vector<std::pair<std::string, std::string>> SettingsOf(const RunSettings& r
     return settings;
 }
 
-std::vector<std::string> CommandOf(const RunSettings& run) {
+std::vector<std::string> CommandOf(const RunSettings& run, const DetectionParameters& parameters) {
     std::vector<std::string> words;
     const auto add = [&words](const char* option, const std::string& value) {
         words.insert(words.end(), {option, value});
@@ -71,10 +71,10 @@ std::vector<std::string> CommandOf(const RunSettings& run) {
         marks += (marks.empty() ? "" : ",") + std::to_string(mark);
     if (!marks.empty())
         add("--mark", marks);
-    if (const auto& clamp = detection.parameters.values[KxClamp])
-        add("--clamp", std::to_string(*clamp));
-    if (const auto& area = detection.parameters.area)
-        add("--area", area->text);
+    if (parameters.diffClamp != DetectionParameters{}.diffClamp)
+        add("--clamp", std::to_string(parameters.diffClamp));
+    if (const auto& area = detection.parameters.area; area || !parameters.HasWholeArea())
+        add("--area", area ? area->text : AreaText(parameters));
     addPoint("--start", run.range.start);
     addPoint("--end", run.range.end);
     addPoint("--duration", run.range.duration);

@@ -16,6 +16,7 @@ SettingsOf(const RunSettings& run, const DetectionParameters& parameters);
 
 /// The options of the run that say what is measured and what finds scenes beside the picture comparison: all
 /// that saved figures can't be decided again with.
-[[nodiscard]] std::vector<std::string> CommandOf(const RunSettings& run);
+[[nodiscard]] std::vector<std::string> CommandOf(const RunSettings& run,
+                                                 const DetectionParameters& parameters);
 
 } // namespace scenedetect
