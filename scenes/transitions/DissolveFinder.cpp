@@ -126,7 +126,7 @@ std::optional<std::int64_t> DissolveFinder::Note(const MeasureRing& frames, std:
         if (group.count == 0 || end - kLongest / 2 <= group.last + kFarthestMiddle)
             continue;
         const Group closed = std::exchange(group, {});
-        if (closed.count >= kLeastCount)
+        if (closed.count >= kLeastCount && closed.IsShort())
             return closed.sum / closed.count;
     }
     return std::nullopt;
@@ -150,7 +150,7 @@ void DissolveFinder::Add(std::int64_t middle) {
 std::int64_t DissolveFinder::SettledBefore(std::int64_t now) const {
     std::int64_t first = now - kLookAhead - kLongest / 2;
     for (const Group& group : m_groups)
-        if (group.count != 0)
+        if (group.count != 0 && group.IsShort())
             first = std::min(first, group.first);
     return first;
 }

@@ -28,6 +28,9 @@ class DissolveFinder {
         std::int64_t last = 0;
         std::int64_t sum = 0; ///< of the middles
         std::int64_t count = 0;
+
+        /// What changes for longer is motion, or light.
+        [[nodiscard]] bool IsShort() const { return last - first <= 64; }
     };
 
     void Add(std::int64_t middle);
