@@ -1,5 +1,7 @@
 #include "platform/File.h"
 
+#include "platform/FilePath_win32.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -35,9 +37,9 @@ File::~File() {
 bool File::Open(const std::wstring& path, Mode mode) {
     Close();
     const bool reading = mode == Mode::Read;
-    m_handle = reinterpret_cast<std::intptr_t>(
-        CreateFileW(path.c_str(), reading ? GENERIC_READ : GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                    nullptr, reading ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    m_handle = reinterpret_cast<std::intptr_t>(CreateFileW(
+        SystemPath(path).c_str(), reading ? GENERIC_READ : GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+        nullptr, reading ? OPEN_EXISTING : CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     return IsOpen();
 }
 

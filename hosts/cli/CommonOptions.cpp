@@ -2,6 +2,7 @@
 
 #include "hosts/cli/OptionTable.h"
 #include "reading/base/HostError.h"
+#include "reading/base/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 
@@ -105,6 +106,14 @@ EarlyEnd WrongUsage(const HostProgram& program, const std::string& what) {
 }
 
 } // namespace
+
+int PrintAndEnd(const EarlyEnd& end) {
+    if (end.exitCode == kExitSuccess)
+        WriteOutput(end.text);
+    else
+        WriteError(end.text);
+    return end.exitCode;
+}
 
 std::optional<EarlyEnd> ParseCommandLine(const HostProgram& program, int argc, const char* const* argv) {
     const Arguments arguments(argv + std::min(argc, 1), argv + argc);

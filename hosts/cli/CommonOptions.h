@@ -59,6 +59,10 @@ struct EarlyEnd {
     int exitCode = kExitSuccess;
 };
 
+/// Prints its text where that belongs. Returns its exit code. HostError when the standard output can't be
+/// written.
+[[nodiscard]] int PrintAndEnd(const EarlyEnd& end);
+
 /// Fills what the program's options refer to, checked for sense; nothing when the program is to run.
 [[nodiscard]] std::optional<EarlyEnd> ParseCommandLine(const HostProgram& program, int argc,
                                                        const char* const* argv);

@@ -1,13 +1,12 @@
 #include "hosts/cli/ConfigFile.h"
 
+#include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <system_error>
@@ -16,11 +15,6 @@ namespace scenedetect {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path Variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
 
 // The library's reader sees comments in quoted values, too.
 std::string WithoutComment(const std::string& line) {
@@ -45,7 +39,9 @@ bool IsOpenList(const std::string& text) {
 // Line by line, since the library's reader does not tell where it found something.
 class Reader {
   public:
-    explicit Reader(const std::string& path) : m_path(path), m_stream(path) { m_parser.comment('\0'); }
+    explicit Reader(const std::string& path) : m_path(path), m_stream(FilePath(path)) {
+        m_parser.comment('\0');
+    }
 
     std::vector<Setting> Read() {
         while (GetLine()) {
@@ -95,13 +91,10 @@ class Reader {
 } // namespace
 
 std::string UserConfigFile() {
-    fs::path folder = Variable("XDG_CONFIG_HOME");
-    // One that is not absolute does not count, by the rules for that variable.
-    if (!folder.is_absolute())
-        folder = Variable("HOME") / ".config";
+    const fs::path folder = UserConfigFolder();
     const fs::path file = folder / "kxscenes/kxscenes.conf";
     std::error_code none;
-    return folder.is_absolute() && fs::exists(file, none) ? file.string() : "";
+    return folder.is_absolute() && fs::exists(file, none) ? NameOfPath(file) : "";
 }
 
 std::vector<Setting> ReadConfigFile(const std::string& path) {

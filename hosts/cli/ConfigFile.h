@@ -3,13 +3,16 @@
 
 #include "hosts/cli/CommonOptions.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace scenedetect {
 
-/// kxscenes/kxscenes.conf in the user's configuration folder ($XDG_CONFIG_HOME, or ~/.config); empty when it
-/// is not there.
+/// The user's folder for such files: $XDG_CONFIG_HOME, or ~/.config; on Windows %APPDATA%. Relative when
+/// there is none.
+[[nodiscard]] std::filesystem::path UserConfigFolder();
+/// kxscenes/kxscenes.conf in it; empty when it is not there.
 [[nodiscard]] std::string UserConfigFile();
 
 /// Lines of `name = value`, `name = [value, value]`, or just `name` for a flag; comments begin with '#', and

@@ -1,16 +1,11 @@
 #include "hosts/cli/KxOptions.h"
 
 #include "hosts/cli/ConfigFile.h"
+#include "hosts/cli/MediaLibraries.h"
 #include "hosts/cli/OutputOptions.h"
 #include "platform/UsableCores.h"
 
 #include <CLI/CLI.hpp>
-
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-#include <libswscale/swscale.h>
-}
 
 #include <memory>
 
@@ -33,8 +28,9 @@ these, too. --xml has the methods' only.
 
 --scenes finds nothing: the scenes are those of a list (JSON and CSV of this program, CSV of others,
 starts one a line, EDL), from their starts to their ends. {name} in its name is the input's.
+)";
 
-Input: any file that FFmpeg's libraries read, or "-" for the standard input, of which each scene is
+constexpr const char* kFrameNotes = R"(, or "-" for the standard input, of which each scene is
 printed as soon as it can be known. A folder stands for the video files in it and its folders. DV
 frames and the uncompressed frames of AVI files are examined as they are, everything else is
 decoded. A frame that is not whole is left out with a warning; of these each of the first ten gets
@@ -54,20 +50,6 @@ report of that input keep what they had, and clips that were whole stay), 2 wron
 configuration, 3 an input ends early, 129, 130 and 143 stopped by a hang-up, Ctrl-C or a kill (what
 is written after this and 3 is partial), 141 nobody reads the standard output any more. Of several
 inputs the worst counts: 1, then 129 and above, then 3; the others are run all the same.)";
-
-std::string LibraryVersion(const char* name, unsigned version) {
-    return ' ' + std::string(name) + ' ' + std::to_string(AV_VERSION_MAJOR(version)) + '.' +
-           std::to_string(AV_VERSION_MINOR(version)) + '.' + std::to_string(AV_VERSION_MICRO(version));
-}
-
-// Of the libraries that are there when the program runs.
-std::string VersionNotes() {
-    return "FFmpeg's libraries:" + LibraryVersion("libavformat", avformat_version()) + ',' +
-           LibraryVersion("libavcodec", avcodec_version()) + ',' +
-           LibraryVersion("libavutil", avutil_version()) + ',' +
-           LibraryVersion("libswscale", swscale_version()) +
-           "\nMIT licence; that of these libraries: " + avformat_license();
-}
 
 std::string CheckFileName(const std::string& name) {
     return name.empty() ? "a file name is empty" : "";
@@ -154,6 +136,12 @@ void AddConfigOptions(CLI::App& app, KxOptions& options) {
         ->group("General");
 }
 
+void RefuseLacked(CLI::App& app) {
+    for (const LackedOption& each : LackedOptions())
+        app.get_option(each.name)->group("")->check(
+            [advice = each.advice](const std::string&) { return std::string(advice); });
+}
+
 } // namespace
 
 HostProgram KxProgram(KxOptions& options) {
@@ -162,17 +150,18 @@ HostProgram KxProgram(KxOptions& options) {
     const auto outputs = std::make_shared<OutputOptions>(batch);
     HostProgram program{"kxscenes",
                         kDescription,
-                        std::string(kNotes) + kOutputNotes,
+                        std::string(kNotes) + kInputNotes + kFrameNotes + OutputNotes(),
                         kExitNotes,
                         {batch.detection, batch.xmlPath, batch.inputs},
                         true};
-    program.versionNotes = VersionNotes();
+    program.versionNotes = LibraryNotes();
     program.addOptions = [&options, outputs](CLI::App& app) {
         AddCutOption(app, options);
         outputs->AddTo(app);
         AddRunOptions(app, options);
         AddMessageOptions(app, options);
         AddConfigOptions(app, options);
+        RefuseLacked(app);
     };
     program.check = [&options, outputs] {
         const std::string wrong = SettleMethods(options);

@@ -1,7 +1,8 @@
 #include "hosts/cli/OutputOptions.h"
 
+#include "hosts/cli/MediaLibraries.h"
 #include "hosts/cli/ParameterOptions.h"
-#include "products/muxing/Container.h"
+#include "products/muxing/EncodeChoice.h"
 #include "products/outputs/OutputFormats.h"
 #include "products/tape/TapeLogText.h"
 #include "reading/base/HostError.h"
@@ -46,27 +47,25 @@ CLI::Option* AddPatternPath(CLI::App& app, const char* name, std::string& path, 
     return AddPath(app, name, path, "FILE", help, group)->check(NamePattern::ErrorIn);
 }
 
-} // namespace
-
-const char* const kOutputNotes = R"(
+constexpr const char* kNameNotes = R"(
 Names: file names and --names may have fields in braces: {name} is the input's name without folder
 and suffix, {method} what found the scene; in names of clips and pictures also {scene} (from 1,
 four digits), {frame} (seven digits; of pictures their own), {timecode} (the source's, or counted
 from the first frame), and {date}, {time}, {aspect} and {audio} as DV frames carry them. {{ and }}
 stand for single braces. Folders are made. No file is written twice in one run. "-" is the standard
 output, for one output of one input; the scenes are not printed then.
+)";
 
-Clips of DV are the frames of the tape, byte for byte, or with --container files that end where the
-audio format or the line system changes, too; DV with its audio beside the frames keeps its
-container. Other codecs are cut without encoding. Edit lists make clips in MP4 and MOV begin and end
-at the very frames; others begin at the key frame before the scene, which a line tells. With
---split-encode clips of any kind do, and audio is still copied. libx264 has crf=18 unless told a
-quality; other encoders have FFmpeg's defaults.
-A clip that is there already is kept unless --force.
-
+constexpr const char* kTimeNotes = R"(
 Times: frames (75), seconds (2.5s), HH:MM:SS.nnn, or timecode HH:MM:SS:FF (HH:MM:SS;FF with
 drop-frame) counted from the first frame.
 )";
+
+} // namespace
+
+std::string OutputNotes() {
+    return std::string(kNameNotes) + kClipNotes + kTimeNotes;
+}
 
 void OutputOptions::AddLists(CLI::App& app) {
     constexpr const char* kGroup = "Output";

@@ -44,6 +44,6 @@ class OutputOptions {
 };
 
 /// Of the help text: what these options need said about them.
-extern const char* const kOutputNotes;
+[[nodiscard]] std::string OutputNotes();
 
 } // namespace scenedetect

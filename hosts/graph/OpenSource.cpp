@@ -3,28 +3,23 @@
 #include "hosts/graph/OwnSource.h"
 #include "hosts/graph/SystemSource.h"
 #include "reading/base/HostError.h"
-#include "reading/dv/DvCheck.h"
-#include "reading/readers/AviPictures.h"
-#include "reading/readers/FileInput.h"
-#include "reading/readers/RawDvReader.h"
+#include "reading/readers/AviReader.h"
+#include "reading/readers/PlainPictures.h"
 
 #include <cstdint>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace scenedetect {
 namespace {
 
-// Unknown bytes in front of a DV stream are stepped over, up to as many as two frames have.
-constexpr std::size_t kForeignBytes = 2 * kDifFrameBytes625;
-constexpr std::size_t kProbeBytes = kForeignBytes + kDifFrameBytes625;
+constexpr int kThreads = 1; // the source has one of its own
 
 // None where the host has to read the file. Splitters of some systems know no pictures with a colour table,
 // turn those over that begin with the top row, and pad the rows of planes.
 std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::string& path,
                                              const std::atomic<bool>& stop) {
-    FileInput file(path, stop);
+    StreamInput file(path, stop);
     const auto format = UncompressedFormat(AviReader(file).Video().format);
     if (!format || !format->colours.empty() || format->height < 0)
         return nullptr;
@@ -42,27 +37,19 @@ std::unique_ptr<GraphSource> TrySystemSource(IGraphBuilder& graph, const std::st
 std::unique_ptr<GraphSource> OpenSource(IGraphBuilder& graph, const GraphOptions& options,
                                         const std::atomic<bool>& stop, Console& console) {
     const std::string& path = options.inputs.front();
-    auto file = std::make_unique<FileInput>(path, stop);
-    std::vector<std::uint8_t> start(kProbeBytes);
-    start.resize(file->Read(start));
-    file = std::make_unique<FileInput>(path, stop);
-    const DamageLog damage(console, path);
-
-    if (AviReader::IsAvi(start)) {
-        if (options.source == SourceKind::System)
-            return std::make_unique<SystemSource>(graph, path);
-        if (options.source == SourceKind::Automatic)
-            if (auto source = TrySystemSource(graph, path, stop))
-                return source;
-        return std::make_unique<OwnSource>(graph, std::make_unique<AviPictures>(std::move(file), damage),
-                                           options, stop);
-    }
-    if (!FindDvFrame(start, 0, kForeignBytes))
-        throw HostError(path + ": neither an AVI file nor a DV stream");
-    if (options.source == SourceKind::System)
+    auto file = std::make_shared<StreamInput>(path, stop);
+    const bool isAvi = AviReader::IsAvi(BeginOf(*file, kDifFrameBytes625));
+    if (!isAvi && options.source == SourceKind::System)
         throw HostError(path + ": --source system reads AVI files only");
-    return std::make_unique<OwnSource>(graph, std::make_unique<RawDvReader>(std::move(file), damage), options,
-                                       stop);
+    if (options.source == SourceKind::System)
+        return std::make_unique<SystemSource>(graph, path);
+    if (isAvi && options.source == SourceKind::Automatic)
+        if (auto source = TrySystemSource(graph, path, stop))
+            return source;
+    auto pictures = OpenPlainPictures(std::move(file), DamageLog(console, path), kThreads);
+    if (!pictures)
+        throw HostError(path + ": neither an AVI file nor a DV stream");
+    return std::make_unique<OwnSource>(graph, std::move(pictures), options, stop);
 }
 
 } // namespace scenedetect

@@ -1,19 +1,15 @@
 // kxscenes-graph: an example of a host. From a video file to its scenes, in a DirectShow graph.
 #include "hosts/cli/GraphOptions.h"
+#include "hosts/cli/WideArguments.h"
 #include "hosts/graph/Com.h"
 #include "hosts/graph/GraphHost.h"
-#include "platform/Text.h"
 #include "reading/base/Console.h"
 #include "reading/base/HostError.h"
-#include "reading/base/StandardStreams.h"
 
 #include <windows.h>
 
 #include <atomic>
-#include <cstdio>
 #include <exception>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -26,14 +22,6 @@ BOOL WINAPI StopRun(DWORD event) {
         return FALSE;
     // The second one is left to the system, which ends the program at once.
     return g_stop.exchange(true) ? FALSE : TRUE;
-}
-
-int PrintAndEnd(const EarlyEnd& end) {
-    if (end.exitCode == kExitSuccess)
-        WriteOutput(end.text);
-    else
-        std::fputs(end.text.c_str(), stderr);
-    return end.exitCode;
 }
 
 int Run(int argc, const char* const* argv, Console& console) {
@@ -53,15 +41,8 @@ int Run(int argc, const char* const* argv, Console& console) {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    // Inside, text is UTF-8.
-    SetConsoleOutputCP(CP_UTF8);
     SetConsoleCtrlHandler(StopRun, TRUE);
-    std::vector<std::string> texts;
-    std::vector<const char*> arguments;
-    for (int i = 0; i < argc; ++i)
-        texts.push_back(Utf8FromWide(argv[i]));
-    for (const std::string& text : texts)
-        arguments.push_back(text.c_str());
+    const WideArguments arguments(argc, argv);
     Console console("kxscenes-graph");
-    return Run(argc, arguments.data(), console);
+    return Run(argc, arguments.Texts(), console);
 }

@@ -1,12 +1,12 @@
 #include "products/files/NamePattern.h"
 
+#include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
 #include "support/FileName.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <stdexcept>
 
 namespace scenedetect {
@@ -142,7 +142,7 @@ std::string NamePattern::Expand(const NameFields& fields, std::string_view suffi
 }
 
 std::string NameOfInput(const std::string& input) {
-    return input == "-" ? "stdin" : std::filesystem::path(input).stem().string();
+    return input == "-" ? "stdin" : NameOfPath(FilePath(input).stem());
 }
 
 } // namespace scenedetect

@@ -1,13 +1,11 @@
 // The names that a run writes to, so that it never overwrites what it wrote itself, nor what it reads.
 #pragma once
 
-#include "products/files/OutputTarget.h"
+#include "products/files/SystemFile.h"
 
 #include <mutex>
 #include <set>
 #include <string>
-#include <sys/types.h>
-#include <utility>
 
 namespace scenedetect {
 
@@ -26,7 +24,7 @@ class OutputClaims {
 
   private:
     mutable std::mutex m_mutex;
-    std::set<std::pair<dev_t, ino_t>> m_inputs;
+    std::set<FileIdentity> m_inputs;
     std::set<std::string> m_outputs;
     std::set<int> m_descriptors;
 };

@@ -1,7 +1,7 @@
 // A file that appears under its name when it is whole, and not before.
 #pragma once
 
-#include "products/files/OutputTarget.h"
+#include "products/files/SystemFile.h"
 #include "products/files/UnfinishedFile.h"
 
 #include <cstdint>
@@ -43,17 +43,15 @@ class OutputFile {
     [[nodiscard]] std::int64_t Size() const { return m_size; }
 
   private:
+    void Require(int code) const; // Fail unless it is 0
     [[noreturn]] void Fail(int code) const;
     void OpenBeside();
-    void Send(std::span<const std::uint8_t> bytes);
-    void Close();
-    void TakeFinalName();
 
     const std::string m_path;
     const Existing m_existing;
     const OutputTarget m_target;
     std::string m_writingPath;
-    int m_descriptor = -1;
+    SystemFile m_file;
     std::optional<UnfinishedFile> m_unfinished; // while m_writingPath is to be renamed or removed
     std::int64_t m_size = 0;
     std::vector<std::uint8_t> m_pending;

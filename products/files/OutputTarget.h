@@ -1,6 +1,8 @@
 // Where the path of an output leads: through symbolic links, and to what is not a file.
 #pragma once
 
+#include "reading/base/FilePath.h"
+
 #include <filesystem>
 #include <string>
 
@@ -8,6 +10,10 @@ namespace scenedetect {
 
 /// What to do with a file that is there already.
 enum class Existing { Replace, Keep };
+
+/// Descriptors of the standard streams.
+inline constexpr int kStandardOutput = 1;
+inline constexpr int kStandardError = 2;
 
 struct OutputTarget {
     enum class Kind {
@@ -25,14 +31,16 @@ struct OutputTarget {
 [[nodiscard]] OutputTarget FindOutputTarget(const std::string& path, Existing existing);
 
 [[nodiscard]] inline std::string PathIn(const std::string& folder, const std::string& name) {
-    return (std::filesystem::path(folder) / name).native();
+    return NameOfPath(FilePath(folder) / FilePath(name));
 }
 
 /// For people: "-" is the standard output.
-[[nodiscard]] std::string NameOfOutput(const std::string& path);
+[[nodiscard]] inline std::string NameOfOutput(const std::string& path) {
+    return path == "-" ? "standard output" : path;
+}
 
-/// Throws HostError: "PATH: cannot be written: " with the text of the system's error and, where that helps,
-/// what to do; for EEXIST that the file is there.
+/// Throws HostError: "PATH: cannot be written: " with the text of the system's error of this number (errno,
+/// or on Windows GetLastError) and, where that helps, what to do; where a file is there already, that it is.
 [[noreturn]] void FailToWrite(const std::string& path, int code);
 
 } // namespace scenedetect

@@ -1,9 +1,9 @@
 #include "products/files/UnfinishedFile.h"
 
+#include "products/files/SystemFile.h"
+
 #include <array>
 #include <atomic>
-#include <climits>
-#include <unistd.h>
 
 namespace scenedetect {
 namespace {
@@ -11,9 +11,11 @@ namespace {
 enum class State { Free, Taken, Noted };
 static_assert(std::atomic<State>::is_always_lock_free, "read by a signal handler");
 
+constexpr std::size_t kRoom = 4096; // with the end mark
+
 struct Slot {
     std::atomic<State> state = State::Free;
-    std::array<char, PATH_MAX> path{};
+    std::array<char, kRoom> path{};
 };
 
 std::array<Slot, 64> g_slots;
@@ -21,7 +23,7 @@ std::array<Slot, 64> g_slots;
 } // namespace
 
 UnfinishedFile::UnfinishedFile(const std::string& path) : m_slot(g_slots.size()) {
-    if (path.size() >= PATH_MAX)
+    if (path.size() >= kRoom)
         return;
     for (std::size_t i = 0; i < g_slots.size(); ++i) {
         State state = State::Free;
@@ -43,7 +45,7 @@ UnfinishedFile::~UnfinishedFile() {
 void UnfinishedFile::RemoveAll() noexcept {
     for (const Slot& slot : g_slots)
         if (slot.state == State::Noted)
-            unlink(slot.path.data());
+            RemoveFile(slot.path.data());
 }
 
 } // namespace scenedetect

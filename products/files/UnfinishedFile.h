@@ -6,8 +6,8 @@
 
 namespace scenedetect {
 
-/// Notes a file as long as the object lives. Any thread. A few dozen at a time; of more, and of paths longer
-/// than the system's limit, nothing is noted.
+/// Notes a file as long as the object lives. Any thread. A few dozen at a time; of more, and of paths
+/// longer than 4095 bytes, nothing is noted.
 class UnfinishedFile {
   public:
     explicit UnfinishedFile(const std::string& path);

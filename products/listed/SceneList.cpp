@@ -2,7 +2,7 @@
 
 #include "products/listed/ListReaders.h"
 #include "reading/base/HostError.h"
-#include "reading/readers/FileInput.h"
+#include "reading/readers/StreamInput.h"
 
 #include <algorithm>
 

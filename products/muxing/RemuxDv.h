@@ -4,7 +4,7 @@
 #include "products/files/OutputFile.h"
 #include "products/muxing/Container.h"
 #include "products/muxing/EncodeChoice.h"
-#include "reading/ffmpeg/MediaFile.h"
+#include "reading/base/FilePart.h"
 
 #include <cstdint>
 #include <string>

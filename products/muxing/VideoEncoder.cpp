@@ -1,6 +1,7 @@
 #include "products/muxing/VideoEncoder.h"
 
 #include "products/muxing/Container.h"
+#include "products/muxing/EncodeOptions.h"
 #include "products/muxing/PacketSource.h"
 #include "reading/base/HostError.h"
 #include "reading/ffmpeg/FfmpegLog.h"

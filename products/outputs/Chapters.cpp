@@ -41,20 +41,20 @@ std::string MetadataChapters(const SceneTable& table) {
 
 std::string MatroskaChapters(const SceneTable& table) {
     constexpr int kNanoseconds = 9;
-    pugi::xml_document document = NewXml("");
-    pugi::xml_node edition = document.append_child("Chapters").append_child("EditionEntry");
+    XmlElement root("Chapters");
+    XmlElement& edition = root.Append("EditionEntry");
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
-        pugi::xml_node chapter = edition.append_child("ChapterAtom");
-        AppendText(chapter, "ChapterTimeStart",
-                   ClockText(MediaTime(table, scene.start), table.scale, kNanoseconds));
-        AppendText(chapter, "ChapterTimeEnd",
-                   ClockText(MediaTime(table, scene.end), table.scale, kNanoseconds));
-        pugi::xml_node display = chapter.append_child("ChapterDisplay");
-        AppendText(display, "ChapterString", ChapterTitle(i));
-        AppendText(display, "ChapterLanguage", "eng");
+        XmlElement& chapter = edition.Append("ChapterAtom");
+        chapter.AppendText("ChapterTimeStart",
+                           ClockText(MediaTime(table, scene.start), table.scale, kNanoseconds));
+        chapter.AppendText("ChapterTimeEnd",
+                           ClockText(MediaTime(table, scene.end), table.scale, kNanoseconds));
+        XmlElement& display = chapter.Append("ChapterDisplay");
+        display.AppendText("ChapterString", ChapterTitle(i));
+        display.AppendText("ChapterLanguage", "eng");
     }
-    return TextOf(document);
+    return root.Document(false);
 }
 
 } // namespace scenedetect

@@ -18,50 +18,46 @@ std::string Seconds(std::int64_t frames, Ratio rate) {
     return std::to_string(num) + '/' + std::to_string(rate.num) + 's';
 }
 
-void Set(pugi::xml_node node, const char* name, const std::string& value) {
-    node.append_attribute(name) = value.c_str();
-}
-
-void AppendResources(pugi::xml_node root, const SceneTable& table) {
+void AppendResources(XmlElement& root, const SceneTable& table) {
     const Ratio rate = table.scale.rate;
-    pugi::xml_node resources = root.append_child("resources");
-    pugi::xml_node format = resources.append_child("format");
-    Set(format, "id", kFormatId);
-    Set(format, "frameDuration", Seconds(1, rate));
-    Set(format, "width", std::to_string(table.width));
-    Set(format, "height", std::to_string(table.height));
+    XmlElement& resources = root.Append("resources");
+    XmlElement& format = resources.Append("format");
+    format.Set("id", kFormatId);
+    format.Set("frameDuration", Seconds(1, rate));
+    format.Set("width", std::to_string(table.width));
+    format.Set("height", std::to_string(table.height));
     if (table.pixelAspect.num != table.pixelAspect.den) {
-        Set(format, "paspH", std::to_string(table.pixelAspect.num));
-        Set(format, "paspV", std::to_string(table.pixelAspect.den));
+        format.Set("paspH", std::to_string(table.pixelAspect.num));
+        format.Set("paspV", std::to_string(table.pixelAspect.den));
     }
-    pugi::xml_node asset = resources.append_child("asset");
-    Set(asset, "id", kAssetId);
-    Set(asset, "name", PlainName(table.name));
-    Set(asset, "src", MediaUrl(table.input));
-    Set(asset, "start", Seconds(SourceStart(table), rate));
-    Set(asset, "duration", Seconds(EditFrameCount(table), rate));
-    Set(asset, "hasVideo", "1");
-    Set(asset, "format", kFormatId);
+    XmlElement& asset = resources.Append("asset");
+    asset.Set("id", kAssetId);
+    asset.Set("name", PlainName(table.name));
+    asset.Set("src", MediaUrl(table.input));
+    asset.Set("start", Seconds(SourceStart(table), rate));
+    asset.Set("duration", Seconds(EditFrameCount(table), rate));
+    asset.Set("hasVideo", "1");
+    asset.Set("format", kFormatId);
     if (table.audio) {
-        Set(asset, "hasAudio", "1");
-        Set(asset, "audioSources", "1");
-        Set(asset, "audioChannels", std::to_string(table.audio->channels));
-        Set(asset, "audioRate", std::to_string(table.audio->sampleRate));
+        asset.Set("hasAudio", "1");
+        asset.Set("audioSources", "1");
+        asset.Set("audioChannels", std::to_string(table.audio->channels));
+        asset.Set("audioRate", std::to_string(table.audio->sampleRate));
     }
 }
 
 // Returns how many frames the clips last together.
-std::int64_t AppendClips(pugi::xml_node spine, const SceneTable& table) {
+std::int64_t AppendClips(XmlElement& spine, const SceneTable& table) {
     const Ratio rate = table.scale.rate;
     std::int64_t offset = 0;
     for (const EditSpan& span : EditSpans(table)) {
-        pugi::xml_node clip = spine.append_child("asset-clip");
-        Set(clip, "ref", kAssetId);
-        Set(clip, "name", ClipName(table, span.scene));
-        Set(clip, "offset", Seconds(offset, rate));
-        Set(clip, "start", Seconds(span.start, rate));
-        Set(clip, "duration", Seconds(span.frameCount, rate));
-        Set(clip, "tcFormat", SourceNumbering(table).IsDropFrame() ? "DF" : "NDF");
+        XmlElement& clip = spine.Append("asset-clip");
+        clip.Set("ref", kAssetId);
+        clip.Set("name", ClipName(table, span.scene));
+        clip.Set("offset", Seconds(offset, rate));
+        clip.Set("start", Seconds(span.start, rate));
+        clip.Set("duration", Seconds(span.frameCount, rate));
+        clip.Set("tcFormat", SourceNumbering(table).IsDropFrame() ? "DF" : "NDF");
         offset += span.frameCount;
     }
     return offset;
@@ -72,20 +68,19 @@ std::int64_t AppendClips(pugi::xml_node spine, const SceneTable& table) {
 std::string Fcpxml(const SceneTable& table) {
     RequireMediaUrl(table, "FCPXML");
     const std::string name = PlainName(table.name);
-    pugi::xml_document document = NewXml("fcpxml");
-    pugi::xml_node root = document.append_child("fcpxml");
-    Set(root, "version", "1.8");
+    XmlElement root("fcpxml");
+    root.Set("version", "1.8");
     AppendResources(root, table);
-    pugi::xml_node event = root.append_child("library").append_child("event");
-    Set(event, "name", name);
-    pugi::xml_node project = event.append_child("project");
-    Set(project, "name", name);
-    pugi::xml_node sequence = project.append_child("sequence");
-    Set(sequence, "format", kFormatId);
-    Set(sequence, "tcStart", "0s");
-    Set(sequence, "tcFormat", SourceNumbering(table).IsDropFrame() ? "DF" : "NDF");
-    Set(sequence, "duration", Seconds(AppendClips(sequence.append_child("spine"), table), table.scale.rate));
-    return TextOf(document);
+    XmlElement& event = root.Append("library").Append("event");
+    event.Set("name", name);
+    XmlElement& project = event.Append("project");
+    project.Set("name", name);
+    XmlElement& sequence = project.Append("sequence");
+    sequence.Set("format", kFormatId);
+    sequence.Set("tcStart", "0s");
+    sequence.Set("tcFormat", SourceNumbering(table).IsDropFrame() ? "DF" : "NDF");
+    sequence.Set("duration", Seconds(AppendClips(sequence.Append("spine"), table), table.scale.rate));
+    return root.Document(true);
 }
 
 } // namespace scenedetect

@@ -1,8 +1,8 @@
 #include "products/outputs/NameText.h"
 
 #include "platform/Text.h"
+#include "reading/base/FilePath.h"
 
-#include <filesystem>
 #include <string_view>
 
 namespace scenedetect {
@@ -40,7 +40,7 @@ std::string UrlPath(const std::string& path) {
 }
 
 std::filesystem::path Normal(const std::string& path) {
-    return std::filesystem::absolute(path).lexically_normal();
+    return std::filesystem::absolute(FilePath(path)).lexically_normal();
 }
 
 } // namespace
@@ -57,7 +57,7 @@ std::string PlainName(const std::string& name) {
 }
 
 std::string FileName(const std::string& path) {
-    return PlainName(std::filesystem::path(path).filename().string());
+    return PlainName(NameOfPath(FilePath(path).filename()));
 }
 
 std::string MediaUrl(const std::string& path) {
@@ -65,12 +65,17 @@ std::string MediaUrl(const std::string& path) {
         return "";
     if (path.find("://") != std::string::npos)
         return PlainName(path);
-    return "file://" + UrlPath(Normal(path).string());
+    const std::filesystem::path whole = Normal(path);
+    // Of a drive, where there are any; a server's has slashes of its own.
+    const std::string drive = NameOfPath(whole.root_name());
+    const std::string root = drive.empty() || drive.starts_with("//") ? drive : '/' + drive;
+    return (root.starts_with("//") ? "file:" : "file://") + root +
+           UrlPath(NameOfPath(whole).substr(drive.size()));
 }
 
 std::string RelativeUrl(const std::string& path, const std::string& from) {
     const std::filesystem::path relative = Normal(path).lexically_relative(Normal(from).parent_path());
-    return relative.empty() ? MediaUrl(path) : UrlPath(relative.generic_string());
+    return relative.empty() ? MediaUrl(path) : UrlPath(NameOfPath(relative));
 }
 
 } // namespace scenedetect

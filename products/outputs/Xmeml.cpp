@@ -28,90 +28,89 @@ class Writer {
           m_tracks(table.audio ? 1u + Channels() : 1u) {}
 
     [[nodiscard]] std::string Write() {
-        pugi::xml_document document = NewXml("xmeml");
-        pugi::xml_node root = document.append_child("xmeml");
-        root.append_attribute("version") = "5";
-        pugi::xml_node sequence = root.append_child("sequence");
-        sequence.append_attribute("id") = "sequence-1";
-        AppendText(sequence, "name", PlainName(m_table.name));
+        XmlElement root("xmeml");
+        root.Set("version", "5");
+        XmlElement& sequence = root.Append("sequence");
+        sequence.Set("id", "sequence-1");
+        sequence.AppendText("name", PlainName(m_table.name));
         std::int64_t duration = 0;
         for (const EditSpan& span : m_spans)
             duration += span.frameCount;
-        AppendText(sequence, "duration", duration);
+        sequence.AppendText("duration", duration);
         AppendRate(sequence);
         AppendTimecode(sequence, 0);
-        pugi::xml_node media = sequence.append_child("media");
-        pugi::xml_node video = media.append_child("video");
-        AppendVideoFormat(video.append_child("format"));
+        XmlElement& media = sequence.Append("media");
+        XmlElement& video = media.Append("video");
+        AppendVideoFormat(video.Append("format"));
         AppendTrack(video, 0);
         if (m_tracks == 1)
-            return TextOf(document);
-        pugi::xml_node audio = media.append_child("audio");
-        AppendText(audio, "numOutputChannels", static_cast<std::int64_t>(Channels()));
-        AppendAudioFormat(audio.append_child("format"));
+            return root.Document(true);
+        XmlElement& audio = media.Append("audio");
+        audio.AppendText("numOutputChannels", static_cast<std::int64_t>(Channels()));
+        AppendAudioFormat(audio.Append("format"));
         for (std::size_t track = 1; track < m_tracks; ++track)
             AppendTrack(audio, track);
-        return TextOf(document);
+        return root.Document(true);
     }
 
   private:
     [[nodiscard]] std::size_t Channels() const { return static_cast<std::size_t>(m_table.audio->channels); }
 
-    void AppendRate(pugi::xml_node parent) const {
-        pugi::xml_node rate = parent.append_child("rate");
-        AppendText(rate, "timebase", m_rate.timebase);
-        AppendText(rate, "ntsc", m_rate.isNtsc ? "TRUE" : "FALSE");
+    void AppendRate(XmlElement& parent) const {
+        XmlElement& rate = parent.Append("rate");
+        rate.AppendText("timebase", m_rate.timebase);
+        rate.AppendText("ntsc", m_rate.isNtsc ? "TRUE" : "FALSE");
     }
 
-    void AppendTimecode(pugi::xml_node parent, std::int64_t frame) const {
+    void AppendTimecode(XmlElement& parent, std::int64_t frame) const {
         const FrameNumbering numbering = SourceNumbering(m_table);
-        pugi::xml_node timecode = parent.append_child("timecode");
+        XmlElement& timecode = parent.Append("timecode");
         AppendRate(timecode);
-        AppendText(timecode, "string", FrameTimecode(frame, numbering));
-        AppendText(timecode, "frame", frame);
-        AppendText(timecode, "displayformat", numbering.IsDropFrame() ? "DF" : "NDF");
+        timecode.AppendText("string", FrameTimecode(frame, numbering));
+        timecode.AppendText("frame", frame);
+        timecode.AppendText("displayformat", numbering.IsDropFrame() ? "DF" : "NDF");
     }
 
     // The format has words for square pixels and those of digital tape, and none for others.
-    void AppendVideoFormat(pugi::xml_node parent) const {
-        pugi::xml_node video = parent.append_child("samplecharacteristics");
+    void AppendVideoFormat(XmlElement& parent) const {
+        XmlElement& video = parent.Append("samplecharacteristics");
         AppendRate(video);
-        AppendText(video, "width", m_table.width);
-        AppendText(video, "height", m_table.height);
+        video.AppendText("width", m_table.width);
+        video.AppendText("height", m_table.height);
         const Ratio pixel = m_table.pixelAspect;
         if (pixel.num == pixel.den) {
-            AppendText(video, "pixelaspectratio", "square");
+            video.AppendText("pixelaspectratio", "square");
         } else if (m_table.width == kWidth601) {
             constexpr double kWide = 1.5; // between 4:3 and 16:9
-            AppendText(video, "pixelaspectratio", m_table.height > 486 ? "PAL-601" : "NTSC-601");
-            AppendText(video, "anamorphic",
-                       pixel.Value() * m_table.width > kWide * m_table.height ? "TRUE" : "FALSE");
+            video.AppendText("pixelaspectratio", m_table.height > 486 ? "PAL-601" : "NTSC-601");
+            video.AppendText("anamorphic",
+                             pixel.Value() * m_table.width > kWide * m_table.height ? "TRUE" : "FALSE");
         }
     }
 
-    void AppendAudioFormat(pugi::xml_node parent) const {
-        AppendText(parent.append_child("samplecharacteristics"), "samplerate", m_table.audio->sampleRate);
+    void AppendAudioFormat(XmlElement& parent) const {
+        parent.Append("samplecharacteristics").AppendText("samplerate", m_table.audio->sampleRate);
     }
 
     // All of it once; later clips point to it by its id.
-    void AppendFile(pugi::xml_node parent) {
-        pugi::xml_node file = parent.append_child("file");
-        file.append_attribute("id") = kFileId;
+    void AppendFile(XmlElement& parent) {
+        XmlElement& file = parent.Append("file");
+        file.Set("id", kFileId);
         if (std::exchange(m_hasFile, true))
             return;
-        AppendText(file, "name", FileName(m_table.input));
-        AppendText(file, "pathurl", PathUrl());
+        file.AppendText("name", FileName(m_table.input));
+        file.AppendText("pathurl", PathUrl());
         AppendRate(file);
-        AppendText(file, "duration", EditFrameCount(m_table));
+        file.AppendText("duration", EditFrameCount(m_table));
         if (m_table.startTimecode)
             AppendTimecode(file, SourceStart(m_table));
-        pugi::xml_node media = file.append_child("media");
-        AppendVideoFormat(media.append_child("video"));
+        XmlElement& media = file.Append("media");
+        AppendVideoFormat(media.Append("video"));
         if (!m_table.audio)
             return;
-        pugi::xml_node audio = media.append_child("audio");
+        XmlElement& audio = media.Append("audio");
         AppendAudioFormat(audio);
-        AppendText(audio, "channelcount", m_table.audio->channels);
+        audio.AppendText("channelcount", m_table.audio->channels);
     }
 
     // Readers of this format expect a host in the address.
@@ -121,42 +120,42 @@ class Writer {
         return url.starts_with(kNoHost) ? "file://localhost/" + url.substr(kNoHost.size()) : url;
     }
 
-    void AppendTrack(pugi::xml_node parent, std::size_t track) {
-        pugi::xml_node clips = parent.append_child("track");
+    void AppendTrack(XmlElement& parent, std::size_t track) {
+        XmlElement& clips = parent.Append("track");
         std::int64_t offset = 0;
         for (std::size_t i = 0; i < m_spans.size(); ++i) {
             const EditSpan& span = m_spans[i];
             const std::int64_t in = span.start - SourceStart(m_table);
-            pugi::xml_node clip = clips.append_child("clipitem");
-            clip.append_attribute("id") = ClipId(track, i).c_str();
-            AppendText(clip, "name", ClipName(m_table, span.scene));
-            AppendText(clip, "duration", EditFrameCount(m_table));
+            XmlElement& clip = clips.Append("clipitem");
+            clip.Set("id", ClipId(track, i));
+            clip.AppendText("name", ClipName(m_table, span.scene));
+            clip.AppendText("duration", EditFrameCount(m_table));
             AppendRate(clip);
-            AppendText(clip, "start", offset);
-            AppendText(clip, "end", offset + span.frameCount);
-            AppendText(clip, "in", in);
-            AppendText(clip, "out", in + span.frameCount);
+            clip.AppendText("start", offset);
+            clip.AppendText("end", offset + span.frameCount);
+            clip.AppendText("in", in);
+            clip.AppendText("out", in + span.frameCount);
             AppendFile(clip);
             if (track != 0) {
-                pugi::xml_node source = clip.append_child("sourcetrack");
-                AppendText(source, "mediatype", "audio");
-                AppendText(source, "trackindex", static_cast<std::int64_t>(track));
+                XmlElement& source = clip.Append("sourcetrack");
+                source.AppendText("mediatype", "audio");
+                source.AppendText("trackindex", static_cast<std::int64_t>(track));
             }
             AppendLinks(clip, i);
             offset += span.frameCount;
         }
         if (track != 0)
-            AppendText(clips, "outputchannelindex", static_cast<std::int64_t>(track));
+            clips.AppendText("outputchannelindex", static_cast<std::int64_t>(track));
     }
 
     // To this scene's clips on all tracks, so that they move together.
-    void AppendLinks(pugi::xml_node clip, std::size_t index) const {
+    void AppendLinks(XmlElement& clip, std::size_t index) const {
         for (std::size_t track = 0; track < m_tracks && m_tracks != 1; ++track) {
-            pugi::xml_node link = clip.append_child("link");
-            AppendText(link, "linkclipref", ClipId(track, index));
-            AppendText(link, "mediatype", track == 0 ? "video" : "audio");
-            AppendText(link, "trackindex", static_cast<std::int64_t>(track == 0 ? 1 : track));
-            AppendText(link, "clipindex", static_cast<std::int64_t>(index + 1));
+            XmlElement& link = clip.Append("link");
+            link.AppendText("linkclipref", ClipId(track, index));
+            link.AppendText("mediatype", track == 0 ? "video" : "audio");
+            link.AppendText("trackindex", static_cast<std::int64_t>(track == 0 ? 1 : track));
+            link.AppendText("clipindex", static_cast<std::int64_t>(index + 1));
         }
     }
 

@@ -1,31 +1,52 @@
 #include "products/outputs/XmlText.h"
 
-#include <sstream>
-
 namespace scenedetect {
+namespace {
 
-pugi::xml_document NewXml(const std::string& doctype) {
-    pugi::xml_document document;
-    pugi::xml_node declaration = document.append_child(pugi::node_declaration);
-    declaration.append_attribute("version") = "1.0";
-    declaration.append_attribute("encoding") = "UTF-8";
-    if (!doctype.empty())
-        document.append_child(pugi::node_doctype).set_value(doctype.c_str());
+std::string Escaped(const std::string& text) {
+    std::string escaped;
+    for (const char each : text)
+        switch (each) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        default:
+            escaped += each;
+        }
+    return escaped;
+}
+
+} // namespace
+
+std::string XmlElement::Document(bool hasDoctype) const {
+    std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    if (hasDoctype)
+        document += "<!DOCTYPE " + m_name + ">\n";
+    WriteTo(document, "");
     return document;
 }
 
-std::string TextOf(const pugi::xml_document& document) {
-    std::ostringstream text;
-    document.save(text, "  ");
-    return text.str();
-}
-
-void AppendText(pugi::xml_node parent, const char* name, const std::string& text) {
-    parent.append_child(name).text().set(text.c_str());
-}
-
-void AppendText(pugi::xml_node parent, const char* name, std::int64_t number) {
-    AppendText(parent, name, std::to_string(number));
+void XmlElement::WriteTo(std::string& document, const std::string& indent) const {
+    document += indent + '<' + m_name;
+    for (const auto& [name, value] : m_attributes)
+        document += ' ' + std::string(name) + "=\"" + Escaped(value) + '"';
+    if (!m_text && m_elements.empty()) {
+        document += " />\n";
+        return;
+    }
+    document += '>' + Escaped(m_text.value_or("")) + (m_elements.empty() ? "" : "\n");
+    for (const XmlElement& each : m_elements)
+        each.WriteTo(document, indent + "  ");
+    document += (m_elements.empty() ? "" : indent) + "</" + m_name + ">\n";
 }
 
 } // namespace scenedetect

@@ -1,19 +1,40 @@
 // XML as the lists write it.
 #pragma once
 
-#include <pugixml.hpp>
-
 #include <cstdint>
+#include <list>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace scenedetect {
 
-/// With its declaration, UTF-8; empty `doctype`: without one.
-[[nodiscard]] pugi::xml_document NewXml(const std::string& doctype);
-[[nodiscard]] std::string TextOf(const pugi::xml_document& document);
+/// An element with its attributes and either a text or elements. Texts are UTF-8 without control characters
+/// (PlainName), and are escaped when they are written.
+class XmlElement {
+  public:
+    explicit XmlElement(std::string name) : m_name(std::move(name)) {}
 
-/// Appends <name>text</name>.
-void AppendText(pugi::xml_node parent, const char* name, const std::string& text);
-void AppendText(pugi::xml_node parent, const char* name, std::int64_t number);
+    void Set(const char* attribute, std::string value) {
+        m_attributes.emplace_back(attribute, std::move(value));
+    }
+    /// A new last element in this one, which stays where it is.
+    XmlElement& Append(const char* name) { return m_elements.emplace_back(name); }
+    /// Appends <name>text</name>.
+    void AppendText(const char* name, std::string text) { Append(name).m_text = std::move(text); }
+    void AppendText(const char* name, std::int64_t number) { AppendText(name, std::to_string(number)); }
+
+    /// The document with this element as its root; with a type where that `hasDoctype`.
+    [[nodiscard]] std::string Document(bool hasDoctype) const;
+
+  private:
+    void WriteTo(std::string& document, const std::string& indent) const;
+
+    const std::string m_name;
+    std::vector<std::pair<const char*, std::string>> m_attributes;
+    std::optional<std::string> m_text;
+    std::list<XmlElement> m_elements;
+};
 
 } // namespace scenedetect

@@ -2,7 +2,7 @@
 
 #include "reading/base/CsvRecords.h"
 #include "reading/base/HostError.h"
-#include "reading/readers/FileInput.h"
+#include "reading/readers/StreamInput.h"
 
 #include <algorithm>
 #include <charconv>

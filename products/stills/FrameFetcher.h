@@ -3,12 +3,10 @@
 
 #include "reading/timing/SampleTable.h"
 
-extern "C" {
-#include <libavutil/frame.h>
-}
-
 #include <memory>
 #include <string>
+
+struct AVFrame;
 
 namespace scenedetect {
 

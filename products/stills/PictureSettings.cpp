@@ -1,9 +1,26 @@
 #include "products/stills/PictureSettings.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 namespace scenedetect {
+namespace {
+
+constexpr std::array kSuffixes = {".png", ".jpg", ".bmp"}; // in the order of StillFormat
+
+} // namespace
+
+const char* SuffixOf(StillFormat format) {
+    return kSuffixes[static_cast<std::size_t>(format)];
+}
+
+std::optional<StillFormat> StillFormatOf(const std::string& name) {
+    for (std::size_t i = 0; i < kSuffixes.size(); ++i)
+        if (name == kSuffixes[i] + 1)
+            return static_cast<StillFormat>(i);
+    return name == "jpeg" ? std::optional(StillFormat::Jpeg) : std::nullopt;
+}
 
 std::int64_t PictureAt::Of(std::int64_t begin, std::int64_t end) const {
     switch (kind) {

@@ -27,6 +27,11 @@ struct PictureAt {
 /// "start", "middle", "end" or a number; nothing for anything else.
 [[nodiscard]] std::optional<PictureAt> ParsePictureAt(const std::string& word);
 
+/// ".png", ".jpg" or ".bmp".
+[[nodiscard]] const char* SuffixOf(StillFormat format);
+/// By its name ("png", "jpeg", "jpg", "bmp"); nothing for another.
+[[nodiscard]] std::optional<StillFormat> StillFormatOf(const std::string& name);
+
 struct PictureSettings {
     std::string folder; ///< empty: no pictures are wanted
     NamePattern names{"{name}-{scene}"};

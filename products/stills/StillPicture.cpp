@@ -20,13 +20,12 @@ namespace {
 
 struct Kind {
     StillFormat format;
-    const char* suffix;
     AVCodecID codec;
     AVPixelFormat pixels;
 };
-constexpr Kind kKinds[] = {{StillFormat::Png, ".png", AV_CODEC_ID_PNG, AV_PIX_FMT_RGB24},
-                           {StillFormat::Jpeg, ".jpg", AV_CODEC_ID_MJPEG, AV_PIX_FMT_YUVJ444P},
-                           {StillFormat::Bmp, ".bmp", AV_CODEC_ID_BMP, AV_PIX_FMT_BGR24}};
+constexpr Kind kKinds[] = {{StillFormat::Png, AV_CODEC_ID_PNG, AV_PIX_FMT_RGB24},
+                           {StillFormat::Jpeg, AV_CODEC_ID_MJPEG, AV_PIX_FMT_YUVJ444P},
+                           {StillFormat::Bmp, AV_CODEC_ID_BMP, AV_PIX_FMT_BGR24}};
 
 // What a picture may measure at most; a pixel aspect comes from the file.
 constexpr int kMostPixels = 16384;
@@ -138,17 +137,6 @@ std::vector<std::uint8_t> Encode(const AVFrame& frame, const Kind& kind, int los
 }
 
 } // namespace
-
-const char* SuffixOf(StillFormat format) {
-    return KindOf(format).suffix;
-}
-
-std::optional<StillFormat> StillFormatOf(const std::string& name) {
-    for (const Kind& kind : kKinds)
-        if (name == kind.suffix + 1)
-            return kind.format;
-    return name == "jpeg" ? std::optional(StillFormat::Jpeg) : std::nullopt;
-}
 
 std::vector<std::uint8_t> EncodeStill(const AVFrame& frame, const StillShape& shape, StillFormat format) {
     const Kind& kind = KindOf(format);

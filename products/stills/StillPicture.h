@@ -1,23 +1,14 @@
 // A decoded picture as a file of its own: scaled to its shape on the screen, turned upright, and encoded.
 #pragma once
 
-extern "C" {
-#include <libavutil/frame.h>
-}
-
 #include <cstdint>
-#include <optional>
-#include <string>
 #include <vector>
+
+struct AVFrame;
 
 namespace scenedetect {
 
 enum class StillFormat { Png, Jpeg, Bmp };
-
-/// ".png", ".jpg" or ".bmp".
-[[nodiscard]] const char* SuffixOf(StillFormat format);
-/// By its name ("png", "jpeg", "jpg", "bmp"); nothing for another.
-[[nodiscard]] std::optional<StillFormat> StillFormatOf(const std::string& name);
 
 struct StillShape {
     int width = 0;    ///< of the picture to be made; 0: as wide as the frame is shown

@@ -3,7 +3,6 @@
 #include "reading/base/StandardStreams.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <utility>
 
@@ -67,10 +66,8 @@ void Console::Print(MessageKind kind, const std::string& text) {
     const auto [word, colour] = PrefixOf(kind);
     const std::string shown = m_hasColours && *word != '\0' ? std::string(colour) + word + kPlain : word;
     const std::lock_guard lock(m_mutex);
-    // One call, so that lines of two programs on one pipe do not mix.
-    const std::string line = (std::exchange(m_hasProgress, false) ? kEraseLine : "") + m_program + ": " +
-                             shown + OneLine(text) + '\n';
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    WriteError((std::exchange(m_hasProgress, false) ? kEraseLine : "") + m_program + ": " + shown +
+               OneLine(text) + '\n');
 }
 
 void Console::Error(const std::string& text) {
@@ -103,9 +100,7 @@ void Console::ShowProgress(const std::string& text) {
     const std::string shown = text.substr(0, ErrorColumns() - 1);
     const std::lock_guard lock(m_mutex);
     // Written over and not erased first, which would flicker.
-    const std::string line = '\r' + shown + kEraseRest;
-    std::fwrite(line.data(), 1, line.size(), stderr);
-    std::fflush(stderr);
+    WriteError('\r' + shown + kEraseRest);
     m_hasProgress = true;
 }
 
@@ -113,8 +108,7 @@ void Console::ClearProgress() {
     const std::lock_guard lock(m_mutex);
     if (!std::exchange(m_hasProgress, false))
         return;
-    std::fputs(kEraseLine, stderr);
-    std::fflush(stderr);
+    WriteError(kEraseLine);
 }
 
 } // namespace scenedetect

@@ -10,4 +10,10 @@ namespace scenedetect {
     return std::u8string(name.begin(), name.end());
 }
 
+/// And back, with "/" between folders.
+[[nodiscard]] inline std::string NameOfPath(const std::filesystem::path& path) {
+    const std::u8string name = path.generic_u8string();
+    return {name.begin(), name.end()};
+}
+
 } // namespace scenedetect

@@ -11,8 +11,12 @@ namespace scenedetect {
 /// How many characters fit on a line of that terminal, 2 or more.
 [[nodiscard]] std::size_t ErrorColumns();
 
-/// Writes all of it to standard output, byte for byte. HostError when that fails, OutputClosed when nobody
-/// reads it any more.
+/// Writes all of it to standard error, at once, so that lines of two programs on one pipe do not mix. Failing
+/// is nobody's concern.
+void WriteError(std::string_view text) noexcept;
+
+/// Writes all of it to standard output, byte for byte; a console shows it as the UTF-8 that it is. HostError
+/// when that fails, OutputClosed when nobody reads it any more.
 void WriteOutput(std::string_view text);
 
 } // namespace scenedetect

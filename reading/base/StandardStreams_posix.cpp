@@ -2,6 +2,7 @@
 #include "reading/base/StandardStreams.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <sys/ioctl.h>
@@ -24,6 +25,11 @@ std::size_t ErrorColumns() {
     winsize size{};
     const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
     return isKnown ? size.ws_col : kUsualColumns;
+}
+
+void WriteError(std::string_view text) noexcept {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
 }
 
 void WriteOutput(std::string_view text) {

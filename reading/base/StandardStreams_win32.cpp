@@ -6,11 +6,35 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <new>
 
 namespace scenedetect {
 namespace {
 
 constexpr std::size_t kUsualColumns = 80;
+
+// Past the C library, which would turn every line end into two bytes. False with the system's last error.
+bool WriteTo(DWORD stream, std::string_view text) {
+    const HANDLE handle = GetStdHandle(stream);
+    DWORD mode = 0;
+    DWORD written = 0;
+    if (GetConsoleMode(handle, &mode)) {
+        // In the system's own form, whatever code page the console has.
+        constexpr std::size_t kMostCharacters = 1 << 13;
+        const std::wstring wide = WideFromUtf8(text);
+        for (std::wstring_view rest = wide; !rest.empty(); rest.remove_prefix(written))
+            if (!WriteConsoleW(handle, rest.data(),
+                               static_cast<DWORD>(std::min(rest.size(), kMostCharacters)), &written, nullptr))
+                return false;
+        return true;
+    }
+    constexpr std::size_t kMostAtOnce = 1 << 20;
+    for (; !text.empty(); text.remove_prefix(written))
+        if (!WriteFile(handle, text.data(), static_cast<DWORD>(std::min(text.size(), kMostAtOnce)), &written,
+                       nullptr))
+            return false;
+    return true;
+}
 
 } // namespace
 
@@ -29,16 +53,20 @@ std::size_t ErrorColumns() {
     return columns > 1 ? static_cast<std::size_t>(columns) : kUsualColumns;
 }
 
-void WriteOutput(std::string_view text) {
-    // Past the C library, which would turn every line end into two bytes.
-    constexpr std::size_t kMostAtOnce = 1 << 20;
-    while (!text.empty()) {
-        DWORD written = 0;
-        if (!WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), text.data(),
-                       static_cast<DWORD>(std::min(text.size(), kMostAtOnce)), &written, nullptr))
-            throw HostError("standard output: cannot be written: " + Utf8FromWide(LastSystemErrorText()));
-        text.remove_prefix(written);
+void WriteError(std::string_view text) noexcept {
+    try {
+        (void)WriteTo(STD_ERROR_HANDLE, text);
+    } catch (const std::bad_alloc&) {
+        // Then nothing is said.
     }
+}
+
+void WriteOutput(std::string_view text) {
+    if (WriteTo(STD_OUTPUT_HANDLE, text))
+        return;
+    if (GetLastError() == ERROR_NO_DATA || GetLastError() == ERROR_BROKEN_PIPE)
+        throw OutputClosed();
+    throw HostError("standard output: cannot be written: " + Utf8FromWide(LastSystemErrorText()));
 }
 
 } // namespace scenedetect

@@ -2,6 +2,8 @@
 // its timecode, and tells its end from a failure.
 #pragma once
 
+#include "reading/base/FilePart.h"
+
 extern "C" {
 #include <libavformat/avformat.h>
 }
@@ -13,12 +15,6 @@ extern "C" {
 #include <string>
 
 namespace scenedetect {
-
-/// Some of a file's bytes.
-struct FilePart {
-    std::int64_t begin = 0;
-    std::int64_t end = 0; ///< exclusive
-};
 
 /// One thread at a time; `stop`, if any, must outlive the object, may be set by any thread and ends a
 /// blocking read. No play list makes it open anything but files.

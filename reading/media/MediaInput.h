@@ -4,8 +4,8 @@
 #include "reading/ffmpeg/FfmpegPointers.h"
 #include "reading/ffmpeg/MediaFile.h"
 #include "reading/media/FrameClock.h"
-#include "reading/media/StreamInput.h"
 #include "reading/readers/MediaInfo.h"
+#include "reading/readers/StreamInput.h"
 #include "reading/timing/FilmPart.h"
 
 #include <atomic>

@@ -7,12 +7,11 @@
 #include "reading/media/MediaInput.h"
 #include "reading/media/PacketFormat.h"
 #include "reading/media/PacketReader.h"
-#include "reading/media/StreamInput.h"
 #include "reading/readers/DamageLog.h"
 #include "reading/readers/PictureReader.h"
-#include "reading/readers/RawDvReader.h"
+#include "reading/readers/PlainPictures.h"
+#include "reading/readers/StreamInput.h"
 
-#include <algorithm>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -21,24 +20,6 @@
 namespace scenedetect {
 
 namespace {
-
-// Unknown bytes in front of a DV stream are stepped over, up to as many as two frames have.
-constexpr std::size_t kUnknownBytes = 2 * kDifFrameBytes625;
-
-// What lies at the beginning of the stream, which is rewound: enough to judge a frame by and no more, since a
-// stream may be live.
-std::vector<std::uint8_t> Begin(StreamInput& stream, std::size_t bytes) {
-    std::vector<std::uint8_t> start(bytes);
-    start.resize(stream.Read(start));
-    stream.Rewind();
-    return start;
-}
-
-bool IsDv50(std::span<const std::uint8_t> data) {
-    const DvSystem system = VoteDvSystem(data).value_or(DvSystem::Lines525);
-    return ProfileOfDvFrame(data.first(std::min(data.size(), DvFrameBytes(system))), system) ==
-           DvProfile::Dv50;
-}
 
 // Whether it is of another kind beyond doubt, so that DV frames in it are not to be read past its index.
 bool IsContainer(std::vector<std::uint8_t> start) {
@@ -105,26 +86,20 @@ std::unique_ptr<PictureReader> OpenPictures(const std::string& path, const Readi
     const std::atomic<bool>& stop = reading.stop;
     auto stream = std::make_shared<StreamInput>(path, stop);
     const DamageLog damage(reading.console, stream->Path(), listener);
-    const auto readRaw = [&] {
-        stream->Rewind();
-        stream->Settle();
-        return std::make_unique<RawDvReader>(stream, damage,
-                                             reading.threads != 1 && ReadWindow::GainsByThread(*stream));
-    };
-    // No container begins as a DV frame does.
-    const auto start = Begin(*stream, kDifFrameBytes625);
+    const auto readRaw = [&] { return OpenRawDv(stream, damage, reading.threads); };
+    const auto start = BeginOf(*stream, kDifFrameBytes625);
     if (start.empty() && !stop)
         throw HostError(stream->Path() + ": is empty");
-    const bool isDv = IsDvFrameStart(start);
-    if (isDv && !IsDv50(start))
+    if (BeginsAsRawDv(start))
         return readRaw();
+    const bool isDv = IsDvFrameStart(start);
     std::unique_ptr<MediaInput> input;
     try {
         input = OpenMedia(path, stream, stop);
     } catch (const HostError&) {
         stream->Rewind();
-        const auto more = Begin(*stream, kUnknownBytes + kDifFrameBytes625);
-        if (isDv || stop || IsContainer(more) || !FindDvFrame(more, 0, kUnknownBytes))
+        const auto more = BeginOf(*stream, kUnknownDvBytes + kDifFrameBytes625);
+        if (isDv || stop || IsContainer(more) || !HoldsRawDv(more))
             throw;
         return readRaw();
     }

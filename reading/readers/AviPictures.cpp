@@ -8,7 +8,7 @@
 
 namespace scenedetect {
 
-AviPictures::AviPictures(std::unique_ptr<ByteInput> input, const DamageLog& damage)
+AviPictures::AviPictures(std::shared_ptr<ByteInput> input, const DamageLog& damage)
     : m_input(std::move(input)),
       m_reader(*m_input),
       m_damage(damage),

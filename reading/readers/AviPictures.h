@@ -13,7 +13,7 @@ namespace scenedetect {
 class AviPictures final : public PictureReader {
   public:
     /// HostError when there is no picture of a kind that needs no decoder.
-    AviPictures(std::unique_ptr<ByteInput> input, const DamageLog& damage);
+    AviPictures(std::shared_ptr<ByteInput> input, const DamageLog& damage);
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_firstFormat; }
     [[nodiscard]] TimeScale Scale() const override { return {m_rate.Inverse(), m_rate}; }
@@ -23,7 +23,7 @@ class AviPictures final : public PictureReader {
   private:
     [[nodiscard]] bool ReadFrame(const AviReader::Frame& frame, Picture& picture);
 
-    const std::unique_ptr<ByteInput> m_input;
+    const std::shared_ptr<ByteInput> m_input;
     AviReader m_reader;
     DamageLog m_damage;
     const std::optional<PictureFormat> m_uncompressed; // none: DV, each frame of which tells its format

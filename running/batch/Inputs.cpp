@@ -1,9 +1,10 @@
 #include "running/batch/Inputs.h"
 
+#include "reading/base/FilePath.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <filesystem>
 #include <string_view>
 
 namespace scenedetect {
@@ -18,9 +19,9 @@ constexpr std::array<std::string_view, 34> kVideoSuffixes = {
 
 bool IsVideoFile(const fs::directory_entry& entry) {
     // Hidden files are other programs' unfinished ones.
-    if (entry.path().filename().string().starts_with('.'))
+    if (NameOfPath(entry.path().filename()).starts_with('.'))
         return false;
-    std::string suffix = entry.path().extension().string();
+    std::string suffix = NameOfPath(entry.path().extension());
     std::transform(suffix.begin(), suffix.end(), suffix.begin(),
                    [](unsigned char each) { return static_cast<char>(std::tolower(each)); });
     std::error_code none;
@@ -36,10 +37,10 @@ void AddVideoFilesIn(const fs::path& folder, std::vector<Input>& found) {
         if (entry->is_directory(none) && !entry->is_symlink(none))
             AddVideoFilesIn(entry->path(), found);
         else if (IsVideoFile(*entry))
-            found.push_back({entry->path().string(), ""});
+            found.push_back({NameOfPath(entry->path()), ""});
     }
     if (error)
-        found.push_back({folder.string(), "cannot be read: " + error.message()});
+        found.push_back({NameOfPath(folder), "cannot be read: " + error.message()});
 }
 
 } // namespace
@@ -48,12 +49,12 @@ std::vector<Input> ExpandInputs(const std::vector<std::string>& inputs) {
     std::vector<Input> all;
     for (const std::string& input : inputs) {
         std::error_code none;
-        if (!fs::is_directory(input, none)) {
+        if (!fs::is_directory(FilePath(input), none)) {
             all.push_back({input, ""});
             continue;
         }
         std::vector<Input> found;
-        AddVideoFilesIn(input, found);
+        AddVideoFilesIn(FilePath(input), found);
         if (found.empty())
             found.push_back({input, "no video file in this folder"});
         std::ranges::sort(found);

@@ -1,6 +1,7 @@
 #include "running/batch/RunAll.h"
 
 #include "platform/UsableCores.h"
+#include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
 #include "running/batch/Progress.h"
 #include "running/listeners/Listeners.h"
@@ -14,7 +15,6 @@
 #include <condition_variable>
 #include <deque>
 #include <exception>
-#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -282,7 +282,7 @@ void Jobs::ShowProgress() {
     } else {
         for (std::size_t i = 0; i < m_plans.size(); ++i) {
             std::error_code none;
-            const auto bytes = std::filesystem::file_size(m_plans[i].run.input, none);
+            const auto bytes = std::filesystem::file_size(FilePath(m_plans[i].run.input), none);
             const double size = none ? 0 : static_cast<double>(bytes);
             done += size * std::max(0.0, m_progress[i].fraction.load(std::memory_order_relaxed));
             all += size;

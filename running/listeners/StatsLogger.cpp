@@ -1,6 +1,6 @@
 #include "running/listeners/StatsLogger.h"
 
-#include <filesystem>
+#include "reading/base/FilePath.h"
 
 namespace scenedetect {
 
@@ -8,7 +8,7 @@ void StatsLogger::Begin(const RunInfo& info) {
     m_file.emplace(m_path, Existing::Replace);
     StatsSettings settings{info.scale, info.parameters, {{"input", info.input}}, false, m_hasDistances};
     if (m_part.IsChosen()) {
-        const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(info.input));
+        const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(FilePath(info.input)));
         settings =
             PartSettings(info.scale, info.parameters, info.input, {m_part, bytes, info.reader, info.media});
     }

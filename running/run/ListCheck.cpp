@@ -1,14 +1,13 @@
 #include "running/run/ListCheck.h"
 
 #include "products/listed/ListedScenes.h"
-
-#include <filesystem>
+#include "reading/base/FilePath.h"
 
 namespace scenedetect {
 
 void RequireListFits(const RunSettings& settings, const SceneList& list, const Reading& reading) {
     std::error_code none;
-    if (!std::filesystem::is_regular_file(settings.input, none))
+    if (!std::filesystem::is_regular_file(FilePath(settings.input), none))
         return;
     Console silent([](MessageKind, const std::string&) {});
     const auto reader = OpenPictures(settings.input, {reading.stop, silent, reading.threads}, {});

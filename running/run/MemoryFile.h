@@ -1,11 +1,12 @@
-// A file without a place on disk, for what writes to files by name.
+// A file without a lasting place on disk, for what writes to files by name.
 #pragma once
 
 #include <string>
 
 namespace scenedetect {
 
-/// Is gone with the object. One thread at a time.
+/// In memory where the system has such files, else among temporary ones. Is gone with the object. One thread
+/// at a time.
 class MemoryFile {
   public:
     /// HostError when the system gives none.
@@ -15,10 +16,11 @@ class MemoryFile {
     MemoryFile& operator=(const MemoryFile&) = delete;
 
     /// By which this process can open it.
-    [[nodiscard]] std::string Path() const;
+    [[nodiscard]] const std::string& Path() const { return m_path; }
 
   private:
-    const int m_descriptor;
+    int m_descriptor = -1;
+    std::string m_path;
 };
 
 } // namespace scenedetect

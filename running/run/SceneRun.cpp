@@ -2,6 +2,7 @@
 
 #include "platform/Text.h"
 #include "products/files/OutputFile.h"
+#include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
 #include "running/detection/DetectionCalls.h"
 #include "running/detection/SceneListCheck.h"
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <limits>
 #include <string>
 #include <utility>
@@ -37,7 +37,7 @@ std::optional<FilmPart> PartOf(const RunSettings& settings) {
     if (!settings.range.part.IsChosen())
         return std::nullopt;
     std::error_code error;
-    const auto bytes = std::filesystem::file_size(settings.input, error);
+    const auto bytes = std::filesystem::file_size(FilePath(settings.input), error);
     if (error)
         throw HostError(settings.input + ": cannot be measured in parts: " + error.message());
     return FilmPart(settings.range.part, static_cast<std::int64_t>(bytes));

@@ -1,5 +1,4 @@
 #include "products/files/OutputTarget.h"
-
 #include "reading/base/HostError.h"
 
 #include <cerrno>
@@ -18,9 +17,9 @@ namespace fs = std::filesystem;
 // A second opening would begin at the start of what the stream has written so far.
 std::optional<int> DescriptorNamed(std::string_view path) {
     if (path == "-" || path == "/dev/stdout")
-        return STDOUT_FILENO;
+        return kStandardOutput;
     if (path == "/dev/stderr")
-        return STDERR_FILENO;
+        return kStandardError;
     for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"}) {
         if (!path.starts_with(folder))
             continue;
@@ -51,10 +50,6 @@ void RequireAccess(const std::string& path, const fs::path& file, int mode) {
 }
 
 } // namespace
-
-std::string NameOfOutput(const std::string& path) {
-    return path == "-" ? "standard output" : path;
-}
 
 void FailToWrite(const std::string& path, int code) {
     const std::string shown = NameOfOutput(path);

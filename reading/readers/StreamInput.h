@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reading/readers/ByteInput.h"
+#include "reading/readers/ByteSource.h"
 
 #include <atomic>
 #include <vector>
@@ -12,13 +13,10 @@ namespace scenedetect {
 class StreamInput final : public ByteInput {
   public:
     /// Opens the file; "-" is the standard input. HostError when it can't be read.
-    StreamInput(const std::string& path, const std::atomic<bool>& stop);
-    ~StreamInput() override;
-    StreamInput(const StreamInput&) = delete;
-    StreamInput& operator=(const StreamInput&) = delete;
+    StreamInput(const std::string& path, const std::atomic<bool>& stop) : m_source(path), m_stop(stop) {}
 
-    [[nodiscard]] const std::string& Path() const override { return m_path; }
-    [[nodiscard]] std::int64_t Size() const override { return m_size; }
+    [[nodiscard]] const std::string& Path() const override { return m_source.Name(); }
+    [[nodiscard]] std::int64_t Size() const override { return m_source.Size(); }
     [[nodiscard]] std::int64_t Position() const override { return m_position; }
     [[nodiscard]] bool IsStopped() const override { return m_stop; }
     [[nodiscard]] std::size_t Read(std::span<std::uint8_t> target) override;
@@ -28,7 +26,7 @@ class StreamInput final : public ByteInput {
     void Skip(std::int64_t bytes) override;
 
     /// Whether it has an end that is known, and can be read in any order.
-    [[nodiscard]] bool IsFile() const { return m_size >= 0; }
+    [[nodiscard]] bool IsFile() const { return m_source.IsFile(); }
     /// To the beginning: of a stream that is no file only until Settle.
     void Rewind() { GoTo(0); }
     /// To any place of a file.
@@ -37,17 +35,14 @@ class StreamInput final : public ByteInput {
     void Settle() { m_isKeeping = false; }
 
   private:
-    [[noreturn]] void Fail(int code) const;
-    [[nodiscard]] bool WaitForBytes() const;
-
-    const std::string m_path;
+    ByteSource m_source;
     const std::atomic<bool>& m_stop;
-    int m_descriptor;
-    std::int64_t m_size = -1;
-    std::int64_t m_origin = 0; // of a file that was opened, and partly read, by somebody else
     std::int64_t m_position = 0;
     bool m_isKeeping = true;
     std::vector<std::uint8_t> m_kept; // the beginning of a stream that is no file
 };
+
+/// A whole file. HostError when it can't be read.
+[[nodiscard]] std::string ReadTextFile(const std::string& path);
 
 } // namespace scenedetect

@@ -1,0 +1,26 @@
+#include "platform/FilePath_win32.h"
+
+#include <windows.h>
+
+#include <string_view>
+
+namespace scenedetect {
+namespace {
+
+constexpr std::size_t kShort = MAX_PATH - 12; // of a folder, in which a file of an old kind has room
+constexpr std::wstring_view kMark = L"\\\\?\\";
+constexpr std::wstring_view kMarkOfShares = L"\\\\?\\UNC";
+
+} // namespace
+
+std::wstring SystemPath(const std::wstring& path) {
+    const DWORD room = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+    if (room <= kShort || path.starts_with(kMark))
+        return path;
+    std::wstring whole(room, L'\0');
+    whole.resize(GetFullPathNameW(path.c_str(), room, whole.data(), nullptr));
+    const bool isShare = whole.starts_with(L"\\\\");
+    return isShare ? std::wstring(kMarkOfShares) + whole.substr(1) : std::wstring(kMark) + whole;
+}
+
+} // namespace scenedetect

@@ -1,0 +1,12 @@
+// Paths as the system takes them, of any length.
+#pragma once
+
+#include <string>
+
+namespace scenedetect {
+
+/// Most of the system's functions take paths of 260 characters at the most, unless they are whole and marked:
+/// this one, marked where it is long. Raises std::bad_alloc.
+[[nodiscard]] std::wstring SystemPath(const std::wstring& path);
+
+} // namespace scenedetect

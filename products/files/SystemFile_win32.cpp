@@ -1,0 +1,182 @@
+#include "platform/FilePath_win32.h"
+#include "platform/Text.h"
+#include "products/files/SystemFile.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace scenedetect {
+namespace {
+
+constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
+
+HANDLE AsHandle(std::intptr_t handle) {
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+int ErrorOf(bool isGood) {
+    return isGood ? 0 : static_cast<int>(GetLastError());
+}
+
+std::wstring SystemPath(const std::filesystem::path& path) {
+    std::filesystem::path preferred = path;
+    return SystemPath(preferred.make_preferred().native());
+}
+
+HANDLE Open(const std::filesystem::path& path, DWORD access, DWORD creation, DWORD flags) {
+    // Others may remove it, so that nothing is left when the program ends before its time.
+    return CreateFileW(SystemPath(path).c_str(), access,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, creation, flags,
+                       nullptr);
+}
+
+bool IsFolder(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+} // namespace
+
+int SystemFile::OpenDescriptor(int descriptor) {
+    HANDLE copy = INVALID_HANDLE_VALUE;
+    const DWORD stream = descriptor == kStandardError ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE;
+    const bool isGood = DuplicateHandle(GetCurrentProcess(), GetStdHandle(stream), GetCurrentProcess(), &copy,
+                                        0, FALSE, DUPLICATE_SAME_ACCESS) != 0;
+    m_handle = reinterpret_cast<std::intptr_t>(copy);
+    return ErrorOf(isGood);
+}
+
+int SystemFile::OpenDevice(const std::filesystem::path& path) {
+    m_handle = reinterpret_cast<std::intptr_t>(Open(path, GENERIC_WRITE, OPEN_EXISTING, 0));
+    return ErrorOf(m_handle != -1);
+}
+
+int SystemFile::Create(const std::filesystem::path& path) {
+    m_handle = reinterpret_cast<std::intptr_t>(
+        Open(path, GENERIC_READ | GENERIC_WRITE, CREATE_NEW, FILE_ATTRIBUTE_HIDDEN));
+    return ErrorOf(m_handle != -1);
+}
+
+int SystemFile::Write(std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        DWORD sent = 0;
+        if (!WriteFile(AsHandle(m_handle), bytes.data(),
+                       static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce)), &sent, nullptr))
+            return ErrorOf(false);
+        if (sent == 0)
+            return ERROR_DISK_FULL;
+        bytes = bytes.subspan(sent);
+    }
+    return 0;
+}
+
+int SystemFile::ReadAt(std::int64_t offset, std::span<std::uint8_t> target, std::size_t& got) {
+    for (got = 0; got < target.size();) {
+        const std::int64_t from = offset + static_cast<std::int64_t>(got);
+        OVERLAPPED place{};
+        place.Offset = static_cast<DWORD>(from);
+        place.OffsetHigh = static_cast<DWORD>(from >> 32);
+        DWORD count = 0;
+        if (!ReadFile(AsHandle(m_handle), target.data() + got,
+                      static_cast<DWORD>(std::min(target.size() - got, kMostAtOnce)), &count, &place) &&
+            GetLastError() != ERROR_HANDLE_EOF)
+            return ErrorOf(false);
+        if (count == 0)
+            break;
+        got += count;
+    }
+    return 0;
+}
+
+int SystemFile::CutAt(std::int64_t offset) {
+    LARGE_INTEGER place{};
+    place.QuadPart = offset;
+    return ErrorOf(SetFilePointerEx(AsHandle(m_handle), place, nullptr, FILE_BEGIN) &&
+                   SetEndOfFile(AsHandle(m_handle)));
+}
+
+int SystemFile::Close() {
+    const std::intptr_t handle = std::exchange(m_handle, -1);
+    return ErrorOf(handle == -1 || CloseHandle(AsHandle(handle)));
+}
+
+std::string SystemFile::DescriptorPath() const {
+    return "";
+}
+
+bool IsExistingError(int code) {
+    return code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS;
+}
+
+bool IsClosedPipeError(int code) {
+    return code == ERROR_NO_DATA || code == ERROR_BROKEN_PIPE;
+}
+
+int GiveFinalName(const std::filesystem::path& from, const std::filesystem::path& to, Existing existing,
+                  bool& isMoved) {
+    const std::wstring name = SystemPath(from);
+    isMoved = SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL) &&
+              MoveFileExW(name.c_str(), SystemPath(to).c_str(),
+                          existing == Existing::Replace ? MOVEFILE_REPLACE_EXISTING : 0);
+    return ErrorOf(isMoved);
+}
+
+void RemoveFile(const char* path) noexcept {
+    try {
+        DeleteFileW(SystemPath(WideFromUtf8(path)).c_str());
+    } catch (const std::bad_alloc&) {
+        // It stays.
+    }
+}
+
+int MakeFolders(const std::filesystem::path& folder) {
+    const std::wstring path = SystemPath(folder);
+    if (IsFolder(path) || CreateDirectoryW(path.c_str(), nullptr))
+        return 0;
+    const int error = ErrorOf(false);
+    if (error != ERROR_PATH_NOT_FOUND || !folder.has_relative_path() || folder.parent_path().empty())
+        return error == ERROR_ALREADY_EXISTS && IsFolder(path) ? 0 : error;
+    if (const int above = MakeFolders(folder.parent_path()); above != 0)
+        return above;
+    return ErrorOf(CreateDirectoryW(path.c_str(), nullptr) || IsFolder(path));
+}
+
+// Rights are too many to be asked for; trying tells.
+int FolderObstacle(const std::filesystem::path& folder) {
+    const HANDLE file = Open(folder / (".kxscenes-" + std::to_string(GetCurrentProcessId()) + ".part"),
+                             GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE);
+    if (file == INVALID_HANDLE_VALUE)
+        return ErrorOf(false);
+    CloseHandle(file);
+    return 0;
+}
+
+int NoFolderError() {
+    return ERROR_DIRECTORY;
+}
+
+std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path) {
+    // Asks for no right, so that files that others hold open are known, too.
+    const HANDLE file = Open(path, 0, OPEN_EXISTING, 0);
+    BY_HANDLE_FILE_INFORMATION facts{};
+    const bool isKnown = file != INVALID_HANDLE_VALUE && GetFileType(file) == FILE_TYPE_DISK &&
+                         GetFileInformationByHandle(file, &facts) != 0;
+    if (file != INVALID_HANDLE_VALUE)
+        CloseHandle(file);
+    if (!isKnown)
+        return std::nullopt;
+    return FileIdentity{facts.dwVolumeSerialNumber,
+                        std::uint64_t{facts.nFileIndexHigh} << 32 | facts.nFileIndexLow};
+}
+
+std::string WholeName(const std::filesystem::path& path) {
+    std::wstring whole(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    whole.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(whole.size()), whole.data(), nullptr));
+    // Names that differ in the case of letters only are one.
+    CharUpperBuffW(whole.data(), static_cast<DWORD>(whole.size()));
+    return Utf8FromWide(whole);
+}
+
+} // namespace scenedetect
