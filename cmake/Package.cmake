@@ -11,7 +11,10 @@ if(WIN32)
   install(TARGETS KxSceneDetect2 DESTINATION .)
   install(TARGETS libkxscenes RUNTIME DESTINATION . ARCHIVE DESTINATION lib)
   install(FILES docs/installing-windows.md DESTINATION . RENAME INSTALL.md)
-  install(FILES LICENSE ${docs} DESTINATION .)
+  # With the line ends that every editor there shows.
+  configure_file(packaging/windows/FIRST-STEPS.txt FIRST-STEPS.txt @ONLY NEWLINE_STYLE WIN32)
+  install(FILES ${CMAKE_BINARY_DIR}/FIRST-STEPS.txt LICENSE ${docs} docs/dv.md docs/outputs.md docs/tape-cuts.md
+                docs/tape-log.md DESTINATION .)
 else()
   set(CPACK_GENERATOR TGZ)
   install(TARGETS KxSceneDetect2 libkxscenes EXPORT TamrakSceneDetect)

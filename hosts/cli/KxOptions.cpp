@@ -138,8 +138,11 @@ void AddConfigOptions(CLI::App& app, KxOptions& options) {
 
 void RefuseLacked(CLI::App& app) {
     for (const LackedOption& each : LackedOptions())
-        app.get_option(each.name)->group("")->check(
-            [advice = each.advice](const std::string&) { return std::string(advice); });
+        app.get_option(each.name)->group("")->check([&each](const std::string&) -> std::string {
+            // The library knows no names of what is not in the help text.
+            throw CLI::ParseError(each.name + std::string(": ") + each.advice,
+                                  CLI::ExitCodes::ValidationError);
+        });
 }
 
 } // namespace

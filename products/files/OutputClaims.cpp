@@ -5,9 +5,9 @@
 namespace scenedetect {
 
 void OutputClaims::AddInput(const std::string& path) {
-    if (const auto identity = IdentityOf(FilePath(path))) {
+    if (const FileIdentity identity = IdentityOf(FilePath(path)); identity != FileIdentity{}) {
         const std::lock_guard lock(m_mutex);
-        m_inputs.insert(*identity);
+        m_inputs.insert(identity);
     }
 }
 
@@ -16,10 +16,10 @@ void OutputClaims::Claim(const std::string& path) {
     if (target.kind == OutputTarget::Kind::Device)
         return;
     const bool isFile = target.kind == OutputTarget::Kind::File;
-    const auto identity = isFile ? IdentityOf(target.file) : std::nullopt;
+    const FileIdentity identity = isFile ? IdentityOf(target.file) : FileIdentity{};
     const std::string whole = isFile ? WholeName(target.file) : "";
     const std::lock_guard lock(m_mutex);
-    if (identity && m_inputs.contains(*identity))
+    if (m_inputs.contains(identity))
         throw HostError(path +
                         ": is an input of this run and would be overwritten; choose another name or folder");
     if (!isFile) {

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -59,9 +58,9 @@ void RemoveFile(const char* path) noexcept;
 /// Stands for "that is no folder".
 [[nodiscard]] int NoFolderError();
 
-/// A regular file, whatever its names; nothing where there is none.
+/// A regular file, whatever its names; two zeros where there is none.
 using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;
-[[nodiscard]] std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path);
+[[nodiscard]] FileIdentity IdentityOf(const std::filesystem::path& path);
 /// The same text for all names of a file that need not be there yet, as far as they can be known.
 [[nodiscard]] std::string WholeName(const std::filesystem::path& path);
 

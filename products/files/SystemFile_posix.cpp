@@ -117,11 +117,11 @@ int NoFolderError() {
     return ENOTDIR;
 }
 
-std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path) {
+FileIdentity IdentityOf(const std::filesystem::path& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    return FileIdentity{status.st_dev, status.st_ino};
+        return {};
+    return {status.st_dev, status.st_ino};
 }
 
 std::string WholeName(const std::filesystem::path& path) {

@@ -20,16 +20,14 @@ int ErrorOf(bool isGood) {
     return isGood ? 0 : static_cast<int>(GetLastError());
 }
 
-std::wstring SystemPath(const std::filesystem::path& path) {
-    std::filesystem::path preferred = path;
-    return SystemPath(preferred.make_preferred().native());
+std::wstring Native(std::filesystem::path path) {
+    return SystemPath(path.make_preferred().native());
 }
 
 HANDLE Open(const std::filesystem::path& path, DWORD access, DWORD creation, DWORD flags) {
     // Others may remove it, so that nothing is left when the program ends before its time.
-    return CreateFileW(SystemPath(path).c_str(), access,
-                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, creation, flags,
-                       nullptr);
+    return CreateFileW(Native(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                       nullptr, creation, flags, nullptr);
 }
 
 bool IsFolder(const std::wstring& path) {
@@ -62,8 +60,8 @@ int SystemFile::Create(const std::filesystem::path& path) {
 int SystemFile::Write(std::span<const std::uint8_t> bytes) {
     while (!bytes.empty()) {
         DWORD sent = 0;
-        if (!WriteFile(AsHandle(m_handle), bytes.data(),
-                       static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce)), &sent, nullptr))
+        if (!::WriteFile(AsHandle(m_handle), bytes.data(),
+                         static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce)), &sent, nullptr))
             return ErrorOf(false);
         if (sent == 0)
             return ERROR_DISK_FULL;
@@ -116,9 +114,9 @@ bool IsClosedPipeError(int code) {
 
 int GiveFinalName(const std::filesystem::path& from, const std::filesystem::path& to, Existing existing,
                   bool& isMoved) {
-    const std::wstring name = SystemPath(from);
+    const std::wstring name = Native(from);
     isMoved = SetFileAttributesW(name.c_str(), FILE_ATTRIBUTE_NORMAL) &&
-              MoveFileExW(name.c_str(), SystemPath(to).c_str(),
+              MoveFileExW(name.c_str(), Native(to).c_str(),
                           existing == Existing::Replace ? MOVEFILE_REPLACE_EXISTING : 0);
     return ErrorOf(isMoved);
 }
@@ -132,7 +130,7 @@ void RemoveFile(const char* path) noexcept {
 }
 
 int MakeFolders(const std::filesystem::path& folder) {
-    const std::wstring path = SystemPath(folder);
+    const std::wstring path = Native(folder);
     if (IsFolder(path) || CreateDirectoryW(path.c_str(), nullptr))
         return 0;
     const int error = ErrorOf(false);
@@ -157,7 +155,7 @@ int NoFolderError() {
     return ERROR_DIRECTORY;
 }
 
-std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path) {
+FileIdentity IdentityOf(const std::filesystem::path& path) {
     // Asks for no right, so that files that others hold open are known, too.
     const HANDLE file = Open(path, 0, OPEN_EXISTING, 0);
     BY_HANDLE_FILE_INFORMATION facts{};
@@ -166,9 +164,8 @@ std::optional<FileIdentity> IdentityOf(const std::filesystem::path& path) {
     if (file != INVALID_HANDLE_VALUE)
         CloseHandle(file);
     if (!isKnown)
-        return std::nullopt;
-    return FileIdentity{facts.dwVolumeSerialNumber,
-                        std::uint64_t{facts.nFileIndexHigh} << 32 | facts.nFileIndexLow};
+        return {};
+    return {facts.dwVolumeSerialNumber, std::uint64_t{facts.nFileIndexHigh} << 32 | facts.nFileIndexLow};
 }
 
 std::string WholeName(const std::filesystem::path& path) {

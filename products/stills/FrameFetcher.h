@@ -14,7 +14,7 @@ namespace scenedetect {
 class FrameFetcher {
   public:
     /// `isRawDv`: of a raw DV stream, whose frames are found by their offsets; else they are by their stamps.
-    /// HostError when the file cannot be opened again.
+    /// HostError when the file cannot be opened again; null where there are no decoders in this build.
     [[nodiscard]] static std::unique_ptr<FrameFetcher> Open(const std::string& path, bool isRawDv);
     virtual ~FrameFetcher() = default;
 

@@ -3,6 +3,7 @@
 #include "reading/base/HostError.h"
 #include "reading/dv/DvCheck.h"
 
+#include <cstdlib>
 #include <string_view>
 #include <utility>
 
@@ -16,6 +17,8 @@ AviPictures::AviPictures(std::shared_ptr<ByteInput> input, const DamageLog& dama
       m_rate(m_reader.Video().rate) {
     if (m_uncompressed) {
         m_firstFormat = *m_uncompressed;
+        m_info.width = m_firstFormat.width;
+        m_info.height = std::abs(m_firstFormat.height);
     } else {
         // Only a frame itself tells which DV it is, and whether it is any.
         const auto frame = m_reader.Next();
@@ -24,8 +27,16 @@ AviPictures::AviPictures(std::shared_ptr<ByteInput> input, const DamageLog& dama
         if (!ReadFrame(*frame, m_first))
             throw HostError(m_input->Path() + ": neither DV of 25 Mbit/s nor uncompressed video");
         m_firstFormat = m_first.format;
-        m_rate = SettleDvRate(m_rate, *IdentifyDvFrame(m_first.Bytes()));
+        const DvSystem system = *IdentifyDvFrame(m_first.Bytes());
+        m_rate = SettleDvRate(m_rate, system);
+        m_info = DvMediaInfo(m_first.Bytes(), system);
         m_isFirstPending = true;
+    }
+    // Frames of interleaved DV have it, others have it beside them.
+    if (!m_reader.Video().isInterleavedDv) {
+        m_info.audio.reset();
+        if (const auto& audio = m_reader.Audio())
+            m_info.audio = AudioFormat{audio->channels, audio->sampleRate};
     }
     m_damage.Begin();
 }

@@ -17,6 +17,7 @@ class AviPictures final : public PictureReader {
 
     [[nodiscard]] const PictureFormat& Format() const override { return m_firstFormat; }
     [[nodiscard]] TimeScale Scale() const override { return {m_rate.Inverse(), m_rate}; }
+    [[nodiscard]] MediaInfo Info() const override { return m_info; }
     [[nodiscard]] std::string Description() const override { return "AVI, frames as they are"; }
     [[nodiscard]] bool Next(Picture& picture) override;
 
@@ -31,6 +32,7 @@ class AviPictures final : public PictureReader {
     bool m_isFirstPending = false;
     PictureFormat m_firstFormat;
     Ratio m_rate;
+    MediaInfo m_info;
 };
 
 } // namespace scenedetect

@@ -137,9 +137,12 @@ void AviReader::ReadHeader() {
 void AviReader::ReadStreamHeader(const Chunk& chunk) {
     const int stream = m_streamCount++;
     const std::vector<std::uint8_t> header = ReadData(chunk.bytes, kStreamHeaderBytes);
-    if (header.size() < kStreamHeaderBytes || m_video.stream >= 0)
+    m_streamType = {};
+    if (header.size() < kStreamHeaderBytes)
         return;
-    const Fourcc type = FourccAt(header, 0);
+    const Fourcc type = m_streamType = FourccAt(header, 0);
+    if (m_video.stream >= 0)
+        return;
     m_video.isInterleavedDv = type == Fourcc{'i', 'a', 'v', 's'};
     if (type != Fourcc{'v', 'i', 'd', 's'} && !m_video.isInterleavedDv)
         return;
@@ -149,7 +152,22 @@ void AviReader::ReadStreamHeader(const Chunk& chunk) {
     m_video.format.frameDuration = FrameDurationOf(m_video.rate);
 }
 
+void AviReader::ReadAudioFormat(const Chunk& chunk) {
+    // Of the system's wave format.
+    constexpr std::size_t kChannels = 2;
+    constexpr std::size_t kRate = 4;
+    constexpr std::uint32_t kMostRate = 1'000'000;
+    const std::vector<std::uint8_t> format = ReadData(chunk.bytes, kRate + 4);
+    if (format.size() < kRate + 4 || m_audio)
+        return;
+    const int channels = format[kChannels] | format[kChannels + 1] << 8;
+    if (const std::uint32_t rate = Word(format, kRate); rate != 0 && rate <= kMostRate)
+        m_audio = {channels, static_cast<int>(rate)};
+}
+
 void AviReader::ReadStreamFormat(const Chunk& chunk) {
+    if (m_streamType == Fourcc{'a', 'u', 'd', 's'})
+        return ReadAudioFormat(chunk);
     if (m_video.stream != m_streamCount - 1 || m_video.isInterleavedDv)
         return;
     const std::vector<std::uint8_t> format = ReadData(chunk.bytes, kMostFormatBytes);

@@ -21,6 +21,12 @@ struct AviVideo {
     PictureFormat format; ///< not checked; imageBytes is left 0
 };
 
+/// An audio stream beside it.
+struct AviAudio {
+    int channels = 0;
+    int sampleRate = 0;
+};
+
 /// Chunks are walked one after another and never looked up: lists and further RIFF parts are just entered, so
 /// that neither an index nor the sizes of the whole need to be there. Sizes are checked against the file's
 /// before anything is made of them. One thread at a time.
@@ -33,6 +39,8 @@ class AviReader {
     explicit AviReader(ByteInput& input);
 
     [[nodiscard]] const AviVideo& Video() const { return m_video; }
+    /// The first audio stream that tells its rate.
+    [[nodiscard]] const std::optional<AviAudio>& Audio() const { return m_audio; }
 
     /// A chunk of the video stream.
     struct Frame {
@@ -60,12 +68,15 @@ class AviReader {
     void ReadHeader();
     void ReadStreamHeader(const Chunk& chunk);
     void ReadStreamFormat(const Chunk& chunk);
+    void ReadAudioFormat(const Chunk& chunk);
     [[nodiscard]] bool IsOfVideo(const Fourcc& id) const;
     [[nodiscard]] bool IsCut(const Chunk& chunk) const;
 
     ByteInput& m_input;
     AviVideo m_video;
+    std::optional<AviAudio> m_audio;
     int m_streamCount = 0;
+    Fourcc m_streamType{};        // of the last
     std::int64_t m_nextChunk = 0; // offset
     std::int64_t m_partEnd = 0;   // where the current RIFF part says it ends; 0 when it does not
     std::int64_t m_nextFrame = 0;

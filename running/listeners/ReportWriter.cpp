@@ -19,6 +19,8 @@ std::vector<Jpeg> FetchPictures(const SceneTable& table) {
     if (table.scenes.empty())
         return pictures;
     const auto fetcher = FrameFetcher::Open(table.input, table.scenes.front().start.stamp == kNoStamp);
+    if (!fetcher)
+        return pictures;
     const std::size_t step = (table.scenes.size() + kMostReportPictures - 1) / kMostReportPictures;
     for (std::size_t i = 0; i < table.scenes.size(); i += step)
         if (const AVFrame* frame = fetcher->Fetch(table.scenes[i].start))

@@ -1,5 +1,9 @@
 # KxSceneDetect2.ax: exports by the .def file only, imports of the system's libraries only, and the same bytes from
 # the same sources.
+
+# The class table again, for a program that has the filter inside.
+add_room(module_classes ClassTable.cpp Exports.cpp DEPENDS filter scenes baseclasses)
+
 configure_file(KxSceneDetect2.rc.in KxSceneDetect2.rc @ONLY)
 add_library(KxSceneDetect2 MODULE
   ClassTable.cpp
