@@ -64,7 +64,8 @@ int RunProgram(int argc, const char* const* argv, const ProgramSystem& system) n
             return kExitFailure;
         }
         system.begin();
-        return ExitCodeOf(Run(options.batch, system.stop, console), system.signal);
+        const BatchEnding ending = Run(options.batch, system.stop, console);
+        return ExitCodeOf(ending, system.signal);
     } catch (const std::exception&) {
         return kExitFailure;
     }

@@ -75,8 +75,8 @@ case_tape() {
         -o l.chapters.xml -o l.srt --xml '{method}.xml' --stats stats.csv --timecode ../in/tape.dv
     [ "$(find windows/clips -type f | wc -l)" -ge 3 ] || fail "the tape has but $(ls windows/clips)"
     cmp in/tape.dv windows/clips/* 2>/dev/null && fail "one clip is the tape"
-    compare 0 --from-stats stats.csv --cut-threshold 9 -o - --format json
-    compare 0 --scenes l.csv --split listed --start 10 --end 2s --tape-log log.json --report page.html ../in/tape.dv
+    compare 0 --from-stats stats.csv --cut-threshold 9 -o - --format json --report page.html
+    compare 0 --scenes l.csv --split listed --start 10 --end 2s --tape-log log.json ../in/tape.dv
     compare 1 -o l.edl ../in/tape.dv # its rate varies
     compare 1 --split clips ../in/tape.dv # they are there
     compare 0 --cut-at recordings --split clips --force --min-scene 30 --short-scenes drop ../in/tape.dv
@@ -87,7 +87,7 @@ case_stream() {
     head -c 15000000 in/tape.dv >in/cut.dv
     input=../in/cut.dv
     compare 3 --method interval --interval 20 --split clips --tape-log - -
-    compare 0 --jobs 2 --tape-log '{name}.csv' ../in
+    compare 3 --jobs 2 --tape-log '{name}.csv' ../in
     compare 1 ../in/cut.dv ../in/missing.dv -q
 }
 
@@ -106,8 +106,8 @@ case_names() {
     deep=$(printf '/%0100d' 1 2 3)
     mkdir -p "in$deep"
     tape "in/$name.dv" pal 10:30:00 1 48000
-    cp "in/$name.dv" "in$deep/$name.dv"
-    compare 0 --method interval --interval 10 --split "Szenen é$deep" -o "$name{name}.edl" "../in$deep/$name.dv"
+    cp "in/$name.dv" "in$deep/tief.dv"
+    compare 0 --method interval --interval 10 --split "Szenen é$deep" -o "$name{name}.edl" "../in$deep/tief.dv"
     compare 0 --method interval --interval 10 --split again ../in
 }
 
