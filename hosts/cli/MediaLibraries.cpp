@@ -1,5 +1,7 @@
 #include "hosts/cli/MediaLibraries.h"
 
+#include "reading/ffmpeg/FfmpegLog.h"
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -15,6 +17,10 @@ std::string LibraryVersion(const char* name, unsigned version) {
 }
 
 } // namespace
+
+void PrepareLibraries() {
+    CaptureFfmpegLog();
+}
 
 // Of the libraries that are there when the program runs.
 std::string LibraryNotes() {

@@ -6,6 +6,8 @@
 
 namespace scenedetect {
 
+/// Before a run: their messages are the program's from now on.
+void PrepareLibraries();
 /// Lines for --version.
 [[nodiscard]] std::string LibraryNotes();
 /// Of the help text: which input is read, up to the comma before the standard input.

@@ -22,6 +22,8 @@ constexpr LackedOption kLacked[] = {
 
 } // namespace
 
+void PrepareLibraries() {}
+
 std::string LibraryNotes() {
     return "without FFmpeg's libraries\nMIT licence";
 }

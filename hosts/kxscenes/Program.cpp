@@ -1,6 +1,7 @@
 #include "hosts/kxscenes/Program.h"
 
 #include "hosts/cli/KxOptions.h"
+#include "hosts/cli/MediaLibraries.h"
 #include "reading/base/Console.h"
 #include "reading/base/HostError.h"
 #include "running/batch/RunAll.h"
@@ -64,6 +65,7 @@ int RunProgram(int argc, const char* const* argv, const ProgramSystem& system) n
             return kExitFailure;
         }
         system.begin();
+        PrepareLibraries();
         const BatchEnding ending = Run(options.batch, system.stop, console);
         return ExitCodeOf(ending, system.signal);
     } catch (const std::exception&) {

@@ -1,7 +1,6 @@
 // kxscenes: from a video file to its scenes. Signals stop it.
 #include "hosts/kxscenes/Program.h"
 #include "products/files/UnfinishedFile.h"
-#include "reading/ffmpeg/FfmpegLog.h"
 
 #include <array>
 #include <atomic>
@@ -43,7 +42,6 @@ void Begin() {
     // A reader that went away and a file at its limit are errors of writing like any other.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    scenedetect::CaptureFfmpegLog();
 }
 
 // A file opened later must not get the number of a standard stream that the caller closed.
