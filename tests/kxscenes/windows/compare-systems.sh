@@ -62,6 +62,7 @@ compare() { # exit-code arguments of both programs...
     (cd windows && on_windows "$@" >out 2>err <"$input") || code=$?
     [ $code -eq "$expected" ] || fail "on Windows $*: exit code $code instead of $expected: $(cat windows/err)"
     grep -rlZE 'file://(localhost)?/Z:' windows | xargs -0r sed -i -E 's,(file://(localhost)?/)Z:/,\1,' || true
+    sed -i 's/, [0-9.]* s$//' native/err windows/err
     diff -r native windows >difference || fail "$*: $(head -c 2000 difference)"
     [ -z "$(find windows -name '*.part')" ] || fail "$*: leaves $(find windows -name '*.part')"
 }
@@ -78,7 +79,7 @@ case_tape() {
     compare 0 --from-stats stats.csv --cut-threshold 9 -o - --format json --report page.html
     compare 0 --scenes l.csv --split listed --start 10 --end 2s --tape-log log.json ../in/tape.dv
     compare 1 -o l.edl ../in/tape.dv # its rate varies
-    compare 1 --split clips ../in/tape.dv # they are there
+    compare 1 --split clips --names '{scene}-{date}-{audio}' ../in/tape.dv # they are there
     compare 0 --cut-at recordings --split clips --force --min-scene 30 --short-scenes drop ../in/tape.dv
 }
 
@@ -87,8 +88,7 @@ case_stream() {
     head -c 15000000 in/tape.dv >in/cut.dv
     input=../in/cut.dv
     compare 3 --method interval --interval 20 --split clips --tape-log - -
-    compare 3 --jobs 2 --tape-log '{name}.csv' ../in
-    compare 1 ../in/cut.dv ../in/missing.dv -q
+    compare 3 --jobs 1 --tape-log '{name}.csv' ../in
 }
 
 case_avi() {
@@ -108,6 +108,7 @@ case_names() {
     tape "in/$name.dv" pal 10:30:00 1 48000
     cp "in/$name.dv" "in$deep/tief.dv"
     compare 0 --method interval --interval 10 --split "Szenen é$deep" -o "$name{name}.edl" "../in$deep/tief.dv"
+    rm -r in/000*
     compare 0 --method interval --interval 10 --split again ../in
 }
 
