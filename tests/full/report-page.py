@@ -42,9 +42,10 @@ PLOTTED = """(() => {
     return count;
 })()"""
 BRIGHTNESS = """(() => getComputedStyle(document.body).backgroundColor.match(/\\d+/g).slice(0, 3).map(Number))()"""
+# With the data, and drawn.
 READY = """new Promise(done => {
     const main = document.querySelector('main');
-    const look = () => main.ariaBusy === 'false' && done();
+    const look = () => main.ariaBusy === 'false' && requestAnimationFrame(() => requestAnimationFrame(done));
     new MutationObserver(look).observe(main, {attributes: true});
     look();
 })"""
