@@ -22,11 +22,17 @@ inline std::vector<Question> QuestionsTo(SceneStream& stream) {
     const auto release = [](auto*... objects) { ((objects ? objects->Release() : 0ul), ...); };
     IBaseFilter* f = stream.filter.get();
     add("QueryInterface", [=] { EXPECT_TRUE(QueryFor<IPersist>(f, IID_IPersist)); });
-    add("GetClassID", [=, id = CLSID()]() mutable { f->GetClassID(&id); });
+    add("GetClassID", [=] {
+        CLSID id{};
+        f->GetClassID(&id);
+    });
     add("Stop", [=] { EXPECT_EQ(f->Stop(), S_OK); });
     add("Pause", [=] { EXPECT_GE(f->Pause(), S_OK); });
     add("Run", [=] { EXPECT_GE(f->Run(0), S_OK); });
-    add("GetState", [=, state = FILTER_STATE()]() mutable { f->GetState(0, &state); });
+    add("GetState", [=] {
+        FILTER_STATE state{};
+        f->GetState(0, &state);
+    });
     add("SetSyncSource", [=] { f->SetSyncSource(nullptr); });
     add("GetSyncSource", [=] {
         IReferenceClock* found = nullptr;
@@ -46,9 +52,15 @@ inline std::vector<Question> QuestionsTo(SceneStream& stream) {
         f->FindPin(L"Out", &found);
         release(found);
     });
-    add("QueryFilterInfo", [=, info = FILTER_INFO()]() mutable { f->QueryFilterInfo(&info); });
+    add("QueryFilterInfo", [=] {
+        FILTER_INFO info{};
+        f->QueryFilterInfo(&info);
+    });
     add("JoinFilterGraph", [=] { f->JoinFilterGraph(nullptr, L"filter"); });
-    add("QueryVendorInfo", [=, text = LPWSTR()]() mutable { f->QueryVendorInfo(&text); });
+    add("QueryVendorInfo", [=] {
+        LPWSTR text{};
+        f->QueryVendorInfo(&text);
+    });
 
     const CMediaType type = Yuy2();
     IPin* const source = &stream.source->pin;
@@ -75,7 +87,10 @@ inline std::vector<Question> QuestionsTo(SceneStream& stream) {
             pin->QueryPinInfo(&info);
             release(info.pFilter);
         });
-        add(side + "QueryDirection", [=, d = PIN_DIRECTION()]() mutable { pin->QueryDirection(&d); });
+        add(side + "QueryDirection", [=] {
+            PIN_DIRECTION d{};
+            pin->QueryDirection(&d);
+        });
         add(side + "QueryId", [=] {
             LPWSTR id = nullptr;
             pin->QueryId(&id);
@@ -90,8 +105,10 @@ inline std::vector<Question> QuestionsTo(SceneStream& stream) {
             DeleteMediaType(next);
             release(found);
         });
-        add(side + "QueryInternalConnections",
-            [=, n = ULONG()]() mutable { pin->QueryInternalConnections(nullptr, &n); });
+        add(side + "QueryInternalConnections", [=] {
+            ULONG n{};
+            pin->QueryInternalConnections(nullptr, &n);
+        });
         add(side + "EndOfStream", [=] { pin->EndOfStream(); });
         add(side + "BeginFlush", [=] { pin->BeginFlush(); });
         add(side + "EndFlush", [=] { pin->EndFlush(); });
@@ -100,11 +117,16 @@ inline std::vector<Question> QuestionsTo(SceneStream& stream) {
     }
     auto* const input = QueryFor<IMemInputPin>(stream.in.get(), IID_IMemInputPin).get();
     add("ReceiveCanBlock", [=] { EXPECT_EQ(input->ReceiveCanBlock(), S_FALSE); });
-    add("GetAllocatorRequirements",
-        [=, wanted = ALLOCATOR_PROPERTIES()]() mutable { input->GetAllocatorRequirements(&wanted); });
+    add("GetAllocatorRequirements", [=] {
+        ALLOCATOR_PROPERTIES wanted{};
+        input->GetAllocatorRequirements(&wanted);
+    });
     auto* const seeking = QueryFor<IMediaSeeking>(stream.out.get(), IID_IMediaSeeking).get();
     add("SetRate", [=] { EXPECT_EQ(seeking->SetRate(2), S_OK); });
-    add("GetDuration", [=, n = LONGLONG()]() mutable { EXPECT_EQ(seeking->GetDuration(&n), S_OK); });
+    add("GetDuration", [=] {
+        LONGLONG n{};
+        EXPECT_EQ(seeking->GetDuration(&n), S_OK);
+    });
     return all;
 }
 
