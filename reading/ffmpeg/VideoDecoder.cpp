@@ -53,11 +53,7 @@ FfmpegPtr<AVCodecContext> OpenDecoder(const MediaFile& file, const Decoding& dec
 } // namespace
 
 VideoDecoder::VideoDecoder(const MediaFile& file, const Decoding& decoding, Source source, Damaged damaged)
-    : m_source(std::move(source)),
-      m_damaged(std::move(damaged)),
-      m_decoder(OpenDecoder(file, decoding)),
-      m_isAhead(decoding.isAhead && decoding.threads != 1 && UsableCores() > 1 &&
-                (m_decoder->active_thread_type & FF_THREAD_FRAME) == 0) {}
+    : m_source(std::move(source)), m_damaged(std::move(damaged)), m_decoder(OpenDecoder(file, decoding)) {}
 
 std::string VideoDecoder::Shortcut() const {
     if (m_decoder->skip_loop_filter == AVDISCARD_ALL)
@@ -65,75 +61,31 @@ std::string VideoDecoder::Shortcut() const {
     return Halvings() == 0 ? "" : "at 1/" + std::to_string(1 << Halvings()) + " of width and height";
 }
 
-// Null at the end.
-FfmpegPtr<AVPacket> VideoDecoder::ReadPacket() {
-    auto packet = OwnFfmpeg(av_packet_alloc());
-    m_isDraining = !m_source(*packet);
-    return m_isDraining ? nullptr : std::move(packet);
-}
-
-VideoDecoder::Pictures VideoDecoder::Decode(const AVPacket* packet) {
-    Pictures pictures;
-    if (avcodec_send_packet(m_decoder.get(), packet) < 0 && packet)
-        pictures.emplace_back();
-    for (;;) {
-        auto picture = OwnFfmpeg(av_frame_alloc());
-        const int received = avcodec_receive_frame(m_decoder.get(), picture.get());
-        if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
-            return pictures;
-        if (received < 0)
-            picture.reset();
-        pictures.push_back(std::move(picture));
-        if (received < 0 && packet) // it goes on with the next one
-            return pictures;
-    }
-}
-
-// An error of the source comes when its packet's pictures would.
-void VideoDecoder::DecodeAhead() {
-    try {
-        m_ahead =
-            std::async(std::launch::async, [this, packet = ReadPacket()] { return Decode(packet.get()); });
-    } catch (...) {
-        std::promise<Pictures> failed;
-        failed.set_exception(std::current_exception());
-        m_ahead = failed.get_future();
-    }
-}
-
-VideoDecoder::Pictures VideoDecoder::DecodeNext() {
-    if (!m_isAhead)
-        return Decode(ReadPacket().get());
-    if (!m_ahead.valid())
-        DecodeAhead();
-    Pictures pictures = m_ahead.get();
-    if (!m_isDraining)
-        DecodeAhead();
-    return pictures;
+// Hands the decoder the next packet, or tells it that there are no more.
+void VideoDecoder::Feed() {
+    m_isDraining = !m_source(*m_packet);
+    if (avcodec_send_packet(m_decoder.get(), m_isDraining ? nullptr : m_packet.get()) < 0 && !m_isDraining)
+        TellDamage();
+    av_packet_unref(m_packet.get());
 }
 
 bool VideoDecoder::Next(AVFrame& picture) {
     for (;;) {
-        while (!m_pictures.empty()) {
-            const FfmpegPtr<AVFrame> next = std::move(m_pictures.front());
-            m_pictures.pop_front();
-            if (next) {
-                av_frame_unref(&picture);
-                av_frame_move_ref(&picture, next.get());
-                return true;
-            }
-            if (m_damaged)
-                m_damaged();
-        }
-        if (m_isDraining && !m_ahead.valid())
+        const int received = avcodec_receive_frame(m_decoder.get(), &picture);
+        if (received == 0)
+            return true;
+        if (received == AVERROR_EOF)
             return false;
-        m_pictures = DecodeNext();
+        if (received != AVERROR(EAGAIN))
+            TellDamage();
+        else if (m_isDraining) // more packets are of no use
+            return false;
+        if (!m_isDraining)
+            Feed();
     }
 }
 
 void VideoDecoder::Flush() {
-    m_ahead = {};
-    m_pictures.clear();
     avcodec_flush_buffers(m_decoder.get());
     m_isDraining = false;
 }

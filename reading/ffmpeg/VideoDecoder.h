@@ -4,9 +4,7 @@
 #include "reading/ffmpeg/FfmpegPointers.h"
 #include "reading/ffmpeg/MediaFile.h"
 
-#include <deque>
 #include <functional>
-#include <future>
 #include <string>
 
 namespace scenedetect {
@@ -15,8 +13,6 @@ struct Decoding {
     int threads = 0; ///< 0: one a core
     bool isFast =
         false; ///< with shortcuts, where the decoder has some that keep the mean luma of small blocks
-    /// Decodes the next picture while the last one is looked at, where the decoder's threads do not.
-    bool isAhead = false;
 };
 
 /// Decodes the video stream of a file. One thread at a time; the decoder has its own besides.
@@ -41,21 +37,17 @@ class VideoDecoder {
     [[nodiscard]] int Halvings() const { return m_decoder->lowres; }
 
   private:
-    /// What comes out for a packet, in order; null for what can't be decoded.
-    using Pictures = std::deque<FfmpegPtr<AVFrame>>;
-
-    [[nodiscard]] FfmpegPtr<AVPacket> ReadPacket();
-    [[nodiscard]] Pictures Decode(const AVPacket* packet);
-    void DecodeAhead();
-    [[nodiscard]] Pictures DecodeNext();
+    void Feed();
+    void TellDamage() const {
+        if (m_damaged)
+            m_damaged();
+    }
 
     const Source m_source;
     const Damaged m_damaged;
     const FfmpegPtr<AVCodecContext> m_decoder;
-    const bool m_isAhead;
-    bool m_isDraining = false; // there are no more packets
-    Pictures m_pictures;       // decoded, and not handed out yet
-    std::future<Pictures> m_ahead;
+    const FfmpegPtr<AVPacket> m_packet = OwnFfmpeg(av_packet_alloc());
+    bool m_isDraining = false;
 };
 
 } // namespace scenedetect
