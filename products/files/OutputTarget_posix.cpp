@@ -1,5 +1,4 @@
-#include "products/files/OutputTarget.h"
-#include "reading/base/HostError.h"
+#include "products/files/SystemFile.h"
 
 #include <cerrno>
 #include <charconv>
@@ -32,18 +31,6 @@ std::optional<int> DescriptorNamed(std::string_view path) {
     return std::nullopt;
 }
 
-std::string_view Advice(int code) {
-    switch (code) {
-    case ENOSPC:
-    case EDQUOT:
-        return "; make room there, or choose another folder";
-    case EFBIG:
-        return "; the system or its file system allows no larger files there";
-    default:
-        return "";
-    }
-}
-
 void RequireAccess(const std::string& path, const fs::path& file, int mode) {
     if (access(file.c_str(), mode) != 0)
         FailToWrite(path, errno);
@@ -51,17 +38,7 @@ void RequireAccess(const std::string& path, const fs::path& file, int mode) {
 
 } // namespace
 
-void FailToWrite(const std::string& path, int code) {
-    const std::string shown = NameOfOutput(path);
-    if (code == EEXIST)
-        throw HostError(shown + ": exists already; --force overwrites it");
-    throw HostError(shown + ": cannot be written: " + std::generic_category().message(code) +
-                    std::string(Advice(code)));
-}
-
-OutputTarget FindOutputTarget(const std::string& path, Existing existing) {
-    if (path.empty())
-        throw HostError("an output without a name cannot be written");
+OutputTarget FindNamedTarget(const std::string& path, Existing existing) {
     fs::path file = path;
     std::error_code error;
     constexpr int kMostLinks = 40; // as the system's own limit

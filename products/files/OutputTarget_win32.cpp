@@ -1,7 +1,5 @@
 #include "platform/FilePath_win32.h"
-#include "platform/SystemError.h"
-#include "platform/Text.h"
-#include "products/files/OutputTarget.h"
+#include "products/files/SystemFile.h"
 #include "reading/base/HostError.h"
 
 #include <windows.h>
@@ -14,20 +12,6 @@
 namespace scenedetect {
 namespace {
 
-std::string_view Advice(int code) {
-    switch (code) {
-    case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL:
-        return "; make room there, or choose another folder";
-    case ERROR_FILE_TOO_LARGE:
-        return "; the system or its file system allows no larger files there";
-    case ERROR_SHARING_VIOLATION:
-        return "; close the program that has it open";
-    default:
-        return "";
-    }
-}
-
 // Named pipes, and names that are devices in every folder.
 bool IsDevice(const std::filesystem::path& file) {
     constexpr std::array<std::wstring_view, 4> kNames = {L"NUL", L"CON", L"PRN", L"AUX"};
@@ -38,18 +22,7 @@ bool IsDevice(const std::filesystem::path& file) {
 
 } // namespace
 
-void FailToWrite(const std::string& path, int code) {
-    const std::string shown = NameOfOutput(path);
-    if (code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS)
-        throw HostError(shown + ": exists already; --force overwrites it");
-    SetLastError(static_cast<DWORD>(code));
-    throw HostError(shown + ": cannot be written: " + Utf8FromWide(LastSystemErrorText()) +
-                    std::string(Advice(code)));
-}
-
-OutputTarget FindOutputTarget(const std::string& path, Existing existing) {
-    if (path.empty())
-        throw HostError("an output without a name cannot be written");
+OutputTarget FindNamedTarget(const std::string& path, Existing existing) {
     if (path == "-")
         return {OutputTarget::Kind::Descriptor, kStandardOutput, {}};
     std::filesystem::path file = FilePath(path).make_preferred();

@@ -41,10 +41,14 @@ class SystemFile {
     std::intptr_t m_handle = -1;
 };
 
+/// What that number says, in the system's words, and what to do where that helps.
+[[nodiscard]] std::string WriteErrorText(int code);
 /// Whether that number stands for a file that is there already, or for a reader that has gone away.
 [[nodiscard]] bool IsExistingError(int code);
 [[nodiscard]] bool IsClosedPipeError(int code);
 
+/// FindOutputTarget, of a path that is not empty.
+[[nodiscard]] OutputTarget FindNamedTarget(const std::string& path, Existing existing);
 /// Gives a file of SystemFile's, closed by now, its name. Under `Keep` one that is there stays, and that is
 /// an error. 0 or the error's number; `isMoved` tells whether the first name is gone.
 [[nodiscard]] int GiveFinalName(const std::filesystem::path& from, const std::filesystem::path& to,

@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <poll.h>
+#include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -19,6 +21,18 @@ int Descriptor(std::intptr_t handle) {
 
 int ErrorOf(bool isGood) {
     return isGood ? 0 : errno;
+}
+
+std::string_view Advice(int code) {
+    switch (code) {
+    case ENOSPC:
+    case EDQUOT:
+        return "; make room there, or choose another folder";
+    case EFBIG:
+        return "; the system or its file system allows no larger files there";
+    default:
+        return "";
+    }
 }
 
 } // namespace
@@ -78,6 +92,10 @@ int SystemFile::Close() {
 
 std::string SystemFile::DescriptorPath() const {
     return "/dev/fd/" + std::to_string(m_handle);
+}
+
+std::string WriteErrorText(int code) {
+    return std::generic_category().message(code) + std::string(Advice(code));
 }
 
 bool IsExistingError(int code) {

@@ -1,10 +1,12 @@
 #include "platform/FilePath_win32.h"
+#include "platform/SystemError.h"
 #include "platform/Text.h"
 #include "products/files/SystemFile.h"
 
 #include <windows.h>
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace scenedetect {
@@ -33,6 +35,20 @@ HANDLE Open(const std::filesystem::path& path, DWORD access, DWORD creation, DWO
 bool IsFolder(const std::wstring& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+std::string_view Advice(int code) {
+    switch (code) {
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+        return "; make room there, or choose another folder";
+    case ERROR_FILE_TOO_LARGE:
+        return "; the system or its file system allows no larger files there";
+    case ERROR_SHARING_VIOLATION:
+        return "; close the program that has it open";
+    default:
+        return "";
+    }
 }
 
 } // namespace
@@ -102,6 +118,11 @@ int SystemFile::Close() {
 
 std::string SystemFile::DescriptorPath() const {
     return "";
+}
+
+std::string WriteErrorText(int code) {
+    SetLastError(static_cast<DWORD>(code));
+    return Utf8FromWide(LastSystemErrorText()) + std::string(Advice(code));
 }
 
 bool IsExistingError(int code) {

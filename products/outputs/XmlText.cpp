@@ -1,9 +1,8 @@
 #include "products/outputs/XmlText.h"
 
 namespace scenedetect {
-namespace {
 
-std::string Escaped(const std::string& text) {
+std::string EscapedXml(const std::string& text) {
     std::string escaped;
     for (const char each : text)
         switch (each) {
@@ -25,8 +24,6 @@ std::string Escaped(const std::string& text) {
     return escaped;
 }
 
-} // namespace
-
 std::string XmlElement::Document(bool hasDoctype) const {
     std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     if (hasDoctype)
@@ -38,12 +35,12 @@ std::string XmlElement::Document(bool hasDoctype) const {
 void XmlElement::WriteTo(std::string& document, const std::string& indent) const {
     document += indent + '<' + m_name;
     for (const auto& [name, value] : m_attributes)
-        document += ' ' + std::string(name) + "=\"" + Escaped(value) + '"';
+        document += ' ' + std::string(name) + "=\"" + EscapedXml(value) + '"';
     if (!m_text && m_elements.empty()) {
         document += " />\n";
         return;
     }
-    document += '>' + Escaped(m_text.value_or("")) + (m_elements.empty() ? "" : "\n");
+    document += '>' + EscapedXml(m_text.value_or("")) + (m_elements.empty() ? "" : "\n");
     for (const XmlElement& each : m_elements)
         each.WriteTo(document, indent + "  ");
     document += (m_elements.empty() ? "" : indent) + "</" + m_name + ">\n";

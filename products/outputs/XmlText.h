@@ -10,6 +10,9 @@
 
 namespace scenedetect {
 
+/// With the characters that mark XML and HTML up written as entities.
+[[nodiscard]] std::string EscapedXml(const std::string& text);
+
 /// An element with its attributes and either a text or elements. Texts are UTF-8 without control characters
 /// (PlainName), and are escaped when they are written.
 class XmlElement {

@@ -1,6 +1,7 @@
 #include "products/report/ReportPage.h"
 
 #include "platform/Text.h"
+#include "products/outputs/XmlText.h"
 #include "products/report/Base64.h"
 #include "products/report/PageParts.h"
 #include "products/report/RunJson.h"
@@ -11,22 +12,6 @@
 
 namespace scenedetect {
 namespace {
-
-std::string Escaped(const std::string& text) {
-    std::string escaped;
-    for (const char each : Utf8FromWide(WideFromUtf8(text)))
-        switch (each) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        default:
-            escaped += each;
-        }
-    return escaped;
-}
 
 std::string HashSource(std::string_view digits) {
     std::vector<std::uint8_t> bytes(digits.size() / 2);
@@ -53,7 +38,7 @@ std::string Figures(const ReportContent& content) {
 
 std::string MakeReportPage(const ReportContent& content) {
     const std::array<std::pair<std::string_view, std::string>, 5> parts = {
-        {{"@TITLE@", Escaped(content.table.name)},
+        {{"@TITLE@", EscapedXml(Utf8FromWide(WideFromUtf8(content.table.name)))},
          {"@POLICY@", Policy(!content.film.empty())},
          {"@RUN@", RunJson(content)},
          {"@FIGURES@", Figures(content)},

@@ -3,11 +3,15 @@
 
 exact-clips.py PROGRAM
 """
+import json
 import pathlib
 import re
 import subprocess
 import sys
 import tempfile
+
+from browser import Browser
+from expectations import Expectations
 
 FRAMES = 120
 CUTS = [0, 30, 70, 101]
@@ -42,16 +46,16 @@ const show = async time => {
     await presented;
     return number();
 };
-(async () => {
-    for (const clip of %s) {
+const showAll = async clips => {
+    for (const clip of clips) {
         const ready = event('loadeddata');
         video.src = clip;
         await ready;
         const length = video.duration;
         told.push(`${await show(0.001)}-${await show(length - 0.02)}/${length.toFixed(2)}`);
     }
-    console.log('shown: ' + told.join(' '));
-})();
+    return told.join(' ');
+};
 </script>"""
 
 
@@ -85,27 +89,16 @@ def cut(program: pathlib.Path, film: pathlib.Path, options: str) -> list[pathlib
 
 def browse(clips: list[pathlib.Path], folder: pathlib.Path) -> str:
     page = folder / "page.html"
-    page.write_text(PAGE % [clip.as_uri() for clip in clips])
-    command = ["timeout", "120", "chromium", "--headless", "--no-sandbox", "--disable-gpu", "--remote-debugging-port=0",
-               "--allow-file-access-from-files", f"--user-data-dir={folder / 'profile'}", "--enable-logging=stderr"]
-    with subprocess.Popen([*command, page.as_uri()], stderr=subprocess.PIPE, text=True) as browser:
-        for line in browser.stderr:
-            if told := re.search('CONSOLE.*"shown: (.*)"', line):
-                browser.terminate()
-                return told[1]
-    return "nothing"
+    page.write_text(PAGE)
+    with Browser("--allow-file-access-from-files") as browser:
+        browser.open(page)
+        return browser.run(f"showAll({json.dumps([clip.as_uri() for clip in clips])})")
 
 
 def main() -> int:
     program = pathlib.Path(sys.argv[1]).resolve()
     ends = [*CUTS[1:], FRAMES]
-    failed = 0
-
-    def expect(what: str, found: object, wanted: object) -> None:
-        nonlocal failed
-        if found != wanted:
-            failed += 1
-            print(f"exact-clips: {what}: {found}, not {wanted}", file=sys.stderr)
+    expect = Expectations("exact-clips")
 
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
@@ -124,7 +117,7 @@ def main() -> int:
             make(film, GRAY, encoding)
             wanted = " ".join(f"{begin}-{end - 1}/{(end - begin) / 25:.2f}" for begin, end in zip(CUTS, ends, strict=True))
             expect(f"{file} in the browser", browse(cut(program, film, ""), folder), wanted)
-    return failed != 0
+    return expect.failed != 0
 
 
 if __name__ == "__main__":

@@ -13,6 +13,7 @@ import sys
 import tempfile
 
 from browser import CONTROL, SHIFT, Browser
+from expectations import Expectations
 
 NAME = "film \"1\" <&> it's.mp4"
 COLORS = ["0xD01010", "0x10D010", "0x1010D0"]
@@ -50,14 +51,7 @@ READY = """new Promise(done => {
     look();
 })"""
 
-failed = 0
-
-
-def expect(what: str, found: object, wanted: object) -> None:
-    global failed
-    if found != wanted:
-        failed += 1
-        print(f"report-page: {what}: {found!r}, not {wanted!r}", file=sys.stderr)
+expect = Expectations("report-page")
 
 
 def starts(listed: bytes) -> list[int]:
@@ -244,7 +238,7 @@ def main() -> int:
             expect("and has no sliders", browser.run("document.querySelector('#tuning').hidden"), True)
             expect("but the scenes", browser.download("#download-csv"), (bench.folder / "run.csv").read_bytes())
             expect("on the console without WebAssembly", browser.complaints(), [])
-    return failed != 0
+    return expect.failed != 0
 
 
 if __name__ == "__main__":

@@ -22,7 +22,7 @@ TEST(ReportPage, NamesAreTextWhateverIsInThem) {
     SceneTable table = TableOf({25, 1}, {50, 60, 100});
     table.name = "</script><b>&\xFF";
     const std::string page = PageOf(table, {});
-    EXPECT_THAT(page, HasSubstr("<title>&lt;/script>&lt;b>&amp;\xEF\xBF\xBD: scenes</title>"));
+    EXPECT_THAT(page, HasSubstr("<title>&lt;/script&gt;&lt;b&gt;&amp;\xEF\xBF\xBD: scenes</title>"));
     const nlohmann::json run = RunOf(page);
     EXPECT_EQ(run.at("name"), "</script><b>&\xEF\xBF\xBD");
     EXPECT_EQ(run.at("scenes").at(1).at("row"), -1);
