@@ -35,7 +35,8 @@ constexpr std::array kFields = {
     Field{"date", [](const NameFields& fields) { return fields.date; }, "undated"},
     Field{"time", [](const NameFields& fields) { return fields.time; }, "untimed"},
     Field{"aspect", [](const NameFields& fields) { return fields.aspect; }, "no-aspect"},
-    Field{"audio", [](const NameFields& fields) { return fields.audio; }, "no-audio"}};
+    Field{"audio", [](const NameFields& fields) { return fields.audio; }, "no-audio"},
+    Field{"title", [](const NameFields& fields) { return fields.title; }, "untitled"}};
 
 const Field* FindField(std::string_view name) {
     const auto* const found = std::ranges::find(kFields, name, &Field::name);

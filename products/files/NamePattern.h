@@ -19,13 +19,14 @@ struct NameFields {
     std::string time;       ///< HH:MM:SS; empty when there is none
     std::string aspect{};   ///< "16:9"; empty when it is unknown
     std::string audio{};    ///< "48000 Hz 16 bits 2 channels"; empty when it is unknown
+    std::string title{};    ///< of the scene, in a list that is read; empty when there is none
 };
 
 /// What {name} stands for: the file's name without its suffix, "stdin" for the standard input.
 [[nodiscard]] std::string NameOfInput(const std::string& input);
 
-/// Text with the fields {name}, {scene}, {method}, {frame}, {timecode}, {date}, {time}, {aspect} and {audio};
-/// {{ and }} stand for braces. Numbers are padded, so that names sort as the scenes do.
+/// Text with the fields {name}, {scene}, {method}, {frame}, {timecode}, {date}, {time}, {aspect}, {audio} and
+/// {title}; {{ and }} stand for braces. Numbers are padded, so that names sort as the scenes do.
 class NamePattern {
   public:
     /// std::invalid_argument with ErrorIn's text for a wrong pattern.

@@ -114,6 +114,7 @@ class Reader {
         scene.end = m_table->Point(fields, kEnd);
         if (const std::string method = m_table->Field(fields, "method"); !method.empty())
             scene.method = method;
+        scene.name = m_table->Field(fields, "name");
         return scene;
     }
 

@@ -40,6 +40,13 @@ bool HasVideo(const std::string& channels) {
     return channels.starts_with('V') || channels == "B" || channels.find("/V") != channels.npos;
 }
 
+// What the list's own writer puts a name in; empty on other lines.
+std::string CommentIn(const std::string& line) {
+    constexpr std::string_view kMark = "* COMMENT:";
+    const std::size_t begin = line.starts_with(kMark) ? line.find_first_not_of(' ', kMark.size()) : line.npos;
+    return begin == line.npos ? "" : line.substr(begin, line.find_last_not_of(" \r") + 1 - begin);
+}
+
 } // namespace
 
 bool IsEdl(std::string_view text) {
@@ -53,6 +60,7 @@ bool IsEdl(std::string_view text) {
 void ReadEdlList(std::string_view text, SceneList& list) {
     list.hasSourceTimecode = true;
     bool isDropFrame = false;
+    bool isScene = false; // the event that comments belong to
     std::string reel;
     std::istringstream lines{std::string(text)};
     std::string line;
@@ -63,8 +71,12 @@ void ReadEdlList(std::string_view text, SceneList& list) {
             continue;
         if (words[0] == "FCM:")
             isDropFrame = words.size() > 1 && words[1] == "DROP";
-        if (!IsNumber(words[0])) // a comment, or what belongs to an event
+        if (!IsNumber(words[0])) { // a comment, or what belongs to an event
+            if (isScene && list.scenes.back().name.empty())
+                list.scenes.back().name = CommentIn(line);
             continue;
+        }
+        isScene = false;
         if (!IsEvent(words))
             FailInList(list.path, where,
                        "no event of an EDL: number, reel, channels, transition and four times");
@@ -84,7 +96,8 @@ void ReadEdlList(std::string_view text, SceneList& list) {
             timecode.isDropFrame = timecode.isDropFrame || isDropFrame;
             return point;
         };
-        list.scenes.push_back({pointOf(in), pointOf(out), kListedMethod, where});
+        list.scenes.push_back({pointOf(in), pointOf(out), kListedMethod, {}, where});
+        isScene = true;
     }
 }
 

@@ -43,7 +43,8 @@ ListedPoint PointOf(const Json& place) {
 }
 
 ListedScene SceneOf(const Json& json) {
-    ListedScene scene{PointOf(json.at("start")), {}, json.value("method", kListedMethod), {}};
+    ListedScene scene{
+        PointOf(json.at("start")), {}, json.value("method", kListedMethod), json.value("name", "")};
     if (json.contains("end"))
         scene.end = PointOf(json.at("end"));
     return scene;

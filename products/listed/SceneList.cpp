@@ -1,6 +1,7 @@
 #include "products/listed/SceneList.h"
 
 #include "products/listed/ListReaders.h"
+#include "products/outputs/NameText.h"
 #include "reading/base/HostError.h"
 #include "reading/readers/StreamInput.h"
 
@@ -30,6 +31,8 @@ SceneList ParseSceneList(std::string_view text, const std::string& path) {
         ReadCsvList(text, list);
     if (list.scenes.empty())
         FailInList(path, "", "no scene stands there");
+    for (ListedScene& scene : list.scenes)
+        scene.name = PlainName(scene.name);
     return list;
 }
 

@@ -20,7 +20,8 @@ struct ListedScene {
     ListedPoint start;
     std::optional<ListedPoint> end; ///< exclusive; none: where the next begins, after the last the file's end
     std::string method;             ///< how its start was found
-    std::string where;              ///< in the list, for messages: "line 7"
+    std::string name{};             ///< that a person gave it
+    std::string where{};            ///< in the list, for messages: "line 7"
 };
 
 struct SceneList {

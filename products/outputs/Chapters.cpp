@@ -20,8 +20,9 @@ std::string Escaped(const std::string& text) {
     return escaped;
 }
 
-std::string ChapterTitle(std::size_t index) {
-    return "Scene " + std::to_string(index + 1);
+std::string ChapterTitle(const SceneTable& table, std::size_t index) {
+    const std::string& name = table.scenes[index].name;
+    return name.empty() ? "Scene " + std::to_string(index + 1) : name;
 }
 
 } // namespace
@@ -34,7 +35,8 @@ std::string MetadataChapters(const SceneTable& table) {
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
         text += head + std::to_string(MediaTime(table, scene.start)) +
-                "\nEND=" + std::to_string(MediaTime(table, scene.end)) + "\ntitle=" + ChapterTitle(i) + '\n';
+                "\nEND=" + std::to_string(MediaTime(table, scene.end)) +
+                "\ntitle=" + Escaped(ChapterTitle(table, i)) + '\n';
     }
     return text;
 }
@@ -51,7 +53,7 @@ std::string MatroskaChapters(const SceneTable& table) {
         chapter.AppendText("ChapterTimeEnd",
                            ClockText(MediaTime(table, scene.end), table.scale, kNanoseconds));
         XmlElement& display = chapter.Append("ChapterDisplay");
-        display.AppendText("ChapterString", ChapterTitle(i));
+        display.AppendText("ChapterString", ChapterTitle(table, i));
         display.AppendText("ChapterLanguage", "eng");
     }
     return root.Document(false);

@@ -69,6 +69,8 @@ std::string Edl(const SceneTable& table) {
         text += event + timecode(sourceStart + scene.start.frame) + ' ' +
                 timecode(sourceStart + scene.end.frame) + ' ' + timecode(record) + ' ' +
                 timecode(record + scene.FrameCount()) + "\r\n* FROM CLIP NAME: " + clip + "\r\n";
+        if (!scene.name.empty())
+            text += "* COMMENT: " + scene.name + "\r\n";
         record += scene.FrameCount();
     }
     return text;

@@ -48,14 +48,15 @@ std::string SceneJson(const SceneTable& table) {
     json["scenes"] = Json::array();
     for (std::size_t i = 0; i < table.scenes.size(); ++i) {
         const SceneSpan& scene = table.scenes[i];
-        json["scenes"].push_back({{"scene", i + 1},
-                                  {"method", scene.method},
-                                  {"start", PlaceJson(table, scene.start)},
-                                  {"end", PlaceJson(table, scene.end)},
-                                  {"length", scene.FrameCount()}});
+        Json& each = json["scenes"].emplace_back(Json{{"scene", i + 1}, {"method", scene.method}});
+        if (!scene.name.empty())
+            each["name"] = scene.name;
+        each.update({{"start", PlaceJson(table, scene.start)},
+                     {"end", PlaceJson(table, scene.end)},
+                     {"length", scene.FrameCount()}});
         for (const TapeColumn& column : kTapeColumns)
             if (const std::string& text = scene.tape.*column.text; !text.empty())
-                json["scenes"].back()["tape"][column.key] = text;
+                each["tape"][column.key] = text;
     }
     // Names of files may hold bytes that are no text.
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';

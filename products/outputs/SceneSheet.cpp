@@ -3,6 +3,8 @@
 #include "reading/base/CsvField.h"
 #include "reading/timing/ClockText.h"
 
+#include <algorithm>
+
 namespace scenedetect {
 namespace {
 
@@ -22,7 +24,9 @@ std::string SceneSheet(const SceneTable& table) {
     std::string text = kHeader;
     for (const TapeColumn& column : kTapeColumns)
         text += std::string(",") + column.name;
-    text += "\r\n";
+    const bool hasNames =
+        std::ranges::any_of(table.scenes, [](const SceneSpan& scene) { return !scene.name.empty(); });
+    text += hasNames ? ",Name\r\n" : "\r\n";
     std::int64_t number = 0;
     for (const SceneSpan& scene : table.scenes) {
         // The last frame of a scene counted from 1 is the one after it counted from 0.
@@ -34,7 +38,7 @@ std::string SceneSheet(const SceneTable& table) {
             (table.startTimecode ? SourceTimecodeText(scene.start, table.scale, *table.startTimecode) : "");
         for (const TapeColumn& column : kTapeColumns)
             text += ',' + scene.tape.*column.text;
-        text += "\r\n";
+        text += (hasNames ? ',' + CsvField(scene.name) : "") + "\r\n";
     }
     return text;
 }

@@ -98,6 +98,8 @@ std::int64_t MediaTime(const SceneTable& table, const FilePlace& place) {
 }
 
 std::string ClipName(const SceneTable& table, std::size_t index) {
+    if (const std::string& name = table.scenes[index].name; !name.empty())
+        return name;
     char number[32];
     std::snprintf(number, sizeof number, " %03zu", index + 1);
     return PlainName(table.name) + number;

@@ -20,7 +20,8 @@ struct SceneSpan {
     FilePlace end;      ///< exclusive: frame and time after the last frame
     std::string method; ///< how its start was found: "video", "timestamp", ... or "recording", "aspect", ...
     std::int64_t sample = 0;
-    TapeTexts tape{}; ///< what its first frame says, if that is DV
+    TapeTexts tape{};   ///< what its first frame says, if that is DV
+    std::string name{}; ///< that a person gave it; plain, of one line
 
     [[nodiscard]] std::int64_t FrameCount() const { return end.frame - start.frame; }
 };
@@ -110,7 +111,7 @@ struct EditSpan {
 /// The time of a place since the start of the file, where other streams may begin before the pictures.
 [[nodiscard]] std::int64_t MediaTime(const SceneTable& table, const FilePlace& place);
 
-/// The name and the scene's number from 1 on, in three digits or more.
+/// The scene's name; without one the table's, and the scene's number from 1 on, in three digits or more.
 [[nodiscard]] std::string ClipName(const SceneTable& table, std::size_t index);
 
 } // namespace scenedetect

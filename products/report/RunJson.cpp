@@ -77,7 +77,7 @@ Json SceneJson(const ReportContent& content, std::size_t index, std::size_t& pic
                  {"endFrame", scene.end.frame},
                  {"endTime", scene.end.time},
                  {"method", scene.method},
-                 {"name", ""},
+                 {"name", scene.name},
                  {"timecode", SceneTimecode(scene.tape, scene.start, table.scale, table.startTimecode)}};
     json["tape"] = Json::object();
     for (const TapeColumn& column : kTapeColumns)

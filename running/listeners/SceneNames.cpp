@@ -16,7 +16,8 @@ NameFields NamesOf(const FoundScene& scene, const RunInfo& info) {
             .date = tape.date,
             .time = tape.time,
             .aspect = tape.aspect,
-            .audio = tape.audio};
+            .audio = tape.audio,
+            .title = scene.name};
 }
 
 } // namespace scenedetect

@@ -30,7 +30,8 @@ void AddScene(SceneTable& table, const FoundScene& scene) {
     // Two methods' marks at one place are one scene here.
     if (!table.scenes.empty() && table.scenes.back().sample == scene.sample)
         return;
-    table.scenes.push_back({scene.place, scene.place, scene.method, scene.sample, TextsOf(scene.tape)});
+    table.scenes.push_back(
+        {scene.place, scene.place, scene.method, scene.sample, TextsOf(scene.tape), scene.name});
 }
 
 void EndScene(SceneTable& table, const FilePlace& place) {

@@ -37,6 +37,7 @@ struct FoundScene {
     FilePlace place;
     std::string method; ///< "video", or "timestamp+recording" where several agree
     DvPacks tape{};     ///< what its first frame says, if that is DV
+    std::string name{}; ///< that a list gives it
 };
 
 /// How a run ended that did not fail. But for `Complete` what is made of it is partial.

@@ -177,7 +177,8 @@ void SceneRun::TellListed(const Picture& picture) {
     const auto turn = m_listed->At(picture.place);
     const std::int64_t sample = m_samples - 1;
     if (turn.begins)
-        m_scenes.Add({0, sample, m_skipped + sample, picture.place, turn.begins->method, PacksOf(picture)});
+        m_scenes.Add({0, sample, m_skipped + sample, picture.place, turn.begins->method, PacksOf(picture),
+                      turn.begins->name});
     else if (turn.ends)
         Tell([&](RunListener& listener) { listener.Gap(sample, picture.place); });
 }

@@ -5,8 +5,8 @@
 
 namespace {
 
-const NameFields kFull{"Holiday 1", 7,      "timestamp+video", 1234, "10:00:00;02", "2004-07-17",
-                       "10:30:05",  "16:9", "48000 Hz"};
+const NameFields kFull{"Holiday 1", 7,      "timestamp+video", 1234,        "10:00:00;02", "2004-07-17",
+                       "10:30:05",  "16:9", "48000 Hz",        "To the sea"};
 
 struct NameCase {
     const char* name;
@@ -24,9 +24,11 @@ NameFields Named(const std::string& name) {
 
 const NameCase kNames[] = {
     {"Plain", "list.xml", kFull, "", "list.xml"},
-    {"AllFields", "{name}_{scene}_{method}_{frame}_{timecode}_{date}_{time}_{aspect}_{audio}", kFull, ".dv",
-     "Holiday 1_0007_timestamp+video_0001234_10-00-00-02_2004-07-17_10-30-05_16-9_48000 Hz.dv"},
-    {"WhatTheTapeLacks", "{date} {time} {timecode}", NameFields{}, "", "undated untimed no-timecode"},
+    {"AllFields", "{name}_{scene}_{method}_{frame}_{timecode}_{date}_{time}_{aspect}_{audio}_{title}", kFull,
+     ".dv",
+     "Holiday 1_0007_timestamp+video_0001234_10-00-00-02_2004-07-17_10-30-05_16-9_48000 Hz_To the sea.dv"},
+    {"WhatIsNotKnown", "{date} {time} {timecode} {title}", NameFields{}, "",
+     "undated untimed no-timecode untitled"},
     {"Braces", "{{{scene}}}", kFull, "", "{0007}"},
     {"LongNumbers", "{scene}-{frame}", {"", 12345, "", 123456789, "", "", ""}, "", "12345-123456789"},
     {"FoldersOfThePattern", "../lists/{name}.xml", kFull, "", "../lists/Holiday 1.xml"},

@@ -15,7 +15,8 @@ struct File {
     std::int64_t firstFrame = 0; // of those that are read
 };
 
-// "start-end" of each scene in the file, its method where that is not a person's; or the message.
+// "start-end" of each scene in the file, before it its method where that is not a person's, and its name; or
+// the message.
 std::string Scenes(const std::string& text, const File& file) try {
     const TimeScale scale = TableOf(file.rate, {0, file.frames}).scale;
     const SceneList list = ParseSceneList(text, "list");
@@ -28,6 +29,7 @@ std::string Scenes(const std::string& text, const File& file) try {
             scenes += std::to_string(place.frame) + ' ';
         if (turn.begins)
             scenes += (turn.begins->method == "manual" ? "" : turn.begins->method + ' ') +
+                      (turn.begins->name.empty() ? "" : '"' + turn.begins->name + "\" ") +
                       std::to_string(place.frame) + '-';
     }
     listed.Finish(place);
@@ -63,7 +65,7 @@ const struct ListCase {
     {"FramesCountBeforeTimes",
      kHeader + "1,1,,0.000,70,,2.400,\n2,71,,2.400,100,,4.000,\n3,101,,4.000,250,,10.000,\n",
      "0-70 70-100 100-250 "},
-    {"TimesAlone", "start time (seconds),Name\n0.0,a\n2.4,\"b,c\"\n", "0-60 60-250 "},
+    {"TimesAlone", "start time (seconds),Name\n0.0,a\n2.4,\"b,c\"\n", "\"a\" 0-60 \"b,c\" 60-250 "},
     {"TimesOfNtsc", "Start Timecode\n00:00:00.000\n00:01:00;02\n", "0-1800 1800-4000 ", kNtsc},
     {"AsPrinted", "scene,frame,timecode,seconds,method\n1,0,x,0.000,video\n2,60,x,2.400,timestamp+video\n",
      "video 0-60 timestamp+video 60-250 "},
@@ -83,16 +85,17 @@ const struct ListCase {
     {"RangeInTheMiddle", "0\n60\n130\n", "100-130 130-250 ", {{25, 1}, 250, {}, 100}},
     {"Json",
      kJson + R"("rate": "25/1", "scenes": [{"start": {"frame": 0}, "end": {"frame": 60}, "method": "video"},
-        {"start": {"seconds": 5.2}, "name": "x"}]})",
-     "video 0-60 130-250 "},
+        {"start": {"seconds": 5.2}, "name": "two\nlines"}]})",
+     "video 0-60 \"two lines\" 130-250 "},
     {"JsonOfAnotherRate", kJson + R"("rate": "30000/1001", "scenes": [{"start": {"frame": 0}}]})",
      "list: is of a video of 30000/1001"},
     {"JsonOfAnotherKind", "{}", "list: no scene list of version 1"},
     {"JsonWithoutAStart", kJson + R"("scenes": [{"end": {"frame": 9}}]})", "list, scene 1: "},
     {"Edl",
      "TITLE: x\nFCM: NON-DROP FRAME\n\n" + Event("00:00:00:10 00:00:02:10") + "* FROM CLIP NAME: a.mov\n" +
-         Event("00:00:05:05 00:00:10:00"),
-     "10-60 130-250 "},
+         "* COMMENT: The end of it\r\n* COMMENT: And more\n" + Event("00:00:05:05 00:00:10:00") +
+         Event("00:00:00:00 00:00:01:00", "BL       V     C       ") + "* COMMENT: black\n",
+     "\"The end of it\" 10-60 130-250 "},
     {"EdlOfDropFrameByItsHead", "FCM: DROP FRAME\n" + Event("00:00:10:00 00:01:00:02"), "300-1800 ", kNtsc},
     {"EdlOfTheTapesTimecode", Event("01:00:00;00 01:01:00;02"), "0-1800 ", kNtscTape},
     {"EdlOverMidnight", Event("23:59:59:00 00:00:01:00"), "25-75 ", kMidnight},

@@ -282,6 +282,25 @@ TEST(OtioList, ClipsOfAFile) {
     EXPECT_EQ(ReadOtio(table), (Spans{{0, 2}, {2, 13}}));
 }
 
+// Of two scenes the second one's; where a list has nothing in its place, what stands there without names.
+TEST(SceneNames, StandInAllLists) {
+    SceneTable table = TableOf({25, 1}, {0, 60, 100});
+    table.scenes[1].name = "a=\"b\", <c>";
+    const std::pair<std::string, std::string> cases[] = {
+        {SceneSheet(table), ",Audio,Name\r\n"},
+        {SceneSheet(table), ",video,,,,,,,\r\n"},
+        {SceneSheet(table), ",video,,,,,,,\"a=\"\"b\"\", <c>\"\r\n"},
+        {SceneJson(table), "\"method\": \"video\",\n      \"name\": \"a=\\\"b\\\", <c>\",\n      \"start\""},
+        {Edl(table), "* FROM CLIP NAME: tape 1.mov\r\n* COMMENT: a=\"b\", <c>\r\n"},
+        {Otio(table), "\"name\": \"tape 1 001\""},
+        {Otio(table), "\"name\": \"a=\\\"b\\\", <c>\""},
+        {MetadataChapters(table), "\ntitle=Scene 1\n"},
+        {MetadataChapters(table), "\ntitle=a\\=\"b\", <c>\n"},
+        {MatroskaChapters(table), "<ChapterString>a=&quot;b&quot;, &lt;c&gt;<"}};
+    for (const auto& [list, part] : cases)
+        EXPECT_THAT(list, HasSubstr(part));
+}
+
 // Pictures begin one and a half seconds after the audio.
 TEST(Chapters, CountFromTheStartOfTheFile) {
     SceneTable table = TableOf({25, 1}, {0, 60, 100});
