@@ -20,10 +20,10 @@ std::string HashSource(std::string_view digits) {
     return "'sha256-" + Base64(bytes) + '\'';
 }
 
-// The page runs its own script and module, and loads nothing but the film beside it.
+// The page runs its own scripts and module, and loads nothing but the film beside it.
 std::string Policy(bool hasFilm) {
     return "default-src 'none'; script-src " + HashSource(kScriptHash) + " 'wasm-unsafe-eval'; style-src " +
-           HashSource(kStyleHash) + "; img-src data: blob:" + (hasFilm ? "; media-src 'self'" : "") +
+           HashSource(kStyleHash) + "; img-src data: blob:; worker-src blob:" + (hasFilm ? "; media-src 'self'" : "") +
            "; base-uri 'none'; form-action 'none'";
 }
 

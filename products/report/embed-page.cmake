@@ -1,22 +1,27 @@
-# Makes a C++ source of the report's page: PAGE with STYLE and the joined MODULES in their places, and of the
-# module RULE.
-#   cmake -D PAGE=... -D STYLE=... -D MODULES=... -D RULE=... -D OUTPUT=... -P embed-page.cmake
+# Makes a C++ source of the report's page: PAGE with STYLE, the joined MODULES and those of its WORKER in their places,
+# and of the module RULE.
+#   cmake -D PAGE=... -D STYLE=... -D MODULES=... -D WORKER=... -D RULE=... -D OUTPUT=... -P embed-page.cmake
 # Modules import on single lines, and export at the beginning of lines; joined they are one.
 cmake_minimum_required(VERSION 3.25)
 
+function(join_modules name)
+  set(script "")
+  foreach(module ${ARGN})
+    file(READ ${module} text)
+    string(REGEX REPLACE "(^|\n)import [^\n]*" "\\1" text "${text}")
+    string(REGEX REPLACE "(^|\n)export " "\\1" text "${text}")
+    # What only people need goes: comments that are whole lines, and below, spaces before lines.
+    string(REGEX REPLACE "\n *//[^\n]*" "" text "\n${text}")
+    string(APPEND script "${text}")
+  endforeach()
+  set(${name} "${script}" PARENT_SCOPE)
+endfunction()
+
 file(READ ${PAGE} page)
 file(READ ${STYLE} style)
-set(script "")
-foreach(module ${MODULES})
-  file(READ ${module} text)
-  string(REGEX REPLACE "(^|\n)import [^\n]*" "\\1" text "${text}")
-  string(REGEX REPLACE "(^|\n)export " "\\1" text "${text}")
-  # What only people need goes: comments that are whole lines, and below, spaces before lines.
-  string(REGEX REPLACE "\n *//[^\n]*" "" text "\n${text}")
-  string(APPEND script "${text}")
-endforeach()
-
-foreach(part style script)
+join_modules(script ${MODULES})
+join_modules(worker ${WORKER})
+foreach(part style script worker)
   string(REGEX REPLACE "\n[\n ]*" "\n" ${part} "${${part}}")
   if("${${part}}" MATCHES "</(style|script)|<!--|@[A-Z]+@")
     message(FATAL_ERROR "the ${part} of the report has ${CMAKE_MATCH_0}, which the page can't hold")

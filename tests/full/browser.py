@@ -21,6 +21,7 @@ class Browser:
         self._events: list[dict] = []
         self._rest = b""
         self._count = 0
+        self.pressed = 0  # keys
         self._session = None
         commands, self._commands = os.pipe()
         self._answers, answers = os.pipe()
@@ -90,6 +91,7 @@ class Browser:
         return told["result"].get("value")
 
     def press(self, *keys: str, modifiers: int = 0) -> None:
+        self.pressed += len(keys)
         for key in keys:
             text = {"Enter": "\r"}.get(key, key if len(key) == 1 else "") if not modifiers & CONTROL else ""
             for kind in ("keyDown", "keyUp"):

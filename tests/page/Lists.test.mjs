@@ -123,6 +123,7 @@ test("chapters count from the start of the file, and bear the names", () => {
     const xml = textOf("mkvchapters", delayed);
     assert.match(xml, /<ChapterTimeStart>00:00:00\.200000000<[^]*<ChapterString>a=b &amp; &lt;c&gt;</);
     assert.match(xml, /<ChapterTimeEnd>00:00:10\.200000000<[^]*<ChapterString>Scene 2</);
+    assert.match(textOf("mkvchapters", { run, scenes: [] }), /<Chapters>\n  <EditionEntry \/>\n<\/Chapters>/);
 });
 
 test("times are exact where numbers of 53 bits are not", () => {

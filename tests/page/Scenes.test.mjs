@@ -9,6 +9,7 @@ import { columnsOf, Film } from "../../products/report/page/film.js";
 import { History } from "../../products/report/page/history.js";
 import { foundScenes } from "../../products/report/page/model.js";
 import { Pyramid } from "../../products/report/page/pyramid.js";
+import { latestOnly } from "../../products/report/page/rulethread.js";
 
 const kRows = 100;
 const found = (...starts) => starts.map((row, i) => ({ row, end: starts[i + 1] ?? kRows, method: "video" }));
@@ -26,7 +27,7 @@ test("what a person adds and removes stays when the rule finds other scenes", ()
 test("adding again what was removed, and removing what was added, leaves no trace", () => {
     const there = edit.addStart(edit.removeStart(edit.noCorrections, 50, true), 50, true);
     const away = edit.removeStart(edit.addStart(edit.noCorrections, 20, false), 20, false);
-    assert.deepEqual([there, away].map(edit.isCorrected), [false, false]);
+    assert.deepEqual([there, away], [edit.noCorrections, edit.noCorrections]);
 });
 
 test("a moved start takes its name along, and knows where it came from", () => {
@@ -67,6 +68,41 @@ test("undo takes back a held slider as one", () => {
     history.redo();
     history.push(6);
     assert.deepEqual([history.state, history.canRedo], [6, false]);
+});
+
+test("undo and redo survive being kept, as far as there is room", () => {
+    const history = new History("a");
+    for (const state of ["b".repeat(199_000), "c", "d", "e"]) history.push(state);
+    history.undo();
+    const copy = History.of(JSON.parse(JSON.stringify(history.kept)));
+    copy.redo();
+    assert.equal(copy.state, "e");
+    for (let i = 0; i < 4; ++i) copy.undo();
+    assert.deepEqual([copy.state, copy.canUndo], ["a", false]);
+    history.push("f".repeat(2000));
+    history.push("g");
+    assert.deepEqual(
+        history.kept.past.map((state) => state[0]),
+        ["c", "d", "f"],
+    );
+});
+
+test("of settings that come while the rule is at work only the last are judged", async () => {
+    const judged = [];
+    let finish;
+    const judge = latestOnly((settings) => {
+        judged.push(settings);
+        return new Promise((done) => (finish = done));
+    });
+    judge(1);
+    judge(2);
+    const settled = judge(3);
+    finish();
+    await Promise.resolve();
+    await Promise.resolve();
+    assert.deepEqual(judged, [1, 3]);
+    finish();
+    await settled;
 });
 
 test("scenes of other methods stay beside the rule's", () => {

@@ -3,9 +3,6 @@
 import { byId, element } from "./elements.js";
 import { texts } from "./texts.js";
 
-const kFades = ["off", "start", "middle", "end"];
-const kShortScenes = ["merge", "drop", "merge-last"];
-
 // A shortest scene may be a time.
 const numberOf = (value, step) =>
     typeof value === "number" ? value : value.frames || Math.ceil(value.time / step);
@@ -14,7 +11,7 @@ const numberOf = (value, step) =>
 export class Controls {
     #shown = []; // functions that show the model's settings
 
-    constructor(model) {
+    constructor(model, hasDistances) {
         this.model = model;
         const { run, rows } = model.film;
         const fields = byId("fields");
@@ -28,16 +25,16 @@ export class Controls {
         };
         fields.append(
             this.#slider("minScene", minScene, rows),
-            this.#choice("shortScenes", kShortScenes, "--short-scenes", texts.shortScenesHelp),
+            this.#choice("shortScenes", "--short-scenes", texts.shortScenesHelp),
         );
         const effects = byId("effects");
         effects.append(
-            this.#choice("flashes", ["keep", "drop"], "--flashes", texts.flashesHelp),
-            this.#choice("fades", kFades, "--fades", texts.fadesHelp),
+            this.#choice("flashes", "--flashes", texts.flashesHelp),
+            this.#choice("fades", "--fades", texts.fadesHelp),
             this.#box("dissolves", "--dissolves", texts.dissolvesHelp),
         );
-        effects.disabled = !model.rule.hasDistances;
-        byId("no-distances").hidden = model.rule.hasDistances;
+        effects.disabled = !hasDistances;
+        byId("no-distances").hidden = hasDistances;
         byId("reset").onclick = () => model.set({ settings: model.runSettings });
         this.show();
     }
@@ -91,9 +88,10 @@ export class Controls {
         return this.#field(name, label, option, help, slider, number, before);
     }
 
-    #choice(name, values, option, help) {
+    #choice(name, option, help) {
         const select = element("select", { id: `set-${name}` });
-        for (const value of values) select.append(element("option", { value }, texts.choices[name][value]));
+        for (const [value, text] of Object.entries(texts.choices[name]))
+            select.append(element("option", { value }, text));
         select.onchange = () => this.#set(name, select.value);
         this.#shown.push((settings) => {
             select.value = settings[name];

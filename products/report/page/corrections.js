@@ -4,8 +4,12 @@
 /** Plain data that is never changed; keys are rows. `added` tells the row that a moved start came from, or null. */
 export const noCorrections = Object.freeze({ added: {}, removed: {}, names: {} });
 
-export function isCorrected({ added, removed, names }) {
-    return [added, removed, names].some((each) => Object.keys(each).length > 0);
+/** How many there are; names that the run had are none. */
+export function correctionCount({ added, removed, names }, runNames) {
+    const rows = Object.keys({ ...names, ...runNames }).filter(
+        (row) => names[row] !== runNames[row] && !removed[row],
+    );
+    return Object.keys(added).length + Object.keys(removed).length + rows.length;
 }
 
 const without = (rows, row) =>

@@ -83,14 +83,16 @@ export class Editor {
         this.on.say(texts.named(text.trim()));
     }
 
-    undo() {
+    async undo() {
         if (!this.model.canUndo) return this.on.say(texts.nothingToUndo);
         this.model.undo();
+        await this.model.settled;
         this.on.say(texts.undone(this.model.scenes.length));
     }
-    redo() {
+    async redo() {
         if (!this.model.canRedo) return this.on.say(texts.nothingToRedo);
         this.model.redo();
+        await this.model.settled;
         this.on.say(texts.redone(this.model.scenes.length));
     }
 

@@ -3,11 +3,11 @@
 import { texts } from "./texts.js";
 
 /** Of a row of the model's film. */
-export function explanation(row, { film, rule, settings, scenes }) {
+export async function explanation(row, { film, rule, settings, scenes }) {
     const scene = scenes.find((each) => each.row === row);
     const parts = [scene ? texts.isStart(scene.method) : texts.noStart];
     if (!rule) return parts[0];
-    const { filled, neighbours, needs, ...told } = rule.explain(row, settings);
+    const { filled, neighbours, needs, ...told } = await rule.explain(row, settings);
     const level = film.columns.level[row];
     parts.push(texts.figures(film.columns.difference[row], level));
     if (filled !== null) parts.push(texts.filled(filled));

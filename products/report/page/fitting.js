@@ -7,16 +7,21 @@ const kFitted = ["cutThreshold", "darkLevel", "votes", "flashes", "fades", "diss
 
 export class Fitting {
     #settings = null;
+    #thread = null; // that is trying
 
-    constructor(model, say) {
+    /** `startThread` makes a RuleThread: the model's own is to answer while hours of figures are tried. */
+    constructor(model, startThread, say) {
         this.model = model;
-        byId("fit").onclick = () => {
+        byId("fit").onclick = async () => {
+            this.clear();
             byId("fitted").textContent = texts.isFitting;
-            // Hours of figures take a moment, and the browser is to show that.
-            setTimeout(() => {
-                this.#fit();
-                say(byId("fitted").textContent);
-            });
+            this.#thread = startThread();
+            const { settings, fixed, scenes } = model;
+            const rows = scenes.map((scene) => scene.row).filter((row) => !fixed.includes(row));
+            const fit = await this.#thread.fit(rows, settings);
+            this.clear();
+            this.#show(fit, settings);
+            say(byId("fitted").textContent);
         };
         byId("take-fit").onclick = () => {
             model.set({ settings: this.#settings });
@@ -25,16 +30,15 @@ export class Fitting {
         };
     }
 
-    /** What was found no longer goes with what is shown. */
+    /** What is looked for, or was found, does not go with what is shown any more. */
     clear() {
+        this.#thread?.stop();
+        this.#thread = null;
         byId("fitted").textContent = "";
         byId("take-fit").hidden = true;
     }
 
-    #fit() {
-        const { settings, fixed, scenes, rule } = this.model;
-        const rows = scenes.map((scene) => scene.row).filter((row) => !fixed.includes(row));
-        const fit = rule.fit(rows, settings);
+    #show(fit, settings) {
         this.#settings = fit.settings;
         const differing = kFitted.filter((name) => fit.settings[name] !== settings[name]);
         const values = differing.map((name) => texts.fittedValue(name, fit.settings[name]));

@@ -1,9 +1,9 @@
 // What one takes along: the command line, and the scenes as a list.
 
-import { isCorrected } from "./corrections.js";
+import { correctionCount } from "./corrections.js";
 import { commandLine, listCommandLine } from "./command.js";
 import { byId, element } from "./elements.js";
-import { edlFault, listFormats } from "./lists.js";
+import { edlFault, listFormats, plainName } from "./lists.js";
 import { texts } from "./texts.js";
 
 /** The model's scenes as the writers of lists take them. */
@@ -15,7 +15,7 @@ export function listOf(model) {
             start: film.placeOf(row),
             end: film.placeOf(end),
             method,
-            name,
+            name: plainName(name),
             tape: model.sources.get(row)?.tape ?? {},
         })),
     };
@@ -49,7 +49,8 @@ export class Leaving {
                     type: "button",
                     id: `download-${name}`,
                     textContent: texts.formats[name],
-                    onclick: () => {
+                    onclick: async () => {
+                        await model.settled;
                         const list = listOf(model);
                         download(fileName(model.film.run, suffix), text(list));
                         say(texts.downloaded(fileName(model.film.run, suffix), list.scenes.length));
@@ -63,15 +64,18 @@ export class Leaving {
             };
     }
 
-    show() {
+    showCommand() {
         const { model } = this;
         const { run } = model.film;
         byId("command").value = commandLine(run, model.settings);
         byId("list-command").value = listCommandLine(run, fileName(run, ".csv"));
-        byId("command-help").textContent = isCorrected(model.corrections)
+        byId("command-help").textContent = correctionCount(model.corrections, model.runNames) > 0
             ? texts.commandCorrected
             : texts.commandExact;
-        const fault = edlFault(listOf(model));
+    }
+
+    showScenes() {
+        const fault = edlFault(listOf(this.model));
         byId("download-edl").disabled = fault !== "";
         byId("download-edl").title = fault === "" ? "" : texts.noEdl[fault];
     }

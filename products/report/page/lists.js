@@ -12,7 +12,8 @@ const kTapeColumns = [
     ["audio", "Audio"],
 ];
 
-const plainName = (name) =>
+/** A name on one line, of characters that every format takes. */
+export const plainName = (name) =>
     name.replace(/[\u0000-\u001f\u007f-\u009f]/g, " ").replace(/[\ufffe\uffff]/g, "\ufffd");
 const editFrame = (run, place) => rescale(place.time, run.unit, [run.rate[1], run.rate[0]]);
 const sourceTimecode = (run, place) =>
@@ -155,7 +156,8 @@ function metadataText({ run, scenes }) {
 }
 
 function matroskaText({ run, scenes }) {
-    const escaped = (text) => text.replaceAll("&", "&amp;").replaceAll("<", "&lt;").replaceAll(">", "&gt;");
+    const entities = { "&": "&amp;", "<": "&lt;", ">": "&gt;", '"': "&quot;" };
+    const escaped = (text) => text.replace(/[&<>"]/g, (each) => entities[each]);
     const clock = (place) => clockText(run.delay + place.time, run.unit, 9);
     const atoms = scenes.flatMap((scene, index) => [
         "    <ChapterAtom>",
@@ -167,8 +169,10 @@ function matroskaText({ run, scenes }) {
         "      </ChapterDisplay>",
         "    </ChapterAtom>",
     ]);
-    const head = ['<?xml version="1.0" encoding="UTF-8"?>', "<Chapters>", "  <EditionEntry>"];
-    return `${[...head, ...atoms, "  </EditionEntry>", "</Chapters>"].join("\n")}\n`;
+    const edition =
+        atoms.length > 0 ? ["  <EditionEntry>", ...atoms, "  </EditionEntry>"] : ["  <EditionEntry />"];
+    const head = ['<?xml version="1.0" encoding="UTF-8"?>', "<Chapters>"];
+    return `${[...head, ...edition, "</Chapters>"].join("\n")}\n`;
 }
 
 /** The formats of the page: what the program calls them, suffix, and the text of a list. */

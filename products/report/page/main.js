@@ -1,6 +1,7 @@
 // Puts the page together.
 
 import { Controls } from "./controls.js";
+import { correctionCount } from "./corrections.js";
 import { addCommands, commandsOf, Editor } from "./editor.js";
 import { byId, element, fillTexts } from "./elements.js";
 import { bytesOf, columnsOf, Film } from "./film.js";
@@ -13,7 +14,7 @@ import { Model } from "./model.js";
 import { Overview } from "./overview.js";
 import { Place } from "./place.js";
 import { Player } from "./player.js";
-import { Rule } from "./rule.js";
+import { RuleThread } from "./rulethread.js";
 import { Sheet } from "./sheet.js";
 import { texts } from "./texts.js";
 import { Timeline } from "./timeline.js";
@@ -87,29 +88,30 @@ byId("name").onkeydown = ({ key }) => {
 addCommands(commandsOf(editor, player), timeline.canvas);
 addGestures(timeline, editor, place);
 
-function show() {
-    const { appeared, gone } = model.changes;
-    const byHand = Object.values(model.corrections).reduce((sum, rows) => sum + Object.keys(rows).length, 0);
-    timeline.setMarks(marksOf(model), model.settings);
-    showLegend(timeline);
-    byId("count").textContent = texts.count(model.scenes.length);
-    byId("changed").textContent = texts.changed(appeared.length, gone.length, byHand);
-    byId("undo").disabled = !model.canUndo;
-    byId("redo").disabled = !model.canRedo;
-    sheet.show();
-    leaving.show();
-    place.go(editor.cursor);
-}
-model.onChange(show);
+
 const memory = new Memory(byId("run").textContent + byId("figures").textContent.slice(0, kKeyedFigures));
 const kept = memory.load();
 if (kept) model.restore(kept);
-else show();
+model.onScenes(() => {
+    const { appeared, gone } = model.changes;
+    const byHand = correctionCount(model.corrections, model.runNames);
+    timeline.setMarks(marksOf(model));
+    showLegend(timeline);
+    byId("count").textContent = texts.count(model.scenes.length);
+    byId("changed").textContent = texts.changed(appeared.length, gone.length, byHand);
+    sheet.show();
+    leaving.showScenes();
+    place.go(editor.cursor);
+});
 model.onChange(() => {
-    if (model.canUndo || model.canRedo) memory.keep(model.state);
+    timeline.setSettings(model.settings);
+    showLegend(timeline);
+    byId("undo").disabled = !model.canUndo;
+    byId("redo").disabled = !model.canRedo;
+    leaving.showCommand();
+    if (!model.isHeld && (model.canUndo || model.canRedo)) memory.keep(model.kept);
     byId("no-memory").hidden = memory.isAvailable;
 });
-byId("no-memory").hidden = memory.isAvailable;
 
 // --- the figures and the rule, once the browser has shown what there is ---
 
@@ -122,16 +124,18 @@ async function takeFigures() {
     }
     timeline.setFigures(film.columns);
     showLegend(timeline);
-    let rule;
+    const startThread = () =>
+        new RuleThread(byId("worker").textContent, bytesOf(byId("rule").textContent), film.columns, film.run);
+    let hasDistances;
     try {
-        rule = await Rule.load(bytesOf(byId("rule").textContent));
+        const rule = startThread();
+        hasDistances = await rule.hasDistances;
+        await model.takeRule(rule);
     } catch {
         return tell(texts.noRule);
     }
-    rule.setFigures(film.columns, film.run);
-    model.takeRule(rule);
-    const controls = new Controls(model);
-    const fitting = new Fitting(model, say);
+    const controls = new Controls(model, hasDistances);
+    const fitting = new Fitting(model, startThread, say);
     model.onChange(() => {
         controls.show();
         fitting.clear();

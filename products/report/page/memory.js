@@ -1,6 +1,6 @@
 // Keeps the state of the page in the browser, by what the page holds: a copy of the file finds it again.
 
-const kPrefix = "kxscenes 1 "; // the number changes with what is kept
+const kPrefix = "kxscenes 2 "; // the number changes with what is kept
 
 /** Two numbers of 32 bits over a text, as a word. */
 export function contentKey(text) {

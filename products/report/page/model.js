@@ -2,6 +2,7 @@
 
 import { changes, corrected, noCorrections } from "./corrections.js";
 import { History } from "./history.js";
+import { latestOnly } from "./rulethread.js";
 
 const kKindMethods = ["video", "fade", "dissolve", "video"]; // by the kinds that the rule tells
 const kFixed = 128; // kinds from this on: a scene stays whatever the rule finds
@@ -31,7 +32,9 @@ export function foundScenes(runScenes, { rows, kinds, ends }) {
 
 export class Model {
     #history;
-    #listeners = [];
+    #listeners = []; // of changes
+    #sceneListeners = [];
+    #asked = null; // the settings that the rule was asked about last
 
     /** Without a rule the scenes found are those of the run. */
     constructor(film) {
@@ -43,8 +46,14 @@ export class Model {
         this.sources = new Map(film.scenes.map((scene) => [scene.row, scene]));
         this.fixed = fixedRows(film.scenes);
         this.runSettings = settingsOf(film.run);
-        this.#history = new History({ settings: this.runSettings, corrections: noCorrections });
-        this.#decide();
+        // Names are a person's, also those of the list that the run was made of.
+        const named = film.scenes.filter(({ name }) => name);
+        this.runNames = Object.fromEntries(named.map(({ row, name }) => [row, name]));
+        const corrections = { ...noCorrections, names: this.runNames };
+        this.#history = new History({ settings: this.runSettings, corrections });
+        this.found = this.runScenes;
+        this.settled = Promise.resolve(); // once the scenes are those of the settings
+        this.#correct();
     }
 
     get settings() {
@@ -53,8 +62,13 @@ export class Model {
     get corrections() {
         return this.#history.state.corrections;
     }
-    get state() {
-        return this.#history.state;
+    /** What restore takes. */
+    get kept() {
+        return this.#history.kept;
+    }
+    /** Whether a slider is held. */
+    get isHeld() {
+        return this.#history.isPreview;
     }
     get canUndo() {
         return this.#history.canUndo;
@@ -63,28 +77,36 @@ export class Model {
         return this.#history.canRedo;
     }
 
-    /** From now on settings count. */
+    /** From now on settings count. Rejects when the rule fails. */
     takeRule(rule) {
         this.rule = rule;
         this.#changed();
+        return this.settled;
     }
 
-    /** `listener` is called after every change. */
+    /** `listener` is called after every change of settings or corrections, and now. */
     onChange(listener) {
         this.#listeners.push(listener);
+        listener();
+    }
+
+    /** `listener` is called after every change of scenes, which may be later than what brings it, and now. */
+    onScenes(listener) {
+        this.#sceneListeners.push(listener);
+        listener();
     }
 
     /** `isFinal`: not one of many while a slider is held. */
     set(part, isFinal = true) {
-        const state = { ...this.state, ...part };
+        const state = { ...this.#history.state, ...part };
         if (isFinal) this.#history.push(state);
         else this.#history.preview(state);
         this.#changed();
     }
 
     /** Takes over what was kept of an earlier look at the page. */
-    restore({ settings, corrections }) {
-        this.#history = new History({ settings: { ...this.settings, ...settings }, corrections });
+    restore(kept) {
+        this.#history = History.of(kept);
         this.#changed();
     }
 
@@ -108,19 +130,26 @@ export class Model {
     }
 
     #changed() {
-        this.#decide();
+        if (this.rule && this.#asked !== this.settings) {
+            this.#asked = this.settings;
+            this.settled = this.#judge(this.settings);
+        }
+        if (this.#corrected !== this.corrections) this.#correct();
         for (const listener of this.#listeners) listener();
     }
 
-    #decide() {
-        const { film, rule, settings } = this;
-        if (rule && this.decided !== settings) {
-            const decision = rule.decide({ ...settings, fixed: this.fixed });
-            this.found = foundScenes(film.scenes, decision);
-            this.decided = settings;
-        }
-        this.found ??= this.runScenes;
-        this.scenes = corrected(this.found, this.corrections, film.rows);
+    #judge = latestOnly(async (settings) => {
+        const decision = await this.rule.decide({ ...settings, fixed: this.fixed });
+        this.found = foundScenes(this.film.scenes, decision);
+        this.#correct();
+    });
+
+    #corrected = null; // the corrections that the scenes have
+
+    #correct() {
+        this.#corrected = this.corrections;
+        this.scenes = corrected(this.found, this.corrections, this.film.rows);
         this.changes = changes(this.runScenes, this.scenes);
+        for (const listener of this.#sceneListeners) listener();
     }
 }

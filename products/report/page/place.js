@@ -2,11 +2,11 @@
 
 import { byId } from "./elements.js";
 import { explanation } from "./explain.js";
+import { latestOnly } from "./rulethread.js";
 import { texts } from "./texts.js";
 
 export class Place {
     #cursor = 0;
-    #pointed;
 
     constructor(model, canvas, player) {
         this.model = model;
@@ -24,8 +24,6 @@ export class Place {
         const { scenes } = this.model;
         const index = this.model.indexAt(row);
         this.#tell(row);
-        this.canvas.ariaValueNow = String(row);
-        this.canvas.ariaValueText = `${byId("place").textContent} ${byId("explanation").textContent}`;
         byId("name-label").textContent = index < 0 ? texts.nameOfGap : texts.nameOfCurrent(index + 1);
         byId("name").disabled = index < 0;
         if (document.activeElement !== byId("name")) byId("name").value = scenes[index]?.name ?? "";
@@ -33,21 +31,23 @@ export class Place {
 
     /** The mouse is over the row, or over none (null). */
     point(row) {
-        const isWaiting = this.#pointed !== undefined;
-        this.#pointed = row;
-        // The rule goes through the figures up to the row: once a picture of the screen is enough.
-        if (!isWaiting)
-            requestAnimationFrame(() => {
-                this.#tell(this.#pointed ?? this.#cursor);
-                this.#pointed = undefined;
-            });
+        this.#tell(row ?? this.#cursor);
     }
 
     #tell(row) {
-        const { film } = this.model;
-        const { frame, time } = film.placeOf(row);
-        byId("place").textContent = texts.place(frame, film.timecodeAt(time));
-        byId("explanation").textContent = explanation(row, this.model);
+        this.#explain(row);
         this.player?.show(row);
     }
+
+    // The rule goes through the figures up to the row, which may take longer than the next one takes to come.
+    #explain = latestOnly(async (row) => {
+        const { film } = this.model;
+        const { frame, time } = film.placeOf(row);
+        const why = await explanation(row, this.model);
+        byId("place").textContent = texts.place(frame, film.timecodeAt(time));
+        byId("explanation").textContent = why;
+        if (row !== this.#cursor) return;
+        this.canvas.ariaValueNow = String(row);
+        this.canvas.ariaValueText = `${byId("place").textContent} ${why}`;
+    });
 }

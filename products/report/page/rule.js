@@ -2,7 +2,6 @@
 
 const kRuleFades = ["off", "start", "middle", "end"];
 const kRuleShortScenes = ["merge", "drop", "merge-last"];
-const kRuleFits = ["cutThreshold", "darkLevel", "votes", "flashes", "fades", "dissolves"];
 const kRuleBacks = ["back2", "back3", "back4", "back5", "back8", "back16", "back32", "back64"];
 
 // Of the module's settings, in 32-bit words; the shortest scene is a double after them.
@@ -103,15 +102,11 @@ export class Rule {
         };
     }
 
-    /**
-     * The settings whose scenes are nearest to those that begin at `rows` (ascending): {settings, kept, missed, added}.
-     * `only` names what may be turned; without it everything is.
-     */
-    fit(rows, settings, { only = kRuleFits } = {}) {
+    /** The settings whose scenes are nearest to those that begin at `rows` (ascending): {settings, kept, missed, added}. */
+    fit(rows, settings) {
         this.#use(settings);
         this.#name(rows);
-        const choice = kRuleFits.reduce((bits, name, i) => bits | (only.includes(name) ? 1 << i : 0), 0);
-        const at = this.module.fit(choice) >> 2;
+        const at = this.module.fit() >> 2;
         const words = new Int32Array(this.module.memory.buffer);
         const [kept, missed, added] = words.subarray(at, at + 3);
         const given = words.subarray(this.module.settings() >> 2);

@@ -40,8 +40,8 @@ export const texts = {
 
     // What is not there.
     noRule:
-        "This browser does not run WebAssembly here, so the settings cannot be turned; the scenes are those of the run. They " +
-        "can be corrected and downloaded all the same.",
+        "This browser does not run WebAssembly in a worker here, so the settings cannot be turned; the scenes are those of the " +
+        "run. They can be corrected and downloaded all the same.",
     noFigures:
         "This run kept no figures of its pictures, so there are no settings to turn; its scenes can be corrected.",
     brokenFigures: "The figures in this page cannot be read; the scenes are those of the run.",

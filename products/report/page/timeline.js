@@ -40,10 +40,15 @@ export class Timeline {
         this.redraw();
     }
 
-    /** Scenes that start, and the settings whose thresholds are drawn. */
-    setMarks(marks, settings) {
+    /** Scenes that start. */
+    setMarks(marks) {
         this.marks = marks;
         this.markRows = marks.map((mark) => mark.row);
+        this.redraw();
+    }
+
+    /** Their thresholds are drawn. */
+    setSettings(settings) {
         this.settings = settings;
         this.redraw();
     }

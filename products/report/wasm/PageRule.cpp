@@ -165,10 +165,9 @@ PAGE_ENTRY(explain) Explanation* Explain(std::int32_t row) {
     return &g_explanation;
 }
 
-/// `choice`: a bit for each of FitChoice, in its order. The settings become the best; kept, missed, added.
-PAGE_ENTRY(fit) std::int32_t* Fit(std::int32_t choice) {
-    const auto has = [choice](int bit) { return (choice >> bit & 1) != 0; };
-    const RuleFit fit = FitRule(g_table, g_input, Given(), {has(0), has(1), has(2), has(3), has(4), has(5)});
+/// The settings become the best; kept, missed, added.
+PAGE_ENTRY(fit) std::int32_t* Fit() {
+    const RuleFit fit = FitRule(g_table, g_input, Given(), {});
     GiveBack(fit.settings);
     g_counts[0] = static_cast<std::int32_t>(fit.kept);
     g_counts[1] = static_cast<std::int32_t>(fit.missed);
