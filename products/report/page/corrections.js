@@ -4,12 +4,14 @@
 /** Plain data that is never changed; keys are rows. `added` tells the row that a moved start came from, or null. */
 export const noCorrections = Object.freeze({ added: {}, removed: {}, names: {} });
 
-/** How many there are; names that the run had are none. */
+/** How many there are: a start that was moved is one, and names that the run had are none. */
 export function correctionCount({ added, removed, names }, runNames) {
-    const rows = Object.keys({ ...names, ...runNames }).filter(
-        (row) => names[row] !== runNames[row] && !removed[row],
+    const origins = Object.values(added).map(String);
+    const gone = Object.keys(removed).filter((row) => !origins.includes(row));
+    const named = Object.keys({ ...names, ...runNames }).filter(
+        (row) => names[row] !== runNames[added[row] ?? row] && !removed[row],
     );
-    return Object.keys(added).length + Object.keys(removed).length + rows.length;
+    return origins.length + gone.length + named.length;
 }
 
 const without = (rows, row) =>
@@ -46,9 +48,8 @@ export function moveStart(corrections, from, to, isFound) {
     return name === undefined ? moved : nameScene(moved, to, name);
 }
 
-/** Of the scene that starts at `row`; no text takes the name away. */
-export function nameScene(corrections, row, text) {
-    const name = text.trim();
+/** Of the scene that starts at `row`; an empty name takes it away. */
+export function nameScene(corrections, row, name) {
     return {
         ...corrections,
         names: name === "" ? without(corrections.names, row) : withRow(corrections.names, row, name),
@@ -94,10 +95,13 @@ export function corrected(found, corrections, rows) {
 
 /** Which rows start a scene in one of the two lists only. */
 export function changes(before, after) {
-    const rowsBefore = new Set(before.map((scene) => scene.row));
-    const rowsAfter = new Set(after.map((scene) => scene.row));
-    return {
-        appeared: [...rowsAfter].filter((row) => !rowsBefore.has(row)),
-        gone: [...rowsBefore].filter((row) => !rowsAfter.has(row)),
+    const missing = (scenes, others) => {
+        let next = 0;
+        const isMissing = ({ row }) => {
+            while (others[next]?.row < row) ++next;
+            return others[next]?.row !== row;
+        };
+        return scenes.filter(isMissing).map(({ row }) => row);
     };
+    return { appeared: missing(after, before), gone: missing(before, after) };
 }

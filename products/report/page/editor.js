@@ -2,6 +2,7 @@
 
 import { addStart, moveStart, nameScene, removeStart } from "./corrections.js";
 import { byId, element } from "./elements.js";
+import { plainName } from "./lists.js";
 import { texts } from "./texts.js";
 
 export class Editor {
@@ -78,9 +79,10 @@ export class Editor {
     }
 
     name(row, text) {
-        if ((this.model.corrections.names[row] ?? "") === text.trim()) return;
-        this.#correct(nameScene(this.model.corrections, row, text));
-        this.on.say(texts.named(text.trim()));
+        const name = plainName(text).trim();
+        if ((this.model.corrections.names[row] ?? "") === name) return;
+        this.#correct(nameScene(this.model.corrections, row, name));
+        this.on.say(texts.named(name));
     }
 
     async undo() {
@@ -107,6 +109,12 @@ export class Editor {
     }
 }
 
+function showKeys() {
+    const list = byId("key-list");
+    list.open = !list.open;
+    if (list.open) list.scrollIntoView({ block: "nearest" });
+}
+
 /** Commands by the ids of their buttons: what they do, and the keys on the timeline that do it. */
 export function commandsOf(editor, player) {
     const { timeline, model } = editor;
@@ -128,6 +136,7 @@ export function commandsOf(editor, player) {
         { id: "zoom-out", keys: ["-"], run: () => timeline.zoom(2, editor.cursor) },
         { id: "zoom-all", keys: ["0"], run: () => timeline.show(0, model.film.rows) },
         ...(player ? [{ id: "play", keys: [" "], run: () => player.toggle() }] : []),
+        { keys: ["?"], help: "keyKeys", run: showKeys },
         { keys: ["r", "F2"], help: "keyName", run: () => byId("name").focus() },
         { keys: ["d"], help: "keyDownloads", run: () => byId("downloads").firstElementChild.focus() },
         { keys: ["ArrowLeft"], help: "keyBack", run: by(-1) },
@@ -150,6 +159,7 @@ function keyOf({ key, ctrlKey, metaKey, shiftKey }) {
 /** Buttons into the bar, keys onto the timeline, and the list of keys. */
 export function addCommands(commands, canvas) {
     const isTyping = (target) => target.matches("input:not([type=range], [type=checkbox]), textarea");
+    byId("bar").ariaLabel = texts.barLabel;
     for (const { id, keys, run } of commands.filter((command) => command.id)) {
         const button = element("button", { type: "button", id, title: keys.map(texts.key).join(", ") });
         button.textContent = texts.commands[id];

@@ -3,7 +3,7 @@
 import { correctionCount } from "./corrections.js";
 import { commandLine, listCommandLine } from "./command.js";
 import { byId, element } from "./elements.js";
-import { edlFault, listFormats, plainName } from "./lists.js";
+import { edlFault, listFormats } from "./lists.js";
 import { texts } from "./texts.js";
 
 /** The model's scenes as the writers of lists take them. */
@@ -15,7 +15,7 @@ export function listOf(model) {
             start: film.placeOf(row),
             end: film.placeOf(end),
             method,
-            name: plainName(name),
+            name,
             tape: model.sources.get(row)?.tape ?? {},
         })),
     };

@@ -21,11 +21,10 @@ export function fixedRows(runScenes) {
     return runScenes.filter(({ method }) => !partsOf(method).every(isOfRule)).map(({ row }) => row);
 }
 
-/** What the rule has decided, as {row, end, method}; scenes that stay keep the method that the run tells. */
+/** What the rule has decided, as {row, end, method}; scenes that stay keep the method of the run's, a map by rows. */
 export function foundScenes(runScenes, { rows, kinds, ends }) {
-    const known = new Map(runScenes.map((scene) => [scene.row, scene.method]));
     return Array.from(rows, (row, i) => {
-        const method = kinds[i] < kFixed ? kKindMethods[kinds[i]] : known.get(row);
+        const method = kinds[i] < kFixed ? kKindMethods[kinds[i]] : runScenes.get(row).method;
         return { row, end: ends[i], method };
     });
 }
@@ -140,7 +139,7 @@ export class Model {
 
     #judge = latestOnly(async (settings) => {
         const decision = await this.rule.decide({ ...settings, fixed: this.fixed });
-        this.found = foundScenes(this.film.scenes, decision);
+        this.found = foundScenes(this.sources, decision);
         this.#correct();
     });
 

@@ -3,8 +3,8 @@
 const kLeastWindow = 6; // pixels
 
 export class Overview {
-    #drawn = ""; // what the picture of the film was drawn for
-    #picture = document.createElement("canvas");
+    #drawn = []; // what the picture was drawn for
+    #picture = document.createElement("canvas"); // of the figures
 
     constructor(canvas, timeline) {
         this.canvas = canvas;
@@ -25,21 +25,22 @@ export class Overview {
 
     draw() {
         const { canvas, timeline } = this;
-        const { from, span, film, colors, marks } = timeline;
+        const { from, span, film, colors } = timeline;
         const scale = devicePixelRatio || 1;
         const width = Math.round(canvas.clientWidth * scale);
         const height = Math.round(canvas.clientHeight * scale);
         if (width === 0 || height === 0) return;
-        if (this.#drawn !== marks || this.#picture.width !== width || this.#colors !== colors) {
-            this.#drawFilm(width, height);
-            this.#drawn = marks;
-            this.#colors = colors;
+        const looks = [timeline.difference, colors, width, height];
+        if (looks.some((each, i) => each !== this.#drawn[i])) {
+            this.#drawn = looks;
+            this.#drawFigures(width, height);
         }
         if (canvas.width !== width) canvas.width = width;
         if (canvas.height !== height) canvas.height = height;
         const context = canvas.getContext("2d");
         context.clearRect(0, 0, width, height);
         context.drawImage(this.#picture, 0, 0);
+        this.#drawMarks(context, width, height);
         const wide = Math.max(kLeastWindow * scale, (span / film.rows) * width);
         const left = Math.min(width - wide, (from / film.rows) * width);
         context.fillStyle = colors.ink;
@@ -51,11 +52,9 @@ export class Overview {
         context.strokeRect(left + 0.5, 0.5, wide - 1, height - 1);
     }
 
-    #colors = null;
-
-    #drawFilm(width, height) {
+    #drawFigures(width, height) {
         const { timeline } = this;
-        const { film, colors, marks, mostDifference } = timeline;
+        const { film, colors, mostDifference } = timeline;
         this.#picture.width = width;
         this.#picture.height = height;
         const context = this.#picture.getContext("2d");
@@ -67,9 +66,18 @@ export class Overview {
                 const most = Math.min(1, timeline.mostDifferenceOf(row, end) / mostDifference);
                 context.fillRect(x, height * (1 - most), 1, height * most);
             }
+    }
+
+    // At most one a pixel.
+    #drawMarks(context, width, height) {
+        const { film, colors, marks } = this.timeline;
+        let last = -1;
         for (const { row, color } of marks) {
+            const x = Math.round((row / film.rows) * width);
+            if (x === last) continue;
+            last = x;
             context.fillStyle = colors[color];
-            context.fillRect(Math.round((row / film.rows) * width), 0, 1, height / 3);
+            context.fillRect(x, 0, 1, height / 3);
         }
     }
 }

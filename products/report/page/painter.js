@@ -5,6 +5,7 @@ const kDifferenceShare = 0.6; // of the height, for the panel of differences
 const kStripHeight = 18; // between the panels: marks of scenes
 const kAxisHeight = 20;
 const kLeastTickDistance = 90;
+const kLeastLabelGap = 8;
 const kTickSeconds = [0.04, 0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 30, 60, 120, 300, 600, 1200, 1800, 3600, 7200];
 
 /** The first of the ascending `rows` that is `row` or later. */
@@ -195,6 +196,7 @@ export class Painter {
         context.strokeStyle = colors.line;
         context.font = "12px system-ui, sans-serif";
         context.textBaseline = "bottom";
+        let end = -Infinity; // of the label before
         for (let tick = Math.ceil(start / step); tick * step <= start + length; ++tick) {
             const x = ((tick * step - start) / length) * this.#width;
             this.#line(x + 0.5, this.bottom, x + 0.5, this.bottom + 5);
@@ -202,7 +204,9 @@ export class Painter {
             const text = film.clockAt(time, step < 1 ? 2 : 0);
             const wide = context.measureText(text).width;
             const left = Math.max(0, Math.min(this.#width - wide, x - wide / 2));
+            if (left < end) continue;
             context.fillText(text, left, this.bottom + kAxisHeight);
+            end = left + wide + kLeastLabelGap;
         }
     }
 

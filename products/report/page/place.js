@@ -15,7 +15,6 @@ export class Place {
         canvas.ariaLabel = texts.timelineLabel;
         canvas.ariaValueMin = "0";
         canvas.ariaValueMax = String(model.film.rows - 1);
-        byId("bar").ariaLabel = texts.barLabel;
     }
 
     /** The cursor is at the row now. */

@@ -92,6 +92,11 @@ export class Sheet {
     #update(card, index, isNew) {
         const { film } = this.model;
         const { row, end, method, by, from, name } = this.model.scenes[index];
+        if (document.activeElement !== card.name) card.name.value = name;
+        // Of many that a slider leaves as they are none is made again.
+        const content = [index, end, method, by, from, name, isNew].join();
+        if (card.content === content) return;
+        card.content = content;
         const { frame, time } = film.placeOf(row);
         const tape = card.source?.tape ?? {};
         const length = film.secondsAt(film.timeOf(end) - time);
@@ -115,6 +120,5 @@ export class Sheet {
         card.name.ariaLabel = texts.nameOf(index + 1);
         card.merge.ariaLabel = texts.mergeOf(index + 1);
         card.merge.disabled = index === 0;
-        if (document.activeElement !== card.name) card.name.value = name;
     }
 }

@@ -18,7 +18,7 @@ export const texts = {
     timeline: "Timeline",
     timelineHelp:
         "Turn the wheel or pinch to zoom, drag to move, click for the cursor, click twice to add or remove a start, drag a mark " +
-        "between the two graphs to move it.",
+        "between the two graphs to move it. The ? key shows all keys.",
     timelineLabel: "Position in the film",
     barLabel: "Commands at the cursor",
     scenes: "Scenes",
@@ -98,6 +98,7 @@ export const texts = {
             .map((part) => keyNames[part] ?? (part.length === 1 ? part.toUpperCase() : part))
             .join(" "),
     keysHeading: "Keys on the timeline",
+    keyKeys: "Show or hide this list",
     keyName: "Name the scene",
     keyDownloads: "To the downloads",
     keyBack: "One frame back",

@@ -2,6 +2,9 @@
 
 /** `time` (0 or later) in units of `from` seconds, counted in units of `to`; both are [num, den]. */
 export function rescale(time, from, to) {
+    const whole = time * from[0] * to[1];
+    const part = from[1] * to[0];
+    if (whole + part < Number.MAX_SAFE_INTEGER) return Math.floor((whole + Math.floor(part / 2)) / part);
     const factor = BigInt(from[0]) * BigInt(to[1]);
     const divisor = BigInt(from[1]) * BigInt(to[0]);
     return Number((BigInt(time) * factor + divisor / 2n) / divisor);
