@@ -5,12 +5,31 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|amd64")
   set(SIMD_FAMILY x86)
 endif()
 
+# Where sources are joined the standard headers that most of them include are compiled once for the rooms of the folder
+# that calls it and those below; the preset package compiles each source with what it includes itself. From such headers
+# GCC warns of what it doesn't in the standard library's own.
+macro(use_room_headers name)
+  if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(room_headers ${name})
+    if(NOT TARGET ${room_headers})
+      file(CONFIGURE OUTPUT RoomHeaders.cpp CONTENT "")
+      add_library(${room_headers} STATIC EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/RoomHeaders.cpp)
+      target_link_libraries(${room_headers} PRIVATE house)
+      target_precompile_headers(${room_headers} PRIVATE <algorithm> <array> <atomic> <cstdint> <filesystem> <functional>
+                                <memory> <mutex> <optional> <span> <string> <string_view> <system_error> <utility> <vector>)
+    endif()
+  endif()
+endmacro()
+
 # One call per room: a static, position-independent library that others link by its name.
 #   add_room(NAME sources... [DEPENDS targets...])
 function(add_room name)
   cmake_parse_arguments(ROOM "" "" "DEPENDS" ${ARGN})
   add_library(${name} STATIC ${ROOM_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PUBLIC house ${ROOM_DEPENDS})
+  if(room_headers)
+    target_precompile_headers(${name} REUSE_FROM ${room_headers})
+  endif()
 endfunction()
 
 # For the folder that calls it and those below: what takes its time to compile and none to run. The sanitizers' checks
@@ -18,6 +37,7 @@ endfunction()
 macro(compile_quickly_for_sanitizers)
   if(SCENEDETECT_SANITIZE)
     add_compile_options(-O0)
+    use_room_headers(quick_room_headers)
   endif()
 endmacro()
 

@@ -12,10 +12,14 @@ foreach(room decision transitions rule)
   file(GLOB headers CONFIGURE_DEPENDS ${folder}/*.h)
   list(APPEND rule_headers ${headers})
 endforeach()
+# As one source, in a third of the time.
+list(TRANSFORM rule_sources REPLACE "(.+)" "#include \"\\1\"" OUTPUT_VARIABLE includes)
+list(JOIN includes "\n" includes)
+set(rule_source ${CMAKE_CURRENT_BINARY_DIR}/rule.cpp)
+file(CONFIGURE OUTPUT ${rule_source} CONTENT "${includes}\n" @ONLY)
 add_custom_command(OUTPUT ${rule_module}
-                   COMMAND ${WASM_CXX} --target=wasm32-wasi -mexec-model=reactor -std=c++20 -O2 -flto -fno-exceptions -fno-rtti
-                           -Wall -Wextra -Werror -I ${CMAKE_SOURCE_DIR} -Wl,--strip-all
-                           ${rule_sources} -o ${rule_module}
+                   COMMAND ${WASM_CXX} --target=wasm32-wasi -mexec-model=reactor -std=c++20 -O2 -fno-exceptions -fno-rtti
+                           -Wall -Wextra -Werror -I ${CMAKE_SOURCE_DIR} -Wl,--strip-all ${rule_source} -o ${rule_module}
                    DEPENDS ${rule_sources} ${rule_headers}
                    COMMENT "Compiling the report's rule to WebAssembly"
                    VERBATIM)

@@ -115,13 +115,13 @@ inline std::vector<Question> QuestionsTo(SceneStream& stream) {
         add(
             side + "NewSegment", [=] { pin->NewSegment(0, 1, 1.0); }, true);
     }
-    auto* const input = QueryFor<IMemInputPin>(stream.in.get(), IID_IMemInputPin).get();
+    const std::shared_ptr input = QueryFor<IMemInputPin>(stream.in.get(), IID_IMemInputPin);
     add("ReceiveCanBlock", [=] { EXPECT_EQ(input->ReceiveCanBlock(), S_FALSE); });
     add("GetAllocatorRequirements", [=] {
         ALLOCATOR_PROPERTIES wanted{};
         input->GetAllocatorRequirements(&wanted);
     });
-    auto* const seeking = QueryFor<IMediaSeeking>(stream.out.get(), IID_IMediaSeeking).get();
+    const std::shared_ptr seeking = QueryFor<IMediaSeeking>(stream.out.get(), IID_IMediaSeeking);
     add("SetRate", [=] { EXPECT_EQ(seeking->SetRate(2), S_OK); });
     add("GetDuration", [=] {
         LONGLONG n{};

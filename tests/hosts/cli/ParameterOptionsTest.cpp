@@ -67,7 +67,8 @@ TEST(ParameterOptions, AnAreaInPixelsOrPerCent) {
         ParameterChoice choice;
         EXPECT_EQ(Parse(std::string("--area=") + text, choice), "");
         if (area == std::array<std::int32_t, 4>{}) {
-            EXPECT_THAT(MessageOf([&] { choice.SettleArea(seen, stored); }), HasSubstr("beyond the picture"));
+            EXPECT_THAT(MessageOf([&, &size = seen, &whole = stored] { choice.SettleArea(size, whole); }),
+                        HasSubstr("beyond the picture"));
             continue;
         }
         choice.SettleArea(seen, stored);

@@ -195,8 +195,8 @@ TEST_F(CutFilmTest, RefusalsAreClearAndLeaveNothing) {
     for (const auto& [file, audio, container, message] : cases) {
         const std::filesystem::path film = m_folder / file;
         MakeFilm(film, With(kH264, {"-c:a", audio}));
-        EXPECT_THAT(MessageOf([&] {
-                        CutAfterReading(film, {0, 30}, Into(m_clips, container));
+        EXPECT_THAT(MessageOf([&, kind = container] {
+                        CutAfterReading(film, {0, 30}, Into(m_clips, kind));
                     }),
                     HasSubstr(message));
         EXPECT_THAT(FilesIn(m_clips), IsEmpty());

@@ -49,8 +49,8 @@ TEST(Mp4Edits, TracksEndAtTheirLastEdit) {
     for (const auto& [version, isLong] : {std::pair(0, false), std::pair(1, false), std::pair(0, true)}) {
         Bytes movie = Movie(version, isLong, {{200, 1400}, {1100}});
         Bytes expected = Movie(version, isLong, {{200, 1300}, {1100}});
-        const auto setLast = [version](std::span<std::uint8_t> body, std::size_t offset, std::uint64_t time) {
-            const std::size_t size = version == 1 ? 8 : 4;
+        const std::size_t size = version == 1 ? 8 : 4;
+        const auto setLast = [size](std::span<std::uint8_t> body, std::size_t offset, std::uint64_t time) {
             EXPECT_TRUE(WriteMp4Number(body, offset + 2 * size, size, time));
         };
         std::uint64_t length = 1500;
