@@ -38,7 +38,10 @@ test("a moved start takes its name along, and knows where it came from", () => {
     const scenes = edit.corrected(found(0, 50), corrections, kRows);
     assert.deepEqual(startsOf(scenes), ["0-55 rule", "55-100 person"]);
     assert.deepEqual([scenes[1].from, scenes[1].name], [50, "Arrival"]);
-    assert.deepEqual([edit.correctionCount(corrections, {}), edit.correctionCount(corrections, { 50: "Arrival" })], [2, 1]);
+    assert.deepEqual(
+        [edit.correctionCount(corrections, {}), edit.correctionCount(corrections, { 50: "Arrival" })],
+        [2, 1],
+    );
     const back = edit.moveStart(corrections, 55, 50, isFound);
     assert.deepEqual(back, { added: {}, removed: {}, names: { 50: "Arrival" } });
 });
@@ -113,7 +116,8 @@ test("scenes of other methods stay beside the rule's", () => {
         { row: 40, method: "video" },
     ];
     const methods = ({ row, end, method }) => `${row}-${end} ${method}`;
-    const decided = (rows, kinds, ends) => foundScenes(new Map(run.map((scene) => [scene.row, scene])), { rows, kinds, ends }).map(methods);
+    const decided = (rows, kinds, ends) =>
+        foundScenes(new Map(run.map((scene) => [scene.row, scene])), { rows, kinds, ends }).map(methods);
     assert.deepEqual(decided([0, 30, 60], [0, 255, 1], [20, 60, 100]), [
         "0-20 video",
         "30-60 timestamp+video",

@@ -1,5 +1,6 @@
 // The run that the page shows: its frames, their numbers, times and figures, and the scenes that it found.
 
+import { firstWhere } from "./search.js";
 import { clockText, frameTimecode, numberingOf, rescale, secondsText } from "./times.js";
 
 /** The bytes of a base64 text. */
@@ -24,18 +25,6 @@ export function columnsOf(names, rows, bytes) {
         offset += size;
     }
     return columns;
-}
-
-// The last of the ascending `places` that is not beyond `value` in their column.
-function lastUpTo(places, column, value) {
-    let low = 0;
-    let high = places.length - 1;
-    while (low < high) {
-        const middle = (low + high + 1) >> 1;
-        if (places[middle][column] <= value) low = middle;
-        else high = middle - 1;
-    }
-    return places[low];
 }
 
 /**
@@ -81,7 +70,7 @@ export class Film {
 
     frameOf(row) {
         if (row >= this.rows) return this.end.frame;
-        const place = lastUpTo(this.places, 0, row);
+        const place = this.#placeBefore(row);
         return place[1] + row - place[0];
     }
 
@@ -89,20 +78,13 @@ export class Film {
     timeOf(row) {
         if (row >= this.rows) return this.end.time;
         if (this.times) return this.times[row];
-        const place = lastUpTo(this.places, 0, row);
+        const place = this.#placeBefore(row);
         return place[2] + Math.round((row - place[0]) * (place[3] ?? this.run.step));
     }
 
     /** The row that bears the frame's number, or the first after it. */
     rowOfFrame(frame) {
-        let low = 0;
-        let high = this.rows;
-        while (low < high) {
-            const middle = (low + high) >> 1;
-            if (this.frameOf(middle) < frame) low = middle + 1;
-            else high = middle;
-        }
-        return low;
+        return firstWhere(this.rows, (row) => this.frameOf(row) >= frame);
     }
 
     placeOf(row) {
@@ -116,14 +98,7 @@ export class Film {
     /** The row that shows at `seconds`. */
     rowAt(seconds) {
         const time = (seconds * this.unit[1]) / this.unit[0] + 1e-6;
-        let low = 0;
-        let high = this.rows - 1;
-        while (low < high) {
-            const middle = (low + high + 1) >> 1;
-            if (this.timeOf(middle) <= time) low = middle;
-            else high = middle - 1;
-        }
-        return low;
+        return Math.max(0, firstWhere(this.rows, (row) => this.timeOf(row) > time) - 1);
     }
 
     /** Counted from 00:00:00:00 at the first frame of the file. */
@@ -133,6 +108,12 @@ export class Film {
 
     clockAt(time, decimals) {
         return clockText(time, this.unit, decimals);
+    }
+
+    // Of those that tell where rows lie the last that is not beyond the row.
+    #placeBefore(row) {
+        const { places } = this;
+        return places[Math.max(0, firstWhere(places.length, (i) => places[i][0] > row) - 1)];
     }
 
     secondsAt(time) {

@@ -69,9 +69,10 @@ export class Leaving {
         const { run } = model.film;
         byId("command").value = commandLine(run, model.settings);
         byId("list-command").value = listCommandLine(run, fileName(run, ".csv"));
-        byId("command-help").textContent = correctionCount(model.corrections, model.runNames) > 0
-            ? texts.commandCorrected
-            : texts.commandExact;
+        byId("command-help").textContent =
+            correctionCount(model.corrections, model.runNames) > 0
+                ? texts.commandCorrected
+                : texts.commandExact;
     }
 
     showScenes() {

@@ -88,7 +88,6 @@ byId("name").onkeydown = ({ key }) => {
 addCommands(commandsOf(editor, player), timeline.canvas);
 addGestures(timeline, editor, place);
 
-
 const memory = new Memory(byId("run").textContent + byId("figures").textContent.slice(0, kKeyedFigures));
 const kept = memory.load();
 if (kept) model.restore(kept);

@@ -1,5 +1,7 @@
 // Draws the timeline: difference above, level below, the scenes' marks between them, times at the bottom.
 
+import { firstWhere } from "./search.js";
+
 const kMostSceneLines = 150; // more would hide what lies beneath: then marks only
 const kDifferenceShare = 0.6; // of the height, for the panel of differences
 const kStripHeight = 18; // between the panels: marks of scenes
@@ -8,16 +10,9 @@ const kLeastTickDistance = 90;
 const kLeastLabelGap = 8;
 const kTickSeconds = [0.04, 0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 30, 60, 120, 300, 600, 1200, 1800, 3600, 7200];
 
-/** The first of the ascending `rows` that is `row` or later. */
-export function indexFrom(rows, row) {
-    let low = 0;
-    let high = rows.length;
-    while (low < high) {
-        const middle = (low + high) >> 1;
-        if (rows[middle] < row) low = middle + 1;
-        else high = middle;
-    }
-    return low;
+/** Which of the ascending marks is the first at the row or later. */
+export function markFrom(marks, row) {
+    return firstWhere(marks.length, (i) => marks[i].row >= row);
 }
 
 export class Painter {
@@ -133,14 +128,14 @@ export class Painter {
     }
 
     #drawMarks() {
-        const { marks, markRows, from, span, colors } = this.view;
+        const { marks, from, span, colors } = this.view;
         const { top, bottom } = this.strip;
         const context = this.#context;
         context.strokeStyle = colors.line;
         this.#line(0, top + 0.5, this.#width, top + 0.5);
         this.#line(0, bottom - 0.5, this.#width, bottom - 0.5);
-        const first = indexFrom(markRows, Math.floor(from));
-        const end = indexFrom(markRows, from + span);
+        const first = markFrom(marks, Math.floor(from));
+        const end = markFrom(marks, from + span);
         if (end - first > kMostSceneLines) return this.#drawDense(first, end);
         for (const mark of marks.slice(first, end)) {
             const x = this.#x(mark.row);

@@ -1,6 +1,6 @@
 // The timeline: which of the film's rows are in sight, its marks and its cursor; a painter draws it.
 
-import { indexFrom, Painter } from "./painter.js";
+import { markFrom, Painter } from "./painter.js";
 import { Pyramid } from "./pyramid.js";
 
 const kLeastSpan = 20; // rows in sight at the closest
@@ -16,7 +16,6 @@ export class Timeline {
         this.span = film.rows;
         this.cursor = null; // a row
         this.marks = []; // {row, color, isNew, isPerson, isGone}, ascending
-        this.markRows = [];
         this.settings = film.run.parameters;
         this.mostDifference = 64;
         this.dragged = null;
@@ -43,7 +42,6 @@ export class Timeline {
     /** Scenes that start. */
     setMarks(marks) {
         this.marks = marks;
-        this.markRows = marks.map((mark) => mark.row);
         this.redraw();
     }
 
@@ -68,7 +66,7 @@ export class Timeline {
         const reach = (kMarkReach / box.width) * this.span;
         const row = this.rowAt(clientX);
         let nearest = null;
-        for (let i = indexFrom(this.markRows, row - reach); i < this.marks.length; ++i) {
+        for (let i = markFrom(this.marks, row - reach); i < this.marks.length; ++i) {
             const mark = this.marks[i];
             if (mark.row > row + reach) break;
             if (!mark.isGone && (nearest === null || Math.abs(mark.row - row) < Math.abs(nearest - row)))
