@@ -19,6 +19,8 @@ std::wstring SystemPath(const std::wstring& path) {
         return path;
     std::wstring whole(room, L'\0');
     whole.resize(GetFullPathNameW(path.c_str(), room, whole.data(), nullptr));
+    if (whole.starts_with(kMark)) // was written with other slashes
+        return whole;
     const bool isShare = whole.starts_with(L"\\\\");
     return isShare ? std::wstring(kMarkOfShares) + whole.substr(1) : std::wstring(kMark) + whole;
 }

@@ -8,7 +8,11 @@
 namespace scenedetect {
 
 std::wstring LastSystemErrorText() {
-    return WideFromUtf8(std::generic_category().message(errno));
+    return WideFromUtf8(LastSystemErrorClause());
+}
+
+std::string LastSystemErrorClause() {
+    return std::generic_category().message(errno);
 }
 
 } // namespace scenedetect

@@ -1,5 +1,7 @@
 #include "platform/SystemError.h"
 
+#include "platform/Text.h"
+
 #include <windows.h>
 
 #include <iterator>
@@ -13,6 +15,13 @@ std::wstring LastSystemErrorText() {
                                         static_cast<DWORD>(std::size(buffer)), nullptr);
     std::wstring text(buffer, length);
     while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r'))
+        text.pop_back();
+    return text;
+}
+
+std::string LastSystemErrorClause() {
+    std::string text = Utf8FromWide(LastSystemErrorText());
+    if (text.ends_with('.'))
         text.pop_back();
     return text;
 }

@@ -32,9 +32,8 @@ starts one a line, EDL), from their starts to their ends. {name} in its name is 
 
 constexpr const char* kFrameNotes = R"(, or "-" for the standard input, of which each scene is
 printed as soon as it can be known. A folder stands for the video files in it and its folders. DV
-frames and the uncompressed frames of AVI files are examined as they are, everything else is
-decoded. A frame that is not whole is left out with a warning; of these each of the first ten gets
-a line.
+frames and the uncompressed frames of AVI files are examined as they are, without decoding. A frame
+that is not whole is left out with a warning; of these each of the first ten gets a line.
 
 Output: a header line, then a line a scene: scene,frame,timecode,seconds. "scene" counts from 1,
 "frame" is the frame of the file, from 0. In files of constant rate frames that were dropped while

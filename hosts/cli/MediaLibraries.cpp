@@ -33,6 +33,8 @@ std::string LibraryNotes() {
 
 const char* const kInputNotes = "\nInput: any file that FFmpeg's libraries read";
 
+const char* const kClipGroup = "Clips and pictures";
+
 const char* const kClipNotes = R"(
 Clips of DV are the frames of the tape, byte for byte, or with --container files that end where the
 audio format or the line system changes, too; DV with its audio beside the frames keeps its

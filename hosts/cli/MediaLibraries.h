@@ -12,7 +12,8 @@ void PrepareLibraries();
 [[nodiscard]] std::string LibraryNotes();
 /// Of the help text: which input is read, up to the comma before the standard input.
 extern const char* const kInputNotes;
-/// And what clips are made.
+/// The heading of the options for what is cut from the input, and what clips are made.
+extern const char* const kClipGroup;
 extern const char* const kClipNotes;
 
 /// An option that this build cannot follow: it is not in the help text, and whoever gives it is told why.

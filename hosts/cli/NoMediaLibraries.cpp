@@ -29,8 +29,10 @@ std::string LibraryNotes() {
 }
 
 const char* const kInputNotes = R"(
-Input: raw DV, and AVI files with DV or uncompressed frames (YUY2, UYVY, I420, YV12, RGB24); this
-build has no decoders for other files)";
+Input: raw DV, and AVI files with DV or uncompressed frames (YUY2, UYVY, I420, YV12, RGB24; this
+build has no decoders for other files))";
+
+const char* const kClipGroup = "Clips";
 
 const char* const kClipNotes = R"(
 Clips are made of DV: the frames of the tape, byte for byte. A clip that is there already is kept

@@ -121,7 +121,7 @@ void OutputOptions::AddLists(CLI::App& app) {
 }
 
 void OutputOptions::AddClips(CLI::App& app) {
-    constexpr const char* kGroup = "Clips and pictures";
+    const char* const kGroup = kClipGroup;
     ClipSettings& clips = m_settings.outputs.clips;
     PictureSettings& pictures = m_settings.outputs.pictures;
     AddFolder(app, "--split", clips.folder, "Cut the input into a file a scene, in this folder", kGroup);
@@ -175,11 +175,11 @@ void OutputOptions::AddClips(CLI::App& app) {
         clips.names = pictures.names = NamePattern(pattern);
     };
     app.add_option_function<std::string>("--names", setNames,
-                                         "Names of clips and pictures; \"{name}-{scene}\" unless told")
+                                         "Names of these files; \"{name}-{scene}\" unless told")
         ->type_name("PATTERN")
         ->group(kGroup)
         ->check(NamePattern::ErrorIn);
-    app.add_flag("--force", m_overwrites, "Overwrite clips and pictures that are there already")
+    app.add_flag("--force", m_overwrites, "Overwrite those of these files that are there already")
         ->group(kGroup);
 }
 

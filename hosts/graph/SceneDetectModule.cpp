@@ -20,7 +20,7 @@ SceneDetectModule::SceneDetectModule(const std::string& path) : m_path(path) {
     // Only a whole path is taken as it is; a mere name would be looked for in the system's folders.
     if (!path.empty() &&
         !m_library.Open(std::filesystem::absolute(FilePath(path)).make_preferred().wstring()))
-        throw HostError(path + ": cannot be loaded: " + Utf8FromWide(LastSystemErrorText()));
+        throw HostError(path + ": cannot be loaded: " + LastSystemErrorClause());
 }
 
 ComRef<IBaseFilter> SceneDetectModule::MakeFilter() const {

@@ -16,7 +16,6 @@ Verbosity VerbosityOf(const KxOptions& options) {
     return options.isQuiet ? Verbosity::Quiet : options.isVerbose ? Verbosity::Verbose : Verbosity::Normal;
 }
 
-constexpr int kSignal = 128; // as shells count
 constexpr int kPipeSignal = 13;
 
 int ExitCodeOf(BatchEnding ending, int signal) {
@@ -26,9 +25,9 @@ int ExitCodeOf(BatchEnding ending, int signal) {
     case BatchEnding::BrokeOff:
         return kExitPartial;
     case BatchEnding::Stopped:
-        return kSignal + signal;
+        return kSignalExit + signal;
     case BatchEnding::OutputClosed:
-        return kSignal + kPipeSignal;
+        return kSignalExit + kPipeSignal;
     case BatchEnding::Failed:
         break;
     }

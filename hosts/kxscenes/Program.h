@@ -5,6 +5,9 @@
 
 namespace scenedetect {
 
+/// Exit codes after a signal are this and its number, as shells count.
+inline constexpr int kSignalExit = 128;
+
 /// What the system's part keeps for it.
 struct ProgramSystem {
     std::atomic<bool>& stop; ///< ends the run at its next picture

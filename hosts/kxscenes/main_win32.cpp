@@ -18,14 +18,18 @@ constexpr DWORD kPatience = 4000; // milliseconds; after a second more the syste
 // On a thread of its own. TRUE: the program goes on.
 BOOL WINAPI StopRun(DWORD event) {
     const bool isKey = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
+    const int signal = isKey ? kInterrupt : kHangUp;
     int none = 0;
-    const bool isFirst = g_signal.compare_exchange_strong(none, isKey ? kInterrupt : kHangUp);
+    const bool isFirst = g_signal.compare_exchange_strong(none, signal);
     g_stop = true;
     if (isKey && isFirst)
         return TRUE;
-    // The second one ends the program at once. A console that closes leaves it as long as this takes.
-    if (isKey || WaitForSingleObject(g_ended, kPatience) != WAIT_OBJECT_0)
-        scenedetect::UnfinishedFile::RemoveAll();
+    // When a console closes, the system ends the program as soon as this returns.
+    if (!isKey && WaitForSingleObject(g_ended, kPatience) == WAIT_OBJECT_0)
+        Sleep(INFINITE); // the program is ending
+    // A second key, or a run that does not end in time.
+    scenedetect::UnfinishedFile::RemoveAll();
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(scenedetect::kSignalExit + signal));
     return FALSE;
 }
 

@@ -5,9 +5,10 @@
 namespace scenedetect {
 namespace {
 
-constexpr const char* kAdvice =
-    ": this build cuts DV with its audio in the frames only; write a list (-o scenes.csv), by which kxscenes "
-    "on Linux cuts this file, too: --scenes scenes.csv --split DIR";
+constexpr const char* kAdvice = ": this build cuts DV with its audio in the frames only; ffmpeg puts it "
+                                "there (ffmpeg -i IN -c copy OUT.dv), "
+                                "or write a list (-o scenes.csv), by which kxscenes on Linux cuts this file: "
+                                "--scenes scenes.csv --split DIR";
 
 } // namespace
 

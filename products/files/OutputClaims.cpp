@@ -1,11 +1,12 @@
 #include "products/files/OutputClaims.h"
 
+#include "products/files/SystemFile.h"
 #include "reading/base/HostError.h"
 
 namespace scenedetect {
 
 void OutputClaims::AddInput(const std::string& path) {
-    if (const FileIdentity identity = IdentityOf(FilePath(path)); identity != FileIdentity{}) {
+    if (const FileIdentity identity = FactsOf(path).identity; identity != FileIdentity{}) {
         const std::lock_guard lock(m_mutex);
         m_inputs.insert(identity);
     }
@@ -16,7 +17,7 @@ void OutputClaims::Claim(const std::string& path) {
     if (target.kind == OutputTarget::Kind::Device)
         return;
     const bool isFile = target.kind == OutputTarget::Kind::File;
-    const FileIdentity identity = isFile ? IdentityOf(target.file) : FileIdentity{};
+    const FileIdentity identity = isFile ? FactsOf(NameOfPath(target.file)).identity : FileIdentity{};
     const std::string whole = isFile ? WholeName(target.file) : "";
     const std::lock_guard lock(m_mutex);
     if (m_inputs.contains(identity))

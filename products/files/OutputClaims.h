@@ -1,7 +1,7 @@
 // The names that a run writes to, so that it never overwrites what it wrote itself, nor what it reads.
 #pragma once
 
-#include "products/files/SystemFile.h"
+#include "reading/base/FileFacts.h"
 
 #include <mutex>
 #include <set>

@@ -1,6 +1,8 @@
 #include "products/files/OutputFile.h"
 
+#include "reading/base/FileFacts.h"
 #include "reading/base/HostError.h"
+#include "reading/base/StandardStreams.h"
 
 #include <algorithm>
 #include <array>
@@ -135,9 +137,12 @@ namespace {
 void RequireFolder(const std::filesystem::path& folder, const std::string& path) {
     std::error_code error;
     std::filesystem::path nearest = std::filesystem::absolute(folder, error);
-    while (!std::filesystem::exists(nearest, error) && nearest.has_relative_path())
+    FileFacts facts = FactsOf(NameOfPath(nearest));
+    while (!facts.isThere && nearest.has_relative_path()) {
         nearest = nearest.parent_path();
-    if (!std::filesystem::is_directory(nearest, error))
+        facts = FactsOf(NameOfPath(nearest));
+    }
+    if (!facts.isFolder)
         FailToWrite(path, NoFolderError());
     if (const int code = FolderObstacle(nearest); code != 0)
         FailToWrite(path, code);
@@ -149,8 +154,7 @@ void RequireWritable(const std::string& path, Existing existing) {
     const OutputTarget target = FindOutputTarget(path, existing);
     if (target.kind != OutputTarget::Kind::File)
         return;
-    std::error_code error;
-    if (const auto folder = FolderOf(target.file); std::filesystem::exists(folder, error))
+    if (const auto folder = FolderOf(target.file); FactsOf(NameOfPath(folder)).isThere)
         OutputFile(path, existing); // trying tells more than asking, and leaves nothing
     else
         RequireFolder(folder, path);

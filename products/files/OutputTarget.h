@@ -30,10 +30,6 @@ struct OutputTarget {
 /// that is there under `Keep`, and for what the user may not write.
 [[nodiscard]] OutputTarget FindOutputTarget(const std::string& path, Existing existing);
 
-[[nodiscard]] inline std::string PathIn(const std::string& folder, const std::string& name) {
-    return NameOfPath(FilePath(folder) / FilePath(name));
-}
-
 /// For people: "-" is the standard output.
 [[nodiscard]] inline std::string NameOfOutput(const std::string& path) {
     return path == "-" ? "standard output" : path;

@@ -43,9 +43,8 @@ class SystemFile {
 
 /// What that number says, in the system's words, and what to do where that helps.
 [[nodiscard]] std::string WriteErrorText(int code);
-/// Whether that number stands for a file that is there already, or for a reader that has gone away.
+/// Whether that number stands for a file that is there already.
 [[nodiscard]] bool IsExistingError(int code);
-[[nodiscard]] bool IsClosedPipeError(int code);
 
 /// FindOutputTarget, of a path that is not empty.
 [[nodiscard]] OutputTarget FindNamedTarget(const std::string& path, Existing existing);
@@ -62,9 +61,6 @@ void RemoveFile(const char* path) noexcept;
 /// Stands for "that is no folder".
 [[nodiscard]] int NoFolderError();
 
-/// A regular file, whatever its names; two zeros where there is none.
-using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;
-[[nodiscard]] FileIdentity IdentityOf(const std::filesystem::path& path);
 /// The same text for all names of a file that need not be there yet, as far as they can be known.
 [[nodiscard]] std::string WholeName(const std::filesystem::path& path);
 

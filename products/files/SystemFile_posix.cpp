@@ -102,10 +102,6 @@ bool IsExistingError(int code) {
     return code == EEXIST;
 }
 
-bool IsClosedPipeError(int code) {
-    return code == EPIPE;
-}
-
 int GiveFinalName(const std::filesystem::path& from, const std::filesystem::path& to, Existing existing,
                   bool& isMoved) {
     isMoved = existing == Existing::Replace
@@ -133,13 +129,6 @@ int FolderObstacle(const std::filesystem::path& folder) {
 
 int NoFolderError() {
     return ENOTDIR;
-}
-
-FileIdentity IdentityOf(const std::filesystem::path& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
-        return {};
-    return {status.st_dev, status.st_ino};
 }
 
 std::string WholeName(const std::filesystem::path& path) {

@@ -2,6 +2,7 @@
 #include "platform/SystemError.h"
 #include "platform/Text.h"
 #include "products/files/SystemFile.h"
+#include "reading/base/FileFacts.h"
 
 #include <windows.h>
 
@@ -32,9 +33,13 @@ HANDLE Open(const std::filesystem::path& path, DWORD access, DWORD creation, DWO
                        nullptr, creation, flags, nullptr);
 }
 
-bool IsFolder(const std::wstring& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+// 0 when it is there in the end.
+int MakeFolder(const std::filesystem::path& folder) {
+    if (CreateDirectoryW(Native(folder).c_str(), nullptr))
+        return 0;
+    const int error = ErrorOf(false);
+    const FileFacts facts = FactsOf(NameOfPath(folder));
+    return facts.isFolder ? 0 : facts.isThere ? NoFolderError() : error;
 }
 
 std::string_view Advice(int code) {
@@ -46,6 +51,8 @@ std::string_view Advice(int code) {
         return "; the system or its file system allows no larger files there";
     case ERROR_SHARING_VIOLATION:
         return "; close the program that has it open";
+    case ERROR_ACCESS_DENIED:
+        return "; it or its folder is write-protected, or a program has it open";
     default:
         return "";
     }
@@ -122,15 +129,11 @@ std::string SystemFile::DescriptorPath() const {
 
 std::string WriteErrorText(int code) {
     SetLastError(static_cast<DWORD>(code));
-    return Utf8FromWide(LastSystemErrorText()) + std::string(Advice(code));
+    return LastSystemErrorClause() + std::string(Advice(code));
 }
 
 bool IsExistingError(int code) {
     return code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS;
-}
-
-bool IsClosedPipeError(int code) {
-    return code == ERROR_NO_DATA || code == ERROR_BROKEN_PIPE;
 }
 
 int GiveFinalName(const std::filesystem::path& from, const std::filesystem::path& to, Existing existing,
@@ -151,15 +154,11 @@ void RemoveFile(const char* path) noexcept {
 }
 
 int MakeFolders(const std::filesystem::path& folder) {
-    const std::wstring path = Native(folder);
-    if (IsFolder(path) || CreateDirectoryW(path.c_str(), nullptr))
-        return 0;
-    const int error = ErrorOf(false);
+    const int error = MakeFolder(folder);
     if (error != ERROR_PATH_NOT_FOUND || !folder.has_relative_path() || folder.parent_path().empty())
-        return error == ERROR_ALREADY_EXISTS && IsFolder(path) ? 0 : error;
-    if (const int above = MakeFolders(folder.parent_path()); above != 0)
-        return above;
-    return ErrorOf(CreateDirectoryW(path.c_str(), nullptr) || IsFolder(path));
+        return error;
+    const int above = MakeFolders(folder.parent_path());
+    return above != 0 ? above : MakeFolder(folder);
 }
 
 // Rights are too many to be asked for; trying tells.
@@ -174,19 +173,6 @@ int FolderObstacle(const std::filesystem::path& folder) {
 
 int NoFolderError() {
     return ERROR_DIRECTORY;
-}
-
-FileIdentity IdentityOf(const std::filesystem::path& path) {
-    // Asks for no right, so that files that others hold open are known, too.
-    const HANDLE file = Open(path, 0, OPEN_EXISTING, 0);
-    BY_HANDLE_FILE_INFORMATION facts{};
-    const bool isKnown = file != INVALID_HANDLE_VALUE && GetFileType(file) == FILE_TYPE_DISK &&
-                         GetFileInformationByHandle(file, &facts) != 0;
-    if (file != INVALID_HANDLE_VALUE)
-        CloseHandle(file);
-    if (!isKnown)
-        return {};
-    return {facts.dwVolumeSerialNumber, std::uint64_t{facts.nFileIndexHigh} << 32 | facts.nFileIndexLow};
 }
 
 std::string WholeName(const std::filesystem::path& path) {

@@ -18,5 +18,8 @@ void WriteError(std::string_view text) noexcept;
 /// Writes all of it to standard output, byte for byte; a console shows it as the UTF-8 that it is. HostError
 /// when that fails, OutputClosed when nobody reads it any more.
 void WriteOutput(std::string_view text);
+/// Whether the system's number of an error (errno, or on Windows GetLastError) stands for a reader that has
+/// gone away.
+[[nodiscard]] bool IsClosedPipeError(int code);
 
 } // namespace scenedetect

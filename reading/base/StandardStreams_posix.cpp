@@ -37,12 +37,16 @@ void WriteOutput(std::string_view text) {
         const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
         if (written < 0 && errno == EINTR)
             continue;
-        if (written < 0 && errno == EPIPE)
+        if (written < 0 && IsClosedPipeError(errno))
             throw OutputClosed();
         if (written < 0)
             throw HostError("standard output: cannot be written: " + std::generic_category().message(errno));
         text.remove_prefix(static_cast<std::size_t>(written));
     }
+}
+
+bool IsClosedPipeError(int code) {
+    return code == EPIPE;
 }
 
 } // namespace scenedetect

@@ -64,9 +64,13 @@ void WriteError(std::string_view text) noexcept {
 void WriteOutput(std::string_view text) {
     if (WriteTo(STD_OUTPUT_HANDLE, text))
         return;
-    if (GetLastError() == ERROR_NO_DATA || GetLastError() == ERROR_BROKEN_PIPE)
+    if (IsClosedPipeError(static_cast<int>(GetLastError())))
         throw OutputClosed();
-    throw HostError("standard output: cannot be written: " + Utf8FromWide(LastSystemErrorText()));
+    throw HostError("standard output: cannot be written: " + LastSystemErrorClause());
+}
+
+bool IsClosedPipeError(int code) {
+    return code == ERROR_NO_DATA || code == ERROR_BROKEN_PIPE || code == ERROR_PIPE_NOT_CONNECTED;
 }
 
 } // namespace scenedetect

@@ -1,6 +1,7 @@
 #include "platform/FilePath_win32.h"
 #include "platform/SystemError.h"
 #include "platform/Text.h"
+#include "reading/base/FileFacts.h"
 #include "reading/base/HostError.h"
 #include "reading/readers/ByteSource.h"
 
@@ -42,8 +43,7 @@ ByteSource::ByteSource(const std::string& path)
       m_handle(reinterpret_cast<std::intptr_t>(Open(path))) {
     if (AsHandle(m_handle) == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
-        const DWORD attributes = GetFileAttributesW(SystemPath(WideFromUtf8(path)).c_str());
-        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+        if (FactsOf(path).isFolder)
             throw HostError(m_name + ": cannot be read: it is a folder");
         SetLastError(error);
         Fail();
@@ -62,7 +62,7 @@ ByteSource::~ByteSource() {
 }
 
 void ByteSource::Fail() const {
-    throw HostError(m_name + ": cannot be read: " + Utf8FromWide(LastSystemErrorText()));
+    throw HostError(m_name + ": cannot be read: " + LastSystemErrorClause());
 }
 
 bool ByteSource::Wait(const std::atomic<bool>& stop) const {

@@ -1,7 +1,7 @@
 #include "running/batch/RunAll.h"
 
 #include "platform/UsableCores.h"
-#include "reading/base/FilePath.h"
+#include "reading/base/FileFacts.h"
 #include "reading/base/HostError.h"
 #include "running/batch/Progress.h"
 #include "running/listeners/Listeners.h"
@@ -281,9 +281,7 @@ void Jobs::ShowProgress() {
         all = 1;
     } else {
         for (std::size_t i = 0; i < m_plans.size(); ++i) {
-            std::error_code none;
-            const auto bytes = std::filesystem::file_size(FilePath(m_plans[i].run.input), none);
-            const double size = none ? 0 : static_cast<double>(bytes);
+            const auto size = static_cast<double>(FactsOf(m_plans[i].run.input).size);
             done += size * std::max(0.0, m_progress[i].fraction.load(std::memory_order_relaxed));
             all += size;
         }

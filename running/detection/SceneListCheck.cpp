@@ -2,6 +2,7 @@
 
 #include "platform/File.h"
 #include "platform/Text.h"
+#include "reading/base/FileFacts.h"
 #include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
 
@@ -56,8 +57,7 @@ void RequireSceneListName(const std::string& path, const std::string& input) {
 
 std::string ReadSceneList(const std::string& path, std::int64_t sceneCount) {
     // Reading back from a device would tell nothing, or never end.
-    std::error_code none;
-    std::string text = std::filesystem::is_regular_file(FilePath(path), none) ? ReadWhole(path) : "";
+    std::string text = FactsOf(path).isFile ? ReadWhole(path) : "";
     if (!IsWhole(text, sceneCount))
         throw HostError(path + ": the scene list could not be written whole (is there room?)");
     return text;

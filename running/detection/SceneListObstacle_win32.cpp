@@ -1,5 +1,7 @@
+#include "platform/FilePath_win32.h"
 #include "platform/SystemError.h"
 #include "platform/Text.h"
+#include "reading/base/FileFacts.h"
 #include "reading/base/FilePath.h"
 #include "running/detection/SceneListCheck.h"
 
@@ -11,20 +13,19 @@
 namespace scenedetect {
 
 std::string FindSceneListObstacle(const std::string& path) {
-    const std::filesystem::path file = FilePath(path);
-    std::error_code none;
-    if (std::filesystem::is_directory(file, none))
+    const FileFacts facts = FactsOf(path);
+    if (facts.isFolder)
         return std::generic_category().message(EISDIR);
-    if (!std::filesystem::exists(file, none)) {
-        const std::filesystem::path folder = file.parent_path();
-        const bool isFolderThere = folder.empty() || std::filesystem::is_directory(folder, none);
-        return isFolderThere ? "" : std::generic_category().message(ENOENT);
+    if (!facts.isThere) {
+        const std::string folder = NameOfPath(FilePath(path).parent_path());
+        return folder.empty() || FactsOf(folder).isFolder ? "" : std::generic_category().message(ENOENT);
     }
     // Opened and closed again an existing file stays as it is.
-    const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle =
+        CreateFileW(SystemPath(WideFromUtf8(path)).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
-        return Utf8FromWide(LastSystemErrorText());
+        return LastSystemErrorClause();
     CloseHandle(handle);
     return "";
 }

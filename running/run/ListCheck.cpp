@@ -1,13 +1,12 @@
 #include "running/run/ListCheck.h"
 
 #include "products/listed/ListedScenes.h"
-#include "reading/base/FilePath.h"
+#include "reading/base/FileFacts.h"
 
 namespace scenedetect {
 
 void RequireListFits(const RunSettings& settings, const SceneList& list, const Reading& reading) {
-    std::error_code none;
-    if (!std::filesystem::is_regular_file(FilePath(settings.input), none))
+    if (!FactsOf(settings.input).isFile)
         return;
     Console silent([](MessageKind, const std::string&) {});
     const auto reader = OpenPictures(settings.input, {reading.stop, silent, reading.threads}, {});

@@ -14,7 +14,7 @@ MemoryFile::MemoryFile() {
     std::array<wchar_t, MAX_PATH + 1> path{};
     if (GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()) == 0 ||
         GetTempFileNameW(folder.data(), L"kxs", 0, path.data()) == 0)
-        throw HostError("no temporary file: " + Utf8FromWide(LastSystemErrorText()));
+        throw HostError("no temporary file: " + LastSystemErrorClause());
     m_path = Utf8FromWide(path.data());
 }
 

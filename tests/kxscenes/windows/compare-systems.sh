@@ -108,9 +108,34 @@ case_names() {
     tape "in/$name.dv" pal 10:30:00 1 48000
     cp "in/$name.dv" "in$deep/tief.dv"
     compare 0 --method interval --interval 10 --split "Szenen é$deep" -o "$name{name}.edl" "../in$deep/tief.dv"
-    rm -r in/000*
+    # Links are the shell's to make; the file that one leads to is replaced.
+    for system in native windows; do
+        ln -s real.csv $system/link.csv
+        echo old >$system/real.csv
+    done
     compare 0 --method interval --interval 10 --split again ../in
+    compare 0 --method interval --interval 10 -o link.csv "../in/$name.dv"
+    [ -L windows/link.csv ] || fail "a link was replaced"
+}
+
+# Ctrl-C while it waits for more of a tape, and while nobody reads what it prints.
+case_keys() {
+    local code pressed
+    tape in/tape.dv pal 10:30:00 4 48000
+    mkfifo more
+    exec 3<>more
+    for pressed in once again; do
+        code=0
+        (cd windows && timeout 100 "$RUN_IN_WINE" "$WINDOWS_BIN/console_event.exe" $pressed "Z:$windows" --method \
+            interval --interval 1 --tape-log log.csv --split clips - < <(exec cat ../in/tape.dv ../more 3>&-) >out 2>err) ||
+            code=$?
+        [ $code -eq 130 ] || fail "Ctrl-C $pressed: exit code $code: $(cat windows/err)"
+        [ -z "$(find windows -name '*.part')" ] || fail "Ctrl-C $pressed: leaves $(find windows -name '*.part')"
+        [ $pressed = again ] || grep -q 'of the first .* frames only: log.csv' windows/err || fail "$(cat windows/err)"
+        rm -rf windows/clips windows/log.csv
+    done
+    exec 3>&-
 }
 
 "case_$1"
-echo "$1: the same"
+echo "$1: as it should be"
