@@ -13,13 +13,17 @@ constexpr std::wstring_view kMarkOfShares = L"\\\\?\\UNC";
 
 } // namespace
 
+std::wstring FullPath(const std::wstring& path) {
+    std::wstring whole(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    whole.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(whole.size()), whole.data(), nullptr));
+    return whole;
+}
+
 std::wstring SystemPath(const std::wstring& path) {
-    const DWORD room = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    if (room <= kShort || path.starts_with(kMark))
+    const std::wstring whole = path.starts_with(kMark) ? path : FullPath(path);
+    if (whole.size() < kShort)
         return path;
-    std::wstring whole(room, L'\0');
-    whole.resize(GetFullPathNameW(path.c_str(), room, whole.data(), nullptr));
-    if (whole.starts_with(kMark)) // was written with other slashes
+    if (whole.starts_with(kMark))
         return whole;
     const bool isShare = whole.starts_with(L"\\\\");
     return isShare ? std::wstring(kMarkOfShares) + whole.substr(1) : std::wstring(kMark) + whole;

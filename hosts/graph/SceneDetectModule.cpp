@@ -3,7 +3,7 @@
 #include "hosts/graph/Com.h"
 #include "platform/SystemError.h"
 #include "platform/Text.h"
-#include "reading/base/FilePath.h"
+#include "reading/base/FileFacts.h"
 #include "reading/base/HostError.h"
 #include "scenes/IKxSceneDetect.h"
 
@@ -18,8 +18,7 @@ constexpr const char* kFilterName = "the scene detect filter";
 
 SceneDetectModule::SceneDetectModule(const std::string& path) : m_path(path) {
     // Only a whole path is taken as it is; a mere name would be looked for in the system's folders.
-    if (!path.empty() &&
-        !m_library.Open(std::filesystem::absolute(FilePath(path)).make_preferred().wstring()))
+    if (!path.empty() && !m_library.Open(WholePath(path).wstring()))
         throw HostError(path + ": cannot be loaded: " + LastSystemErrorClause());
 }
 

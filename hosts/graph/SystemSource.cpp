@@ -3,7 +3,7 @@
 #include "baseclasses/MediaType.h"
 #include "filter/MediaTypes.h"
 #include "hosts/graph/Com.h"
-#include "reading/base/FilePath.h"
+#include "reading/base/FileFacts.h"
 
 namespace scenedetect {
 
@@ -12,7 +12,7 @@ SystemSource::SystemSource(IGraphBuilder& graph, const std::string& path)
       m_splitter(Create<IBaseFilter>(CLSID_AviSplitter, IID_IBaseFilter, "the system's AVI splitter")),
       m_addedReader(graph, *m_reader, L"File"),
       m_addedSplitter(graph, *m_splitter, L"AVI splitter") {
-    const std::wstring file = std::filesystem::absolute(FilePath(path)).make_preferred().wstring();
+    const std::wstring file = WholePath(path).wstring();
     Require(As<IFileSourceFilter>(m_reader.get(), IID_IFileSourceFilter, "the system's file source")
                 ->Load(file.c_str(), nullptr),
             path + ": cannot be read by the system's file source");

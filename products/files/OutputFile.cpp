@@ -135,11 +135,10 @@ namespace {
 
 // `path` is what the folder is wanted for.
 void RequireFolder(const std::filesystem::path& folder, const std::string& path) {
-    std::error_code error;
-    std::filesystem::path nearest = std::filesystem::absolute(folder, error);
+    std::filesystem::path nearest = folder;
     FileFacts facts = FactsOf(NameOfPath(nearest));
-    while (!facts.isThere && nearest.has_relative_path()) {
-        nearest = nearest.parent_path();
+    while (!facts.isThere && nearest.has_relative_path() && nearest != ".") {
+        nearest = FolderOf(nearest);
         facts = FactsOf(NameOfPath(nearest));
     }
     if (!facts.isFolder)

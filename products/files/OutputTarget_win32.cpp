@@ -1,5 +1,6 @@
 #include "platform/FilePath_win32.h"
 #include "products/files/SystemFile.h"
+#include "reading/base/FileFacts.h"
 #include "reading/base/HostError.h"
 
 #include <windows.h>
@@ -75,7 +76,7 @@ OutputTarget FindNamedTarget(const std::string& path, Existing existing) {
     if (opened == INVALID_HANDLE_VALUE)
         FailToWrite(path, static_cast<int>(GetLastError()));
     std::filesystem::path place = PlaceOf(opened);
-    const auto folder = PlaceOf(OpenThere(std::filesystem::absolute(file).parent_path(), 0));
+    const auto folder = PlaceOf(OpenThere(WholePath(path).parent_path(), 0));
     const bool isLink = !place.empty() && place != folder / file.filename();
     return {OutputTarget::Kind::File, -1, std::move(isLink ? place : file)};
 }

@@ -176,8 +176,7 @@ int NoFolderError() {
 }
 
 std::string WholeName(const std::filesystem::path& path) {
-    std::wstring whole(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    whole.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(whole.size()), whole.data(), nullptr));
+    std::wstring whole = FullPath(path.native());
     // Names that differ in the case of letters only are one.
     CharUpperBuffW(whole.data(), static_cast<DWORD>(whole.size()));
     return Utf8FromWide(whole);

@@ -1,6 +1,7 @@
 #include "products/outputs/NameText.h"
 
 #include "platform/Text.h"
+#include "reading/base/FileFacts.h"
 #include "reading/base/FilePath.h"
 
 #include <string_view>
@@ -39,10 +40,6 @@ std::string UrlPath(const std::string& path) {
     return url;
 }
 
-std::filesystem::path Normal(const std::string& path) {
-    return std::filesystem::absolute(FilePath(path)).lexically_normal();
-}
-
 } // namespace
 
 std::string PlainName(const std::string& name) {
@@ -65,16 +62,16 @@ std::string MediaUrl(const std::string& path) {
         return "";
     if (path.find("://") != std::string::npos)
         return PlainName(path);
-    const std::filesystem::path whole = Normal(path);
-    // Of a drive, where there are any; a server's has slashes of its own.
-    const std::string drive = NameOfPath(whole.root_name());
-    const std::string root = drive.empty() || drive.starts_with("//") ? drive : '/' + drive;
-    return (root.starts_with("//") ? "file:" : "file://") + root +
-           UrlPath(NameOfPath(whole).substr(drive.size()));
+    const std::filesystem::path whole = WholePath(path);
+    const std::string name = NameOfPath(whole);
+    if (name.starts_with("//")) // and a server's name
+        return "file:" + UrlPath(name);
+    const std::string drive = NameOfPath(whole.root_name()); // where there are any
+    return "file://" + (drive.empty() ? "" : '/' + drive) + UrlPath(name.substr(drive.size()));
 }
 
 std::string RelativeUrl(const std::string& path, const std::string& from) {
-    const std::filesystem::path relative = Normal(path).lexically_relative(Normal(from).parent_path());
+    const std::filesystem::path relative = WholePath(path).lexically_relative(WholePath(from).parent_path());
     return relative.empty() ? MediaUrl(path) : UrlPath(NameOfPath(relative));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,10 @@ struct FileFacts {
 
 /// Of what the name leads to, through links. Names have any length, here and below.
 [[nodiscard]] FileFacts FactsOf(const std::string& path);
+
+/// From the root on, without "." and ".."; links stay. The library's own way knows no network folders on
+/// Windows.
+[[nodiscard]] std::filesystem::path WholePath(const std::string& path);
 
 struct FolderEntry {
     std::string name;      ///< without the folder

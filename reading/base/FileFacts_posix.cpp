@@ -15,6 +15,10 @@ FileFacts FactsOf(const std::string& path) {
     return {true, false, true, status.st_size, {status.st_dev, status.st_ino}};
 }
 
+std::filesystem::path WholePath(const std::string& path) {
+    return std::filesystem::absolute(FilePath(path)).lexically_normal();
+}
+
 std::string ListFolder(const std::string& folder, std::vector<FolderEntry>& entries) {
     namespace fs = std::filesystem;
     std::error_code error;

@@ -62,6 +62,10 @@ FileFacts FactsOf(const std::string& path) {
             {facts.dwVolumeSerialNumber, Joined(facts.nFileIndexHigh, facts.nFileIndexLow)}};
 }
 
+std::filesystem::path WholePath(const std::string& path) {
+    return FullPath(WideFromUtf8(path));
+}
+
 std::string ListFolder(const std::string& folder, std::vector<FolderEntry>& entries) {
     return Find(FilePath(folder) / "*", entries);
 }
