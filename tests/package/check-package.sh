@@ -48,7 +48,7 @@ cmp "${root[0]}/KxSceneDetect2.ax" "$build/bin/KxSceneDetect2.ax"
     cd "${root[0]}"
     "$make_tape" tape.dv
     commands=$(tr -d '\r' <FIRST-STEPS.txt | sed -n 's/^       //p')
-    [ "$(wc -l <<<"$commands")" -eq 2 ]
+    [ "$(wc -l <<<"$commands")" -eq 3 ]
     while read -r command; do
         "$run_in_wine" "C:\\windows\\system32\\cmd.exe" /c "$command" </dev/null >said 2>&1 || { cat said && exit 1; }
     done <<<"$commands"
