@@ -50,7 +50,7 @@ std::string_view Advice(int code) {
     case ERROR_FILE_TOO_LARGE:
         return "; the system or its file system allows no larger files there";
     case ERROR_SHARING_VIOLATION:
-        return "; close the program that has it open";
+        return "; a program has it open: close it there";
     case ERROR_ACCESS_DENIED:
         return "; it or its folder is write-protected, or a program has it open";
     default:

@@ -23,7 +23,7 @@ TEST_F(OutputFileTest, WhatCannotBeReplacedShowsBeforehand) {
     SetFileAttributesA(m_path.c_str(), FILE_ATTRIBUTE_NORMAL);
     const HANDLE other =
         CreateFileA(m_path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    EXPECT_THAT(obstacle(), HasSubstr("; close the program that has it open"));
+    EXPECT_THAT(obstacle(), HasSubstr("; a program has it open: close it there"));
     CloseHandle(other);
     EXPECT_EQ(obstacle(), "");
 }
