@@ -202,6 +202,9 @@ class Workbench:
     def memory(self, browser: Browser, wanted: list[int]) -> None:
         self.open(browser)
         expect("scenes after a reload", starts(browser.download("#download-csv")), wanted)
+        browser.run("document.querySelector('#redo').click()")
+        expect("what was undone before the reload, done again", starts(browser.download("#download-csv")), [*wanted, 299])
+        browser.run("document.querySelector('#undo').click()")
         page_settings(browser, {"cutThreshold": 255, "darkLevel": -1})
         expect("a person's starts without the rule's", starts(browser.download("#download-csv")), [0, 27, 60])
         page_settings(browser, {"cutThreshold": 13, "darkLevel": 25})
