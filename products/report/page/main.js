@@ -35,14 +35,14 @@ function tell(text) {
 function showRun(film) {
     const { run, end, rate } = film;
     const first = run.scenes[0] ?? { frame: 0, time: 0 };
-    const seconds = film.secondsAt(end.time - first.time);
+    const length = film.clockAt(end.time - first.time, 3);
     const rateText = String(Number((rate[0] / rate[1]).toPrecision(5)));
     const [width, height] = run.quarterTurns % 2 ? [run.height, run.width] : [run.width, run.height];
     byId("title").textContent = run.name;
     byId("summary").textContent = texts.summary(
         run.scenes.length,
         end.frame - first.frame,
-        seconds,
+        length,
         rateText,
         width,
         height,

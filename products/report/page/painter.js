@@ -111,12 +111,17 @@ export class Painter {
     #drawThresholds() {
         const { settings, colors } = this.view;
         const context = this.#context;
-        context.setLineDash([5, 4]);
-        context.lineWidth = 1;
-        context.strokeStyle = colors.dim;
-        for (const y of [this.#differenceY(settings.cutThreshold), this.#levelY(settings.darkLevel)])
+        for (const y of [this.#differenceY(settings.cutThreshold), this.#levelY(settings.darkLevel)]) {
+            // Also over hours of figures, which leave nothing of the ground.
+            context.strokeStyle = colors.card;
+            context.lineWidth = 3;
             this.#line(0, y, this.#width, y);
-        context.setLineDash([]);
+            context.strokeStyle = colors.ink;
+            context.lineWidth = 1;
+            context.setLineDash([5, 4]);
+            this.#line(0, y, this.#width, y);
+            context.setLineDash([]);
+        }
     }
 
     #line(x, y, toX, toY) {

@@ -34,8 +34,8 @@ export const texts = {
         `difference to the frame before (0 to ${most}), dashed: cut threshold ${threshold}`,
     legendLevel: (level) => `level (0 to 255), dashed: dark level ${level}`,
     partial: (reason) => `Partial: ${reason}`,
-    summary: (scenes, frames, seconds, rate, width, height) =>
-        `${plural(scenes, "scene")} in ${plural(frames, "frame")}, ${seconds} s, ${rate} frames a second` +
+    summary: (scenes, frames, length, rate, width, height) =>
+        `${plural(scenes, "scene")} in ${plural(frames, "frame")}, ${length}, ${rate} frames a second` +
         (width > 0 ? `, ${width} × ${height}` : ""),
 
     // What is not there.
