@@ -179,7 +179,7 @@ void OutputOptions::AddClips(CLI::App& app) {
         ->type_name("PATTERN")
         ->group(kGroup)
         ->check(NamePattern::ErrorIn);
-    app.add_flag("--force", m_overwrites, "Overwrite those of these files that are there already")
+    app.add_flag("--force", m_overwrites, "Overwrite such files that are there already")
         ->group(kGroup);
 }
 

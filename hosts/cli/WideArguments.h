@@ -11,8 +11,12 @@ namespace scenedetect {
 class WideArguments {
   public:
     WideArguments(int argc, const wchar_t* const* argv) {
-        for (int i = 0; i < argc; ++i)
-            m_held.push_back(Utf8FromWide(argv[i]));
+        for (int i = 0; i < argc; ++i) {
+            std::string& text = m_held.emplace_back(Utf8FromWide(argv[i]));
+            // What was typed as "folder\": the system takes \" for a quotation mark, which no name has.
+            if (text.ends_with('"'))
+                text.back() = '\\';
+        }
         for (const std::string& text : m_held)
             m_texts.push_back(text.c_str());
     }

@@ -15,8 +15,9 @@ namespace scenedetect {
 
 /// Bytes go to a hidden file beside the final one, which takes its name with Commit; without that nothing
 /// remains. A folder that is not there is made. A symbolic link stays one, and the file that it leads to is
-/// replaced; on Windows it has to be there. Pipes, devices and the standard output ("-") are written straight. All members throw HostError
-/// when writing fails, with a line that names the file and the reason. One thread at a time.
+/// replaced; on Windows it has to be there. Pipes, devices and the standard output ("-") are written straight.
+/// All members throw HostError when writing fails, with a line that names the file and the reason. One thread
+/// at a time.
 class OutputFile {
   public:
     /// Opening a pipe waits for its reader.

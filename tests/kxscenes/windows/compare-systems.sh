@@ -116,6 +116,11 @@ case_names() {
     compare 0 --method interval --interval 10 --split again ../in
     compare 0 --method interval --interval 10 -o link.csv "../in/$name.dv"
     [ -L windows/link.csv ] || fail "a link was replaced"
+    # What the shell does natively, the program does there; and a backslash before a closing quotation mark takes it along.
+    cp "in/$name.dv" in/Also.dv
+    (cd native && "$native" -q --method interval --interval 10 ../in/*.dv ../in/ >out)
+    (cd windows && on_windows -q --method interval --interval 10 '../in/*.dv' '../in"' >out)
+    cmp native/out windows/out || fail "patterns: $(cat windows/out)"
 }
 
 # Ctrl-C while it waits for more of a tape, and while nobody reads what it prints.
