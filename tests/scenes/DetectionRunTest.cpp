@@ -200,7 +200,7 @@ TEST(DetectionRun, RestartsLeaveNothingOfTheRunBefore) {
     DetectionRun run;
     run.m_nMethod = KxMethodInterval;
     run.EnableFigures(true);
-    constexpr int kMostFrames = 1000; // of a run, whatever keeps this thread: figures are kept of so many only
+    constexpr int kMostFrames = 1000; // of a run: figures are kept of a number of them
     std::atomic<bool> done = false;
     std::jthread streaming([&] {
         for (LONGLONG start = 0; !done; start += kPal) {
