@@ -9,6 +9,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 namespace scenedetect {
@@ -17,6 +18,9 @@ namespace {
 // Where pictures are made of others, errors add up, and more so the smaller they are.
 constexpr int kHalvings = 2;
 constexpr int kHalvingsOfIntra = 3;
+constexpr std::size_t kPacketsAhead = 4;
+// Of smaller pictures a thread that is woken for each takes longer than it saves.
+constexpr std::int64_t kLeastPixelsAhead = 1280 * 720;
 
 void TakeShortcuts(AVCodecContext& decoder, const AVCodec& codec) {
     if (codec.id == AV_CODEC_ID_H264 || codec.id == AV_CODEC_ID_HEVC)
@@ -50,10 +54,41 @@ FfmpegPtr<AVCodecContext> OpenDecoder(const MediaFile& file, const Decoding& dec
     return decoder;
 }
 
+// Null stands for the end.
+Pictures Decode(AVCodecContext& decoder, const AVPacket* packet) {
+    Pictures pictures;
+    if (avcodec_send_packet(&decoder, packet) < 0 && packet)
+        pictures.emplace_back();
+    for (;;) {
+        auto picture = OwnFfmpeg(av_frame_alloc());
+        const int received = avcodec_receive_frame(&decoder, picture.get());
+        if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
+            return pictures;
+        if (received < 0)
+            picture.reset();
+        pictures.push_back(std::move(picture));
+        if (received < 0 && packet) // it goes on with the next one
+            return pictures;
+    }
+}
+
 } // namespace
 
 VideoDecoder::VideoDecoder(const MediaFile& file, const Decoding& decoding, Source source, Damaged damaged)
-    : m_source(std::move(source)), m_damaged(std::move(damaged)), m_decoder(OpenDecoder(file, decoding)) {}
+    : m_source(std::move(source)), m_damaged(std::move(damaged)), m_decoder(OpenDecoder(file, decoding)) {
+    const bool isLarge = std::int64_t{m_decoder->width} * m_decoder->height >= kLeastPixelsAhead;
+    const bool hasFrameThreads = (m_decoder->active_thread_type & FF_THREAD_FRAME) != 0;
+    if (decoding.isAhead && isLarge && !hasFrameThreads && decoding.threads != 1 && UsableCores() > 1)
+        StartAhead();
+}
+
+void VideoDecoder::StartAhead() {
+    try {
+        m_ahead.emplace([this](const AVPacket* packet) { return Decode(*m_decoder, packet); });
+    } catch (const std::system_error&) {
+        // Then pictures are decoded when they are asked for.
+    }
+}
 
 std::string VideoDecoder::Shortcut() const {
     if (m_decoder->skip_loop_filter == AVDISCARD_ALL)
@@ -61,33 +96,59 @@ std::string VideoDecoder::Shortcut() const {
     return Halvings() == 0 ? "" : "at 1/" + std::to_string(1 << Halvings()) + " of width and height";
 }
 
-// Hands the decoder the next packet, or tells it that there are no more.
-void VideoDecoder::Feed() {
-    m_isDraining = !m_source(*m_packet);
-    if (avcodec_send_packet(m_decoder.get(), m_isDraining ? nullptr : m_packet.get()) < 0 && !m_isDraining)
-        TellDamage();
-    av_packet_unref(m_packet.get());
+// Gets the pictures of one more packet; false when there are no more.
+bool VideoDecoder::Feed() {
+    while (!m_isDraining) {
+        auto packet = OwnFfmpeg(av_packet_alloc());
+        try {
+            m_isDraining = !m_source(*packet);
+        } catch (...) {
+            m_error = std::current_exception();
+            m_isDraining = true;
+        }
+        if (m_isDraining)
+            packet.reset();
+        if (!m_ahead) {
+            m_pictures = Decode(*m_decoder, packet.get());
+            return true;
+        }
+        m_ahead->Send(std::move(packet));
+        if (m_ahead->OnTheirWay() == kPacketsAhead)
+            break;
+    }
+    if (m_ahead && m_ahead->OnTheirWay() > 0) {
+        m_pictures = m_ahead->Receive();
+        return true;
+    }
+    if (m_error)
+        std::rethrow_exception(std::exchange(m_error, {}));
+    return false;
 }
 
 bool VideoDecoder::Next(AVFrame& picture) {
-    for (;;) {
-        const int received = avcodec_receive_frame(m_decoder.get(), &picture);
-        if (received == 0)
-            return true;
-        if (received == AVERROR_EOF)
-            return false;
-        if (received != AVERROR(EAGAIN))
-            TellDamage();
-        else if (m_isDraining) // more packets are of no use
-            return false;
-        if (!m_isDraining)
-            Feed();
-    }
+    do {
+        while (!m_pictures.empty()) {
+            const FfmpegPtr<AVFrame> next = std::move(m_pictures.front());
+            m_pictures.pop_front();
+            if (next) {
+                av_frame_unref(&picture);
+                av_frame_move_ref(&picture, next.get());
+                return true;
+            }
+            if (m_damaged)
+                m_damaged();
+        }
+    } while (Feed());
+    return false;
 }
 
 void VideoDecoder::Flush() {
+    while (m_ahead && m_ahead->OnTheirWay() > 0)
+        m_pictures = m_ahead->Receive();
+    m_pictures.clear();
     avcodec_flush_buffers(m_decoder.get());
     m_isDraining = false;
+    m_error = {};
 }
 
 } // namespace scenedetect

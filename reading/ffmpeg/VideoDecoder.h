@@ -1,10 +1,13 @@
 // The decode loop: packets in, pictures out.
 #pragma once
 
+#include "reading/ffmpeg/DecodingThread.h"
 #include "reading/ffmpeg/FfmpegPointers.h"
 #include "reading/ffmpeg/MediaFile.h"
 
+#include <exception>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace scenedetect {
@@ -13,6 +16,9 @@ struct Decoding {
     int threads = 0; ///< 0: one a core
     bool isFast =
         false; ///< with shortcuts, where the decoder has some that keep the mean luma of small blocks
+    /// Decodes the next pictures while one is looked at, where these are large and the decoder has no threads
+    /// that do.
+    bool isAhead = false;
 };
 
 /// Decodes the video stream of a file. One thread at a time; the decoder has its own besides.
@@ -37,17 +43,16 @@ class VideoDecoder {
     [[nodiscard]] int Halvings() const { return m_decoder->lowres; }
 
   private:
-    void Feed();
-    void TellDamage() const {
-        if (m_damaged)
-            m_damaged();
-    }
+    void StartAhead();
+    [[nodiscard]] bool Feed();
 
     const Source m_source;
     const Damaged m_damaged;
     const FfmpegPtr<AVCodecContext> m_decoder;
-    const FfmpegPtr<AVPacket> m_packet = OwnFfmpeg(av_packet_alloc());
-    bool m_isDraining = false;
+    Pictures m_pictures;        // decoded, and not taken yet
+    bool m_isDraining = false;  // the last packet was read
+    std::exception_ptr m_error; // of the source, until the pictures before it are taken
+    std::optional<DecodingThread> m_ahead;
 };
 
 } // namespace scenedetect

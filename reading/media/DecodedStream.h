@@ -17,13 +17,14 @@ using PacketQueue = std::deque<FfmpegPtr<AVPacket>>;
 /// One thread at a time; the decoder has its own besides.
 class DecodedStream {
   public:
-    /// Decodes `packets` first, then those that `input` goes on with. HostError when there is no decoder.
+    /// Decodes `packets` first, then those that `input` goes on with, ahead of what is asked for. HostError
+    /// when there is no decoder.
     DecodedStream(std::unique_ptr<MediaInput> input, PacketQueue packets, const Decoding& decoding,
                   VideoDecoder::Damaged damaged)
         : m_input(std::move(input)),
           m_packets(std::move(packets)),
           m_decoder(
-              m_input->File(), decoding, [this](AVPacket& packet) { return Read(packet); },
+              m_input->File(), Ahead(decoding), [this](AVPacket& packet) { return Read(packet); },
               std::move(damaged)) {}
 
     [[nodiscard]] MediaInput& Input() const { return *m_input; }
@@ -34,6 +35,10 @@ class DecodedStream {
     }
 
   private:
+    [[nodiscard]] static Decoding Ahead(Decoding decoding) {
+        decoding.isAhead = true;
+        return decoding;
+    }
     [[nodiscard]] bool Read(AVPacket& packet) {
         if (m_packets.empty())
             return m_input->ReadPacket(packet);

@@ -28,7 +28,7 @@ std::string WhatIsRead(const std::filesystem::path& file, int threads = 0) {
 TEST(OpenPictures, DamageInAnAviFileIsToldWhereItIsHoweverManyThreadsDecode) {
     TempFolder folder;
     const std::filesystem::path file = folder / "film.avi";
-    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=160x120:r=25:d=1", "-f", "lavfi", "-i",
+    RunFfmpeg({"-f", "lavfi", "-i", "testsrc2=s=1280x720:r=25:d=1", "-f", "lavfi", "-i",
                "anoisesrc=r=48000:d=1:seed=7", "-c:v", "mjpeg", "-c:a", "pcm_s16le", file});
     EXPECT_THAT(WhatIsRead(file), StartsWith("0 1 2 "));
     std::string bytes = ReadWhole(file);
