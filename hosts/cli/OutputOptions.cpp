@@ -52,8 +52,9 @@ Names: file names and --names may have fields in braces: {name} is the input's n
 and suffix, {method} what found the scene; in names of clips and pictures also {scene} (from 1,
 four digits), {frame} (seven digits; of pictures their own), {timecode} (the source's, or counted
 from the first frame), {date}, {time}, {aspect} and {audio} as DV frames carry them, and {title},
-the scene's name in the list of --scenes. {{ and }} stand for single braces. Folders are made. No file is written twice in one run. "-" is the standard
-output, for one output of one input; the scenes are not printed then.
+the scene's name in the list of --scenes. {{ and }} stand for single braces. Folders are made. No
+file is written twice in one run. "-" is the standard output, for one output of one input; the
+scenes are not printed then.
 )";
 
 constexpr const char* kTimeNotes = R"(
