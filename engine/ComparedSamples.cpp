@@ -1,5 +1,6 @@
 #include "engine/ComparedSamples.h"
 
+#include "engine/decision/Distances.h"
 #include "engine/kernels/ByteSums.h"
 #include "platform/CpuFeatures.h"
 
@@ -33,7 +34,8 @@ Range CellsIn(std::int64_t start, std::int64_t length, std::int64_t pixels, std:
 
 } // namespace
 
-ComparedSamples::ComparedSamples(const DetectionParameters& area, const GridPlaces& places) : m_count(0) {
+ComparedSamples::ComparedSamples(const DetectionParameters& area, const GridPlaces& places)
+    : m_count(0), m_columns(static_cast<std::size_t>(places.columns)) {
     const std::int64_t pitch = places.columns;
     const Range columns = CellsIn(area.areaLeft, area.areaWidth, places.width, places.cell, pitch);
     // Rows that have a sample in the first of these columns.
@@ -91,6 +93,20 @@ std::int32_t ComparedSamples::Variance(const std::uint8_t* slot) const {
     const double mean = static_cast<double>(sum) / static_cast<double>(m_count);
     return static_cast<std::int32_t>(static_cast<double>(squares) / static_cast<double>(m_count) -
                                      mean * mean);
+}
+
+std::int32_t ComparedSamples::Detail(const std::uint8_t* slot) const {
+    const DifferenceSum sumOf = SelectDifferenceSum(CpuFeatures());
+    std::uint64_t sum = 0;
+    std::uint64_t pairs = 0;
+    // A span begins a row, or lies in one.
+    for (const auto& [first, count] : m_spans)
+        for (std::size_t done = 0; done < count; done += m_columns) {
+            const std::size_t rowPairs = std::min(m_columns, count - done) - 1;
+            sum += sumOf(slot + first + done, slot + first + done + 1, rowPairs, 255);
+            pairs += rowPairs;
+        }
+    return pairs == 0 ? 0 : static_cast<std::int32_t>(sum * kDetailScale / pairs);
 }
 
 } // namespace scenedetect

@@ -21,8 +21,9 @@ struct GridPlaces {
 /// Settled once for a run; then any thread.
 class ComparedSamples {
   public:
-    /// All `count` samples of a slot.
-    explicit ComparedSamples(std::size_t count = 0) : m_spans{{0, count}}, m_count(count) {}
+    /// All `count` samples of a slot, whose rows have `columns`, 1 or more.
+    explicit ComparedSamples(std::size_t count = 0, std::int32_t columns = 1)
+        : m_spans{{0, count}}, m_count(count), m_columns(static_cast<std::size_t>(columns)) {}
     /// Those of cells whose centres lie in the area that the parameters have: on its left and upper edge,
     /// too, but not on the others. Where a column or row of cells has none in it, the nearest to its middle
     /// counts.
@@ -36,6 +37,8 @@ class ComparedSamples {
     [[nodiscard]] std::int32_t MeanLevel(const std::uint8_t* slot) const;
     /// The mean square deviation of a slot's samples from their mean, likewise.
     [[nodiscard]] std::int32_t Variance(const std::uint8_t* slot) const;
+    /// The mean absolute difference of samples that are neighbours in a row, times kDetailScale, likewise.
+    [[nodiscard]] std::int32_t Detail(const std::uint8_t* slot) const;
 
   private:
     struct Span {
@@ -45,6 +48,7 @@ class ComparedSamples {
 
     std::vector<Span> m_spans; // one where the area is as wide as the grid
     std::size_t m_count;
+    std::size_t m_columns; // from one row to the next
 };
 
 } // namespace scenedetect

@@ -35,7 +35,7 @@ void Detector::SetParameters(std::int32_t cutThreshold, std::int32_t darkLevel, 
 
 void Detector::Reset() {
     sampleCount = CountSamples(gridWidth, gridHeight);
-    m_compared = ComparedSamples(static_cast<std::size_t>(sampleCount));
+    m_compared = ComparedSamples(static_cast<std::size_t>(sampleCount), std::max(gridWidth, 1));
     m_decision.Reset();
     frameBuffer.reset();
 }
@@ -55,8 +55,12 @@ void Detector::SetGridHeight(std::int32_t height) {
 }
 
 void Detector::SettleArea(GridPlaces places) {
-    if (sampleCount == 0 || m_decision.Parameters().HasWholeArea())
+    if (sampleCount == 0)
         return;
+    if (m_decision.Parameters().HasWholeArea()) {
+        m_compared = ComparedSamples(static_cast<std::size_t>(sampleCount), places.columns);
+        return;
+    }
     places.samples = std::min(places.samples, sampleCount);
     m_compared = ComparedSamples(m_decision.Parameters(), places);
 }
@@ -121,6 +125,11 @@ std::int32_t Detector::ComputeMeanLevel() {
 std::int32_t Detector::ComputeVariance() {
     const std::uint8_t* current = GetFrame(0);
     return current ? m_compared.Variance(current) : 0;
+}
+
+std::int32_t Detector::ComputeDetail() {
+    const std::uint8_t* current = GetFrame(0);
+    return current ? m_compared.Detail(current) : 0;
 }
 
 Judgement Detector::Judge() {

@@ -31,7 +31,8 @@ class Detector {
     void SetGridWidth(std::int32_t width);
     void SetGridHeight(std::int32_t height);
     [[nodiscard]] std::int32_t GetBlockSize() const { return blockSize; }
-    /// Compares only what lies in the parameters' area from now on, as far as the slot has it.
+    /// Knows the slot's rows, and compares only what lies in the parameters' area from now on, as far as the
+    /// slot has it.
     void SettleArea(GridPlaces places);
     [[nodiscard]] const ComparedSamples& Compared() const { return m_compared; }
     /// Side in pixels of the blocks that `ExtractLuminance` averages. Only 1 to 2048 can be read.
@@ -63,6 +64,8 @@ class Detector {
     [[nodiscard]] std::int32_t ComputeMeanLevel();
     /// Mean square deviation of the current grid's samples from their mean, 0..16256, likewise.
     [[nodiscard]] std::int32_t ComputeVariance();
+    /// Mean absolute difference of its samples that are neighbours in a row, times kDetailScale, likewise.
+    [[nodiscard]] std::int32_t ComputeDetail();
     /// Judges the frame two before the current one and counts the current one. Frames are numbered from 0 at
     /// the last `Reset`.
     Judgement Judge();

@@ -23,7 +23,7 @@ std::uint8_t* DistanceRing::Grid(std::int64_t frame) {
 }
 
 Distances DistanceRing::Measure(Detector& detector) {
-    Distances distances{.variance = detector.ComputeVariance()};
+    Distances distances{.variance = detector.ComputeVariance(), .detail = detector.ComputeDetail()};
     std::ranges::transform(kDistanceSpans, distances.back.begin(), [&](std::int32_t span) {
         return span <= m_frames ? detector.DifferenceTo(Grid(m_frames - span)) : kNoDistance;
     });

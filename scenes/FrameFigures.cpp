@@ -44,6 +44,7 @@ void FiguresQueue::Add(std::int32_t position, const Judgement& judgement, const 
         if (distances) {
             std::ranges::copy(distances->back, kept.nDistance);
             kept.nVariance = distances->variance;
+            kept.nDetail = distances->detail;
         }
     }
     KxFrameFigures& current = At(m_end++);

@@ -14,6 +14,7 @@ namespace scenedetect {
 
 inline constexpr KxFrameDistances kWithoutDistances = {
     {kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance, kNoDistance},
+    kNoDistance,
     kNoDistance};
 
 /// Enters what came of a frame where it belongs: in that frame's own figures (all but the position is set),

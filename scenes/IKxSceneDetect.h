@@ -207,6 +207,8 @@ inline constexpr LONG KxDistanceSpans[8] = {2, 3, 4, 5, 8, 16, 32, 64};
 struct KxFrameDistances {
     LONG nDistance[8]; ///< in the order of KxDistanceSpans
     LONG nVariance;    ///< mean square deviation of the frame's samples from their mean: 0..16256
+    /// Mean absolute difference of samples that are neighbours in a row, in 1/64: 0..16320.
+    LONG nDetail;
 };
 
 /// Measures each frame's distances to earlier ones beside its difference, for hosts that tell flashes, fades

@@ -11,6 +11,7 @@ namespace scenedetect {
 inline constexpr std::array<std::int32_t, 8> kDistanceSpans = {2, 3, 4, 5, 8, 16, 32, 64};
 
 inline constexpr std::int32_t kNoDistance = -1;
+inline constexpr std::int32_t kDetailScale = 64;
 
 /// Of one frame.
 struct Distances {
@@ -19,6 +20,9 @@ struct Distances {
     std::array<std::int32_t, kDistanceSpans.size()> back{};
     /// Mean square deviation of its samples from their mean: the contrast, which a mixed picture lacks.
     std::int32_t variance = kNoDistance;
+    /// Mean absolute difference of samples that are neighbours in a row, times `kDetailScale`: the
+    /// fine contrast, which unlike pictures hardly share.
+    std::int32_t detail = kNoDistance;
 };
 
 } // namespace scenedetect

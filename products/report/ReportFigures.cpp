@@ -35,6 +35,7 @@ void ReportFigures::Add(const FilePlace& place, const KxFrameFigures& figures,
     for (std::size_t i = 0; i < m_back.size(); ++i)
         m_back[i].push_back(static_cast<std::uint8_t>(distances.nDistance[i]));
     Append(m_variance, static_cast<std::uint64_t>(distances.nVariance), 2);
+    Append(m_detail, static_cast<std::uint64_t>(distances.nDetail), 2);
 }
 
 std::vector<ReportFigures::Place> ReportFigures::Places() const {
@@ -69,6 +70,7 @@ std::vector<ReportFigures::Column> ReportFigures::Columns(std::int64_t end) cons
         for (std::size_t i = 0; i < m_back.size(); ++i)
             columns.push_back({"back" + std::to_string(KxDistanceSpans[i]), m_back[i]});
         columns.push_back({"variance", m_variance});
+        columns.push_back({"detail", m_detail});
     }
     if (HasDurations())
         columns.push_back({"duration", Durations(end)});

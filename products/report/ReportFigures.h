@@ -55,6 +55,7 @@ class ReportFigures {
     std::vector<std::uint8_t> m_level;
     std::array<std::vector<std::uint8_t>, std::size(KxDistanceSpans)> m_back;
     std::vector<std::uint8_t> m_variance;
+    std::vector<std::uint8_t> m_detail;
     std::vector<Place> m_places;
     std::size_t m_unevenTimes = 0;
     Place m_next{}; // where the places so far put the next row

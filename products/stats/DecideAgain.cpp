@@ -25,6 +25,7 @@ FigureTable TableOf(const Stats& stats) {
         for (std::size_t i = 0; i < table.back.size(); ++i)
             table.back[i].push_back(static_cast<std::uint8_t>(distances.nDistance[i]));
         table.variance.push_back(static_cast<std::uint16_t>(distances.nVariance));
+        table.detail.push_back(static_cast<std::uint16_t>(distances.nDetail));
     }
     const FilePlace end = PlaceAfter(stats.rows.back().place, stats.settings.scale);
     table.end = {end.frame, end.time};

@@ -41,6 +41,7 @@ void RequireRows(const Stats& stats) {
             : !IsFigure(figures.nFilled)                                                  ? "filled"
             : !std::ranges::all_of(distances.nDistance, IsDistance)                       ? "a distance"
             : distances.nVariance < kNoDistance || distances.nVariance > kMostVariance    ? "variance"
+            : distances.nDetail < kNoDistance || distances.nDetail > kMostDetail          ? "detail"
                                                                                           : nullptr;
         if (wrong)
             throw HostError(stats.path + ", row " + std::to_string(i) + " of the figures: " + wrong +

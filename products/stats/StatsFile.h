@@ -23,8 +23,8 @@ namespace scenedetect {
 //   sample       number in the run, from 0 without a gap
 //   time         since the first frame, in units of unit-num/unit-den seconds
 //   byte         of the frame's data in the file; empty when the container does not tell
-//   back2 ... back64, variance  with distances only: those to the frames that many back, empty where the run
-//                has none, and the variance of the frame's samples
+//   back2 ... back64, variance, detail  with distances only: those to the frames that many back, empty where
+//                the run has none, and the variance and detail of the frame's samples
 //   setting, value  about the whole run, one a row from the first on; where there are more settings than
 //                frames the last rows have nothing else
 // The first setting is the format's number. Fractions are two settings each, since spreadsheet programs take
@@ -37,9 +37,9 @@ inline constexpr std::string_view kStatsFormat = "1";
 // With distances.
 inline constexpr std::string_view kStatsDistancesHeader =
     "frame,difference,level,filled,dark,cut,sample,time,byte,"
-    "back2,back3,back4,back5,back8,back16,back32,back64,variance,setting,value";
+    "back2,back3,back4,back5,back8,back16,back32,back64,variance,detail,setting,value";
 inline constexpr std::string_view kStatsDistancesFormat = "2";
-inline constexpr std::size_t kStatsDistancesColumns = kDistanceSpans.size() + 1;
+inline constexpr std::size_t kStatsDistancesColumns = kDistanceSpans.size() + 2;
 // Of a part of a film: what takes the whole to decide (filled, dark, cut) is empty there.
 inline constexpr std::string_view kStatsPartFormat = "1-part";
 
@@ -76,6 +76,7 @@ struct Stats {
 // The most that a table may hold, so that whoever reckons with it need not look out for overflow.
 inline constexpr std::int64_t kMostInFigures = 255;
 inline constexpr std::int64_t kMostVariance = 255 * 255 / 4;
+inline constexpr std::int64_t kMostDetail = 255 * kDetailScale;
 inline constexpr std::int64_t kMostFrames = std::numeric_limits<std::int32_t>::max();
 /// Of times, which are counted in other units later on: 68 years.
 inline constexpr std::int64_t kMostSeconds = std::numeric_limits<std::int32_t>::max();

@@ -138,6 +138,8 @@ class Parser {
                     static_cast<LONG>(ParseNumber("a distance", fields[i], 0, kMostInFigures));
         distances.nVariance =
             static_cast<LONG>(ParseNumber("variance", fields[kDistanceSpans.size()], 0, kMostVariance));
+        distances.nDetail =
+            static_cast<LONG>(ParseNumber("detail", fields[kDistanceSpans.size() + 1], 0, kMostDetail));
         return distances;
     }
 

@@ -59,6 +59,7 @@ void StatsWriter::Add(const StatsRow& row) {
         for (const LONG distance : distances.nDistance)
             appendIf(distance != kNoDistance, distance);
         append(distances.nVariance);
+        append(distances.nDetail);
     }
     AppendSetting();
     if (m_pending.size() >= kBlock)

@@ -25,7 +25,7 @@ void TransitionScenes::Note(const KxFrameFigures& figures, const KxFrameDistance
     const std::int64_t sample = figures.dwPosition;
     FrameMeasures measures{figures.nDifference,
                            figures.nLevel,
-                           {.variance = distances.nVariance},
+                           {.variance = distances.nVariance, .detail = distances.nDetail},
                            sample != 0 && (figures.dwFlags & KxFrameCut) != 0};
     std::ranges::copy(distances.nDistance, measures.distances.back.begin());
     const auto [begin, end] = m_added.equal_range(sample);

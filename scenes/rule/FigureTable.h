@@ -17,6 +17,7 @@ struct FigureTable {
     std::vector<std::uint8_t> level;
     std::array<std::vector<std::uint8_t>, kDistanceSpans.size()> back;
     std::vector<std::uint16_t> variance;
+    std::vector<std::uint16_t> detail;
     std::vector<FrameAndTime> places;
     FrameAndTime end; ///< after the last row
 
@@ -28,6 +29,7 @@ struct FigureTable {
         for (std::size_t i = 0; i < back.size(); ++i)
             distances.back[i] = row < kDistanceSpans[i] ? kNoDistance : back[i][at];
         distances.variance = variance[at];
+        distances.detail = detail[at];
         return distances;
     }
 };

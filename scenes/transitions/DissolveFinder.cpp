@@ -1,71 +1,67 @@
 #include "scenes/transitions/DissolveFinder.h"
 
 #include <algorithm>
-#include <utility>
+#include <cmath>
 
 namespace scenedetect {
 namespace {
 
-// Of windows, in frames: the step is from picture to picture, so these find dissolves of 7 to 53 frames.
-constexpr std::int64_t kShortest = 8;
-constexpr std::int64_t kLongest = 52;
-constexpr std::int64_t kLengthStep = 2;
 // Of one dissolve.
 constexpr std::int64_t kFarthestMiddle = 8;
 constexpr std::int64_t kLeastCount = 8;
 // A frame as uniform as this is at rest in a fade.
 constexpr std::int32_t kUniform = 9;
+// Of the sums of their ends', in per cent: how far a window's figures may be off those of mixed pictures.
+constexpr double kMostOff = 16;
 
 constexpr std::int64_t Square(std::int64_t value) {
     return value * value;
 }
 
-// A window, begin and end included, with what its ends say.
+// Begin and end included.
 struct Window {
     std::int64_t begin;
     std::int64_t end;
-    std::int64_t variances; // sum of those of both ends
-    std::int64_t levelStep;
+    // The mean square of what two pictures differ by that have nothing in common but variances and levels.
+    std::int64_t apart;
 
     [[nodiscard]] std::int64_t Length() const { return end - begin; }
-    [[nodiscard]] std::int64_t Middle() const { return (begin + end) / 2; }
-    // The mean square of what two pictures differ by that have nothing in common but these.
-    [[nodiscard]] std::int64_t Apart() const { return variances + Square(levelStep); }
 };
 
-// What the window asks for, in per cent.
-struct Strictness {
-    std::int64_t deviation; // of variances from the parabola, of their sum, at most
-    std::int64_t bend;      // of levels from the line, of how far pictures are apart, at most
-    std::int64_t motion;    // of distances outside, the one inside at least
+// How far a figure is off what it is in mixed pictures, where share a of the second one is in: (1-a)^2 of the
+// first one's and a^2 of the second one's, if they have nothing in common, else so much of a(1-a) besides.
+// Roots of the mean squares, in per cent of the sum of both ends'.
+struct Offsets {
+    double withNothingInCommon;
+    double atBest;
 };
-// Motion seldom moves the level far, and in a line.
-constexpr std::int64_t kFarLevels = 16;
-constexpr Strictness kWithLevelStep{7, 12, 0};
-constexpr Strictness kWithoutLevelStep{4, 8, 85};
-
-std::int64_t VarianceAt(const MeasureRing& frames, std::int64_t frame) {
-    return frames.At(frame).distances.variance;
+template <typename Figure>
+Offsets OffMixture(const Window& window, Figure figure) {
+    const auto length = static_cast<double>(window.Length());
+    const auto first = static_cast<double>(figure(window.begin));
+    const auto last = static_cast<double>(figure(window.end));
+    double squares = 0;
+    double common = 0;
+    double commonSquares = 0;
+    const double step = 1 / length;
+    for (std::int64_t i = 1; i < window.Length(); ++i) {
+        const double share = static_cast<double>(i) * step;
+        const double both = share * (1 - share);
+        const double off = static_cast<double>(figure(window.begin + i)) - (1 - share) * (1 - share) * first -
+                           share * share * last;
+        squares += off * off;
+        common += off * both;
+        commonSquares += both * both;
+    }
+    const auto root = [&](double sum) {
+        return 100 * std::sqrt(std::max(sum, 0.0) / (length + 1)) / (first + last);
+    };
+    return {root(squares), root(squares - common * common / commonSquares)};
 }
 
-// Mixed pictures have less contrast: where share a of the second one is in, a variance of (1-a)^2 of the
-// first one's and a^2 of the second one's. In whole numbers: all times the square of the length.
-bool LosesContrast(const MeasureRing& frames, const Window& window, std::int64_t percent) {
+bool HasStraightLevels(const MeasureRing& frames, const Window& window) {
     const std::int64_t length = window.Length();
-    const std::int64_t first = VarianceAt(frames, window.begin);
-    const std::int64_t last = VarianceAt(frames, window.end);
-    std::int64_t squares = 0;
-    for (std::int64_t i = 1; i < length; ++i)
-        squares += Square(Square(length) * VarianceAt(frames, window.begin + i) - Square(length - i) * first -
-                          Square(i) * last);
-    // The mean square's root is at most such a part of the sum.
-    return squares / (length + 1) <= Square(Square(length) * window.variances * percent / 100);
-}
-
-bool HasStraightLevels(const MeasureRing& frames, const Window& window, std::int64_t percent) {
-    const std::int64_t length = window.Length();
-    const std::int64_t most =
-        std::max<std::int64_t>(Square(2), window.Apart() * Square(percent) / Square(100));
+    const std::int64_t most = std::max<std::int64_t>(Square(2), window.apart * Square(15) / Square(100));
     for (std::int64_t i = 1; i < length; ++i)
         if (Square(length * frames.At(window.begin + i).level - (length - i) * frames.At(window.begin).level -
                    i * frames.At(window.end).level) > Square(length) * most)
@@ -73,86 +69,71 @@ bool HasStraightLevels(const MeasureRing& frames, const Window& window, std::int
     return true;
 }
 
-// How far frames are apart next to a window; 0 where a cut says nothing of the motion, or the film ends.
-std::int64_t Outside(const MeasureRing& frames, std::int64_t end, std::int32_t span) {
-    return frames.HasCut(end - span + 1, end) ? 0 : std::max(0, frames.Distance(end, span));
-}
-
 // Whether samples go from picture to picture, straight, and not astray like what moves.
-bool GoesStraight(const MeasureRing& frames, const Window& window, std::int64_t percent) {
-    std::int32_t span = static_cast<std::int32_t>(kShortest);
+bool GoesStraight(const MeasureRing& frames, const Window& window) {
+    std::int32_t span = 8;
     while (2 * span <= window.Length())
         span *= 2;
-    const std::int64_t end = window.Middle() + span / 2;
+    const std::int64_t end = (window.begin + window.end + span) / 2;
     const std::int64_t distance = frames.Distance(end, span);
     const std::int64_t halves = frames.Distance(end, span / 2) + frames.Distance(end - span / 2, span / 2);
-    const std::int64_t motion =
-        std::max(Outside(frames, window.begin, span), Outside(frames, window.end + span, span));
     // As far as pictures are that have nothing in common: the mean is about 0.8 of the root of the mean
     // square, of which 0.65 is enough.
-    return Square(100 * distance * window.Length()) >= Square(52 * span) * window.Apart() &&
-           100 * distance >= 80 * halves && 100 * distance >= percent * motion;
-}
-
-bool IsMixed(const MeasureRing& frames, std::int64_t begin, std::int64_t end, std::int64_t mostDifference) {
-    const Window window{begin, end, VarianceAt(frames, begin) + VarianceAt(frames, end),
-                        frames.LevelStep(begin, end)};
-    // Unlike pictures, with no jump between them, and a dip of a quarter at least.
-    if (window.variances < 60 || window.Apart() < Square(15) ||
-        25 * Square(mostDifference) > window.Apart() ||
-        8 * VarianceAt(frames, window.Middle()) > 3 * window.variances)
-        return false;
-    const Strictness& strictness = window.levelStep >= kFarLevels ? kWithLevelStep : kWithoutLevelStep;
-    return GoesStraight(frames, window, strictness.motion) &&
-           HasStraightLevels(frames, window, strictness.bend) &&
-           LosesContrast(frames, window, strictness.deviation);
+    return Square(100 * distance * window.Length()) >= Square(52 * span) * window.apart &&
+           100 * distance >= 70 * halves;
 }
 
 } // namespace
 
-std::optional<std::int64_t> DissolveFinder::Note(const MeasureRing& frames, std::int64_t now) {
-    const std::int64_t end = now - kLookAhead;
-    std::int64_t mostDifference = 0;
-    for (std::int64_t begin = end; frames.Has(begin) && VarianceAt(frames, begin) > kUniform; --begin) {
-        const std::int64_t length = end - begin;
-        if (length >= kShortest && (length - kShortest) % kLengthStep == 0 &&
-            IsMixed(frames, begin, end, mostDifference))
-            Add((begin + end) / 2);
-        if (length == kLongest || frames.At(begin).isCut)
+std::int64_t DissolveFinder::CountMixed(const MeasureRing& frames, std::int64_t middle) {
+    std::int64_t count = 0;
+    const std::int64_t longest = std::min({kLongest, middle, frames.End() - 1 - middle});
+    for (std::int64_t half = kShortest; half <= longest; ++half) {
+        const std::int64_t begin = middle - half;
+        const std::int64_t end = middle + half;
+        if (At(end).from > begin)
             break;
-        mostDifference = std::max<std::int64_t>(mostDifference, frames.At(begin).difference);
-    }
-    for (Group& group : m_groups) {
-        if (group.count == 0 || end - kLongest / 2 <= group.last + kFarthestMiddle)
+        // Of one picture a half of both is to be expected at the middle, of a mixture a quarter.
+        if (12 * At(middle).detail >= 5 * (At(begin).detail + At(end).detail))
             continue;
-        const Group closed = std::exchange(group, {});
-        if (closed.count >= kLeastCount && closed.IsShort())
-            return closed.sum / closed.count;
+        const auto variance = [&](std::int64_t at) { return frames.At(at).distances.variance; };
+        const Window window{begin, end,
+                            variance(begin) + variance(end) + Square(frames.LevelStep(begin, end))};
+        if (window.apart < Square(15) || !GoesStraight(frames, window) || !HasStraightLevels(frames, window))
+            continue;
+        const Offsets detail = OffMixture(window, [&](std::int64_t at) { return At(at).detail; });
+        const double off = detail.withNothingInCommon + detail.atBest;
+        if (off <= kMostOff && off + OffMixture(window, variance).withNothingInCommon <= kMostOff)
+            ++count;
     }
-    return std::nullopt;
+    return count;
 }
 
-void DissolveFinder::Add(std::int64_t middle) {
-    Group* free = nullptr;
-    for (Group& group : m_groups) {
-        if (group.count == 0) {
-            free = &group;
-        } else if (middle >= group.first - kFarthestMiddle && middle <= group.last + kFarthestMiddle) {
-            group = {std::min(group.first, middle), std::max(group.last, middle), group.sum + middle,
-                     group.count + 1};
-            return;
-        }
+std::optional<std::int64_t> DissolveFinder::Note(const MeasureRing& frames, std::int64_t now) {
+    if (frames.Has(now)) {
+        const FrameMeasures& frame = frames.At(now);
+        if (frame.distances.variance <= kUniform)
+            m_from = now + 1;
+        else if (frame.isCut)
+            m_from = now;
+        At(now) = {Square(frame.distances.detail), m_from};
     }
-    if (free)
-        *free = {middle, middle, middle, 1};
+    const std::int64_t middle = now - kLongest;
+    std::optional<std::int64_t> found;
+    if (m_group.count != 0 && middle > m_group.last + kFarthestMiddle) {
+        if (m_group.count >= kLeastCount && m_group.IsShort())
+            found = m_group.sum / m_group.count;
+        m_group = {};
+    }
+    if (const std::int64_t count = CountMixed(frames, middle); count != 0)
+        m_group = {m_group.count == 0 ? middle : m_group.first, middle, m_group.sum + middle * count,
+                   m_group.count + count};
+    return found;
 }
 
 std::int64_t DissolveFinder::SettledBefore(std::int64_t now) const {
-    std::int64_t first = now - kLookAhead - kLongest / 2;
-    for (const Group& group : m_groups)
-        if (group.count != 0 && group.IsShort())
-            first = std::min(first, group.first);
-    return first;
+    const std::int64_t next = now - kLongest + 1;
+    return m_group.count != 0 && m_group.IsShort() ? std::min(m_group.first, next) : next;
 }
 
 } // namespace scenedetect

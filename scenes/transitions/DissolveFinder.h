@@ -9,11 +9,13 @@
 
 namespace scenedetect {
 
-/// Looks at windows of several lengths, the ends of each at every frame.
+/// Looks at windows of several lengths around each frame.
 class DissolveFinder {
   public:
-    /// Frames after a window that say how the picture moves without it.
-    static constexpr std::int64_t kLookAhead = 32;
+    /// Of a window, in frames on either side of its middle. The step is from picture to picture, so these
+    /// find dissolves of 7 to 53 frames.
+    static constexpr std::int64_t kShortest = 4;
+    static constexpr std::int64_t kLongest = 26;
 
     /// The last frame of `frames` is new, or at the end of the run there is none at `now`. The middle of a
     /// dissolve that is found by it.
@@ -22,7 +24,12 @@ class DissolveFinder {
     [[nodiscard]] std::int64_t SettledBefore(std::int64_t now) const;
 
   private:
-    /// Windows whose middles are close to each other: one dissolve, if they are enough.
+    // What windows ask of each frame, reckoned once.
+    struct Frame {
+        std::int64_t detail = 0; ///< its square
+        std::int64_t from = 0;   ///< the first frame of a window that ends here
+    };
+    // Windows whose middles are close to each other: one dissolve, if they are enough.
     struct Group {
         std::int64_t first = 0; ///< middle
         std::int64_t last = 0;
@@ -33,10 +40,13 @@ class DissolveFinder {
         [[nodiscard]] bool IsShort() const { return last - first <= 64; }
     };
 
-    void Add(std::int64_t middle);
+    [[nodiscard]] Frame& At(std::int64_t frame) { return m_frames[static_cast<std::size_t>(frame) % 64]; }
+    /// The windows around it that are mixed.
+    [[nodiscard]] std::int64_t CountMixed(const MeasureRing& frames, std::int64_t middle);
 
-    // Those that may still grow; a window that finds no room is left out.
-    std::array<Group, 4> m_groups{};
+    std::array<Frame, 64> m_frames{}; // enough for a window
+    std::int64_t m_from = 0;          // that of the last frame
+    Group m_group;
 };
 
 } // namespace scenedetect

@@ -33,7 +33,7 @@ class MeasureRing {
     }
     /// Of a frame that it has.
     [[nodiscard]] const FrameMeasures& At(std::int64_t frame) const {
-        return m_frames[static_cast<std::size_t>(frame % kFrames)];
+        return m_frames[static_cast<std::size_t>(frame) % kFrames];
     }
     /// How far two frames' levels are apart, both of which it has.
     [[nodiscard]] std::int32_t LevelStep(std::int64_t one, std::int64_t other) const {

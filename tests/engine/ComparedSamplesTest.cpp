@@ -29,6 +29,13 @@ void ExpectCells(const std::array<int, 4>& area, const GridPlaces& places, const
     EXPECT_EQ(compared.MeanLevel(slot.data()), 200);
     EXPECT_EQ(compared.MeanDifference(black.data(), slot.data(), 255), 200);
     EXPECT_EQ(compared.MeanDifference(slot.data(), black.data(), 60), 60);
+    EXPECT_EQ(compared.Detail(slot.data()), 0);
+}
+
+TEST(ComparedSamples, DetailIsOfNeighboursInARow) {
+    const std::vector<std::uint8_t> slot = {0, 10, 10, 200, 200, 231, 90, 90};
+    EXPECT_EQ(ComparedSamples(slot.size(), 3).Detail(slot.data()), 41 * 64 / 5) << "the last row lacks one";
+    EXPECT_EQ(ComparedSamples(slot.size(), 1).Detail(slot.data()), 0) << "no neighbours";
 }
 
 TEST(ComparedSamples, AreThoseWhoseCentresLieInTheArea) {

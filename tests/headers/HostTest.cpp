@@ -26,7 +26,7 @@ static_assert(AreEqual(IID_IKxSceneDetectDistances,
 
 // With these types, in memory and as arguments, other languages call the methods.
 static_assert(sizeof(ULONG) == 4 && sizeof(LONG) == 4 && sizeof(BOOL) == 4 && sizeof(LONGLONG) == 8);
-static_assert(sizeof(KxFrameFigures) == 20 && sizeof(KxFrameDistances) == 36);
+static_assert(sizeof(KxFrameFigures) == 20 && sizeof(KxFrameDistances) == 40);
 
 /// The place of a method in its interface's table, if its arguments are of these types. The compilers of both
 /// systems make of a pointer to a virtual method one more than its offset there.

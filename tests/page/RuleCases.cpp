@@ -91,6 +91,9 @@ Stats StatsOf(const std::vector<Picture>& film) {
         each.figures.nDifference = Distance(film[row], row == 0 ? Picture{} : film[row - 1]);
         if (stats.settings.hasDistances) {
             each.distances.nVariance = static_cast<LONG>(squares / count);
+            Picture shifted = film[row];
+            std::ranges::rotate(shifted, shifted.begin() + 1);
+            each.distances.nDetail = kDetailScale * Distance(film[row], shifted);
             for (std::size_t i = 0; i < kDistanceSpans.size(); ++i)
                 if (const auto span = static_cast<std::size_t>(kDistanceSpans[i]); span <= row)
                     each.distances.nDistance[i] = Distance(film[row], film[row - span]);

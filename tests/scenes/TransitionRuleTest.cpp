@@ -32,6 +32,15 @@ Grid Mixed(const Grid& one, const Grid& other, double share) {
     return grid;
 }
 
+/// Brighter from left to right, with its rows in another order: all that are made of it are alike in large.
+Grid Lit(std::ptrdiff_t rows) {
+    Grid grid = Picture(1);
+    for (std::size_t i = 0; i < grid.size(); ++i)
+        grid[i] = static_cast<std::uint8_t>(grid[i] + i % kWidth * 5);
+    std::ranges::rotate(grid, grid.begin() + rows * static_cast<std::ptrdiff_t>(kWidth));
+    return grid;
+}
+
 const Grid kBlack(kWidth* kHeight, 16);
 const Grid kWhite(kWidth* kHeight, 235);
 
@@ -80,6 +89,9 @@ std::vector<FrameMeasures> Measure(const Film& film) {
         const int sum = std::accumulate(film[k].begin(), film[k].end(), 0);
         frame.distances.variance =
             Mean(film[k], [&](std::size_t i) { return film[k][i] * film[k][i]; }) - sum * sum / count / count;
+        frame.distances.detail = kDetailScale * Mean(film[k], [&](std::size_t i) {
+                                     return i % kWidth == 0 ? 0 : std::abs(film[k][i] - film[k][i - 1]);
+                                 });
         for (std::size_t i = 0; i < kDistanceSpans.size(); ++i) {
             const auto span = static_cast<std::size_t>(kDistanceSpans[i]);
             frame.distances.back[i] = k < span ? kNoDistance : Apart(film[k], film[k - span]);
@@ -188,6 +200,15 @@ const FilmCase kFilms[] = {
      Join({Still(kOne, 60), Gradual(kOne, kTwo, 50), Still(kTwo, 120)}),
      kAll,
      {"dissolve 84"}},
+    {"DissolveOfPicturesAlikeInLarge",
+     Join({Still(Lit(0), 60), Gradual(Lit(0), Lit(5), 30), Still(Lit(5), 120)}),
+     kDissolves,
+     {"dissolve 74"}},
+    {"FocusIsNoDissolve",
+     Join({Still(kOne, 60), Gradual(kOne, Mixed(kOne, Grid(kOne.size(), 110), 0.3), 8),
+           Gradual(Mixed(kOne, Grid(kOne.size(), 110), 0.3), kOne, 8), Still(kOne, 120)}),
+     kDissolves,
+     {}},
     {"FadesAreNoDissolves",
      Join({Still(kOne, 60), Gradual(kOne, kBlack, 30), Still(kBlack, 5), Gradual(kBlack, kTwo, 30),
            Still(kTwo, 120)}),

@@ -11,7 +11,7 @@ export function bytesOf(base64) {
     return bytes;
 }
 
-const kColumnTypes = { variance: Uint16Array, duration: Uint32Array };
+const kColumnTypes = { variance: Uint16Array, detail: Uint16Array, duration: Uint32Array };
 
 /** Planar little-endian columns of `rows` numbers each, by name. */
 export function columnsOf(names, rows, bytes) {

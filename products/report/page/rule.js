@@ -34,6 +34,7 @@ export class Rule {
         if (this.hasDistances) {
             kRuleBacks.forEach((name, i) => put(2 + i, columns[name]));
             put(10, columns.variance);
+            put(11, columns.detail);
         }
         this.module.clearPlaces(run.end.frame, run.end.time);
         run.places.forEach(([row, frame, time], i) => {

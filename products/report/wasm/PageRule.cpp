@@ -88,12 +88,13 @@ constexpr auto kToTheEnd = [](const std::vector<SceneRows>&) { return true; };
 
 #define PAGE_ENTRY(name) extern "C" __attribute__((export_name(#name)))
 
-/// Room for a column: 0 difference, 1 level, 2 to 9 distances, 10 variances (two bytes each).
+/// Room for a column: 0 difference, 1 level, 2 to 9 distances, 10 variances, 11 details (two bytes each).
 PAGE_ENTRY(column) void* Column(std::int32_t index, std::int32_t rows) {
     const auto count = static_cast<std::size_t>(rows);
-    if (index == 10) {
-        g_table.variance.assign(count, 0);
-        return g_table.variance.data();
+    if (index >= 10) {
+        std::vector<std::uint16_t>& column = index == 10 ? g_table.variance : g_table.detail;
+        column.assign(count, 0);
+        return column.data();
     }
     std::vector<std::uint8_t>& column = index == 0   ? g_table.difference
                                         : index == 1 ? g_table.level

@@ -39,7 +39,7 @@ TEST(ReportFigures, TellPlacesAndColumns) {
     const TimeScale scale{{1, 50}, {25, 1}};
     ReportFigures figures;
     figures.Begin(scale);
-    constexpr KxFrameDistances kFirst = {{-1, -1, -1, -1, -1, -1, -1, -1}, 0x102};
+    constexpr KxFrameDistances kFirst = {{-1, -1, -1, -1, -1, -1, -1, -1}, 0x102, 0x304};
     KxFrameDistances third = kFirst;
     third.nDistance[0] = 7;
     for (const auto& [frame, time, distances] :
@@ -49,13 +49,14 @@ TEST(ReportFigures, TellPlacesAndColumns) {
     const nlohmann::json run = RunOf(PageOf(TableOf({25, 1}, {0, 3, 6}), figures));
     EXPECT_EQ(run.at("rows"), 5);
     EXPECT_EQ(run.at("places").dump(), "[[0,0,0],[2,3,6],[4,5,11]]");
-    EXPECT_EQ(run.at("columns").size(), 11u);
+    EXPECT_EQ(run.at("columns").size(), 12u);
     EXPECT_EQ(run.at("end").at("time"), 6 * 40'000);
     EXPECT_EQ(RunOf(PageOf(TableOf({25, 1}, {6}), figures)).at("end").at("time"), 13) << "no scene is left";
     const auto columns = figures.Columns(13);
     EXPECT_THAT(columns[0].bytes, ElementsAre(0, 1, 3, 4, 5));
     EXPECT_THAT(columns[2].bytes, ElementsAre(255, 255, 7, 255, 255));
     EXPECT_THAT(columns[10].bytes, ElementsAre(2, 1, 2, 1, 2, 1, 2, 1, 2, 1));
+    EXPECT_THAT(columns[11].bytes, ElementsAre(4, 3, 4, 3, 4, 3, 4, 3, 4, 3));
     // As at a variable rate.
     for (std::int64_t frame = 6; frame < 2000; ++frame)
         figures.Add({frame, frame * 3}, {}, kFirst);

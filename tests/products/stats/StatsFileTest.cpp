@@ -72,11 +72,11 @@ TEST(StatsFile, DistancesAreColumnsOfFormat2) {
     settings.hasDistances = true;
     std::vector<StatsRow> rows = kRows;
     for (std::size_t i = 0; i < rows.size(); ++i)
-        rows[i].distances.nVariance = static_cast<LONG>(i) * 100;
+        rows[i].distances.nVariance = rows[i].distances.nDetail = static_cast<LONG>(i) * 100;
     rows[2].distances.nDistance[0] = 17;
     const std::string text = Written(settings, rows);
-    EXPECT_EQ(text.substr(text.find('\n'), 40), "\n0,92,92,,0,1,0,0,0,,,,,,,,,0,format,2\n1");
-    EXPECT_NE(text.find("\n7,92,0,,1,1,2,7,,17,,,,,,,,200,unit-den,30000\n,,,,,,,,,,,,,,,,,,rate-num,"),
+    EXPECT_EQ(text.substr(text.find('\n'), 41), "\n0,92,92,,0,1,0,0,0,,,,,,,,,0,0,format,2\n");
+    EXPECT_NE(text.find("\n7,92,0,,1,1,2,7,,17,,,,,,,,200,200,unit-den,30000\n,,,,,,,,,,,,,,,,,,,rate-num,"),
               std::string::npos);
     const Stats stats = ParseStats(text, "run.csv");
     ASSERT_TRUE(stats.settings.hasDistances);
@@ -86,7 +86,8 @@ TEST(StatsFile, DistancesAreColumnsOfFormat2) {
     for (const auto& [from, to, message] : std::vector<std::array<std::string, 3>>{
              {"7,,17,", "7,,,", "line 4: a distance is \"\" where a whole number of 0 to 255"},
              {"7,,17,", "7,,256,", "line 4: a distance is \"256\""},
-             {",200,unit", ",,unit", "line 4: variance is \"\""},
+             {",200,200,unit", ",,200,unit", "line 4: variance is \"\""},
+             {",200,unit", ",16321,unit", "line 4: detail is \"16321\""},
              {"format,2", "format,1", "line 2: the table's format is 1, which its columns are not of"}}) {
         std::string wrong = text;
         wrong.replace(wrong.find(from), from.size(), to);
