@@ -132,7 +132,7 @@ case_keys() {
     for pressed in once again; do
         code=0
         (cd windows && timeout 100 "$RUN_IN_WINE" "$WINDOWS_BIN/console_event.exe" $pressed "Z:$windows" --method \
-            interval --interval 1 --tape-log log.csv --split clips - < <(exec cat ../in/tape.dv ../more 3>&-) >out 2>err) ||
+            interval --interval 1 --tape-log log.csv --split clips - < <(exec cat ../in/tape.dv ../more 3>&-) 2>err) ||
             code=$?
         [ $code -eq 130 ] || fail "Ctrl-C $pressed: exit code $code: $(cat windows/err)"
         [ -z "$(find windows -name '*.part')" ] || fail "Ctrl-C $pressed: leaves $(find windows -name '*.part')"
