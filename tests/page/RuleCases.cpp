@@ -92,7 +92,7 @@ Stats StatsOf(const std::vector<Picture>& film) {
         if (stats.settings.hasDistances) {
             each.distances.nVariance = static_cast<LONG>(squares / count);
             Picture shifted = film[row];
-            std::ranges::rotate(shifted, shifted.begin() + 1);
+            std::rotate(shifted.begin(), shifted.begin() + 1, shifted.end());
             each.distances.nDetail = kDetailScale * Distance(film[row], shifted);
             for (std::size_t i = 0; i < kDistanceSpans.size(); ++i)
                 if (const auto span = static_cast<std::size_t>(kDistanceSpans[i]); span <= row)

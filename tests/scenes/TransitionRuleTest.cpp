@@ -37,7 +37,7 @@ Grid Lit(std::ptrdiff_t rows) {
     Grid grid = Picture(1);
     for (std::size_t i = 0; i < grid.size(); ++i)
         grid[i] = static_cast<std::uint8_t>(grid[i] + i % kWidth * 5);
-    std::ranges::rotate(grid, grid.begin() + rows * static_cast<std::ptrdiff_t>(kWidth));
+    std::rotate(grid.begin(), grid.begin() + rows * static_cast<std::ptrdiff_t>(kWidth), grid.end());
     return grid;
 }
 
