@@ -60,20 +60,30 @@ function(set_test_options name)
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE test_checks)
   set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 6)
+  # GNU's linker takes seconds for each program that has GoogleTest or a sanitizer in it.
   if(MINGW)
-    # GNU's linker takes seconds for each program that has GoogleTest in it, and GCC can't choose another by name here.
+    # GCC can't choose another by name here.
     target_link_options(${name} PRIVATE -fno-use-linker-plugin -wrapper ${CMAKE_SOURCE_DIR}/cmake/link-by-lld.sh)
+  else()
+    target_link_options(${name} PRIVATE -fuse-ld=lld)
   endif()
 endfunction()
 
 # The headers that every test includes, compiled once. They belong to a program, as the compiler's options for programs
-# differ from those for libraries; it is never built itself.
+# differ from those for libraries.
 function(add_test_headers)
-  file(CONFIGURE OUTPUT TestHeaders.cpp CONTENT "")
+  file(CONFIGURE OUTPUT TestHeaders.cpp CONTENT "int main() {}")
   add_executable(test_headers EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/TestHeaders.cpp)
-  target_link_libraries(test_headers PRIVATE house GTest::gmock GTest::gtest_main)
+  target_link_libraries(test_headers PRIVATE house GTest::gmock)
   target_precompile_headers(test_headers PRIVATE ${CMAKE_SOURCE_DIR}/tests/Testing.h)
   set_test_options(test_headers)
+endfunction()
+
+# For a program of tests, after it is linked to the house.
+function(use_test_headers name)
+  target_link_libraries(${name} PRIVATE GTest::gmock)
+  target_precompile_headers(${name} REUSE_FROM test_headers)
+  set_test_options(${name})
 endfunction()
 
 # A GoogleTest program, which is one test for CTest; the cases that it ran are told in cases/NAME.xml.
@@ -83,9 +93,8 @@ endfunction()
 function(add_room_tests name)
   cmake_parse_arguments(ROOM "EACH_CASE" "THREADS;COST" "DEPENDS" ${ARGN})
   add_executable(${name} ${ROOM_UNPARSED_ARGUMENTS})
-  target_link_libraries(${name} PRIVATE house ${ROOM_DEPENDS} GTest::gmock GTest::gtest_main)
-  target_precompile_headers(${name} REUSE_FROM test_headers)
-  set_test_options(${name})
+  target_link_libraries(${name} PRIVATE house ${ROOM_DEPENDS} GTest::gtest_main)
+  use_test_headers(${name})
   set(filter "")
   if(ROOM_THREADS AND SCENEDETECT_SANITIZE STREQUAL "thread")
     set(filter "${ROOM_THREADS}")
