@@ -2,12 +2,11 @@
 
 #include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
+#include "reading/readers/StreamInput.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
 #include <sstream>
 #include <system_error>
 
@@ -39,7 +38,7 @@ bool IsOpenList(const std::string& text) {
 // Line by line, since the library's reader does not tell where it found something.
 class Reader {
   public:
-    explicit Reader(const std::string& path) : m_path(path), m_stream(FilePath(path)) {
+    explicit Reader(const std::string& path) : m_path(path), m_stream(ReadTextFile(path)) {
         m_parser.comment('\0');
     }
 
@@ -53,9 +52,6 @@ class Reader {
             for (CLI::ConfigItem& item : m_parser.from_config(one))
                 Add(item, line);
         }
-        if (!m_stream.eof())
-            throw HostError(m_path +
-                            ": the configuration cannot be read: " + std::generic_category().message(errno));
         return m_settings;
     }
 
@@ -81,7 +77,7 @@ class Reader {
     }
 
     const std::string m_path;
-    std::ifstream m_stream;
+    std::istringstream m_stream;
     CLI::ConfigBase m_parser;
     std::string m_text;
     int m_line = 0;

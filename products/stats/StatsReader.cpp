@@ -200,8 +200,10 @@ Stats ParseStats(std::string_view text, const std::string& path) {
     try {
         const std::string header = records.Next(fields) ? Join(fields) : "";
         if (header != kStatsHeader && header != kStatsDistancesHeader)
-            throw HostError("no statistics of kxscenes: the line " + std::string(kStatsHeader) +
-                            " should be here");
+            throw HostError(header.starts_with("frame,difference,")
+                                ? "the columns are not those of this version: another one wrote the table"
+                                : "no statistics of kxscenes: the line " + std::string(kStatsHeader) +
+                                      " should be here");
         stats.settings.hasDistances = header == kStatsDistancesHeader;
         parser.emplace(stats);
         while (records.Next(fields))

@@ -174,11 +174,8 @@ TEST_F(ConfigFile, WrongOnesGetOneLineWithThePlace) {
         {"no word", "method = [video, guess]", {}, "no such method: guess"},
         {"flag", "quiet = maybe", {}, "kxscenes.conf:1: "},
         {"together", "quiet = true\nverbose = true", {}, "with the settings of "},
-        {"missing",
-         "",
-         {"--config", missing},
-         "missing.conf: the configuration cannot be read: No such file"},
-        {"folder", "", {"--config", m_folder / "home"}, "the configuration cannot be read: Is a directory"},
+        {"missing", "", {"--config", missing}, "missing.conf: cannot be read: No such file"},
+        {"folder", "", {"--config", m_folder / "home"}, "home: cannot be read: Is a directory"},
         {"nameless", "", {"--config", ""}, "a file name is empty"},
         {"both", "", {"--config", "a", "--no-config"}, "--no-config"},
     };

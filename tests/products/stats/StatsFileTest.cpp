@@ -103,6 +103,7 @@ TEST(StatsFile, DamageIsRefusedInOneLine) {
     } cases[] = {
         {"", "", "run.csv, line 1: no statistics of kxscenes: the line frame,difference"},
         {"frame,", "Frame,", "line 1: no statistics"},
+        {"byte,", "byte,more,", "line 1: the columns are not those of this version: another one wrote"},
         {"92,92,,0", "92,92,0", "line 2: 10 fields where 11 should be: the file is damaged or cut short"},
         {"0,92,92", "0,92,256", "line 2: level is \"256\" where a whole number of 0 to 255 should be"},
         {"0,92,92", "0,-1,92", "line 2: difference is \"-1\""},
