@@ -27,10 +27,17 @@ wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
 server=$(command -v wineserver || echo /usr/lib/wine/wineserver)
 
 make_new_prefix() { # folder
-    rm -rf "$1.part"
-    WINEPREFIX=$1.part "$wine" wineboot --init </dev/null >/dev/null 2>&1 9>&-
-    WINEPREFIX=$1.part "$server" -w # until all is written
-    mv "$1.part" "$1"
+    # Wine has failed to start where a second attempt did well.
+    for attempt in 1 2 3; do
+        rm -rf "$1.part"
+        if WINEPREFIX=$1.part "$wine" wineboot --init </dev/null >"$1.log" 2>&1 9>&-; then
+            WINEPREFIX=$1.part "$server" -w # until all is written
+            mv "$1.part" "$1"
+            return
+        fi
+        echo "$0: attempt $attempt to make a Wine prefix failed: $(cat "$1.log")" >&2
+    done
+    exit 1
 }
 
 copy_new_prefix() {
@@ -50,7 +57,7 @@ mkdir -p "$(dirname "$WINEPREFIX")"
     flock 9
     [ -d "$WINEPREFIX" ] || copy_new_prefix 9>&-
     if "$server" -p60 </dev/null >/dev/null 2>&1 9>&-; then
-        "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&-
+        "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&- || : # the program will tell
     fi
 ) 9>"$WINEPREFIX.lock"
 [ ! -t 1 ] || exec "$wine" "$@"

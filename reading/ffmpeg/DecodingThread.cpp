@@ -28,10 +28,11 @@ void DecodingThread::Send(FfmpegPtr<AVPacket> packet) {
 Pictures DecodingThread::Receive() {
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return !m_decoded.empty(); });
-    Pictures pictures = std::move(m_decoded.front());
+    Decoded oldest = std::move(m_decoded.front());
     m_decoded.pop_front();
     --m_onTheirWay;
-    return pictures;
+    oldest.error.Rethrow();
+    return std::move(oldest.pictures);
 }
 
 void DecodingThread::Work() {
@@ -43,9 +44,10 @@ void DecodingThread::Work() {
         const FfmpegPtr<AVPacket> packet = std::move(m_packets.front());
         m_packets.pop_front();
         lock.unlock();
-        Pictures pictures = m_decode(packet.get());
+        Decoded decoded;
+        decoded.error.Attempt([&] { decoded.pictures = m_decode(packet.get()); });
         lock.lock();
-        m_decoded.push_back(std::move(pictures));
+        m_decoded.push_back(std::move(decoded));
         m_changed.notify_all();
     }
 }

@@ -1,6 +1,7 @@
 // Decoding of the next packets while the pictures of the last one are looked at.
 #pragma once
 
+#include "reading/base/FirstError.h"
 #include "reading/ffmpeg/FfmpegPointers.h"
 
 #include <condition_variable>
@@ -28,12 +29,17 @@ class DecodingThread {
     DecodingThread& operator=(const DecodingThread&) = delete;
 
     void Send(FfmpegPtr<AVPacket> packet);
-    /// The pictures of the oldest packet on its way, of which there is one; waits for them.
+    /// The pictures of the oldest packet on its way, of which there is one; waits for them, and throws what
+    /// decoding them threw.
     [[nodiscard]] Pictures Receive();
     /// Packets that were sent, and whose pictures were not received.
     [[nodiscard]] std::size_t OnTheirWay() const { return m_onTheirWay; }
 
   private:
+    struct Decoded {
+        Pictures pictures;
+        FirstError error;
+    };
     void Work();
 
     const DecodePacket m_decode;
@@ -41,7 +47,7 @@ class DecodingThread {
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<FfmpegPtr<AVPacket>> m_packets;
-    std::deque<Pictures> m_decoded;
+    std::deque<Decoded> m_decoded;
     bool m_isEnding = false;
     std::thread m_thread;
 };

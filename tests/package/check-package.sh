@@ -1,6 +1,7 @@
 #!/bin/bash
 # Makes the archive for Windows users and looks at what is in it: check-package.sh BUILD_FOLDER CPACK RUN_IN_WINE MAKE_TAPE
-set -euo pipefail
+set -Eeuo pipefail
+trap 'echo "line $LINENO: $BASH_COMMAND" >&2' ERR
 
 build=$1
 cpack=$2
