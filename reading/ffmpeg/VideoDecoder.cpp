@@ -20,7 +20,7 @@ constexpr int kHalvings = 2;
 constexpr int kHalvingsOfIntra = 3;
 constexpr std::size_t kPacketsAhead = 4;
 // Of smaller pictures a thread that is woken for each takes longer than it saves.
-constexpr std::int64_t kLeastPixelsAhead = 1280 * 720;
+constexpr std::int64_t kLeastPixelsAhead = std::int64_t{1280} * 720;
 
 void TakeShortcuts(AVCodecContext& decoder, const AVCodec& codec) {
     if (codec.id == AV_CODEC_ID_H264 || codec.id == AV_CODEC_ID_HEVC)

@@ -77,7 +77,7 @@ std::string FitText(const RuleFit& fit, const RuleSettings& own) {
     const std::vector<Word> words = Differing(fit.settings, own);
     for (auto [name, value] : words) {
         std::ranges::replace(name, '-', ' ');
-        turned += (turned.empty() ? "" : ", ") + name + ' ' + value;
+        turned.append(turned.empty() ? "" : ", ").append(name).append(" ").append(value);
     }
     const std::int64_t wanted = fit.kept + fit.missed;
     const std::string cuts = std::to_string(wanted) + (wanted == 1 ? " cut" : " cuts");

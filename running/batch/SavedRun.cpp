@@ -15,6 +15,7 @@ namespace {
 
 JoinedStats ReadAll(const std::vector<std::string>& paths) {
     std::vector<Stats> tables;
+    tables.reserve(paths.size());
     for (const std::string& path : paths)
         tables.push_back(ReadStats(path));
     if (tables.size() == 1 && !tables.front().settings.isPart)

@@ -46,8 +46,9 @@ void ClipMaker::Begin(const RunInfo& info) {
 void ClipMaker::Plan(const std::string& input) {
     const ClipPlan plan = PlanClips(input, m_settings);
     m_suffix = plan.suffix;
+    const std::string prefix = input + ": ";
     for (const std::string& note : plan.notes)
-        m_console.Message(input + ": " + note);
+        m_console.Message(prefix + note);
 }
 
 void ClipMaker::Scene(const FoundScene& scene) {

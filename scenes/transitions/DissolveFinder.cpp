@@ -72,14 +72,14 @@ bool HasStraightLevels(const MeasureRing& frames, const Window& window) {
 // Whether samples go from picture to picture, straight, and not astray like what moves.
 bool GoesStraight(const MeasureRing& frames, const Window& window) {
     std::int32_t span = 8;
-    while (2 * span <= window.Length())
+    while (span <= window.Length() / 2)
         span *= 2;
     const std::int64_t end = (window.begin + window.end + span) / 2;
     const std::int64_t distance = frames.Distance(end, span);
     const std::int64_t halves = frames.Distance(end, span / 2) + frames.Distance(end - span / 2, span / 2);
     // As far as pictures are that have nothing in common: the mean is about 0.8 of the root of the mean
     // square, of which 0.65 is enough.
-    return Square(100 * distance * window.Length()) >= Square(52 * span) * window.apart &&
+    return Square(100 * distance * window.Length()) >= Square(std::int64_t{52} * span) * window.apart &&
            100 * distance >= 70 * halves;
 }
 

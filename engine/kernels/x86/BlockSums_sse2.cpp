@@ -19,8 +19,9 @@ __m128i Load8(const std::uint8_t* p) {
 /// Has the cache line two rows of blocks below fetched. Past the end of the memory nothing happens.
 void FetchBelow(const std::uint8_t* p, std::ptrdiff_t rowStride) {
     const auto below =
-        reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(2 * kRows * rowStride);
-    _mm_prefetch(reinterpret_cast<const char*>(below), _MM_HINT_T0);
+        reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(rowStride * kRows * 2);
+    // A pointer there might not be computed from p: it may be past the end of the memory.
+    _mm_prefetch(reinterpret_cast<const char*>(below), _MM_HINT_T0); // NOLINT(performance-no-int-to-ptr)
 }
 
 /// The sums of the lower and of the upper eight bytes.
@@ -88,7 +89,7 @@ void SumWordBlocks(const std::uint8_t* p, const BlockRow& row, std::uint32_t* su
     for (int y = 0; y < kRows; ++y, p += row.rowStride) {
         if constexpr (blocks > 1)
             FetchBelow(p, row.rowStride);
-        for (int i = 0; i < blocks; ++i)
+        for (std::ptrdiff_t i = 0; i < blocks; ++i)
             words[i] = _mm_add_epi16(words[i], Words::Of(Load16(p + 16 * i), row.shift));
     }
     for (int i = 0; i < blocks; ++i)
@@ -112,10 +113,10 @@ void SumPlanarPairs(const std::uint8_t* p, std::ptrdiff_t rowStride, std::uint32
     for (int y = 0; y < kRows; ++y, p += rowStride) {
         if constexpr (pairs > 1)
             FetchBelow(p, rowStride);
-        for (int i = 0; i < pairs; ++i)
+        for (std::ptrdiff_t i = 0; i < pairs; ++i)
             both[i] = _mm_add_epi64(both[i], SumBytes(Load16(p + 16 * i)));
     }
-    for (int i = 0; i < pairs; ++i) {
+    for (std::ptrdiff_t i = 0; i < pairs; ++i) {
         sums[2 * i] = Lower(both[i]);
         sums[2 * i + 1] = Upper(both[i]);
     }
