@@ -26,7 +26,8 @@ std::wstring SystemPath(const std::wstring& path) {
     if (whole.starts_with(kMark))
         return whole;
     const bool isShare = whole.starts_with(L"\\\\");
-    return isShare ? std::wstring(kMarkOfShares) + whole.substr(1) : std::wstring(kMark) + whole;
+    std::wstring marked(isShare ? kMarkOfShares : kMark);
+    return marked.append(whole, isShare ? 1 : 0);
 }
 
 } // namespace scenedetect

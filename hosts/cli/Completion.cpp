@@ -1,6 +1,7 @@
 #include "hosts/cli/Completion.h"
 
 #include "hosts/cli/OptionTable.h"
+#include "reading/base/ListText.h"
 
 #include <cctype>
 #include <sstream>
@@ -51,16 +52,16 @@ std::string Choices(const std::string& value) {
     std::istringstream parts(value);
     for (std::string part; std::getline(parts, part, '|');)
         if (!part.empty() && std::islower(static_cast<unsigned char>(part.front())))
-            choices += (choices.empty() ? "" : " ") + part;
+            AppendToList(choices, " ", part);
     return choices;
 }
 
 std::string Names(const CLI::Option& option, const char* between) {
     std::string names;
     for (const std::string& name : option.get_snames())
-        names += (names.empty() ? "-" : between + std::string("-")) + name;
+        AppendToList(names, between, "-" + name);
     for (const std::string& name : option.get_lnames())
-        names += (names.empty() ? "--" : between + std::string("--")) + name;
+        AppendToList(names, between, "--" + name);
     return names;
 }
 
@@ -87,7 +88,7 @@ std::string CompletionScript(const HostProgram& program) {
     for (const CLI::Option* option : table.app.get_options(
              [](const CLI::Option* each) { return each->nonpositional() && !each->get_group().empty(); })) {
         cases += Case(*option);
-        names += (names.empty() ? "" : " ") + Names(*option, " ");
+        AppendToList(names, " ", Names(*option, " "));
     }
     std::string script = kScript;
     ReplaceAll(script, "@PROGRAM@", program.name);

@@ -6,6 +6,7 @@
 #include "products/outputs/OutputFormats.h"
 #include "products/tape/TapeLogText.h"
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "reading/dv/DvPacks.h"
 
 #include <CLI/CLI.hpp>
@@ -18,7 +19,7 @@ namespace {
 std::string FormatNames() {
     std::string names;
     for (const OutputFormat& format : OutputFormats())
-        names += (names.empty() ? "" : "|") + std::string(format.name);
+        AppendToList(names, "|", format.name);
     return names;
 }
 

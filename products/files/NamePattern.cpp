@@ -2,6 +2,7 @@
 
 #include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "support/FileName.h"
 
 #include <algorithm>
@@ -63,10 +64,10 @@ std::string CleanValue(const std::string& value, std::string_view missing) {
 }
 
 std::string UnknownField(std::string_view name) {
-    std::string text = "{" + std::string(name) + "} is not a field; there are";
+    std::string fields;
     for (const Field& field : kFields)
-        text += (&field == kFields.begin() ? " {" : ", {") + std::string(field.name) + "}";
-    return text;
+        AppendToList(fields, ", ", "{" + std::string(field.name) + "}");
+    return "{" + std::string(name) + "} is not a field; there are " + fields;
 }
 
 } // namespace

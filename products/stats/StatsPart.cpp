@@ -1,6 +1,7 @@
 #include "products/stats/StatsPart.h"
 
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "reading/timing/NumberScanner.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ using Numbers = std::vector<std::int64_t>;
 std::string TextOf(const Numbers& numbers) {
     std::string text;
     for (const std::int64_t number : numbers)
-        text += (text.empty() ? "" : " ") + std::to_string(number);
+        AppendToList(text, " ", std::to_string(number));
     return text;
 }
 

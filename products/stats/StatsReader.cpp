@@ -2,6 +2,7 @@
 
 #include "reading/base/CsvRecords.h"
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "reading/readers/StreamInput.h"
 
 #include <algorithm>
@@ -40,7 +41,7 @@ std::int64_t ParseNumber(const char* name, const std::string& text, std::int64_t
 std::string Join(const std::vector<std::string>& fields) {
     std::string line;
     for (const std::string& field : fields)
-        line += (line.empty() ? "" : ",") + field;
+        AppendToList(line, ",", field);
     return line;
 }
 

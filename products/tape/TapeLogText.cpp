@@ -1,6 +1,7 @@
 #include "products/tape/TapeLogText.h"
 
 #include "reading/base/CsvField.h"
+#include "reading/base/ListText.h"
 #include "reading/dv/PackText.h"
 
 #include <nlohmann/json.hpp>
@@ -103,7 +104,7 @@ void TapeLogText::Add(const TapeRow& row) {
     if (m_format == TapeLogFormat::Csv) {
         std::string line;
         for (const Json& member : members)
-            line += (line.empty() ? "" : ",") + FieldOf(member);
+            AppendToList(line, ",", FieldOf(member));
         m_text += line + "\r\n";
     } else {
         m_text += (m_hasRows ? ",\n" : "\n") + members.dump();

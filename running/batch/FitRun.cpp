@@ -2,6 +2,7 @@
 
 #include "products/listed/ListedScenes.h"
 #include "products/stats/DecideAgain.h"
+#include "reading/base/ListText.h"
 #include "scenes/ParameterNames.h"
 
 #include <algorithm>
@@ -77,7 +78,7 @@ std::string FitText(const RuleFit& fit, const RuleSettings& own) {
     const std::vector<Word> words = Differing(fit.settings, own);
     for (auto [name, value] : words) {
         std::ranges::replace(name, '-', ' ');
-        turned.append(turned.empty() ? "" : ", ").append(name).append(" ").append(value);
+        AppendToList(turned, ", ", name + " " + value);
     }
     const std::int64_t wanted = fit.kept + fit.missed;
     const std::string cuts = std::to_string(wanted) + (wanted == 1 ? " cut" : " cuts");

@@ -3,6 +3,7 @@
 #include "platform/UsableCores.h"
 #include "reading/base/FileFacts.h"
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "running/batch/Progress.h"
 #include "running/listeners/Listeners.h"
 #include "running/listeners/OrderedOutput.h"
@@ -238,7 +239,7 @@ void Jobs::TellOfEnding(const RunPlan& plan, RunEnding ending, const SceneRun& r
         m_console.Message(name + "stopped after " + frames);
     std::string partial;
     for (const std::string& output : run.Outputs().written)
-        partial += (partial.empty() ? "" : ", ") + output;
+        AppendToList(partial, ", ", output);
     if (!partial.empty())
         m_console.Warning(name + "of the first " + frames + " only: " + partial);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/Text.h"
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "running/detection/SceneListCheck.h"
 #include "scenes/ParameterNames.h"
 
@@ -82,7 +83,7 @@ void TakeScenes(IKxSceneDetect2& scenes, const std::function<void(std::int32_t p
 std::string UnusedMarksText(const MarkSchedule& marks, std::int64_t frameCount, KxDetectionMethod method) {
     std::string list;
     for (const std::uint32_t mark : marks.Remaining())
-        list += (list.empty() ? "" : ",") + std::to_string(mark);
+        AppendToList(list, ",", std::to_string(mark));
     if (list.empty())
         return "";
     return "no scene for --mark " + list + ": the run ended after " + std::to_string(frameCount) + " frames" +

@@ -1,5 +1,6 @@
 #include "running/listeners/RunWords.h"
 
+#include "reading/base/ListText.h"
 #include "scenes/ParameterNames.h"
 
 #include <optional>
@@ -56,19 +57,19 @@ std::vector<std::string> CommandOf(const RunSettings& run, const DetectionParame
     const DetectionSettings& detection = run.detection;
     std::string methods;
     for (const KxDetectionMethod method : detection.methods)
-        methods += (methods.empty() ? "" : ",") + MethodWord(method);
+        AppendToList(methods, ",", MethodWord(method));
     if (methods != MethodWord(KxMethodVideo) && !methods.empty())
         add("--method", methods);
     if (detection.interval != 0)
         add("--interval", std::to_string(detection.interval));
     std::string cuts = methods.empty() ? "" : "scenes";
     for (const TapeCut cut : detection.cuts)
-        cuts += (cuts.empty() ? "" : ",") + TapeCutOption(cut);
+        AppendToList(cuts, ",", TapeCutOption(cut));
     if (!detection.cuts.empty())
         add("--cut-at", cuts);
     std::string marks;
     for (const std::uint32_t mark : detection.marks)
-        marks += (marks.empty() ? "" : ",") + std::to_string(mark);
+        AppendToList(marks, ",", std::to_string(mark));
     if (!marks.empty())
         add("--mark", marks);
     if (parameters.diffClamp != DetectionParameters{}.diffClamp)

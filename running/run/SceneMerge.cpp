@@ -1,5 +1,7 @@
 #include "running/run/SceneMerge.h"
 
+#include "reading/base/ListText.h"
+
 #include <algorithm>
 
 namespace scenedetect {
@@ -36,7 +38,7 @@ std::string SceneMerge::MethodText(const Pending& scene) const {
     std::string text;
     for (std::size_t filter = 0; filter < m_methods.size(); ++filter)
         if (scene.foundBy[filter])
-            text += (text.empty() ? "" : "+") + m_methods[filter];
+            AppendToList(text, "+", m_methods[filter]);
     return text;
 }
 

@@ -4,6 +4,7 @@
 #include "products/files/OutputFile.h"
 #include "reading/base/FilePath.h"
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "running/detection/DetectionCalls.h"
 #include "running/detection/SceneListCheck.h"
 #include "running/run/ListCheck.h"
@@ -408,7 +409,7 @@ void SceneRun::TellOfFullLists() {
     std::string names;
     for (const auto& [acts, name] : options)
         if (acts)
-            names += (names.empty() ? "" : ", ") + std::string(name);
+            AppendToList(names, ", ", name);
     if (names.empty())
         return;
     const auto last = names.rfind(", ");
