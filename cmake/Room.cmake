@@ -6,17 +6,17 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|amd64")
 endif()
 
 # Where sources are joined the standard headers that most of them include are compiled once for the rooms of the folder
-# that calls it and those below; the preset package compiles each source with what it includes itself. From such headers
-# GCC warns of what it doesn't in the standard library's own.
+# that calls it and those below; the preset package compiles each source with what it includes itself.
 macro(use_room_headers name)
-  if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  if(CMAKE_UNITY_BUILD)
     set(room_headers ${name})
     if(NOT TARGET ${room_headers})
       file(CONFIGURE OUTPUT RoomHeaders.cpp CONTENT "")
       add_library(${room_headers} STATIC EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/RoomHeaders.cpp)
       target_link_libraries(${room_headers} PRIVATE house)
-      target_precompile_headers(${room_headers} PRIVATE <algorithm> <array> <atomic> <cstdint> <filesystem> <functional>
-                                <memory> <mutex> <optional> <span> <string> <string_view> <system_error> <utility> <vector>)
+      target_precompile_headers(${room_headers} PRIVATE <algorithm> <array> <atomic> <chrono> <cmath> <condition_variable>
+                                <cstdint> <filesystem> <functional> <memory> <mutex> <optional> <span> <string>
+                                <string_view> <system_error> <thread> <utility> <vector> <windows.h>)
     endif()
   endif()
 endmacro()
@@ -32,13 +32,15 @@ function(add_room name)
   endif()
 endfunction()
 
-# For the folder that calls it and those below: what takes its time to compile and none to run. The sanitizers' checks
-# make an optimizing compiler take more than twice as long.
-macro(compile_quickly_for_sanitizers)
+# For the folder that calls it and those below: what takes its time to compile and none to run, as it touches no samples.
+# The sanitizers' checks make an optimizing compiler take more than twice as long.
+macro(compile_quickly)
   if(SCENEDETECT_SANITIZE)
     add_compile_options(-O0)
-    use_room_headers(quick_room_headers)
+  else()
+    add_compile_options($<$<CONFIG:Release>:-O1>)
   endif()
+  use_room_headers(quick_room_headers)
 endmacro()
 
 # What all test programs share. What is tested is optimized and checked by every sanitizer; the tests themselves compile
