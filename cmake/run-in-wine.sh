@@ -1,10 +1,10 @@
 #!/bin/sh
 # Runs a Windows program under Wine: run-in-wine.sh PROGRAM [ARGUMENTS]
-# Without a display, unless $SCENEDETECT_DISPLAY names an X display.
+# Without a display, unless $SCENEDETECT_DISPLAY names an X display. Without a program it only makes the prefix.
 # The prefix is $WINEPREFIX, or one in the build folder that the program lies in. One that does not exist yet is copied
 # from a new one in the build folder, which is made once: copying takes a tenth of the time.
 set -eu
-folder=$(dirname "$(readlink -f "$1")")
+folder=$(dirname "$(readlink -f "${1:-./none}")")
 build=$folder
 while [ "$build" != / ] && [ ! -e "$build/CMakeCache.txt" ]; do
     build=$(dirname "$build")
@@ -27,17 +27,13 @@ wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
 server=$(command -v wineserver || echo /usr/lib/wine/wineserver)
 
 make_new_prefix() { # folder
-    # Wine has failed to start where a second attempt did well.
-    for attempt in 1 2 3; do
-        rm -rf "$1.part"
-        if WINEPREFIX=$1.part "$wine" wineboot --init </dev/null >"$1.log" 2>&1 9>&-; then
-            WINEPREFIX=$1.part "$server" -w # until all is written
-            mv "$1.part" "$1"
-            return
-        fi
-        echo "$0: attempt $attempt to make a Wine prefix failed: $(cat "$1.log")" >&2
-    done
-    exit 1
+    rm -rf "$1.part"
+    if ! WINEPREFIX=$1.part "$wine" wineboot --init </dev/null >"$1.log" 2>&1 9>&-; then
+        echo "$0: Wine could not make a prefix: $(cat "$1.log")" >&2
+        exit 1
+    fi
+    WINEPREFIX=$1.part "$server" -w # until all is written
+    mv "$1.part" "$1"
 }
 
 copy_new_prefix() {
@@ -56,10 +52,12 @@ mkdir -p "$(dirname "$WINEPREFIX")"
 (
     flock 9
     [ -d "$WINEPREFIX" ] || copy_new_prefix 9>&-
+    [ $# -gt 0 ] || exit 0
     if "$server" -p60 </dev/null >/dev/null 2>&1 9>&-; then
         "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&- || : # the program will tell
     fi
 ) 9>"$WINEPREFIX.lock"
+[ $# -gt 0 ] || exit 0
 [ ! -t 1 ] || exec "$wine" "$@"
 # What the program starts of the system's own processes keeps its output open for as long as the server lives, which whoever
 # reads that to its end would wait for: they get files.
