@@ -1,8 +1,8 @@
 // How many processors this process may use.
 #pragma once
 
-#include <filesystem>
 #include <optional>
+#include <string>
 
 namespace scenedetect {
 
@@ -11,7 +11,8 @@ namespace scenedetect {
 [[nodiscard]] int UsableCores();
 
 /// As many as the control groups' limit of time (v2: cpu.max, v1: cpu.cfs_quota_us) keeps busy, parts of one
-/// counting as a whole; nothing when they set none. `root` is the root of the file system. Not on Windows.
-[[nodiscard]] std::optional<int> CoresOfControlGroups(const std::filesystem::path& root = "/");
+/// counting as a whole; nothing when they set none. `root` stands before the names of all files. Raises
+/// std::bad_alloc. Not on Windows.
+[[nodiscard]] std::optional<int> CoresOfControlGroups(const std::string& root = "");
 
 } // namespace scenedetect

@@ -14,8 +14,6 @@
 namespace scenedetect {
 namespace {
 
-namespace fs = std::filesystem;
-
 int CoresOfAffinity() {
     // The kernel refuses a set that has not room for all processors that it could have.
     std::vector<cpu_set_t> set(1);
@@ -30,18 +28,18 @@ int CoresOfAffinity() {
 // How microseconds of processor time in each period are written: two numbers in one file or two.
 struct Limit {
     std::string controller; // in the process's list of groups; empty: v2
-    fs::path mount;
+    const char* mount;
     std::vector<const char*> files;
 };
 
-const Limit kLimits[] = {{"", "sys/fs/cgroup", {"cpu.max"}},
-                         {"cpu", "sys/fs/cgroup/cpu", {"cpu.cfs_quota_us", "cpu.cfs_period_us"}}};
+const Limit kLimits[] = {{"", "/sys/fs/cgroup", {"cpu.max"}},
+                         {"cpu", "/sys/fs/cgroup/cpu", {"cpu.cfs_quota_us", "cpu.cfs_period_us"}}};
 
-std::optional<int> CoresOf(const Limit& limit, const fs::path& group) {
+std::optional<int> CoresOf(const Limit& limit, const std::string& folder) {
     std::string text;
     for (const char* file : limit.files) {
         std::string line;
-        std::getline(std::ifstream(group / file), line);
+        std::getline(std::ifstream(folder + '/' + file), line);
         text += line + ' ';
     }
     std::int64_t quota = 0;
@@ -58,9 +56,9 @@ bool IsListed(const std::string& word, const std::string& list) {
 
 } // namespace
 
-std::optional<int> CoresOfControlGroups(const fs::path& root) {
+std::optional<int> CoresOfControlGroups(const std::string& root) {
     std::optional<int> fewest;
-    std::ifstream groups(root / "proc/self/cgroup");
+    std::ifstream groups(root + "/proc/self/cgroup");
     // number:controllers:/group
     for (std::string number, controllers, group; std::getline(groups, number, ':') &&
                                                  std::getline(groups, controllers, ':') &&
@@ -69,10 +67,10 @@ std::optional<int> CoresOfControlGroups(const fs::path& root) {
             if (!IsListed(limit.controller, controllers))
                 continue;
             // Each group around it limits it, too. In a container the inner ones may lie out of sight.
-            for (fs::path inner = fs::path(group).relative_path();; inner = inner.parent_path()) {
-                if (const auto cores = CoresOf(limit, root / limit.mount / inner))
+            for (std::string inner = group;; inner.resize(inner.rfind('/'))) {
+                if (const auto cores = CoresOf(limit, root + limit.mount + inner))
                     fewest = std::min(fewest.value_or(*cores), *cores);
-                if (inner.empty())
+                if (inner.find('/') == std::string::npos)
                     break;
             }
         }

@@ -40,6 +40,7 @@ class Jobs {
         : m_plans(plans),
           m_claims(claims),
           m_workers(std::min<std::size_t>(static_cast<std::size_t>(jobs), plans.size())),
+          m_threads(m_workers == 1 ? 0 : std::max(1, UsableCores() / static_cast<int>(m_workers))),
           m_stop(stop),
           m_console(console),
           m_columns(ColumnsFor(plans)),
@@ -81,6 +82,7 @@ class Jobs {
     const std::vector<RunPlan>& m_plans;
     OutputClaims& m_claims;
     const std::size_t m_workers;
+    const int m_threads; // for each; alone, a reader knows best how many serve it
     std::atomic<bool>& m_stop;
     Console& m_console;
     const SceneCsv::Columns m_columns;
@@ -201,9 +203,7 @@ void Jobs::ReadOne(std::size_t index, Result& result) {
     const RunPlan& plan = m_plans[index];
     if (!plan.fault.empty())
         throw HostError(plan.run.input + ": " + plan.fault);
-    // Alone, a reader knows best how many threads serve it.
-    const Reading reading{m_stop, m_console,
-                          m_workers == 1 ? 0 : std::max(1, UsableCores() / static_cast<int>(m_workers))};
+    const Reading reading{m_stop, m_console, m_threads};
     SceneRun::Listeners listeners =
         MakeListeners(plan.run, plan.outputs, m_claims, m_console, m_progress[index]);
     if (plan.outputs.printsScenes)

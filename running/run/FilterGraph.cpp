@@ -37,6 +37,10 @@ FilterGraph::FilterGraph(const PictureFormat& format, std::size_t count)
         if (!made.scenes || !made.scenesEx || !made.tuning || !made.distances)
             throw HostError("the scene detect filter lacks its control interfaces");
     }
+    m_upstream.push_back(m_sink.get());
+    for (auto each = m_detectors.rbegin(); each != m_detectors.rend(); ++each)
+        m_upstream.push_back(each->filter.get());
+    m_upstream.push_back(m_source.get());
 }
 
 FilterGraph::~FilterGraph() {
@@ -64,28 +68,19 @@ std::optional<std::size_t> FilterGraph::Connect() {
     return std::nullopt;
 }
 
-std::vector<IBaseFilter*> FilterGraph::FromEndToBeginning() const {
-    std::vector<IBaseFilter*> filters{m_sink.get()};
-    for (auto each = m_detectors.rbegin(); each != m_detectors.rend(); ++each)
-        filters.push_back(each->filter.get());
-    filters.push_back(m_source.get());
-    return filters;
-}
-
 HRESULT FilterGraph::Run() {
-    // So that none delivers to one that is stopped.
     HRESULT hr = S_OK;
-    for (IBaseFilter* filter : FromEndToBeginning())
+    for (IBaseFilter* filter : m_upstream)
         if (SUCCEEDED(hr))
             hr = filter->Pause();
-    for (IBaseFilter* filter : FromEndToBeginning())
+    for (IBaseFilter* filter : m_upstream)
         if (SUCCEEDED(hr))
             hr = filter->Run(0);
     return hr;
 }
 
-void FilterGraph::Stop() {
-    for (IBaseFilter* filter : FromEndToBeginning())
+void FilterGraph::Stop() noexcept {
+    for (IBaseFilter* filter : m_upstream)
         filter->Stop();
 }
 

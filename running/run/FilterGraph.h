@@ -40,7 +40,7 @@ class FilterGraph {
     [[nodiscard]] std::optional<std::size_t> Connect();
     [[nodiscard]] HRESULT Run();
     /// Only once the streaming thread is done. Also done by the destructor.
-    void Stop();
+    void Stop() noexcept;
 
   private:
     // Members are released in the reverse order, interfaces before their filter.
@@ -52,11 +52,11 @@ class FilterGraph {
         ComRef<IKxSceneDetectDistances> distances;
     };
 
-    [[nodiscard]] std::vector<IBaseFilter*> FromEndToBeginning() const;
-
     ComRef<SourceFilter> m_source;
     ComRef<SinkFilter> m_sink;
     std::vector<SceneDetect> m_detectors;
+    // From the sink to the source, in which order none delivers to one that is stopped.
+    std::vector<IBaseFilter*> m_upstream;
 };
 
 } // namespace scenedetect
