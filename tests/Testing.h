@@ -1,5 +1,5 @@
-// What every test includes, compiled once for all: the frameworks, the standard library, and the house's
-// names.
+// What every test includes, compiled once for all: the frameworks, the standard library, the system's types, and the
+// house's names.
 #pragma once
 
 #include <gmock/gmock.h>
