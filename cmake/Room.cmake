@@ -32,7 +32,7 @@ function(add_room name)
   endif()
 endfunction()
 
-# For the folder that calls it and those below: what takes its time to compile and none to run, as it touches no samples.
+# For the folder that calls it and those below: what takes its time to compile and little of a run.
 # The sanitizers' checks make an optimizing compiler take more than twice as long.
 macro(compile_quickly)
   if(SCENEDETECT_SANITIZE)

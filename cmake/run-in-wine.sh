@@ -52,8 +52,7 @@ mkdir -p "$(dirname "$WINEPREFIX")"
 (
     flock 9
     [ -d "$WINEPREFIX" ] || copy_new_prefix 9>&-
-    [ $# -gt 0 ] || exit 0
-    if "$server" -p60 </dev/null >/dev/null 2>&1 9>&-; then
+    if [ $# -gt 0 ] && "$server" -p60 </dev/null >/dev/null 2>&1 9>&-; then
         "$wine" cmd /c exit </dev/null >/dev/null 2>&1 9>&- || : # the program will tell
     fi
 ) 9>"$WINEPREFIX.lock"

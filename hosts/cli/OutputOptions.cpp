@@ -6,7 +6,6 @@
 #include "products/outputs/OutputFormats.h"
 #include "products/tape/TapeLogText.h"
 #include "reading/base/HostError.h"
-#include "reading/base/ListText.h"
 #include "reading/dv/DvPacks.h"
 
 #include <CLI/CLI.hpp>
@@ -15,13 +14,6 @@
 
 namespace scenedetect {
 namespace {
-
-std::string FormatNames() {
-    std::string names;
-    for (const OutputFormat& format : OutputFormats())
-        AppendToList(names, "|", format.name);
-    return names;
-}
 
 std::string CheckPictureAt(const std::string& word) {
     return ParsePictureAt(word) ? "" : "no such picture of a scene: " + word;
@@ -82,7 +74,7 @@ void OutputOptions::AddLists(CLI::App& app) {
         ->check(NamePattern::ErrorIn);
     app.add_option("--format", m_formatNames,
                    "The format of the -o at the same place, whatever its suffix (one for all if given once)")
-        ->type_name(FormatNames())
+        ->type_name(FormatNames("|"))
         ->group(kGroup)
         ->delimiter(',')
         ->allow_extra_args(false)

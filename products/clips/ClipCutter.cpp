@@ -4,6 +4,7 @@
 #include "products/files/OutputFile.h"
 #include "products/muxing/RemuxDv.h"
 #include "reading/base/HostError.h"
+#include "reading/base/ListText.h"
 #include "reading/dv/PackText.h"
 
 #include <algorithm>
@@ -202,7 +203,7 @@ void ClipCutter::RemuxPart(OpenClip& open, std::span<const OpenFrame> frames, st
     target.Commit();
     const auto note = [&clip](const char* before, std::int64_t count, const char* after) {
         if (count != 0)
-            clip.note += (clip.note.empty() ? "" : "; ") + (before + FramesText(count)) + after;
+            AppendToList(clip.note, "; ", before + FramesText(count) + after);
     };
     clip.frames = remuxed.frames;
     clip.bytes = remuxed.bytes;

@@ -1,6 +1,7 @@
 #include "products/outputs/OutputFormats.h"
 
 #include "products/outputs/SceneWriters.h"
+#include "reading/base/ListText.h"
 
 #include <algorithm>
 
@@ -43,17 +44,17 @@ bool EndsIn(std::string_view path, std::string_view suffix) {
            path[path.size() - suffix.size() - 1] != '/';
 }
 
-std::string Names() {
-    std::string names;
-    for (const OutputFormat& format : kFormats)
-        names += (names.empty() ? "" : ", ") + std::string(format.name);
-    return names;
-}
-
 } // namespace
 
 std::span<const OutputFormat> OutputFormats() {
     return kFormats;
+}
+
+std::string FormatNames(std::string_view separator) {
+    std::string names;
+    for (const OutputFormat& format : kFormats)
+        AppendToList(names, separator, format.name);
+    return names;
 }
 
 const OutputFormat* FormatByName(std::string_view name) {
@@ -77,11 +78,11 @@ const OutputFormat* FormatBySuffix(std::string_view path) {
 }
 
 std::string UnknownFormatText(std::string_view name) {
-    return "no such format: " + std::string(name) + "; there are " + Names();
+    return "no such format: " + std::string(name) + "; there are " + FormatNames(", ");
 }
 
 std::string UnknownSuffixText(std::string_view path) {
-    return std::string(path) + ": its suffix tells no format; add --format with one of " + Names();
+    return std::string(path) + ": its suffix tells no format; add --format with one of " + FormatNames(", ");
 }
 
 } // namespace scenedetect

@@ -19,6 +19,7 @@ struct OutputFormat {
 };
 
 [[nodiscard]] std::span<const OutputFormat> OutputFormats();
+[[nodiscard]] std::string FormatNames(std::string_view separator);
 
 /// nullptr when there is no such format.
 [[nodiscard]] const OutputFormat* FormatByName(std::string_view name);

@@ -24,15 +24,15 @@ std::string DetailOf(const TapeRow& row) {
     if (!row.before.empty())
         return "from " + row.before;
     std::string detail;
-    const auto append = [&detail](std::int64_t count, std::string_view what) {
+    const auto append = [&detail](std::int64_t count, const std::string& what) {
         if (count != 0)
-            detail.append(detail.empty() ? "" : ", ").append(what).append(" ").append(std::to_string(count));
+            AppendToList(detail, ", ", what + std::to_string(count));
     };
-    append(row.blocks.fromPrevious, "from the previous frame");
-    append(row.blocks.fromNext, "from the next frame");
-    append(row.blocks.unspecified, "unspecified");
-    append(row.blocks.errors, "errors");
-    append(row.blocks.reserved, "reserved values");
+    append(row.blocks.fromPrevious, "from the previous frame ");
+    append(row.blocks.fromNext, "from the next frame ");
+    append(row.blocks.unspecified, "unspecified ");
+    append(row.blocks.errors, "errors ");
+    append(row.blocks.reserved, "reserved values ");
     return detail;
 }
 
@@ -133,7 +133,7 @@ void TapeLogText::Begin() {
     }
     const Json members = Members({});
     for (const auto& [name, value] : members.items())
-        m_text += (m_text.empty() ? "" : ",") + name;
+        AppendToList(m_text, ",", name);
     m_text += "\r\n";
 }
 
