@@ -61,7 +61,6 @@ endif()
 function(set_test_options name)
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE test_checks)
-  set_target_properties(${name} PROPERTIES UNITY_BUILD ON)
   # GNU's linker takes seconds for each program that has GoogleTest or a sanitizer in it.
   if(MINGW)
     # GCC can't choose another by name here.
