@@ -66,9 +66,10 @@ std::optional<int> CoresOfControlGroups(const std::string& root) {
         for (const Limit& limit : kLimits) {
             if (!IsListed(limit.controller, controllers))
                 continue;
+            const std::string mount = root + limit.mount;
             // Each group around it limits it, too. In a container the inner ones may lie out of sight.
             for (std::string inner = group;; inner.resize(inner.rfind('/'))) {
-                if (const auto cores = CoresOf(limit, root + limit.mount + inner))
+                if (const auto cores = CoresOf(limit, mount + inner))
                     fewest = std::min(fewest.value_or(*cores), *cores);
                 if (inner.find('/') == std::string::npos)
                     break;

@@ -78,7 +78,8 @@ std::string FitText(const RuleFit& fit, const RuleSettings& own) {
     const std::vector<Word> words = Differing(fit.settings, own);
     for (auto [name, value] : words) {
         std::ranges::replace(name, '-', ' ');
-        AppendToList(turned, ", ", name + " " + value);
+        AppendToList(turned, ", ", name);
+        turned += ' ' + value;
     }
     const std::int64_t wanted = fit.kept + fit.missed;
     const std::string cuts = std::to_string(wanted) + (wanted == 1 ? " cut" : " cuts");

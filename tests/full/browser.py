@@ -5,6 +5,7 @@ import os
 import pathlib
 import subprocess
 import tempfile
+import time
 import typing
 
 COMPLAINTS = ("Runtime.consoleAPICalled", "Runtime.exceptionThrown", "Log.entryAdded")
@@ -114,6 +115,7 @@ class Browser:
         file = self.downloads / name
         data = file.read_bytes()
         file.unlink()
+        time.sleep(0.11)  # of more than ten in a second Chromium drops the rest without a word
         return data
 
     def look(self, width: int, scheme: str) -> None:

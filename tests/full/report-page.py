@@ -216,8 +216,9 @@ class Workbench:
         self.open(browser)
         page_settings(browser, {"cutThreshold": 7, "darkLevel": -1})
         wanted = starts(browser.download("#download-csv"))
-        before = starts(self.listed("--from-stats", "stats.csv"))
+        before = starts((self.folder / "run.csv").read_bytes())
         browser.run("document.querySelector('#reset').click()")
+        expect("scenes after the reset", starts(browser.download("#download-csv")), before)  # keys act on what is shown
         browser.run("document.querySelector('#plot').focus()")
         for frame in sorted({*wanted} ^ {*before}):
             browser.press("Home", *["ArrowUp"] * (frame // 25), *["ArrowRight"] * (frame % 25))
